@@ -1,0 +1,29 @@
+# What the two libraries share. Libraries for Qt 6 carry the Qt version in their file names, so that
+# both builds can be installed side by side.
+set(library_suffix "")
+if(QT_MAJOR EQUAL 6)
+    set(library_suffix "-qt6")
+endif()
+
+# add_record_library(<target> FOLDER <folder> MACRO <prefix> HEADERS <files> SOURCES <files>)
+# FOLDER is the folder of its headers in the tree and below the include directory; <prefix>_BUILD is
+# defined while the library itself is compiled.
+function(add_record_library target)
+    cmake_parse_arguments(arg "" "FOLDER;MACRO" "HEADERS;SOURCES" ${ARGN})
+    add_library(${target} SHARED ${arg_SOURCES} ${arg_HEADERS})
+    add_library(RouterInterface::${target} ALIAS ${target})
+    target_compile_definitions(${target} PRIVATE ${arg_MACRO}_BUILD)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    target_include_directories(${target} PUBLIC
+        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME ${target}${library_suffix}
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR})
+    if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+        target_link_options(${target} PRIVATE LINKER:--no-undefined)
+    endif()
+    install(TARGETS ${target} EXPORT RouterInterfaceTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(FILES ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${arg_FOLDER})
+endfunction()

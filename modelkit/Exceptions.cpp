@@ -1,0 +1,26 @@
+#include "modelkit/Exceptions.h"
+
+// The special members stand here and not in the header so that each class has its type
+// information in this library: an exception thrown in one module is then caught in another.
+
+ModelKitException::ModelKitException(const QString& text) : m_text(text), m_utf8(text.toUtf8()) {}
+ModelKitException::ModelKitException(const ModelKitException&) noexcept = default;
+ModelKitException& ModelKitException::operator=(const ModelKitException&) noexcept = default;
+ModelKitException::~ModelKitException() = default;
+
+const QString& ModelKitException::GetText() const noexcept { return m_text; }
+const char* ModelKitException::what() const noexcept { return m_utf8.constData(); }
+
+#define MODELKIT_DEFINE_EXCEPTION(Class, Base)                \
+    Class::Class(const QString& text) : Base(text) {}         \
+    Class::Class(const Class&) noexcept = default;            \
+    Class& Class::operator=(const Class&) noexcept = default; \
+    Class::~Class() = default;
+
+MODELKIT_DEFINE_EXCEPTION(MKException, ModelKitException)
+MODELKIT_DEFINE_EXCEPTION(OutOfRangeException, MKException)
+MODELKIT_DEFINE_EXCEPTION(IncompleteDefinitionException, MKException)
+MODELKIT_DEFINE_EXCEPTION(InvalidXmlException, MKException)
+MODELKIT_DEFINE_EXCEPTION(BinaryParsingException, MKException)
+
+#undef MODELKIT_DEFINE_EXCEPTION

@@ -1,0 +1,84 @@
+/// \file
+/// The exceptions of the base object library and of the records built on it.
+///
+/// Every failure that a record reports is one of the four leaf classes. Each can be caught as its
+/// own class, as `MKException`, as `ModelKitException` and as `std::exception`.
+#pragma once
+
+#include "modelkit/Export.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <exception>
+
+/// Root of the exceptions; carries the message text.
+class MODELKIT_EXPORT ModelKitException : public std::exception
+{
+public:
+    /// Takes the message text as it stands.
+    explicit ModelKitException(const QString& text);
+    ModelKitException(const ModelKitException& other) noexcept;
+    ModelKitException& operator=(const ModelKitException& other) noexcept;
+    ~ModelKitException() override;
+
+    /// The message text.
+    const QString& GetText() const noexcept;
+
+    /// The message text in UTF-8; valid as long as the exception lives.
+    const char* what() const noexcept override;
+
+private:
+    QString m_text;
+    QByteArray m_utf8;
+};
+
+/// Base of the exceptions that objects throw.
+class MODELKIT_EXPORT MKException : public ModelKitException
+{
+public:
+    explicit MKException(const QString& text);
+    MKException(const MKException& other) noexcept;
+    MKException& operator=(const MKException& other) noexcept;
+    ~MKException() override;
+};
+
+/// A member was given, or holds, a value outside its valid values.
+class MODELKIT_EXPORT OutOfRangeException : public MKException
+{
+public:
+    explicit OutOfRangeException(const QString& text);
+    OutOfRangeException(const OutOfRangeException& other) noexcept;
+    OutOfRangeException& operator=(const OutOfRangeException& other) noexcept;
+    ~OutOfRangeException() override;
+};
+
+/// A record or a list item lacks content that it must have.
+class MODELKIT_EXPORT IncompleteDefinitionException : public MKException
+{
+public:
+    explicit IncompleteDefinitionException(const QString& text);
+    IncompleteDefinitionException(const IncompleteDefinitionException& other) noexcept;
+    IncompleteDefinitionException& operator=(const IncompleteDefinitionException& other) noexcept;
+    ~IncompleteDefinitionException() override;
+};
+
+/// XML input cannot give a member a value.
+class MODELKIT_EXPORT InvalidXmlException : public MKException
+{
+public:
+    explicit InvalidXmlException(const QString& text);
+    InvalidXmlException(const InvalidXmlException& other) noexcept;
+    InvalidXmlException& operator=(const InvalidXmlException& other) noexcept;
+    ~InvalidXmlException() override;
+};
+
+/// Binary input holds fewer or more bytes than its lengths announce.
+class MODELKIT_EXPORT BinaryParsingException : public MKException
+{
+public:
+    explicit BinaryParsingException(const QString& text);
+    BinaryParsingException(const BinaryParsingException& other) noexcept;
+    BinaryParsingException& operator=(const BinaryParsingException& other) noexcept;
+    ~BinaryParsingException() override;
+};

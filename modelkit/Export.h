@@ -1,0 +1,11 @@
+/// \file
+/// Marks what the base object library makes visible to other modules.
+#pragma once
+
+#include <QtCore/qglobal.h>
+
+#if defined(MODELKIT_BUILD)
+    #define MODELKIT_EXPORT Q_DECL_EXPORT
+#else
+    #define MODELKIT_EXPORT Q_DECL_IMPORT
+#endif

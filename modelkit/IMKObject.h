@@ -1,0 +1,242 @@
+/// \file
+/// The abstract base of all document objects.
+#pragma once
+
+#include "modelkit/Exceptions.h"
+#include "modelkit/Export.h"
+#include "modelkit/Logger.h"
+#include "modelkit/ObjectTypes.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <memory>
+
+class QDataStream;
+class QDateTime;
+class QFile;
+class QXmlStreamReader;
+class QXmlStreamWriter;
+
+namespace MODELKIT {
+
+/// Base of every document object: an object name, a type code, the validation flag, the logger and
+/// the operations on whole documents, which are built on the object's own `GetXml`, `ProcessXml`,
+/// `GetBinary` and `SetBinary`.
+///
+/// The order of the virtual operations is part of the library's binary interface: new ones may only
+/// be added behind the last.
+///
+/// An object must not be used from two threads at once, not even for reading: the validation flag
+/// and the logger are written by const operations.
+class MODELKIT_EXPORT IMKObject
+{
+public:
+    IMKObject(const IMKObject&) = delete;
+    IMKObject& operator=(const IMKObject&) = delete;
+
+    virtual ~IMKObject();
+
+    /// True when the object holds the data that it must have to be written under validation.
+    virtual bool HasData() const = 0;
+
+    /// Forgets the content; defaults stay.
+    virtual void Reset() = 0;
+
+    /// Applies the object's rules to its content and to the objects that it owns.
+    /// \param flag handed unchanged to the owned objects.
+    /// \throws MKException (a class below it) at the first rule that is broken.
+    virtual void Check(bool flag) const = 0;
+
+    /// `Check(false)`.
+    virtual void Check() const = 0;
+
+    /// \name Invalid markers
+    /// One value of each type stands for "no value": `SetInvalid` stores it, `IsValid` is false
+    /// for it and true for every other value. The markers are: a quiet NaN (any NaN is invalid)
+    /// for `float` and `double`, the largest value for `unsigned int`, the smallest value for `int`
+    /// and `long long`, the null string, and an invalid `QDateTime`. A `bool` is always valid.
+    /// The markers are independent of what the members of a record accept.
+    /// @{
+    virtual bool IsValid(float value) const;
+    virtual bool IsValid(bool value) const;
+    virtual bool IsValid(unsigned int value) const;
+    virtual bool IsValid(long long value) const;
+    virtual bool IsValid(const QDateTime& value) const;
+    virtual bool IsValid(const QString& value) const;
+    virtual bool IsValid(double value) const;
+    virtual bool IsValid(int value) const;
+    virtual void SetInvalid(float& value) const;
+    virtual void SetInvalid(unsigned int& value) const;
+    virtual void SetInvalid(long long& value) const;
+    virtual void SetInvalid(QString& value) const;
+    virtual void SetInvalid(double& value) const;
+    virtual void SetInvalid(int& value) const;
+    /// @}
+
+    /// Writes the object as one element at the writer's position; starts and ends no document.
+    /// \throws MKException what `Check()` throws, when validation is on. The object has then written
+    /// nothing; when the failing object is an owned one, the elements around it stay open.
+    virtual void GetXml(QXmlStreamWriter& writer) const = 0;
+
+    /// Writes the object as one binary frame at the stream's position.
+    ///
+    /// The frame is \a id (only when \a writeId is true), the number of bytes that follow the
+    /// length, and the content. Lengths are filled in afterwards by seeking back, so the stream needs
+    /// a random-access device that does not append. The stream's byte order is used as it stands.
+    /// \returns false when validation is on and `HasData()` is false; nothing is written then.
+    /// \throws MKException what `Check()` throws, when validation is on; nothing is written then
+    /// unless it is an owned object that fails.
+    virtual bool GetBinary(QDataStream& stream, int id, bool writeId) const = 0;
+
+    /// Reads the content of one binary frame of \a length bytes; the caller has consumed the id and
+    /// the length. Members that the frame does not hold keep their values.
+    /// \throws BinaryParsingException when the bytes read and \a length disagree; members read until
+    /// then keep their new values.
+    virtual void SetBinary(QDataStream& stream, int length) = 0;
+
+    /// Replaces the content by that of an XML document whose root element carries the object's name.
+    /// \param check whether `Check()` is called after reading.
+    /// \returns false when the text is not well-formed or its root is another element. In the first
+    /// case the object holds what was read until the error, in the second it is unchanged.
+    /// \throws MKException what reading and `Check()` throw.
+    virtual bool SetXmlString(const QString& xml, bool check);
+
+    /// Replaces the content by that of a whole-object binary form, plain or compressed, as
+    /// GetBinaryRepresentation() and GetCompressedBinaryRepresentation() write it.
+    /// \returns false when the bytes are not such a form or one of another class; the object is
+    /// unchanged then.
+    /// \throws MKException what `SetBinary` throws.
+    virtual bool SetBinaryRepresentation(QByteArray& bytes);
+
+    /// As above; reads from the stream's position and leaves the stream behind the form.
+    virtual bool SetBinaryRepresentation(QDataStream& stream);
+
+    /// Takes over what \a other has set, on top of the own content; lists are appended.
+    /// \returns false, changing nothing, when \a other is an object of another class.
+    /// \throws MKException what writing \a other and reading it throw.
+    virtual bool MergeMKObject(const IMKObject& other);
+
+    /// The kind that the object was constructed with.
+    virtual ObjectTypes GetObjectType();
+
+    /// The object's name: for a record its class name, which is also its XML element's name and the
+    /// beginning of its messages.
+    virtual const QString& GetObjectName() const;
+
+    /// Reads the element on whose start the reader stands: calls ProcessXmlStartElement() for each
+    /// start element inside it and returns with the reader on the end element of the same name, or
+    /// at the end of the input. Errors of well-formedness stay in the reader. A reader that does not
+    /// stand on a start element is left as it is.
+    virtual void ProcessXml(QXmlStreamReader& reader);
+
+    /// The object as an XML document with declaration, indented by two blanks.
+    /// \throws MKException what `GetXml` throws.
+    virtual QString GetXmlString();
+
+    /// Writes the whole-object form: the binary frame with the object's type code as its id.
+    /// \throws MKException what `GetBinary` throws.
+    virtual void GetBinaryRepresentation(QDataStream& stream) const;
+
+    /// The whole-object form in big-endian byte order; empty when validation let nothing be written.
+    /// \throws MKException what `GetBinary` throws.
+    virtual QByteArray GetBinaryRepresentationAsQByteArray();
+
+    /// Writes the whole-object form compressed with zlib.
+    /// \param level from 0 (none) to 9 (smallest), -1 for zlib's default; others are clamped.
+    /// \throws MKException what `GetBinary` throws.
+    virtual void GetCompressedBinaryRepresentation(QDataStream& stream, int level) const;
+
+    /// As above, as a byte array.
+    virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
+
+    /// Replaces the content by that of an XML file; outcome as SetXmlString() without check, and
+    /// false when the file cannot be read.
+    virtual bool LoadXml(const QString& path);
+
+    /// As above, from the position of an open file; a closed one is opened for the time of reading.
+    virtual bool LoadXml(QFile* file);
+
+    /// Replaces the content by that of a file in the whole-object form, plain or compressed; outcome
+    /// as SetBinaryRepresentation(), and false when the file cannot be read. A closed file is opened
+    /// for the time of reading.
+    virtual bool LoadBinary(QFile* file);
+
+    /// Saves the object as an XML document in UTF-8, as GetXmlString() gives it. The file is replaced
+    /// at once when everything is written; until then an existing one stays as it is.
+    /// \returns false when the file cannot be written or the content cannot be carried by XML.
+    /// \throws MKException what `GetXml` throws.
+    virtual bool SaveXml(const QString& path) const;
+
+    /// Switches the rules of setters, readers and writers on or off, also in the owned objects.
+    virtual void SetValidate(bool validate) const;
+
+    /// The validation flag; off in a new object.
+    virtual bool GetValidate() const;
+
+    /// Sets the logger, also in the owned objects.
+    virtual void SetLogger(std::shared_ptr<Logger> logger) const;
+
+    /// Lets go of the logger; the owned objects follow at their owner's next operation.
+    virtual void ResetLogger() const;
+
+    /// The version of the library.
+    virtual const QString& GetVersion() const;
+
+    /// Sets the kind and the type code; records ignore it.
+    virtual void SetObjectType(ObjectTypes type);
+
+    /// The logger, or none.
+    std::shared_ptr<Logger> GetLogger() const;
+
+    /// Moves the stream behind the payload of a binary entry that the object does not know.
+    /// \param length the announced number of payload bytes; nothing is consumed when it is negative.
+    /// \param tag the entry's tag.
+    /// \returns the number of bytes consumed: fewer than \a length when the stream ends before.
+    int skipCurrentElement(QDataStream& stream, int length, int tag) const;
+
+protected:
+    IMKObject();
+    explicit IMKObject(ObjectTypes type);
+
+    virtual void SetObjectName(const QString& name);
+
+    /// Reads the child element on whose start the reader stands and leaves the reader on its end.
+    virtual void ProcessXmlStartElement(QXmlStreamReader& reader) = 0;
+
+    /// The text of the element on whose start the reader stands, without that of child elements;
+    /// leaves the reader on the element's end. Never a null string. A reader that does not stand on
+    /// a start element is left as it is and gives an empty text.
+    QString GetTextValue(QXmlStreamReader& reader);
+
+    /// Walks the element on whose start the reader stands, as ProcessXml() describes it, with
+    /// \a readChild in the place of ProcessXmlStartElement().
+    template <class Reader, class ReadChild>
+    static void ForEachChildElement(Reader& reader, ReadChild&& readChild);
+
+    /// Identifies the class of a record; the object's kind in other objects.
+    long long m_typeCode = 0;
+
+private:
+    QString m_objectName;
+    mutable std::shared_ptr<Logger> m_logger;
+    ObjectTypes m_objectType = ObjectTypes::Undefined;
+    mutable bool m_validate = false;
+};
+
+template <class Reader, class ReadChild>
+void IMKObject::ForEachChildElement(Reader& reader, ReadChild&& readChild)
+{
+    if (!reader.isStartElement())
+        return;
+    const QString name = reader.name().toString();
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement())
+            readChild();
+        else if (reader.isEndElement() && reader.name() == name)
+            return;
+    }
+}
+
+} // namespace MODELKIT

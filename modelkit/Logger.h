@@ -1,0 +1,63 @@
+/// \file
+/// The logger that objects hold and hand on to the objects that they own.
+#pragma once
+
+#include "modelkit/Export.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <memory>
+#include <mutex>
+
+namespace MODELKIT {
+
+class LogSink;
+
+/// Takes log entries and passes them to a sink.
+///
+/// Objects share a logger through `std::shared_ptr`. Records only hold it; entries are written by
+/// the whole-document operations of the base object and by the program itself. A logger may be used
+/// from several threads: entries reach the sink one at a time.
+class MODELKIT_EXPORT Logger
+{
+public:
+    /// How serious an entry is; the number is the index into GetLevelNames().
+    enum Level : int
+    {
+        Info = 0,
+        Warning = 1,
+        Error = 2
+    };
+
+    /// A logger without a sink drops its entries.
+    explicit Logger(std::shared_ptr<LogSink> sink = nullptr);
+    Logger(const Logger&) = delete;
+    Logger& operator=(const Logger&) = delete;
+    virtual ~Logger();
+
+    /// Hands one entry to the sink, if there is one. What the sink throws passes through.
+    void Log(Level level, const QString& text);
+
+    /// The names "INFO", "WARNING" and "ERROR", in the order of the levels.
+    static const QStringList& GetLevelNames();
+
+private:
+    std::mutex m_mutex;
+    std::shared_ptr<LogSink> m_sink;
+};
+
+/// Receives the entries of a logger; derive from it to bring them where they are wanted.
+class MODELKIT_EXPORT LogSink
+{
+public:
+    LogSink() = default;
+    LogSink(const LogSink&) = delete;
+    LogSink& operator=(const LogSink&) = delete;
+    virtual ~LogSink();
+
+    /// Takes one entry. Called by one thread at a time for each logger.
+    virtual void Write(Logger::Level level, const QString& text) = 0;
+};
+
+} // namespace MODELKIT

@@ -1,0 +1,17 @@
+/// \file
+/// The kinds of objects that the base object library distinguishes.
+#pragma once
+
+namespace MODELKIT {
+
+/// What an object is used for. The kind is given at construction and handed on by copies; the
+/// library itself attaches no behaviour to it.
+enum class ObjectTypes : int
+{
+    Undefined = 0, ///< no kind was given
+    Document = 1,  ///< an object that is loaded and saved as a whole
+    Record = 2,    ///< an object that is part of a document
+    Settings = 3   ///< an object that configures a program
+};
+
+} // namespace MODELKIT

@@ -1,0 +1,29 @@
+/// \file
+/// The one place that knows how the supported Qt versions differ.
+#pragma once
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+#include <QtCore/QXmlStreamReader>
+
+namespace MODELKIT {
+namespace QtVersion {
+
+/// What a stream reader hands out for names and texts: a reference into its buffer, valid until
+/// the next token is read (`QStringRef` up to Qt 5, `QStringView` from Qt 6).
+using XmlView = decltype(std::declval<QXmlStreamReader>().name());
+
+/// The type in which containers count their elements (`int` up to Qt 5, `qsizetype` from Qt 6).
+using Size = QVector<int>::size_type;
+
+/// Looks \a text up in the installed translations. Source texts are UTF-8; Qt 4's choice between
+/// text encodings is gone in Qt 5 and later, so both encodings of that time end here.
+inline QString translate(const char* context, const char* text, const char* disambiguation, int n = -1)
+{
+    return QCoreApplication::translate(context, text, disambiguation, n);
+}
+
+} // namespace QtVersion
+} // namespace MODELKIT

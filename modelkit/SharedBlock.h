@@ -1,0 +1,88 @@
+/// \file
+/// Reference-counted data blocks: the storage of implicitly shared objects.
+#pragma once
+
+#include <atomic>
+#include <utility>
+
+namespace MODELKIT {
+
+/// Base of a data block that several objects may hold. Copying a block copies its content; the
+/// copy starts with a count of its own.
+class SharedBlock
+{
+public:
+    SharedBlock() noexcept = default;
+    SharedBlock(const SharedBlock&) noexcept {}
+    SharedBlock& operator=(const SharedBlock&) = delete;
+
+protected:
+    ~SharedBlock() = default;
+
+private:
+    template <class Block>
+    friend class BlockPointer;
+    std::atomic<int> m_references{0};
+};
+
+/// Points at a shared block, or at none. Copying the pointer shares the block; `detach()` gives the
+/// holder a block of its own.
+///
+/// The count is read with acquire ordering. That is what sets this class apart from
+/// `QExplicitlySharedDataPointer`, whose relaxed read lets the last holder write to a block without
+/// being ordered behind the reads of the holder that has just left it in another thread.
+template <class Block>
+class BlockPointer
+{
+public:
+    BlockPointer() noexcept = default;
+
+    /// Holds \a block, which nobody else has held yet.
+    explicit BlockPointer(Block* block) noexcept : m_block(block) { acquire(); }
+
+    BlockPointer(const BlockPointer& other) noexcept : m_block(other.m_block) { acquire(); }
+
+    BlockPointer& operator=(const BlockPointer& other) noexcept
+    {
+        if (m_block != other.m_block)
+            BlockPointer(other).swap(*this);
+        return *this;
+    }
+
+    ~BlockPointer()
+    {
+        if (m_block && m_block->m_references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete m_block;
+    }
+
+    void swap(BlockPointer& other) noexcept { std::swap(m_block, other.m_block); }
+
+    /// True when another holder shares the block.
+    bool isShared() const noexcept
+    {
+        return m_block && m_block->m_references.load(std::memory_order_acquire) != 1;
+    }
+
+    /// Replaces a shared block by a copy that nobody else holds. When the copy cannot be made the
+    /// exception passes and the pointer keeps its block.
+    void detach()
+    {
+        if (isShared())
+            BlockPointer(new Block(*m_block)).swap(*this);
+    }
+
+    explicit operator bool() const noexcept { return m_block != nullptr; }
+    Block& operator*() const noexcept { return *m_block; }
+    Block* operator->() const noexcept { return m_block; }
+
+private:
+    void acquire() noexcept
+    {
+        if (m_block)
+            m_block->m_references.fetch_add(1, std::memory_order_relaxed);
+    }
+
+    Block* m_block = nullptr;
+};
+
+} // namespace MODELKIT

@@ -1,0 +1,5 @@
+/// \file
+/// The version of the libraries; the build system reads it from here.
+#pragma once
+
+#define MODELKIT_VERSION "0.1.0"

@@ -1,0 +1,15 @@
+#include "routerinterface/AcquireMastership.h"
+
+#include "routerinterface/machinery/RecordDefinition.h"
+
+namespace PELLU300ROUTERINTERFACEXML {
+
+// clang-format off
+//        kind   type  member   field      binary tag
+#define MEMBERS(ROW)                                 \
+    ROW(Value, bool, Success, m_success, 0xBF8A59C6)
+// clang-format on
+
+ROUTERINTERFACE_DEFINE_RECORD(AcquireMastership, machinery::Block, MEMBERS)
+
+} // namespace PELLU300ROUTERINTERFACEXML

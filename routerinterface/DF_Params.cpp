@@ -1,0 +1,18 @@
+#include "routerinterface/DF_Params.h"
+
+#include "routerinterface/machinery/RecordDefinition.h"
+
+namespace PELLU300ROUTERINTERFACEXML {
+
+// clang-format off
+//        kind   type    member                 field                    binary tag
+#define MEMBERS(ROW)                                                               \
+    ROW(Value, double, Frequency,             m_frequency,             0xA97DB5BE) \
+    ROW(Value, double, DemodulationFrequency, m_demodulationFrequency, 0x5255927F) \
+    ROW(Value, double, Bandwidth,             m_bandwidth,             0x104A95AB) \
+    ROW(Value, double, PanoramaSpan,          m_panoramaSpan,          0x7029D96C)
+// clang-format on
+
+ROUTERINTERFACE_DEFINE_RECORD(DF_Params, machinery::Block, MEMBERS)
+
+} // namespace PELLU300ROUTERINTERFACEXML

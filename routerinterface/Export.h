@@ -1,0 +1,11 @@
+/// \file
+/// Marks what the record library makes visible to other modules.
+#pragma once
+
+#include <QtCore/qglobal.h>
+
+#if defined(ROUTERINTERFACE_BUILD)
+    #define ROUTERINTERFACE_EXPORT Q_DECL_EXPORT
+#else
+    #define ROUTERINTERFACE_EXPORT Q_DECL_IMPORT
+#endif

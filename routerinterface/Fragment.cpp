@@ -1,0 +1,69 @@
+#include "routerinterface/Fragment.h"
+
+#include "routerinterface/machinery/RecordDefinition.h"
+
+namespace PELLU300ROUTERINTERFACEXML {
+
+// clang-format off
+//        kind    type                      member              field                 binary tag
+#define MEMBERS(ROW)                                                                            \
+    ROW(Nested, class MastershipState,    MastershipState,    m_mastershipState,    0x111939B4) \
+    ROW(Nested, class AcquireMastership,  AcquireMastership,  m_acquireMastership,  0x21BDA6E2) \
+    ROW(Nested, class ReleaseMastership,  ReleaseMastership,  m_releaseMastership,  0xFC38AB7C) \
+    ROW(Nested, class OstraInterfacePort, OstraInterfacePort, m_ostraInterfacePort, 0xF9E464D0) \
+    ROW(Nested, class PelVtConnectServer, PelVtConnectServer, m_pelVtConnectServer, 0x0BBAB464) \
+    ROW(Nested, class RouterVtServerPort, RouterVtServerPort, m_routerVtServerPort, 0x5D020EA0) \
+    ROW(Nested, class DF_Params,          DF_Params,          m_dF_Params,          0xBE2DFF74)
+// clang-format on
+
+ROUTERINTERFACE_DEFINE_RECORD(Fragment, machinery::ChoiceBlock<Fragment::ChoiceFragment>, MEMBERS)
+
+const Fragment::ChoiceFragment& Fragment::GetChoiceFragment() const
+{
+    return machinery::initData(*this).choice;
+}
+
+void Fragment::InitChoice(const ChoiceFragment& choice)
+{
+    // The argument may be this record's own choice, which the reset changes.
+    const ChoiceFragment chosen = choice;
+    Reset();
+    if (chosen == GetInvalidChoiceFragment())
+        throw OutOfRangeException(machinery::invalidChoiceText(*this));
+    Data::Members::forEach([&](auto member) {
+        using Member = decltype(member);
+        if (Member::index == chosen)
+            machinery::setMember<Member>(*this, machinery::defaultOf<Member>(*this));
+    });
+}
+
+void Fragment::ResetChoiceFragment()
+{
+    if (Data* data = machinery::existingData(*this))
+        data->choice = data->invalidChoice;
+}
+
+QString Fragment::ChoiceFragmentToName(const ChoiceFragment& choice) const
+{
+    return IsValidChoiceFragment(choice) ? machinery::nameOf(choice) : QString();
+}
+
+Fragment::ChoiceFragment Fragment::NameToChoiceFragment(const QString& name) const
+{
+    return machinery::enumeratorOf(name, GetInvalidChoiceFragment());
+}
+
+QStringList Fragment::GetChoiceFragments() { return NamesOf(ChoiceFragment()); }
+QStringList Fragment::GetGUIChoiceFragments() { return machinery::displayNames<ChoiceFragment>(); }
+
+bool Fragment::IsValidChoiceFragment(const ChoiceFragment& choice) const
+{
+    return choice != GetInvalidChoiceFragment();
+}
+
+const Fragment::ChoiceFragment& Fragment::GetInvalidChoiceFragment() const
+{
+    return machinery::initData(*this).invalidChoice;
+}
+
+} // namespace PELLU300ROUTERINTERFACEXML

@@ -1,0 +1,15 @@
+#include "routerinterface/OstraInterfacePort.h"
+
+#include "routerinterface/machinery/RecordDefinition.h"
+
+namespace PELLU300ROUTERINTERFACEXML {
+
+// clang-format off
+//        kind   type          member field   binary tag
+#define MEMBERS(ROW)                                   \
+    ROW(Value, unsigned int, Port, m_port, 0x1F980517)
+// clang-format on
+
+ROUTERINTERFACE_DEFINE_RECORD(OstraInterfacePort, machinery::Block, MEMBERS)
+
+} // namespace PELLU300ROUTERINTERFACEXML

@@ -1,0 +1,15 @@
+#include "routerinterface/PelLu300RouterInterfaceXml.h"
+
+#include "routerinterface/machinery/RecordDefinition.h"
+
+namespace PELLU300ROUTERINTERFACEXML {
+
+// clang-format off
+//        kind    type                         member                 field                    binary tag
+#define MEMBERS(ROW)                                                                                     \
+    ROW(Nested, class PelLu300RouterMessage, PelLu300RouterMessage, m_pelLu300RouterMessage, 0x9B1A7AD8)
+// clang-format on
+
+ROUTERINTERFACE_DEFINE_RECORD(PelLu300RouterInterfaceXml, machinery::OwnerBlock, MEMBERS)
+
+} // namespace PELLU300ROUTERINTERFACEXML

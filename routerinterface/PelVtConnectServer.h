@@ -1,0 +1,144 @@
+/// \file
+/// The record `PelVtConnectServer`.
+#pragma once
+
+#include "routerinterface/Record.h"
+
+namespace PELLU300ROUTERINTERFACEXML {
+
+/// The server to connect to: an address and a port.
+class ROUTERINTERFACE_EXPORT PelVtConnectServer : public MODELKIT::IMKObject
+{
+public:
+    /// Identifies the class; also the id of its whole-object binary form.
+    static constexpr long long id = 140772172;
+
+    /// An empty record: no data block, validation off, no logger.
+    PelVtConnectServer();
+    /// Copies the data and the validation flag, not the logger. The copy has a data block of its own.
+    PelVtConnectServer(const PelVtConnectServer& source);
+    /// Shares the data of \a source until either record is next touched, even by a getter. Validation
+    /// flag and logger stay.
+    PelVtConnectServer& operator=(const PelVtConnectServer& source);
+    ~PelVtConnectServer() override;
+
+    /// \name Content as a whole
+    /// @{
+
+    /// True: the record always counts as holding its data.
+    bool HasData() const override;
+    /// Whether the address is not a null string or the port is set.
+    bool AnyData() const;
+    /// Whether the record has a data block: true once anything but a question has been asked of it.
+    bool IsInitialized() const;
+    /// Puts every member back and marks it as not set; defaults stay.
+    void Reset() override;
+    /// Resets, then gives every member whose default was changed that default, marked as set. A null
+    /// default address is left out.
+    void ResetToDefault();
+    /// Whether the same members are set, to equal values. Defaults do not count.
+    bool operator==(const PelVtConnectServer& other) const;
+    /// The opposite of equality.
+    bool operator!=(const PelVtConnectServer& other) const;
+    /// The class's id.
+    static long long GetId();
+
+    /// @}
+    /// \name Checking and diagnostics
+    /// @{
+
+    /// Demands that an address that is set is not a null string, whether validation is on or off.
+    /// \throws OutOfRangeException "PelVtConnectServer: Please set Address properly."
+    void Check(bool flag) const override;
+    /// `Check(false)`.
+    void Check() const override;
+    /// Switches validation on or off.
+    void SetValidate(bool validate) const override;
+    /// Sets the logger.
+    void SetLogger(std::shared_ptr<MODELKIT::Logger> logger) const override;
+    /// Does nothing: the type code of a record is its id.
+    void SetObjectType(MODELKIT::ObjectTypes type) override;
+
+    /// @}
+    /// \name Written forms
+    /// @{
+
+    /// Writes the element `PelVtConnectServer` with one child element for each member that is set.
+    /// \throws OutOfRangeException what Check() throws, when validation is on; nothing is written then.
+    void GetXml(QXmlStreamWriter& writer) const override;
+    /// Reads the element on whose start the reader stands into the record. Children in any order,
+    /// unknown ones are skipped; members without an element keep their values.
+    void ProcessXml(QXmlStreamReader& reader) override;
+    /// Writes the frame with one entry for each member that is set.
+    /// \returns true.
+    /// \throws OutOfRangeException what Check() throws, when validation is on; nothing is written then.
+    bool GetBinary(QDataStream& stream, int frameId, bool writeId) const override;
+    /// Reads a frame's entries; unknown ones are skipped, members without one keep their values.
+    /// \throws BinaryParsingException "PelVtConnectServer::SetBinary(...): Length error occurred during
+    /// processing of binary representation"; members read until then keep their new values.
+    void SetBinary(QDataStream& stream, int length) override;
+
+    /// @}
+
+    /// \name Address
+    /// A host name or a numeric address; its syntax is not checked. A null string stands for no
+    /// text at all; an empty one is a text like any other.
+    /// @{
+
+    /// The current text; a null string while the member is not set.
+    QString GetAddress();
+    /// Stores the text and marks the member as set.
+    /// \throws OutOfRangeException "PelVtConnectServer: Please set Address properly." when \a value is a null
+    /// string and validation is on; the member keeps its value.
+    void SetAddress(QString value);
+    /// Whether the member has been given a value.
+    bool IsAddressSet() const;
+    /// Makes the text a null string, whatever the default, and marks the member as not set.
+    void ResetAddress();
+    /// The default; a null string unless changed. Valid until the record is next changed or copied.
+    const QString& GetDefaultAddress() const;
+    /// Changes the default, which takes effect with ResetToDefault() only.
+    void SetDefaultAddress(const QString& value);
+    /// Whether \a value is not a null string.
+    bool IsValidAddress(const QString& value) const;
+
+    /// @}
+
+    /// \name Port
+    /// A port number from 0 to 4294967295. Values above 2147483647 are written to XML but read back
+    /// as 0.
+    /// @{
+
+    /// The current value; while the member is not set, its default as it was at the last reset.
+    unsigned int GetPort() const;
+    /// Stores the value and marks the member as set. Every value is accepted.
+    void SetPort(unsigned int value);
+    /// Whether the member has been given a value.
+    bool IsPortSet() const;
+    /// Puts the member back to its default and marks it as not set.
+    void ResetPort();
+    /// The default; \c 0 unless changed. Valid until the record is next changed or copied.
+    const unsigned int& GetDefaultPort() const;
+    /// Changes the default; the current value follows at the next reset.
+    void SetDefaultPort(const unsigned int& value);
+    /// True: every value is valid.
+    bool IsValidPort(const unsigned int& value) const;
+
+    /// @}
+
+protected:
+    void ProcessXmlStartElement(QXmlStreamReader& reader) override;
+
+private:
+    friend struct machinery::Access;
+    struct Data;
+
+    void InitData() const;
+    void ConstNoClearReset() const;
+
+    mutable MODELKIT::BlockPointer<Data> m_data;
+};
+
+} // namespace PELLU300ROUTERINTERFACEXML
+
+Q_DECLARE_TYPEINFO(PELLU300ROUTERINTERFACEXML::PelVtConnectServer, Q_RELOCATABLE_TYPE);

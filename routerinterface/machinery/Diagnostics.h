@@ -1,0 +1,167 @@
+// The two diagnostic settings of a record, validation flag and logger, and how they travel from an
+// owner to what it owns.
+//
+// Every operation that checks, writes or reads first hands the settings down. They cannot be
+// remembered from one operation to the next, because any reference that a caller holds may have
+// changed those of an owned record in between. Within one operation nobody else can, so the
+// operation hands them down once and then only to what has been added since.
+#pragma once
+
+#include "routerinterface/machinery/Access.h"
+#include "routerinterface/machinery/MemberTable.h"
+#include "routerinterface/machinery/Walks.h"
+
+#include <memory>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+// Makes sure that nobody else holds the record's block, if it has one.
+template <class R>
+void detach(const R& record)
+{
+    auto& block = pointer(record);
+    if (!block.isShared())
+        return;
+    block.detach();
+    using Data = DataOf<R>;
+    if constexpr (hasNested<Data>)
+        Data::Members::forEach([&](auto member) {
+            if constexpr (IsNested<typename decltype(member)::Slot>::value)
+                member.slot(*block).forgetUntouched(block->handedDown);
+        });
+}
+
+// Calls apply(owned) for every record that this one owns directly: the nested ones that exist and
+// the list items from firstItem on.
+template <class Data, class Apply>
+void forEachOwned(Data& data, QtVersion::Size firstItem, Apply&& apply)
+{
+    Data::Members::forEach([&](auto member) {
+        using Slot = typename decltype(member)::Slot;
+        auto& slot = member.slot(data);
+        if constexpr (IsNested<Slot>::value) {
+            if (auto* record = slot.existing())
+                apply(*record);
+        } else if constexpr (IsList<Slot>::value) {
+            if (firstItem >= slot.value.size())
+                return;
+            auto& items = slot.ownItems();
+            for (auto item = items.begin() + firstItem, end = items.end(); item != end; ++item)
+                apply(*item);
+        }
+    });
+}
+
+template <class R>
+void setValidate(const R& record, bool validate)
+{
+    record.MODELKIT::IMKObject::SetValidate(validate);
+    using Data = DataOf<R>;
+    if constexpr (ownsRecords<Data>) {
+        if (!pointer(record))
+            return;
+        detach(record);
+        Data& data = *pointer(record);
+        if constexpr (hasNested<Data>)
+            data.handedDown.validate = validate;
+        forEachOwned(data, 0, [validate](const auto& owned) {
+            Walks<std::decay_t<decltype(owned)>>::setValidate(owned, validate);
+        });
+    }
+}
+
+template <class R>
+void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger)
+{
+    record.MODELKIT::IMKObject::SetLogger(logger);
+    using Data = DataOf<R>;
+    if constexpr (ownsRecords<Data>) {
+        if (!pointer(record))
+            return;
+        detach(record);
+        Data& data = *pointer(record);
+        if constexpr (hasNested<Data>)
+            data.handedDown.logger = logger;
+        forEachOwned(data, 0, [&logger](const auto& owned) {
+            Walks<std::decay_t<decltype(owned)>>::setLogger(owned, logger);
+        });
+    }
+}
+
+// Re-applies the record's own settings through its virtual operations, which hand them down: the
+// beginning of every operation that a caller starts.
+template <class R>
+void handDown(const R& record)
+{
+    record.SetValidate(record.GetValidate());
+    record.SetLogger(record.GetLogger());
+}
+
+// The number of items in the list that the record, or a record nested in it, holds.
+template <class R>
+QtVersion::Size numberOfItems([[maybe_unused]] const R& record)
+{
+    QtVersion::Size count = 0;
+    using Data = DataOf<R>;
+    if constexpr (ownsRecords<Data>) {
+        if (!pointer(record))
+            return count;
+        const Data& data = *pointer(record);
+        Data::Members::forEach([&](auto member) {
+            using Slot = typename decltype(member)::Slot;
+            if constexpr (IsNested<Slot>::value) {
+                if (const auto* nested = member.slot(data).existing())
+                    count += Walks<RecordIn<Slot>>::numberOfItems(*nested);
+            } else if constexpr (IsList<Slot>::value) {
+                count += member.slot(data).value.size();
+            }
+        });
+    }
+    return count;
+}
+
+// Hands the settings down to the list items behind the settled ones, wherever below the record the
+// list is.
+template <class R>
+void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Settled& settled)
+{
+    using Data = DataOf<R>;
+    if constexpr (ownsRecords<Data>) {
+        if (!pointer(record))
+            return;
+        Data& data = *pointer(record);
+        Data::Members::forEach([&](auto member) {
+            using Slot = typename decltype(member)::Slot;
+            if constexpr (IsNested<Slot>::value) {
+                if (const auto* nested = member.slot(data).existing())
+                    Walks<RecordIn<Slot>>::handDownToNewItems(*nested, settled);
+            } else if constexpr (IsList<Slot>::value) {
+                const auto logger = record.GetLogger();
+                forEachOwned(data, settled.items, [&](const auto& item) {
+                    Walks<RecordIn<Slot>>::setValidate(item, record.GetValidate());
+                    Walks<RecordIn<Slot>>::setLogger(item, logger);
+                });
+                settled.items = member.slot(data).value.size();
+            }
+        });
+    }
+}
+
+// The beginning of every step of a reading operation: the same to every observer as handDown().
+template <class R>
+void settle(const R& record, Settled& settled)
+{
+    if constexpr (ownsRecords<DataOf<R>>) {
+        if (settled.begun) {
+            handDownToNewItems(record, settled);
+            return;
+        }
+        setValidate(record, record.GetValidate());
+        setLogger(record, record.GetLogger());
+        settled = Settled{true, numberOfItems(record)};
+    }
+}
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML

@@ -1,0 +1,149 @@
+// The table of a record's members as a list of types, and the walks over it.
+//
+// Each member is described by an empty type with
+//   Slot            the type of its slot in the data block (Slots.h)
+//   index           its place in the table, which is also its flag bit
+//   binaryTag       the tag of its entry in the binary form
+//   slot(data)      its slot in a data block
+//   name()          its name as a view, nameText() as a string
+//   fieldName()     the name of its slot, which some message texts mention
+#pragma once
+
+#include "routerinterface/machinery/Slots.h"
+
+#include <type_traits>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+struct ListHead;
+
+// The first argument only takes the place before the first comma of a generated list.
+template <class Head, class... Members>
+struct MemberList;
+
+template <class... Members>
+struct MemberList<ListHead, Members...>
+{
+    static constexpr int count = sizeof...(Members);
+
+    // Calls visit(member) for every member in declaration order.
+    template <class Visit>
+    static void forEach(Visit&& visit)
+    {
+        (visit(Members{}), ...);
+    }
+
+    // The same until a call returns true; returns whether one did.
+    template <class Visit>
+    static bool any(Visit&& visit)
+    {
+        return (visit(Members{}) || ...);
+    }
+
+    template <template <class> class Predicate>
+    static constexpr bool has = (Predicate<typename Members::Slot>::value || ...);
+};
+
+template <class Slot>
+struct IsNested : std::false_type
+{
+};
+template <class R>
+struct IsNested<Nested<R>> : std::true_type
+{
+};
+
+template <class Slot>
+struct IsList : std::false_type
+{
+};
+template <class R>
+struct IsList<List<R>> : std::true_type
+{
+};
+
+// The record class that a nested member or a list holds.
+template <class Slot>
+struct RecordInSlot;
+template <class R>
+struct RecordInSlot<Nested<R>>
+{
+    using Type = R;
+};
+template <class R>
+struct RecordInSlot<List<R>>
+{
+    using Type = R;
+};
+template <class Slot>
+using RecordIn = typename RecordInSlot<Slot>::Type;
+
+template <class Slot>
+struct IsText : std::false_type
+{
+};
+template <class T>
+struct IsText<Text<T>> : std::true_type
+{
+};
+
+template <class Slot>
+struct IsMandatory : std::false_type
+{
+};
+template <class E>
+struct IsMandatory<Mandatory<E>> : std::true_type
+{
+};
+
+template <class Data>
+constexpr bool hasNested = Data::Members::template has<IsNested>;
+template <class Data>
+constexpr bool hasList = Data::Members::template has<IsList>;
+template <class Data>
+constexpr bool ownsRecords = hasNested<Data> || hasList<Data>;
+
+template <class E>
+std::true_type choiceTest(const ChoiceBlock<E>*);
+std::false_type choiceTest(const void*);
+template <class Data>
+constexpr bool isChoice = decltype(choiceTest(static_cast<Data*>(nullptr)))::value;
+
+// In a choice only one member is current; in every other record all members are.
+template <class Member, class Data>
+bool isCurrent([[maybe_unused]] const Data& data, Member)
+{
+    if constexpr (isChoice<Data>)
+        return data.choice == Member::index;
+    else
+        return true;
+}
+
+template <class Member, class Data>
+void makeCurrent([[maybe_unused]] Data& data, Member)
+{
+    if constexpr (isChoice<Data>)
+        data.choice = static_cast<decltype(data.choice)>(Member::index);
+}
+
+// The record of a nested member.
+template <class Member, class Data>
+auto& nestedRecord(const Data& data)
+{
+    return Member::slot(data).value(data.handedDown);
+}
+
+// Whether the member takes part in the written forms. A list goes by its items and a mandatory
+// member is always written; neither asks its flag.
+template <class Member, class Data>
+bool isWritten(const Data& data, Member member)
+{
+    if constexpr (IsList<typename Member::Slot>::value || IsMandatory<typename Member::Slot>::value)
+        return true;
+    else
+        return data.set.test(Member::index) && isCurrent(data, member);
+}
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML

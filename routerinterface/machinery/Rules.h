@@ -1,0 +1,89 @@
+// What the value of a member must fulfil, and the texts of all messages.
+#pragma once
+
+#include "modelkit/Exceptions.h"
+#include "routerinterface/machinery/Access.h"
+#include "routerinterface/machinery/Enumerations.h"
+#include "routerinterface/machinery/MemberTable.h"
+
+#include <QtCore/QChar>
+#include <QtCore/QString>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+inline QString fill(const QString& text, const QString& value)
+{
+    return text.arg(value, 0, QLatin1Char(' '));
+}
+
+template <class R>
+QString setProperlyText(const R& record, const QString& member)
+{
+    return record.GetObjectName() + fill(QStringLiteral(": Please set %1 properly."), member);
+}
+
+inline QString notAnEnumeratorText(const QString& className, const QString& field)
+{
+    return fill(fill(QStringLiteral("enum is not valid (classname=%1,membername=%2)"), className), field);
+}
+
+template <class R>
+QString incompleteChoiceText(const R& record, const QString& field)
+{
+    return record.GetObjectName()
+           + fill(QStringLiteral(":Check failed. The mandatory member %1 is not set or mandatory data of the "
+                                 "member is not set."),
+                  field);
+}
+
+template <class R>
+QString incompleteItemText(const R& record, const QString& list)
+{
+    return record.GetObjectName()
+           + fill(QStringLiteral(": Tried to append not completely defined or invalid item %1."), list);
+}
+
+template <class R>
+QString invalidChoiceText(const R& record)
+{
+    return fill(QStringLiteral("Invalid enum value set in '%1'."), record.GetObjectName());
+}
+
+template <class R>
+QString emptyBooleanText(const R& record, const QString& member)
+{
+    return fill(fill(QStringLiteral("Please set a value or a default for the boolean '%1' in '%2'."), member),
+                record.GetObjectName());
+}
+
+template <class R>
+QString lengthErrorText(const R& record)
+{
+    return record.GetObjectName()
+           + QStringLiteral(
+               "::SetBinary(...): Length error occurred during processing of binary representation");
+}
+
+// What a setter demands of a new value while validation is on. Any value will do unless the kind of
+// member says otherwise.
+template <class Member, class R, class Slot, class T>
+void requireAcceptable(const R&, const Slot&, const T&)
+{}
+
+template <class Member, class R, class S, class T>
+void requireAcceptable(const R& record, const Text<S>&, const T& value)
+{
+    if (!Text<S>::isValid(value))
+        throw OutOfRangeException(setProperlyText(record, Member::nameText()));
+}
+
+template <class Member, class R, class E, class T>
+void requireAcceptable(const R&, const Enumerated<E>&, const T& value)
+{
+    if (!isEnumerator(value))
+        throw OutOfRangeException(notAnEnumeratorText(DataOf<R>::className(), Member::fieldName()));
+}
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML

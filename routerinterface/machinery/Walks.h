@@ -1,0 +1,55 @@
+// What an owner asks of the records that it owns.
+//
+// A record's data block is known only in the record's own source, where these functions are
+// instantiated; the sources of its owners call them. They take for granted that the owner has handed
+// its settings down, which sets them apart from the record's virtual operations.
+#pragma once
+
+#include "modelkit/Logger.h"
+#include "modelkit/QtVersion.h"
+
+#include <QtCore/QLatin1String>
+
+#include <memory>
+
+class QXmlStreamReader;
+class QXmlStreamWriter;
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+namespace QtVersion = MODELKIT::QtVersion;
+
+class StreamSink;
+class StreamSource;
+
+// What a reading operation knows about the settings of the records below the one it fills: whether
+// they have been handed down, and how many list items have them. A record and the records nested in
+// it share one of these; every list item is read with its own.
+struct Settled
+{
+    bool begun = false;
+    QtVersion::Size items = 0;
+};
+
+template <class R>
+struct Walks
+{
+    static QLatin1String className();
+
+    static void setValidate(const R& record, bool validate);
+    static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);
+    static QtVersion::Size numberOfItems(const R& record);
+    static void handDownToNewItems(const R& record, Settled& settled);
+
+    static void applyRules(const R& record, bool flag);
+
+    static void writeElement(const R& record, QXmlStreamWriter& writer, bool checked);
+    static void readElement(R& record, QXmlStreamReader& reader, Settled& settled);
+
+    static void writeFrame(const R& record, StreamSink& sink, int id, bool writeId, bool checked);
+    static void readEntries(R& record, StreamSource& source, qint64 length, Settled& settled);
+};
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML

@@ -1,0 +1,109 @@
+// What most tests need: the ten record classes, both written forms as literals, and messages of
+// exceptions.
+#pragma once
+
+#include "routerinterface/AcquireMastership.h"
+#include "routerinterface/DF_Params.h"
+#include "routerinterface/Fragment.h"
+#include "routerinterface/MastershipState.h"
+#include "routerinterface/OstraInterfacePort.h"
+#include "routerinterface/PelLu300RouterInterfaceXml.h"
+#include "routerinterface/PelLu300RouterMessage.h"
+#include "routerinterface/PelVtConnectServer.h"
+#include "routerinterface/ReleaseMastership.h"
+#include "routerinterface/RouterVtServerPort.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QByteArray>
+#include <QtCore/QDataStream>
+#include <QtCore/QString>
+#include <QtCore/QXmlStreamReader>
+#include <QtCore/QXmlStreamWriter>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <ostream>
+
+// GoogleTest prints Qt strings and byte arrays through these.
+inline void PrintTo(const QString& text, std::ostream* out)
+{
+    if (text.isNull())
+        *out << "null QString";
+    else
+        *out << '"' << text.toUtf8().constData() << '"';
+}
+
+inline void PrintTo(const QByteArray& bytes, std::ostream* out)
+{
+    if (bytes.isNull())
+        *out << "null QByteArray";
+    else
+        *out << '"' << bytes.toHex(' ').constData() << '"';
+}
+
+namespace testing_support {
+
+using namespace PELLU300ROUTERINTERFACEXML;
+
+using AllRecords = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer, MastershipState,
+                                    AcquireMastership, ReleaseMastership, DF_Params, Fragment,
+                                    PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
+
+// An empty text that is not null.
+inline QString empty() { return QString(QLatin1String("")); }
+
+// The record as an XML element without declaration and without any added white space.
+inline QString xmlOf(const MODELKIT::IMKObject& record)
+{
+    QString xml;
+    QXmlStreamWriter writer(&xml);
+    record.GetXml(writer);
+    return xml;
+}
+
+// Reads an element into the record as a caller of ProcessXml does.
+inline void readXml(MODELKIT::IMKObject& record, const QString& xml)
+{
+    QXmlStreamReader reader(xml);
+    ASSERT_TRUE(reader.readNextStartElement());
+    record.ProcessXml(reader);
+}
+
+// The record's frame, big-endian, without id.
+inline QByteArray frameOf(const MODELKIT::IMKObject& record)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    record.GetBinary(stream, 0, false);
+    return bytes;
+}
+
+// Bytes from hexadecimal digits; blanks do not count.
+inline QByteArray bytes(const char* hex) { return QByteArray::fromHex(hex); }
+
+// Reads a frame that begins with its record length, as a caller of SetBinary does.
+inline void readFrame(MODELKIT::IMKObject& record, const QByteArray& frame)
+{
+    QDataStream stream(frame);
+    int length = 0;
+    stream >> length;
+    record.SetBinary(stream, length);
+}
+
+// Expects that statement throws exactly an Exception with exactly that text.
+template <class Exception, class Statement>
+void expectThrow(Statement&& statement, const QString& text)
+{
+    try {
+        statement();
+    } catch (const ModelKitException& exception) {
+        EXPECT_TRUE(typeid(exception) == typeid(Exception)) << typeid(exception).name();
+        EXPECT_EQ(exception.GetText(), text);
+        EXPECT_EQ(QString::fromUtf8(exception.what()), text);
+        return;
+    }
+    ADD_FAILURE() << "nothing was thrown";
+}
+
+} // namespace testing_support
