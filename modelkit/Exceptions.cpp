@@ -10,6 +10,8 @@ ModelKitException::~ModelKitException() = default;
 
 const QString& ModelKitException::GetText() const noexcept { return m_text; }
 const char* ModelKitException::what() const noexcept { return m_utf8.constData(); }
+const MODELKIT::Place& ModelKitException::GetPlace() const noexcept { return m_place; }
+void ModelKitException::SetPlace(const MODELKIT::Place& place) { m_place = place; }
 
 #define MODELKIT_DEFINE_EXCEPTION(Class, Base)                \
     Class::Class(const QString& text) : Base(text) {}         \

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "modelkit/Export.h"
+#include "modelkit/Place.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
@@ -28,9 +29,17 @@ public:
     /// The message text in UTF-8; valid as long as the exception lives.
     const char* what() const noexcept override;
 
+    /// Where in a document it happened. Known for exceptions that pass through the operations that
+    /// read whole documents; empty otherwise. The place is no part of the text.
+    const MODELKIT::Place& GetPlace() const noexcept;
+
+    /// Notes where in a document it happened.
+    void SetPlace(const MODELKIT::Place& place);
+
 private:
     QString m_text;
     QByteArray m_utf8;
+    MODELKIT::Place m_place;
 };
 
 /// Base of the exceptions that objects throw.

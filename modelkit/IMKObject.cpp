@@ -1,6 +1,9 @@
 #include "modelkit/IMKObject.h"
 
+#include "modelkit/QtVersion.h"
+#include "modelkit/ReadingContext.h"
 #include "modelkit/Version.h"
+#include "modelkit/XmlWalk.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QDateTime>
@@ -63,21 +66,27 @@ const QString& IMKObject::GetVersion() const
 
 void IMKObject::ProcessXml(QXmlStreamReader& reader)
 {
-    ForEachChildElement(reader, [this, &reader] { ProcessXmlStartElement(reader); });
+    walkElement(reader, ReadingContext::Current(), [this, &reader] { ProcessXmlStartElement(reader); });
 }
 
 QString IMKObject::GetTextValue(QXmlStreamReader& reader)
 {
-    const QString text = reader.readElementText(QXmlStreamReader::SkipChildElements);
-    return text.isNull() ? QString(QLatin1String("")) : text;
+    QString text = QLatin1String("");
+    walkText(reader, ReadingContext::Current(), [&text](QtVersion::XmlView piece) { text += piece; });
+    return text;
 }
 
 int IMKObject::skipCurrentElement(QDataStream& stream, int length, int) const
 {
-    if (length <= 0)
-        return 0;
-    const int skipped = stream.skipRawData(length);
-    return skipped > 0 ? skipped : 0;
+    // A device that cannot seek may deliver the payload in pieces.
+    int skipped = 0;
+    while (skipped < length) {
+        const int more = stream.skipRawData(length - skipped);
+        if (more <= 0)
+            break;
+        skipped += more;
+    }
+    return skipped;
 }
 
 } // namespace MODELKIT

@@ -4,6 +4,8 @@
 
 #include "modelkit/Exceptions.h"
 #include "modelkit/Export.h"
+#include "modelkit/Failure.h"
+#include "modelkit/Limits.h"
 #include "modelkit/Logger.h"
 #include "modelkit/ObjectTypes.h"
 
@@ -95,27 +97,40 @@ public:
     /// then keep their new values.
     virtual void SetBinary(QDataStream& stream, int length) = 0;
 
+    /// \name Whole documents
+    ///
+    /// Every operation that reads replaces the content and obeys the Limits. It returns false, with
+    /// the reason in GetLastFailure(), when the input cannot be read, is no document of this object
+    /// or exceeds a limit. What a record throws passes through unchanged, with its place attached.
+    /// The object is then unchanged as long as nothing of its own element or frame was read;
+    /// otherwise it holds what was read until the failure.
+    ///
+    /// Every failure, exceptions included, is written to the logger as an error in one sentence.
+    /// @{
+
     /// Replaces the content by that of an XML document whose root element carries the object's name.
     /// \param check whether `Check()` is called after reading.
-    /// \returns false when the text is not well-formed or its root is another element. In the first
-    /// case the object holds what was read until the error, in the second it is unchanged.
     /// \throws MKException what reading and `Check()` throw.
     virtual bool SetXmlString(const QString& xml, bool check);
 
     /// Replaces the content by that of a whole-object binary form, plain or compressed, as
-    /// GetBinaryRepresentation() and GetCompressedBinaryRepresentation() write it.
-    /// \returns false when the bytes are not such a form or one of another class; the object is
-    /// unchanged then.
+    /// GetBinaryRepresentation() and GetCompressedBinaryRepresentation() write it in big-endian byte
+    /// order. Bytes behind the form are ignored.
     /// \throws MKException what `SetBinary` throws.
     virtual bool SetBinaryRepresentation(QByteArray& bytes);
 
-    /// As above; reads from the stream's position and leaves the stream behind the form.
+    /// As above; reads from the stream's position in the stream's byte order and leaves the stream
+    /// behind the form. A stream that cannot seek is waited for until the form is there.
     virtual bool SetBinaryRepresentation(QDataStream& stream);
 
-    /// Takes over what \a other has set, on top of the own content; lists are appended.
+    /// Takes over what \a other has set, in full precision, on top of the own content; the items of
+    /// lists are appended. Neither validation flag nor completeness of \a other matters; the rules of
+    /// this object's setters apply when its validation is on.
     /// \returns false, changing nothing, when \a other is an object of another class.
-    /// \throws MKException what writing \a other and reading it throw.
+    /// \throws MKException what the setters throw; what was taken over until then stays.
     virtual bool MergeMKObject(const IMKObject& other);
+
+    /// @}
 
     /// The kind that the object was constructed with.
     virtual ObjectTypes GetObjectType();
@@ -130,11 +145,19 @@ public:
     /// stand on a start element is left as it is.
     virtual void ProcessXml(QXmlStreamReader& reader);
 
-    /// The object as an XML document with declaration, indented by two blanks.
+    /// \name Whole documents
+    /// @{
+
+    /// The object as an XML document with declaration, indented by two blanks. For compact text, let
+    /// GetXml() write to a `QXmlStreamWriter` of your own.
+    /// \returns a null string, with the reason in GetLastFailure(), when a text holds a character
+    /// that XML cannot carry.
     /// \throws MKException what `GetXml` throws.
     virtual QString GetXmlString();
 
-    /// Writes the whole-object form: the binary frame with the object's type code as its id.
+    /// Writes the whole-object form: the binary frame with the object's type code as its id. Nothing
+    /// is written when validation is on and `HasData()` is false. To save a file, write to a
+    /// `QDataStream` on a `QSaveFile`. A device that cannot seek gets the form in one piece.
     /// \throws MKException what `GetBinary` throws.
     virtual void GetBinaryRepresentation(QDataStream& stream) const;
 
@@ -147,26 +170,30 @@ public:
     /// \throws MKException what `GetBinary` throws.
     virtual void GetCompressedBinaryRepresentation(QDataStream& stream, int level) const;
 
-    /// As above, as a byte array.
+    /// As above, as a byte array in big-endian byte order.
     virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
-    /// Replaces the content by that of an XML file; outcome as SetXmlString() without check, and
-    /// false when the file cannot be read.
+    /// Replaces the content by that of an XML file.
+    /// \throws MKException what reading throws.
     virtual bool LoadXml(const QString& path);
 
-    /// As above, from the position of an open file; a closed one is opened for the time of reading.
+    /// As above, from the position of an open file, which may be a pipe or standard input, to its
+    /// end; a closed one is opened for the time of reading.
     virtual bool LoadXml(QFile* file);
 
-    /// Replaces the content by that of a file in the whole-object form, plain or compressed; outcome
-    /// as SetBinaryRepresentation(), and false when the file cannot be read. A closed file is opened
-    /// for the time of reading.
+    /// Replaces the content by that of a file in the whole-object form, plain or compressed, in
+    /// big-endian byte order. The file as with LoadXml().
+    /// \throws MKException what reading throws.
     virtual bool LoadBinary(QFile* file);
 
-    /// Saves the object as an XML document in UTF-8, as GetXmlString() gives it. The file is replaced
-    /// at once when everything is written; until then an existing one stays as it is.
-    /// \returns false when the file cannot be written or the content cannot be carried by XML.
+    /// Saves the object as an XML document in UTF-8 with declaration, indented by two blanks. An
+    /// existing file stays as it is until the new one is written whole, and then is replaced at once.
+    /// \returns false, with the reason in GetLastFailure(), when the file cannot be written or a text
+    /// holds a character that XML cannot carry.
     /// \throws MKException what `GetXml` throws.
     virtual bool SaveXml(const QString& path) const;
+
+    /// @}
 
     /// Switches the rules of setters, readers and writers on or off, also in the owned objects.
     virtual void SetValidate(bool validate) const;
@@ -189,6 +216,10 @@ public:
     /// The logger, or none.
     std::shared_ptr<Logger> GetLogger() const;
 
+    /// Why the calling thread's last operation on a whole document failed; of kind Failure::None when
+    /// it succeeded. It stays until the thread's next such operation, on whichever object.
+    static const Failure& GetLastFailure();
+
     /// Moves the stream behind the payload of a binary entry that the object does not know.
     /// \param length the announced number of payload bytes; nothing is consumed when it is negative.
     /// \param tag the entry's tag.
@@ -209,11 +240,6 @@ protected:
     /// a start element is left as it is and gives an empty text.
     QString GetTextValue(QXmlStreamReader& reader);
 
-    /// Walks the element on whose start the reader stands, as ProcessXml() describes it, with
-    /// \a readChild in the place of ProcessXmlStartElement().
-    template <class Reader, class ReadChild>
-    static void ForEachChildElement(Reader& reader, ReadChild&& readChild);
-
     /// Identifies the class of a record; the object's kind in other objects.
     long long m_typeCode = 0;
 
@@ -223,20 +249,5 @@ private:
     ObjectTypes m_objectType = ObjectTypes::Undefined;
     mutable bool m_validate = false;
 };
-
-template <class Reader, class ReadChild>
-void IMKObject::ForEachChildElement(Reader& reader, ReadChild&& readChild)
-{
-    if (!reader.isStartElement())
-        return;
-    const QString name = reader.name().toString();
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (reader.isStartElement())
-            readChild();
-        else if (reader.isEndElement() && reader.name() == name)
-            return;
-    }
-}
 
 } // namespace MODELKIT

@@ -23,18 +23,6 @@ struct Access
         record.SetObjectName(className);
         record.m_typeCode = R::id;
     }
-
-    template <class R, class Reader>
-    static QString textValue(R& record, Reader& reader)
-    {
-        return record.GetTextValue(reader);
-    }
-
-    template <class R, class Reader, class ReadChild>
-    static void forEachChildElement(const R&, Reader& reader, ReadChild&& readChild)
-    {
-        R::ForEachChildElement(reader, std::forward<ReadChild>(readChild));
-    }
 };
 
 template <class R>

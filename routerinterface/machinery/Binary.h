@@ -1,13 +1,13 @@
 // The binary form: frames of tagged, length-prefixed entries on a data stream.
 #pragma once
 
+#include "routerinterface/machinery/BinaryStreams.h"
 #include "routerinterface/machinery/Checking.h"
-#include "routerinterface/machinery/Xml.h"
+#include "routerinterface/machinery/TextForms.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QDataStream>
 #include <QtCore/QIODevice>
-#include <QtCore/QtEndian>
 
 #include <algorithm>
 #include <cstdint>
@@ -16,211 +16,83 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// Writes the parts of a frame to a data stream in the stream's byte order.
-class StreamSink
-{
-public:
-    explicit StreamSink(QDataStream& stream) : m_stream(stream), m_device(stream.device()) {}
-
-    void word(int value) { m_stream << static_cast<qint32>(value); }
-    void tag(std::uint32_t value) { m_stream << static_cast<quint32>(value); }
-    void doubleWord(qint64 value) { m_stream << value; }
-    void boolean(bool value) { m_stream << value; }
-
-    // UTF-8 with a byte count; a null string has a count of its own.
-    void text(const QString& value)
-    {
-        if (value.isNull()) {
-            word(-1);
-            return;
-        }
-        const QByteArray bytes = value.toUtf8();
-        word(static_cast<int>(bytes.size()));
-        m_stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size()));
-    }
-
-    // Writes a length word to be filled in by endLength() with the number of bytes that follow it.
-    // Returns the place behind it.
-    qint64 beginLength()
-    {
-        word(0);
-        return position();
-    }
-
-    void endLength(qint64 begin)
-    {
-        const qint64 end = position();
-        seek(begin - 4);
-        word(static_cast<int>(end - begin));
-        seek(end);
-    }
-
-private:
-    qint64 position() const { return m_device ? m_device->pos() : 0; }
-
-    void seek(qint64 position)
-    {
-        if (m_device)
-            m_device->seek(position);
-    }
-
-    QDataStream& m_stream;
-    QIODevice* m_device;
-};
-
-// Reads the parts of a frame from a data stream and counts the bytes. A part that the stream does
-// not hold whole is not delivered: the call returns false.
-class StreamSource
-{
-public:
-    explicit StreamSource(QDataStream& stream) : m_stream(stream) {}
-
-    qint64 consumed() const { return m_consumed; }
-    bool atEnd() const { return m_stream.atEnd(); }
-
-    // The number of bytes known to be there still.
-    qint64 available() const
-    {
-        const QIODevice* device = m_stream.device();
-        return device ? device->bytesAvailable() : 0;
-    }
-
-    bool word(int& value) { return number(value); }
-
-    bool read(unsigned int& value)
-    {
-        qint64 wide = 0;
-        if (!number(wide))
-            return false;
-        value = static_cast<unsigned int>(wide & 0xFFFFFFFF);
-        return true;
-    }
-
-    bool read(bool& value)
-    {
-        char byte = 0;
-        if (!take(&byte, 1))
-            return false;
-        value = byte != 0;
-        return true;
-    }
-
-    bool read(QString& value)
-    {
-        qint32 count = 0;
-        if (!number(count))
-            return false;
-        if (count == -1) {
-            value = QString();
-            return true;
-        }
-        if (count < 0) {
-            m_stream.setStatus(QDataStream::ReadPastEnd);
-            return false;
-        }
-        // In steps, so that memory grows with what is there and not with what is announced.
-        QByteArray bytes;
-        while (bytes.size() < count) {
-            const int have = static_cast<int>(bytes.size());
-            const int step = std::min(count - have, maximalStep);
-            bytes.resize(have + step);
-            if (!take(bytes.data() + have, step))
-                return false;
-        }
-        // With the size given: a null character is a part of the text.
-        value = count == 0 ? QString(QLatin1String("")) : QString::fromUtf8(bytes.constData(), count);
-        return true;
-    }
-
-    // Lets the record leave an entry that it does not know.
-    template <class R>
-    void skip(const R& record, int length, int tag)
-    {
-        m_consumed += record.skipCurrentElement(m_stream, length, tag);
-    }
-
-private:
-    static constexpr int maximalStep = 1 << 20;
-
-    bool take(char* to, int count)
-    {
-        const int taken = m_stream.readRawData(to, count);
-        m_consumed += std::max(taken, 0);
-        if (taken == count)
-            return true;
-        m_stream.setStatus(QDataStream::ReadPastEnd);
-        return false;
-    }
-
-    template <class T>
-    bool number(T& value)
-    {
-        char bytes[sizeof(T)];
-        if (!take(bytes, static_cast<int>(sizeof bytes)))
-            return false;
-        value = m_stream.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<T>(bytes)
-                                                               : qFromLittleEndian<T>(bytes);
-        return true;
-    }
-
-    QDataStream& m_stream;
-    qint64 m_consumed = 0;
-};
-
 // --- payloads -------------------------------------------------------------------------------
 
-inline void writePayload(StreamSink& sink, const Value<unsigned int>& slot) { sink.doubleWord(slot.value); }
-inline void writePayload(StreamSink& sink, const Value<bool>& slot) { sink.boolean(slot.value); }
+inline void writePayload(BinarySink& sink, const Value<unsigned int>& slot) { sink.doubleWord(slot.value); }
+inline void writePayload(BinarySink& sink, const Value<bool>& slot) { sink.boolean(slot.value); }
 
 // Doubles, texts and enumerators travel in their text form.
-inline void writePayload(StreamSink& sink, const Value<double>& slot) { sink.text(textOf(slot)); }
-template <class T>
-void writePayload(StreamSink& sink, const Text<T>& slot)
+inline void writePayload(BinarySink& sink, const Value<double>& slot)
 {
-    sink.text(textOf(slot));
+    char text[maximalNumberSize];
+    const int size = sink.isTransfer() ? 0 : writeTwoDecimals(slot.value, text);
+    if (size > 0)
+        sink.text(text, size);
+    else
+        sink.text(sink.isTransfer() ? QString::number(slot.value, 'g', 17) : textOf(slot));
 }
-template <class E>
-void writePayload(StreamSink& sink, const Enumerated<E>& slot)
+
+template <class T>
+void writePayload(BinarySink& sink, const Text<T>& slot)
 {
     sink.text(textOf(slot));
 }
 
-template <class Member, class R, class T>
-bool readPayload(R& record, StreamSource& source, const Value<T>&)
+template <class E>
+void writePayload(BinarySink& sink, const Enumerated<E>& slot)
 {
-    T value{};
-    if (!source.read(value))
+    sink.text(textOf(slot));
+}
+
+// Takes what is noticed to the report, with the offset of the entry. Member: the step that is still
+// to be added to the path on which the reading is.
+struct BinaryNotify
+{
+    const Reading& reading;
+    qint64 offset;
+    QString member;
+
+    explicit operator bool() const { return reading.context && reading.context->IsReporting(); }
+
+    void operator()(Notice kind, const QString& text) const
+    {
+        reading.context->Report(kind, text, offset, member);
+    }
+};
+
+template <class Member, class R>
+bool readPayload(R& record, BinarySource& source, const Value<unsigned int>&, const BinaryNotify& notify)
+{
+    qint64 wide = 0;
+    if (!source.doubleWord(wide))
         return false;
+    const auto value = static_cast<unsigned int>(wide & 0xFFFFFFFF);
+    if (value != wide && notify)
+        notify(Notice::WrappedNumber, QStringLiteral("%1 was taken for %2.").arg(wide).arg(value));
     setMember<Member>(record, value);
     return true;
 }
 
-template <class Member, class R, class Slot>
-bool readTextPayload(R& record, StreamSource& source, const Slot& slot)
+template <class Member, class R>
+bool readPayload(R& record, BinarySource& source, const Value<bool>&, const BinaryNotify& notify)
 {
-    QString text;
-    if (!source.read(text))
+    char byte = 0;
+    if (!source.byte(byte))
         return false;
-    setMember<Member>(record, fromText<Member>(record, slot, text));
+    if (byte != 0 && byte != 1 && notify)
+        notify(Notice::UnusualBoolean, QStringLiteral("The byte %1 was taken for true.").arg(byte & 0xFF));
+    setMember<Member>(record, byte != 0);
     return true;
 }
 
-template <class Member, class R>
-bool readPayload(R& record, StreamSource& source, const Value<double>& slot)
+template <class Member, class R, class Slot>
+bool readPayload(R& record, BinarySource& source, const Slot& slot, const BinaryNotify& notify)
 {
-    return readTextPayload<Member>(record, source, slot);
-}
-
-template <class Member, class R, class T>
-bool readPayload(R& record, StreamSource& source, const Text<T>& slot)
-{
-    return readTextPayload<Member>(record, source, slot);
-}
-
-template <class Member, class R, class E>
-bool readPayload(R& record, StreamSource& source, const Enumerated<E>& slot)
-{
-    return readTextPayload<Member>(record, source, slot);
+    Utf8Text text;
+    if (!source.text(text))
+        return false;
+    setMember<Member>(record, fromText<Member>(record, slot, text, notify));
+    return true;
 }
 
 // --- writing --------------------------------------------------------------------------------
@@ -228,19 +100,20 @@ bool readPayload(R& record, StreamSource& source, const Enumerated<E>& slot)
 // Writes an owned record, whose settings its owner has handed down. Checked: the rules of an outer
 // record have been applied to it already.
 template <class R>
-void writeOwned(const R& record, StreamSink& sink, int id, bool writeId, bool checked)
+void writeOwned(const R& record, BinarySink& sink, int id, bool writeId, bool checked)
 {
-    if (record.GetValidate()) {
+    if (record.GetValidate() && !sink.isTransfer()) {
         if (!checked)
             Walks<R>::applyRules(record, false);
         if (!record.HasData())
             return;
+        checked = true;
     }
-    Walks<R>::writeFrame(record, sink, id, writeId, checked || record.GetValidate());
+    Walks<R>::writeFrame(record, sink, id, writeId, checked);
 }
 
 template <class R>
-void writeFrame(const R& record, StreamSink& sink, int id, bool writeId, bool checked)
+void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool checked)
 {
     auto& data = initData(record);
     if (writeId)
@@ -248,7 +121,8 @@ void writeFrame(const R& record, StreamSink& sink, int id, bool writeId, bool ch
     const qint64 frame = sink.beginLength();
     DataOf<R>::Members::forEach([&](auto member) {
         using Slot = typename decltype(member)::Slot;
-        if (!isWritten(data, member))
+        if (!isWritten(data, member)
+            || (IsMandatory<Slot>::value && sink.isTransfer() && !data.set.test(member.index)))
             return;
         const auto& slot = member.slot(data);
         const bool ownedChecked = checked && checksInto<R>(data, member);
@@ -278,23 +152,63 @@ template <class R>
 bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 {
     handDown(record);
-    const bool validate = record.GetValidate();
+    const MODELKIT::ReadingContext* context = MODELKIT::ReadingContext::Current();
+    const bool isTransfer = context && context->IsTransfer();
+    const bool validate = record.GetValidate() && !isTransfer;
     if (validate) {
         record.Check(false);
         if (!record.HasData())
             return false;
     }
-    StreamSink sink(stream);
-    writeFrame(record, sink, id, writeId, validate);
+    const auto writeTo = [&](QDataStream& target) {
+        BinarySink sink(target, isTransfer);
+        writeFrame(record, sink, id, writeId, validate);
+    };
+    const QIODevice* device = stream.device();
+    if (!device || (!device->isSequential() && !(device->openMode() & QIODevice::Append))) {
+        writeTo(stream);
+        return true;
+    }
+    // Lengths cannot be filled in on a device that only takes bytes at its end; it gets the frame in
+    // one piece.
+    QByteArray frame;
+    QDataStream memory(&frame, QIODevice::WriteOnly);
+    memory.setByteOrder(stream.byteOrder());
+    writeTo(memory);
+    stream.writeRawData(frame.constData(), static_cast<int>(frame.size()));
     return true;
 }
 
 // --- reading --------------------------------------------------------------------------------
 
+// Reads something that belongs to the member or record called step(). Its name is needed only for
+// the place of an exception and for the report.
+template <class Step, class Read>
+void readAt(const Reading& reading, qint64 offset, const Step& step, const Read& read)
+{
+    MODELKIT::ReadingContext* const reporting =
+        reading.context && reading.context->IsReporting() ? reading.context : nullptr;
+    if (reporting)
+        reporting->Enter(step());
+    try {
+        read();
+    } catch (ModelKitException& exception) {
+        MODELKIT::Place place = exception.GetPlace();
+        if (place.offset < 0)
+            place.offset = offset;
+        place.path.prepend(QLatin1Char('/') + step());
+        exception.SetPlace(place);
+        throw;
+    }
+    if (reporting)
+        reporting->Leave();
+}
+
 // Reads the items of a list entry of the given length.
 template <class Member, class R>
-bool readList(R& record, StreamSource& source, int length)
+bool readList(R& record, BinarySource& source, int length, const Reading& reading)
 {
+    using Item = RecordIn<typename Member::Slot>;
     int count = 0;
     if (!source.word(count) || count < 0)
         return false;
@@ -306,16 +220,22 @@ bool readList(R& record, StreamSource& source, int length)
     if (expected > items.size())
         items.reserve(items.size() + expected);
     for (int i = 0; i < count; ++i) {
+        const qint64 offset = source.consumed();
         int itemLength = 0;
+        if (reading.context && !reading.context->AdmitsItem(items.size()))
+            return false;
         if (!source.word(itemLength))
             return false;
-        using Item = RecordIn<typename Member::Slot>;
-        Item item;
-        item.SetValidate(record.GetValidate());
-        item.SetLogger(record.GetLogger());
-        Settled settled;
-        Walks<Item>::readEntries(item, source, itemLength, settled);
-        appendOwn<Member>(record, item);
+        const auto step = [&] { return MODELKIT::Place::Step(Walks<Item>::className(), items.size() + 1); };
+        readAt(reading, offset, step, [&] {
+            Item item;
+            item.SetValidate(record.GetValidate());
+            item.SetLogger(record.GetLogger());
+            Reading itemReading;
+            itemReading.context = reading.context;
+            Walks<Item>::readEntries(item, source, itemLength, itemReading);
+            appendOwn<Member>(record, item);
+        });
     }
     return true;
 }
@@ -323,32 +243,39 @@ bool readList(R& record, StreamSource& source, int length)
 // Reads the payload of an entry. The entry's length counts for owned records only; returns false
 // when the stream ends inside the payload.
 template <class Member, class R>
-bool readEntry(R& record, StreamSource& source, int length, Settled& settled)
+bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Reading& reading)
 {
     using Slot = typename Member::Slot;
     auto& data = initData(record);
-    auto& slot = Member::slot(data);
+    bool whole = true;
     if constexpr (IsNested<Slot>::value) {
         makeCurrent(data, Member{});
-        Walks<RecordIn<Slot>>::readEntries(nestedRecord<Member>(data), source, length, settled);
+        const auto step = [] { return QString(Walks<RecordIn<Slot>>::className()); };
+        readAt(reading, offset, step, [&] {
+            Walks<RecordIn<Slot>>::readEntries(nestedRecord<Member>(data), source, length, reading);
+        });
         data.set.set(Member::index);
-        return true;
     } else if constexpr (IsList<Slot>::value) {
-        return readList<Member>(record, source, length);
+        whole = readList<Member>(record, source, length, reading);
     } else {
-        return readPayload<Member>(record, source, slot);
+        const BinaryNotify notify{reading, offset, QString()};
+        readAt(reading, offset, Member::nameText,
+               [&] { whole = readPayload<Member>(record, source, Member::slot(data), notify); });
     }
+    return whole;
 }
 
 template <class R>
-void readEntries(R& record, StreamSource& source, qint64 length, Settled& settled)
+void readEntries(R& record, BinarySource& source, qint64 length, Reading& reading)
 {
-    settle(record, settled);
+    settle(record, reading);
     initData(record);
     const qint64 begin = source.consumed();
     qint64 remaining = length;
     bool whole = true;
+    Flags seen;
     while (whole && remaining > 0 && !source.atEnd()) {
+        const qint64 offset = source.consumed();
         int tag = 0;
         int entryLength = 0;
         if (!source.word(tag) || !source.word(entryLength))
@@ -358,23 +285,43 @@ void readEntries(R& record, StreamSource& source, qint64 length, Settled& settle
             using Member = decltype(member);
             if (static_cast<std::uint32_t>(tag) != Member::binaryTag)
                 return false;
-            whole = readEntry<Member>(record, source, entryLength, settled);
+            if (!IsList<typename Member::Slot>::value && seen.test(Member::index))
+                if (const BinaryNotify notify{reading, offset, Member::nameText()})
+                    notify(Notice::RepeatedMember, repeatedText(Member::nameText()));
+            seen.set(Member::index);
+            whole = readEntry<Member>(record, source, entryLength, offset, reading);
             return true;
         });
-        if (!known)
-            source.skip(record, entryLength, tag);
+        if (known)
+            continue;
+        if (const BinaryNotify notify{reading, offset, QString()})
+            notify(Notice::UnknownTag,
+                   QStringLiteral("The entry with tag 0x%1 is not known in %2 and was skipped.")
+                       .arg(static_cast<std::uint32_t>(tag), 8, 16, QLatin1Char('0'))
+                       .arg(record.GetObjectName()));
+        source.skip(record, entryLength, tag);
     }
-    if (!whole || remaining != 0 || source.consumed() - begin != length)
-        throw BinaryParsingException(lengthErrorText(record));
+    if (!whole || remaining != 0 || source.consumed() - begin != length) {
+        BinaryParsingException exception(lengthErrorText(record));
+        MODELKIT::Place place;
+        place.offset = source.consumed();
+        exception.SetPlace(place);
+        throw exception;
+    }
 }
 
 template <class R>
 void setBinary(R& record, QDataStream& stream, int length)
 {
     handDown(record);
-    StreamSource source(stream);
-    Settled settled{true, numberOfItems(record)};
-    readEntries(record, source, length, settled);
+    BinarySource source(stream);
+    Reading reading;
+    reading.settled = true;
+    reading.settledItems = numberOfItems(record);
+    reading.context = MODELKIT::ReadingContext::Current();
+    readAt(
+        reading, 0, [&] { return record.GetObjectName(); },
+        [&] { readEntries(record, source, length, reading); });
 }
 
 } // namespace machinery

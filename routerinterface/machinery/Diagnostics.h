@@ -124,7 +124,7 @@ QtVersion::Size numberOfItems([[maybe_unused]] const R& record)
 // Hands the settings down to the list items behind the settled ones, wherever below the record the
 // list is.
 template <class R>
-void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Settled& settled)
+void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {
     using Data = DataOf<R>;
     if constexpr (ownsRecords<Data>) {
@@ -135,14 +135,14 @@ void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Settl
             using Slot = typename decltype(member)::Slot;
             if constexpr (IsNested<Slot>::value) {
                 if (const auto* nested = member.slot(data).existing())
-                    Walks<RecordIn<Slot>>::handDownToNewItems(*nested, settled);
+                    Walks<RecordIn<Slot>>::handDownToNewItems(*nested, reading);
             } else if constexpr (IsList<Slot>::value) {
                 const auto logger = record.GetLogger();
-                forEachOwned(data, settled.items, [&](const auto& item) {
+                forEachOwned(data, reading.settledItems, [&](const auto& item) {
                     Walks<RecordIn<Slot>>::setValidate(item, record.GetValidate());
                     Walks<RecordIn<Slot>>::setLogger(item, logger);
                 });
-                settled.items = member.slot(data).value.size();
+                reading.settledItems = member.slot(data).value.size();
             }
         });
     }
@@ -150,16 +150,17 @@ void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Settl
 
 // The beginning of every step of a reading operation: the same to every observer as handDown().
 template <class R>
-void settle(const R& record, Settled& settled)
+void settle([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {
     if constexpr (ownsRecords<DataOf<R>>) {
-        if (settled.begun) {
-            handDownToNewItems(record, settled);
+        if (reading.settled) {
+            handDownToNewItems(record, reading);
             return;
         }
         setValidate(record, record.GetValidate());
         setLogger(record, record.GetLogger());
-        settled = Settled{true, numberOfItems(record)};
+        reading.settled = true;
+        reading.settledItems = numberOfItems(record);
     }
 }
 

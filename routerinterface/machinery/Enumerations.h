@@ -2,6 +2,7 @@
 #pragma once
 
 #include "routerinterface/NameTables.h"
+#include "routerinterface/machinery/Characters.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
@@ -25,11 +26,20 @@ QString nameOf(E value)
 }
 
 // The enumerator of that name, compared exactly; otherwise invalid.
+template <class E, class Characters>
+E enumeratorOf(const Characters& name, E invalid)
+{
+    const QStringList& names = NamesOf(E());
+    for (int i = 0; i < static_cast<int>(names.size()); ++i)
+        if (isName(name, names.at(i)))
+            return static_cast<E>(i);
+    return invalid;
+}
+
 template <class E>
 E enumeratorOf(const QString& name, E invalid)
 {
-    const auto position = NamesOf(E()).indexOf(name);
-    return position < 0 ? invalid : static_cast<E>(position);
+    return enumeratorOf(Utf16Text(name.constData(), name.size()), invalid);
 }
 
 // The names for display, looked up under the general context of QObject.

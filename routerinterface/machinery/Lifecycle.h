@@ -70,7 +70,7 @@ void setMember(R& record, const T& value)
 {
     auto& data = initData(record);
     if (record.GetValidate())
-        requireAcceptable<Member>(record, Member::slot(data), value);
+        requireAcceptable<Member>(record, value);
     if constexpr (IsNested<typename Member::Slot>::value)
         nestedRecord<Member>(data) = value;
     else
@@ -133,13 +133,18 @@ void setDefault(R& record, const T& value)
     pointer(record)->defaultSet.set(Member::index);
 }
 
-// Moves item, which is a copy already, to the end of the list.
 template <class Member, class R, class Item>
-void appendOwn(R& record, Item& item)
+void requireData(const R& record, const Item& item)
 {
-    auto& data = initData(record);
     if (record.GetValidate() && !item.HasData())
         throw IncompleteDefinitionException(incompleteItemText(record, Member::name()));
+}
+
+// Moves the content of item to the end of the list.
+template <class Member, class R, class Item>
+void appendContent(R& record, Item& item)
+{
+    auto& data = initData(record);
     auto& items = Member::slot(data).ownItems();
     items.resize(items.size() + 1);
     Item& appended = items.last();
@@ -148,11 +153,21 @@ void appendOwn(R& record, Item& item)
     data.set.set(Member::index);
 }
 
+// Appends an item that nobody else knows.
+template <class Member, class R, class Item>
+void appendOwn(R& record, Item& item)
+{
+    requireData<Member>(record, item);
+    appendContent<Member>(record, item);
+}
+
 template <class Member, class R, class Item>
 void append(R& record, const Item& item)
 {
+    initData(record);
+    requireData<Member>(record, item);
     Item copy(item);
-    appendOwn<Member>(record, copy);
+    appendContent<Member>(record, copy);
 }
 
 // --- the whole record -----------------------------------------------------------------------

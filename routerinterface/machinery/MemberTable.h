@@ -89,6 +89,19 @@ struct IsText<Text<T>> : std::true_type
 };
 
 template <class Slot>
+struct IsEnumerated : std::false_type
+{
+};
+template <class E>
+struct IsEnumerated<Enumerated<E>> : std::true_type
+{
+};
+template <class E>
+struct IsEnumerated<Mandatory<E>> : std::true_type
+{
+};
+
+template <class Slot>
 struct IsMandatory : std::false_type
 {
 };

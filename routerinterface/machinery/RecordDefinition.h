@@ -11,6 +11,7 @@
 // rules of the member. The macros only forward; what happens is told in the functions they call.
 #pragma once
 
+#include "modelkit/ClassNames.h"
 #include "routerinterface/machinery/Binary.h"
 #include "routerinterface/machinery/Checking.h"
 #include "routerinterface/machinery/Diagnostics.h"
@@ -46,9 +47,9 @@ QtVersion::Size Walks<R>::numberOfItems(const R& record)
 }
 
 template <class R>
-void Walks<R>::handDownToNewItems(const R& record, Settled& settled)
+void Walks<R>::handDownToNewItems(const R& record, Reading& reading)
 {
-    machinery::handDownToNewItems(record, settled);
+    machinery::handDownToNewItems(record, reading);
 }
 
 template <class R>
@@ -64,21 +65,21 @@ void Walks<R>::writeElement(const R& record, QXmlStreamWriter& writer, bool chec
 }
 
 template <class R>
-void Walks<R>::readElement(R& record, QXmlStreamReader& reader, Settled& settled)
+void Walks<R>::readElement(R& record, QXmlStreamReader& reader, Reading& reading)
 {
-    machinery::readElement(record, reader, settled);
+    machinery::readElement(record, reader, reading);
 }
 
 template <class R>
-void Walks<R>::writeFrame(const R& record, StreamSink& sink, int id, bool writeId, bool checked)
+void Walks<R>::writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool checked)
 {
     machinery::writeFrame(record, sink, id, writeId, checked);
 }
 
 template <class R>
-void Walks<R>::readEntries(R& record, StreamSource& source, qint64 length, Settled& settled)
+void Walks<R>::readEntries(R& record, BinarySource& source, qint64 length, Reading& reading)
 {
-    machinery::readEntries(record, source, length, settled);
+    machinery::readEntries(record, source, length, reading);
 }
 
 } // namespace machinery
@@ -234,6 +235,9 @@ void Walks<R>::readEntries(R& record, StreamSource& source, qint64 length, Settl
     };                                                                                                       \
     MEMBERS(ROUTERINTERFACE_OWNS)                                                                            \
     template struct machinery::Walks<Record>;                                                                \
+    namespace {                                                                                              \
+    [[maybe_unused]] const bool registered = MODELKIT::registerClass(Record::id, QStringLiteral(#Record));   \
+    }                                                                                                        \
                                                                                                              \
     Record::Record() { machinery::Access::identify(*this, Data::className()); }                              \
     Record::Record(const Record& source) : MODELKIT::IMKObject(const_cast<Record&>(source).GetObjectType())  \

@@ -67,22 +67,17 @@ QString lengthErrorText(const R& record)
 
 // What a setter demands of a new value while validation is on. Any value will do unless the kind of
 // member says otherwise.
-template <class Member, class R, class Slot, class T>
-void requireAcceptable(const R&, const Slot&, const T&)
-{}
-
-template <class Member, class R, class S, class T>
-void requireAcceptable(const R& record, const Text<S>&, const T& value)
+template <class Member, class R, class T>
+void requireAcceptable([[maybe_unused]] const R& record, [[maybe_unused]] const T& value)
 {
-    if (!Text<S>::isValid(value))
-        throw OutOfRangeException(setProperlyText(record, Member::nameText()));
-}
-
-template <class Member, class R, class E, class T>
-void requireAcceptable(const R&, const Enumerated<E>&, const T& value)
-{
-    if (!isEnumerator(value))
-        throw OutOfRangeException(notAnEnumeratorText(DataOf<R>::className(), Member::fieldName()));
+    using Slot = typename Member::Slot;
+    if constexpr (IsText<Slot>::value) {
+        if (!Slot::isValid(value))
+            throw OutOfRangeException(setProperlyText(record, Member::nameText()));
+    } else if constexpr (IsEnumerated<Slot>::value) {
+        if (!isEnumerator(value))
+            throw OutOfRangeException(notAnEnumeratorText(DataOf<R>::className(), Member::fieldName()));
+    }
 }
 
 } // namespace machinery

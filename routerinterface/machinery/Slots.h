@@ -2,7 +2,7 @@
 // rules for resetting, comparing and answering whether the member holds data.
 #pragma once
 
-#include "modelkit/Logger.h"
+#include "modelkit/IMKObject.h"
 #include "modelkit/QtVersion.h"
 #include "modelkit/SharedBlock.h"
 
@@ -72,6 +72,16 @@ struct HandedDown
     std::shared_ptr<MODELKIT::Logger> logger;
 };
 
+// Makes a new record the same as another: it shares the data, as every assignment does, and takes over
+// flag and logger without handing them down. So the records below keep theirs, whatever they are.
+template <class R>
+void duplicate(R& to, const R& from)
+{
+    to = from;
+    to.MODELKIT::IMKObject::SetValidate(from.GetValidate());
+    to.MODELKIT::IMKObject::SetLogger(from.GetLogger());
+}
+
 // A nested record. The record comes into being when it is first touched; until then it counts as
 // newly constructed with its owner's flag and logger, and costs a pointer. Once it exists it stays
 // where it is, since references to it have been given away.
@@ -85,11 +95,11 @@ public:
         if (!other.m_records)
             return;
         m_records = std::make_unique<Records>();
-        m_records->value = other.m_records->value;
-        m_records->value.SetValidate(other.m_records->value.GetValidate());
-        m_records->value.SetLogger(other.m_records->value.GetLogger());
-        if (other.m_records->defaultValue)
-            m_records->defaultValue = copyOf(*other.m_records->defaultValue);
+        duplicate(m_records->value, other.m_records->value);
+        if (other.m_records->defaultValue) {
+            m_records->defaultValue = std::make_unique<R>();
+            duplicate(*m_records->defaultValue, *other.m_records->defaultValue);
+        }
     }
 
     // The current record, or null while nobody has touched it.
@@ -136,13 +146,6 @@ private:
         std::unique_ptr<R> defaultValue;
     };
 
-    static std::unique_ptr<R> copyOf(const R& record)
-    {
-        auto copy = std::make_unique<R>(record);
-        copy->SetLogger(record.GetLogger());
-        return copy;
-    }
-
     Records& records(const HandedDown& handedDown) const
     {
         if (!m_records) {
@@ -168,8 +171,8 @@ public:
     List(const List& other) : value(ownCopy(other.value))
     {
         if (other.m_defaultItem) {
-            m_defaultItem = std::make_unique<R>(*other.m_defaultItem);
-            m_defaultItem->SetLogger(other.m_defaultItem->GetLogger());
+            m_defaultItem = std::make_unique<R>();
+            duplicate(*m_defaultItem, *other.m_defaultItem);
         }
     }
 
@@ -200,12 +203,10 @@ private:
     // Unlike the container's own copying this keeps the loggers of the items.
     static Items ownCopy(const Items& items)
     {
-        Items copy;
-        copy.reserve(items.size());
-        for (const R& item : items) {
-            copy.append(item);
-            copy.last().SetLogger(item.GetLogger());
-        }
+        Items copy(items.size());
+        R* to = copy.data();
+        for (const R& item : items)
+            duplicate(*to++, item);
         return copy;
     }
 

@@ -7,6 +7,7 @@
 
 #include "modelkit/Logger.h"
 #include "modelkit/QtVersion.h"
+#include "modelkit/ReadingContext.h"
 
 #include <QtCore/QLatin1String>
 
@@ -20,16 +21,20 @@ namespace machinery {
 
 namespace QtVersion = MODELKIT::QtVersion;
 
-class StreamSink;
-class StreamSource;
+class BinarySink;
+class BinarySource;
 
-// What a reading operation knows about the settings of the records below the one it fills: whether
-// they have been handed down, and how many list items have them. A record and the records nested in
-// it share one of these; every list item is read with its own.
-struct Settled
+// A reading operation, or the part of one that fills a list item.
+struct Reading
 {
-    bool begun = false;
-    QtVersion::Size items = 0;
+    // What is known about the settings of the records below the one that is filled: whether they
+    // have been handed down, and how many list items have them. A record and the records nested in
+    // it share this knowledge; every list item is read with its own.
+    bool settled = false;
+    QtVersion::Size settledItems = 0;
+
+    // The whole document that is being read, if it is one.
+    MODELKIT::ReadingContext* context = nullptr;
 };
 
 template <class R>
@@ -40,15 +45,15 @@ struct Walks
     static void setValidate(const R& record, bool validate);
     static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);
     static QtVersion::Size numberOfItems(const R& record);
-    static void handDownToNewItems(const R& record, Settled& settled);
+    static void handDownToNewItems(const R& record, Reading& reading);
 
     static void applyRules(const R& record, bool flag);
 
     static void writeElement(const R& record, QXmlStreamWriter& writer, bool checked);
-    static void readElement(R& record, QXmlStreamReader& reader, Settled& settled);
+    static void readElement(R& record, QXmlStreamReader& reader, Reading& reading);
 
-    static void writeFrame(const R& record, StreamSink& sink, int id, bool writeId, bool checked);
-    static void readEntries(R& record, StreamSource& source, qint64 length, Settled& settled);
+    static void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool checked);
+    static void readEntries(R& record, BinarySource& source, qint64 length, Reading& reading);
 };
 
 } // namespace machinery

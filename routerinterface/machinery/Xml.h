@@ -2,8 +2,11 @@
 // items as elements of their own.
 #pragma once
 
+#include "modelkit/XmlWalk.h"
 #include "routerinterface/machinery/Checking.h"
+#include "routerinterface/machinery/TextForms.h"
 
+#include <QtCore/QVarLengthArray>
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
@@ -11,68 +14,6 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
-
-// --- text forms -----------------------------------------------------------------------------
-
-inline QString toText(unsigned int value) { return QString::number(value); }
-inline QString toText(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
-
-// Two decimals, rounded; part of the dialect.
-inline QString toText(double value) { return QString::number(value, 'f', 2); }
-
-template <class T>
-QString textOf(const Value<T>& slot)
-{
-    return toText(slot.value);
-}
-template <class T>
-QString textOf(const Text<T>& slot)
-{
-    return slot.value;
-}
-template <class E>
-QString textOf(const Enumerated<E>& slot)
-{
-    return nameOf(slot.value);
-}
-
-// Reading is lenient: what is no number becomes 0. Numbers are read as signed ones, so that those
-// above 2147483647 become 0 and -1 becomes 4294967295; part of the dialect.
-template <class Member, class R>
-unsigned int fromText(const R&, const Value<unsigned int>&, const QString& text)
-{
-    return static_cast<unsigned int>(text.toInt());
-}
-
-template <class Member, class R>
-double fromText(const R&, const Value<double>&, const QString& text)
-{
-    return text.toDouble();
-}
-
-template <class Member, class R>
-bool fromText(const R& record, const Value<bool>&, const QString& text)
-{
-    if (text.isEmpty()) {
-        if (record.GetValidate())
-            throw InvalidXmlException(emptyBooleanText(record, Member::nameText()));
-        return false;
-    }
-    const QString lower = text.toLower();
-    return lower != QLatin1String("false") && lower != QLatin1String("0");
-}
-
-template <class Member, class R, class T>
-T fromText(const R&, const Text<T>&, const QString& text)
-{
-    return text;
-}
-
-template <class Member, class R, class E>
-E fromText(const R&, const Enumerated<E>& slot, const QString& text)
-{
-    return enumeratorOf(text, slot.invalid);
-}
 
 // --- writing --------------------------------------------------------------------------------
 
@@ -127,13 +68,36 @@ void getXml(const R& record, QXmlStreamWriter& writer)
 
 // --- reading --------------------------------------------------------------------------------
 
+// Takes what is noticed to the report, with the place where the reader stands.
+struct XmlNotify
+{
+    const Reading& reading;
+    const QXmlStreamReader& reader;
+
+    explicit operator bool() const { return reading.context && reading.context->IsReporting(); }
+
+    void operator()(Notice kind, const QString& text) const { reading.context->Report(kind, text, reader); }
+};
+
+inline void noticeAttributes(const XmlNotify& notify)
+{
+    if (notify)
+        for (const QXmlStreamAttribute& attribute : notify.reader.attributes())
+            notify(Notice::Attribute,
+                   QStringLiteral("The attribute %1 was ignored.").arg(attribute.qualifiedName().toString()));
+}
+
 // Leaves an unknown element. The walk compares names only: it stops early on a nested start element
 // of the same name, whose content is then taken for the record's own.
-inline void skipElement(QXmlStreamReader& reader)
+template <class R>
+void skipElement(const R& record, QXmlStreamReader& reader, const Reading& reading)
 {
     const QString name = reader.name().toString();
+    if (const XmlNotify notify{reading, reader})
+        notify(Notice::UnknownElement, QStringLiteral("The element %1 is not known in %2 and was skipped.")
+                                           .arg(name, record.GetObjectName()));
     while (!reader.atEnd()) {
-        reader.readNext();
+        MODELKIT::readToken(reader, reading.context);
         if (reader.name() == name)
             return;
     }
@@ -151,52 +115,76 @@ QLatin1String elementName()
 }
 
 template <class Member, class R>
-void readMember(R& record, QXmlStreamReader& reader, Settled& settled)
+void readItem(R& record, QXmlStreamReader& reader, const Reading& reading)
+{
+    if (reading.context && !reading.context->AdmitsItem(Member::slot(initData(record)).value.size())) {
+        reader.raiseError(reading.context->GetFailure().text);
+        return;
+    }
+    using Item = RecordIn<typename Member::Slot>;
+    Item item;
+    item.SetValidate(record.GetValidate());
+    item.SetLogger(record.GetLogger());
+    Reading itemReading;
+    itemReading.context = reading.context;
+    Walks<Item>::readElement(item, reader, itemReading);
+    appendOwn<Member>(record, item);
+}
+
+template <class Member, class R>
+void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
 {
     using Slot = typename Member::Slot;
     auto& data = initData(record);
-    auto& slot = Member::slot(data);
     if constexpr (IsNested<Slot>::value) {
         makeCurrent(data, Member{});
-        Walks<RecordIn<Slot>>::readElement(nestedRecord<Member>(data), reader, settled);
+        Walks<RecordIn<Slot>>::readElement(nestedRecord<Member>(data), reader, reading);
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
-        RecordIn<Slot> item;
-        item.SetValidate(record.GetValidate());
-        item.SetLogger(record.GetLogger());
-        Settled itemSettled;
-        Walks<RecordIn<Slot>>::readElement(item, reader, itemSettled);
-        appendOwn<Member>(record, item);
+        readItem<Member>(record, reader, reading);
     } else {
-        const QString text = Access::textValue(record, reader);
-        setMember<Member>(record, fromText<Member>(record, slot, text));
+        const XmlNotify notify{reading, reader};
+        noticeAttributes(notify);
+        QVarLengthArray<QChar, 128> text;
+        MODELKIT::walkText(reader, reading.context, [&text](QtVersion::XmlView piece) {
+            text.append(piece.data(), static_cast<int>(piece.size()));
+        });
+        setMember<Member>(record, fromText<Member>(record, Member::slot(data),
+                                                   Utf16Text(text.constData(), text.size()), notify));
     }
 }
 
-// Reads the child element on whose start the reader stands.
+// Reads the child element on whose start the reader stands. Seen: the members that the element
+// around it has brought so far.
 template <class R>
-void readChild(R& record, QXmlStreamReader& reader, Settled& settled)
+void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& seen)
 {
     initData(record);
     const bool known = DataOf<R>::Members::any([&](auto member) {
         using Member = decltype(member);
         if (reader.name() != elementName<Member>())
             return false;
-        readMember<Member>(record, reader, settled);
+        if (!IsList<typename Member::Slot>::value && seen.test(Member::index))
+            if (const XmlNotify notify{reading, reader})
+                notify(Notice::RepeatedMember, repeatedText(Member::nameText()));
+        seen.set(Member::index);
+        readMember<Member>(record, reader, reading);
         return true;
     });
     if (!known)
-        skipElement(reader);
+        skipElement(record, reader, reading);
 }
 
 // Reads an owned record.
 template <class R>
-void readElement(R& record, QXmlStreamReader& reader, Settled& settled)
+void readElement(R& record, QXmlStreamReader& reader, Reading& reading)
 {
     initData(record);
-    Access::forEachChildElement(record, reader, [&] {
-        settle(record, settled);
-        readChild(record, reader, settled);
+    noticeAttributes(XmlNotify{reading, reader});
+    Flags seen;
+    MODELKIT::walkElement(reader, reading.context, [&] {
+        settle(record, reading);
+        readChild(record, reader, reading, seen);
     });
 }
 
@@ -204,8 +192,12 @@ template <class R>
 void processXmlStartElement(R& record, QXmlStreamReader& reader)
 {
     handDown(record);
-    Settled settled{true, numberOfItems(record)};
-    readChild(record, reader, settled);
+    Reading reading;
+    reading.settled = true;
+    reading.settledItems = numberOfItems(record);
+    reading.context = MODELKIT::ReadingContext::Current();
+    Flags seen;
+    readChild(record, reader, reading, seen);
 }
 
 template <class R>
@@ -214,8 +206,9 @@ void processXml(R& record, QXmlStreamReader& reader)
     // In a derived class, which may read child elements in its own way, the walk must call the
     // virtual operation; without one it may keep what it knows from one child to the next.
     if (typeid(record) == typeid(R)) {
-        Settled settled;
-        readElement(record, reader, settled);
+        Reading reading;
+        reading.context = MODELKIT::ReadingContext::Current();
+        readElement(record, reader, reading);
     } else {
         initData(record);
         record.MODELKIT::IMKObject::ProcessXml(reader);

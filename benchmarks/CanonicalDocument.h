@@ -1,0 +1,63 @@
+// The document on which everything is measured: a reply whose fragments cycle through all seven
+// payloads with every member set.
+#pragma once
+
+#include "routerinterface/PelLu300RouterInterfaceXml.h"
+
+namespace benchmarks {
+
+inline PELLU300ROUTERINTERFACEXML::Fragment canonicalFragment(int i)
+{
+    using namespace PELLU300ROUTERINTERFACEXML;
+    Fragment fragment;
+    const auto port = static_cast<unsigned int>(5000 + i % 1000);
+    switch (i % 7) {
+    case Fragment::MastershipState: {
+        auto& state = fragment.GetMastershipState();
+        state.SetState(MastershipState::MasterPresent);
+        state.SetMasterClientID(QStringLiteral("client-%1").arg(i));
+        break;
+    }
+    case Fragment::AcquireMastership:
+        fragment.GetAcquireMastership().SetSuccess(true);
+        break;
+    case Fragment::ReleaseMastership:
+        fragment.GetReleaseMastership().SetSuccess(false);
+        break;
+    case Fragment::OstraInterfacePort:
+        fragment.GetOstraInterfacePort().SetPort(port);
+        break;
+    case Fragment::PelVtConnectServer: {
+        auto& server = fragment.GetPelVtConnectServer();
+        server.SetAddress(QStringLiteral("192.168.1.%1").arg(i % 250));
+        server.SetPort(port);
+        break;
+    }
+    case Fragment::RouterVtServerPort:
+        fragment.GetRouterVtServerPort().SetPort(port);
+        break;
+    default: {
+        auto& params = fragment.GetDF_Params();
+        params.SetFrequency(98500000.25 + i);
+        params.SetDemodulationFrequency(10700000.5);
+        params.SetBandwidth(15000);
+        params.SetPanoramaSpan(2000000.75);
+        break;
+    }
+    }
+    return fragment;
+}
+
+inline PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml canonicalDocument(int fragments)
+{
+    using namespace PELLU300ROUTERINTERFACEXML;
+    PelLu300RouterInterfaceXml document;
+    PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();
+    message.SetType(PelLu300RouterMessage::Reply);
+    message.SetMessageID(4711);
+    for (int i = 0; i < fragments; ++i)
+        message.AppendFragment(canonicalFragment(i));
+    return document;
+}
+
+} // namespace benchmarks

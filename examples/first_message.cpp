@@ -1,0 +1,20 @@
+// Builds a client's request to become master of the router and prints it as XML.
+
+#include "routerinterface/PelLu300RouterInterfaceXml.h"
+
+#include <iostream>
+
+using namespace PELLU300ROUTERINTERFACEXML;
+
+int main()
+{
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();
+    message.SetType(PelLu300RouterMessage::Request);
+    message.SetMessageID(1);
+    Fragment fragment;
+    fragment.SetAcquireMastership(AcquireMastership());
+    message.AppendFragment(fragment);
+    std::cout << document.GetXmlString().toStdString();
+}

@@ -1,0 +1,44 @@
+/// \file
+/// Why an operation on a whole document failed.
+#pragma once
+
+#include "modelkit/Export.h"
+#include "modelkit/Place.h"
+
+#include <QtCore/QString>
+
+namespace MODELKIT {
+
+/// The explanation of a failed operation on a whole document.
+struct MODELKIT_EXPORT Failure
+{
+    /// What kind of failure it is.
+    enum Kind : int
+    {
+        None = 0,           ///< the operation succeeded
+        InputOutput,        ///< a file or device could not be opened, read or written
+        NotWellFormed,      ///< the text is not an XML document
+        WrongRoot,          ///< the root element is not that of the object
+        DoctypeRefused,     ///< the document has a document type declaration
+        InputTooLarge,      ///< Limits::inputSize is exceeded
+        InflatedTooLarge,   ///< Limits::inflatedSize is exceeded
+        NestedTooDeep,      ///< Limits::nestingDepth is exceeded
+        TooManyItems,       ///< Limits::listItems is exceeded
+        NotABinaryForm,     ///< the bytes are no whole-object form, or only the beginning of one
+        WrongClass,         ///< the binary form is one of another class
+        DamagedCompression, ///< the compressed form cannot be inflated
+        NotRepresentable,   ///< the content holds text that XML cannot carry
+        Refused             ///< a record threw an exception, which was passed on
+    };
+
+    Kind kind = None;
+    /// One sentence without the place.
+    QString text;
+    Place place;
+
+    /// One sentence with file, position and path, as far as they are known, for example
+    /// "request.xml:4:5: Opening and ending tag mismatch. (in /PelLu300RouterInterfaceXml)".
+    QString GetSentence() const;
+};
+
+} // namespace MODELKIT

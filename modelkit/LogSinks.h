@@ -1,0 +1,54 @@
+/// \file
+/// Ready-made receivers of log entries.
+#pragma once
+
+#include "modelkit/Logger.h"
+
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+class QIODevice;
+
+namespace MODELKIT {
+
+/// Hands entries to Qt's logging, in the category "modelkit".
+class MODELKIT_EXPORT QtLogSink : public LogSink
+{
+public:
+    void Write(Logger::Level level, const QString& text) override;
+};
+
+/// Writes each entry as a line in UTF-8, "ERROR: text", to an open device that outlives the sink. Line
+/// breaks and other control characters of the text are written as blanks.
+class MODELKIT_EXPORT DeviceLogSink : public LogSink
+{
+public:
+    explicit DeviceLogSink(QIODevice& device);
+    void Write(Logger::Level level, const QString& text) override;
+
+private:
+    QIODevice& m_device;
+};
+
+/// Keeps entries in memory.
+class MODELKIT_EXPORT MemoryLogSink : public LogSink
+{
+public:
+    struct Entry
+    {
+        Logger::Level level;
+        QString text;
+    };
+
+    void Write(Logger::Level level, const QString& text) override;
+
+    /// The entries so far, oldest first. Not to be called while another thread writes.
+    const QVector<Entry>& GetEntries() const;
+    /// Forgets the entries.
+    void Clear();
+
+private:
+    QVector<Entry> m_entries;
+};
+
+} // namespace MODELKIT

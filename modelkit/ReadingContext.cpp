@@ -1,0 +1,96 @@
+#include "modelkit/ReadingContext.h"
+
+#include <QtCore/QXmlStreamReader>
+
+namespace MODELKIT {
+
+namespace {
+
+thread_local ReadingContext* currentContext = nullptr;
+thread_local ReadingReport* currentReport = nullptr;
+
+} // namespace
+
+ReadingReport::ReadingReport() : m_outer(currentReport) { currentReport = this; }
+ReadingReport::~ReadingReport() { currentReport = m_outer; }
+
+const QVector<ReadingReport::Entry>& ReadingReport::GetEntries() const { return m_entries; }
+qint64 ReadingReport::GetDropped() const { return m_dropped; }
+
+void ReadingReport::Clear()
+{
+    m_entries.clear();
+    m_dropped = 0;
+}
+
+ReadingContext::ReadingContext(Purpose purpose)
+    : m_purpose(purpose), m_limits(Limits::Get()),
+      m_report(purpose == Purpose::Document ? currentReport : nullptr), m_outer(currentContext)
+{
+    currentContext = this;
+}
+
+ReadingContext::~ReadingContext() { currentContext = m_outer; }
+
+ReadingContext* ReadingContext::Current() noexcept { return currentContext; }
+
+void ReadingContext::Fail(Failure::Kind kind, const QString& text)
+{
+    if (m_failure.kind != Failure::None)
+        return;
+    m_failure.kind = kind;
+    m_failure.text = text;
+}
+
+bool ReadingContext::CountToken(QXmlStreamReader& reader)
+{
+    if (reader.isEndElement()) {
+        --m_depth;
+    } else if (reader.isStartElement() && ++m_depth > m_limits.nestingDepth) {
+        Fail(Failure::NestedTooDeep,
+             QStringLiteral("Elements are nested deeper than the limit of %1.").arg(m_limits.nestingDepth));
+        reader.raiseError(m_failure.text);
+        return false;
+    }
+    return true;
+}
+
+bool ReadingContext::AdmitsItem(qint64 items)
+{
+    if (IsTransfer() || items < m_limits.listItems)
+        return true;
+    Fail(Failure::TooManyItems,
+         QStringLiteral("A list holds more items than the limit of %1.").arg(m_limits.listItems));
+    return false;
+}
+
+bool ReadingContext::Keep(const ReadingReport::Entry& entry)
+{
+    if (m_report->m_entries.size() >= ReadingReport::maximalEntries) {
+        ++m_report->m_dropped;
+        return false;
+    }
+    m_report->m_entries.append(entry);
+    return true;
+}
+
+void ReadingContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader)
+{
+    if (Keep({kind, text, Place()}))
+        m_unplaced.append({&m_report->m_entries, static_cast<int>(m_report->m_entries.size()) - 1,
+                           reader.characterOffset()});
+}
+
+void ReadingContext::Report(ReadingReport::Kind kind, const QString& text, qint64 offset,
+                            const QString& member)
+{
+    Place place;
+    place.offset = m_baseOffset + offset;
+    for (const QString& name : m_path)
+        place.path += QLatin1Char('/') + name;
+    if (!member.isEmpty())
+        place.path += QLatin1Char('/') + member;
+    Keep({kind, text, place});
+}
+
+} // namespace MODELKIT

@@ -1,0 +1,86 @@
+// What one reading of a whole document has to know beyond the object that it fills. Not installed.
+#pragma once
+
+#include "modelkit/Failure.h"
+#include "modelkit/Limits.h"
+#include "modelkit/ReadingReport.h"
+
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+class QXmlStreamReader;
+
+namespace MODELKIT {
+
+// Exists while an operation reads a whole document, or transfers one object into another, in this
+// thread. Records ask for it through Current(), once for each operation; without one they read as
+// `ProcessXml` and `SetBinary` do when they are called directly.
+class MODELKIT_EXPORT ReadingContext
+{
+public:
+    // Transfer: the binary form serves as a carrier from object to object and keeps everything.
+    enum class Purpose
+    {
+        Document,
+        Transfer
+    };
+
+    explicit ReadingContext(Purpose purpose);
+    ReadingContext(const ReadingContext&) = delete;
+    ReadingContext& operator=(const ReadingContext&) = delete;
+    ~ReadingContext();
+
+    static ReadingContext* Current() noexcept;
+
+    bool IsTransfer() const { return m_purpose == Purpose::Transfer; }
+    const Limits& GetLimits() const { return m_limits; }
+
+    // --- limits: false, with the failure noted, when one is exceeded
+
+    // Called with every token that is read.
+    bool CountToken(QXmlStreamReader& reader);
+    // Called before an item is appended to a list of that many.
+    bool AdmitsItem(qint64 items);
+
+    void Fail(Failure::Kind kind, const QString& text);
+    const Failure& GetFailure() const { return m_failure; }
+
+    // --- report
+
+    bool IsReporting() const { return m_report != nullptr; }
+    // An entry at the place where the reader stands; line, column and path are found afterwards.
+    void Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader);
+    // An entry at a byte offset of the binary form, in the member that was entered last.
+    void Report(ReadingReport::Kind kind, const QString& text, qint64 offset, const QString& member);
+
+    // The number of bytes of a binary form in front of the frame's content.
+    void SetBaseOffset(qint64 offset) { m_baseOffset = offset; }
+
+    // The way down to the member that is being read from a binary form; kept for the report only.
+    void Enter(const QString& name) { m_path.append(name); }
+    void Leave() { m_path.removeLast(); }
+
+    // An entry of an XML document whose place is still to be found, and the reader's offset there.
+    struct Unplaced
+    {
+        QVector<ReadingReport::Entry>* entries;
+        int index;
+        qint64 characterOffset;
+    };
+    const QVector<Unplaced>& GetUnplaced() const { return m_unplaced; }
+
+private:
+    bool Keep(const ReadingReport::Entry& entry);
+
+    Purpose m_purpose;
+    Limits m_limits;
+    ReadingReport* m_report;
+    ReadingContext* m_outer;
+    Failure m_failure;
+    int m_depth = 0;
+    qint64 m_baseOffset = 0;
+    QStringList m_path;
+    QVector<Unplaced> m_unplaced;
+};
+
+} // namespace MODELKIT

@@ -1,0 +1,54 @@
+// Finds line, column and path of places in an XML document. Not installed.
+#pragma once
+
+#include "modelkit/Place.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+#include <QtCore/QXmlStreamReader>
+
+namespace MODELKIT {
+
+// Reads a document a second time, up to places that the first reading has noted as offsets in
+// characters. So the first reading need not keep track of where it is.
+class XmlPath
+{
+public:
+    // Input: the same text or bytes that the first reader had.
+    template <class Input>
+    explicit XmlPath(const Input& input) : m_reader(input), m_text(decoded(input))
+    {
+        m_levels.append(Level());
+    }
+
+    // The innermost element at the offset, with the place of its start tag. Offsets must not decrease
+    // from call to call.
+    Place Find(qint64 characterOffset);
+
+private:
+    struct Level
+    {
+        QString step;
+        qint64 line = 0;
+        qint64 column = 0;
+        QHash<QString, int> children;
+    };
+
+    static QString decoded(const QString& text) { return text; }
+    static QString decoded(const QByteArray& bytes) { return QString::fromUtf8(bytes); }
+
+    // Finds line and column of the tag that ends at the offset.
+    void FindTag(qint64 end, Level& level);
+
+    QXmlStreamReader m_reader;
+    QString m_text;
+    // How far lines have been counted, the number of the line there and where it begins.
+    qint64 m_counted = 0;
+    qint64 m_line = 1;
+    qint64 m_lineBegin = 0;
+    QVector<Level> m_levels;
+    bool m_leaving = false;
+};
+
+} // namespace MODELKIT

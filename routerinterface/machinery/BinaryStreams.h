@@ -1,0 +1,330 @@
+// Where the parts of a frame are written to and read from.
+//
+// Both ends work on a data stream. When its device is a buffer in memory they work on the buffer's bytes
+// and keep the device's position; otherwise every part goes through the stream, and lengths are filled
+// in by seeking. Bytes, positions and the stream's status are the same either way.
+#pragma once
+
+#include "routerinterface/machinery/Characters.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QByteArray>
+#include <QtCore/QDataStream>
+#include <QtCore/QIODevice>
+#include <QtCore/QtEndian>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+// The buffer on which the stream works, if it is a plain one on whose bytes one may work directly.
+inline QBuffer* plainBuffer(QIODevice* device)
+{
+    if (!device || device->metaObject() != &QBuffer::staticMetaObject || device->isTransactionStarted()
+        || device->isTextModeEnabled() || (device->openMode() & QIODevice::Append))
+        return nullptr;
+    auto* buffer = static_cast<QBuffer*>(device);
+    const bool isPlain =
+        buffer->pos() <= buffer->buffer().size()
+        && (!buffer->isReadable() || buffer->bytesAvailable() == buffer->size() - buffer->pos());
+    return isPlain ? buffer : nullptr;
+}
+
+class BinarySink
+{
+public:
+    // Transfer: the frame only carries the members from one record to another; it holds what is set,
+    // in full precision, and no rule is applied.
+    BinarySink(QDataStream& stream, bool isTransfer)
+        : m_stream(stream), m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian),
+          m_isTransfer(isTransfer)
+    {
+        // A stream with a bad status refuses to write.
+        if (stream.device() && stream.device()->isWritable() && stream.status() == QDataStream::Ok)
+            m_buffer = plainBuffer(stream.device());
+        if (m_buffer) {
+            m_sizeBefore = static_cast<int>(m_buffer->buffer().size());
+            m_at = static_cast<int>(m_buffer->pos());
+            m_room = m_sizeBefore;
+            m_bytes = m_buffer->buffer().data();
+        }
+    }
+    BinarySink(const BinarySink&) = delete;
+    BinarySink& operator=(const BinarySink&) = delete;
+
+    ~BinarySink()
+    {
+        if (m_buffer) {
+            m_buffer->buffer().resize(std::max(m_sizeBefore, m_at));
+            m_buffer->seek(m_at);
+        }
+    }
+
+    bool isTransfer() const { return m_isTransfer; }
+
+    void word(int value) { number(static_cast<qint32>(value)); }
+    void tag(std::uint32_t value) { number(static_cast<quint32>(value)); }
+    void doubleWord(qint64 value) { number(value); }
+
+    void boolean(bool value)
+    {
+        const char byte = value ? 1 : 0;
+        put(&byte, 1);
+    }
+
+    // Bytes with their number in front.
+    void text(const char* bytes, int size)
+    {
+        word(size);
+        put(bytes, size);
+    }
+
+    // UTF-8; a null string has a number of its own.
+    void text(const QString& value)
+    {
+        if (value.isNull()) {
+            word(Utf8Text::null);
+            return;
+        }
+        const int size = static_cast<int>(value.size());
+        char ascii[asciiRoom];
+        if (size <= asciiRoom && toAscii(value, ascii)) {
+            text(ascii, size);
+            return;
+        }
+        const QByteArray bytes = value.toUtf8();
+        text(bytes.constData(), static_cast<int>(bytes.size()));
+    }
+
+    // Writes a length word to be filled in by endLength() with the number of bytes that follow it.
+    // Returns the place behind it.
+    qint64 beginLength()
+    {
+        word(0);
+        return position();
+    }
+
+    void endLength(qint64 begin)
+    {
+        const qint64 end = position();
+        seek(begin - 4);
+        word(static_cast<int>(end - begin));
+        seek(end);
+    }
+
+private:
+    static constexpr int asciiRoom = 64;
+
+    static bool toAscii(const QString& value, char* to)
+    {
+        const QChar* characters = value.constData();
+        unsigned int all = 0;
+        for (int i = 0, size = static_cast<int>(value.size()); i < size; ++i) {
+            all |= characters[i].unicode();
+            to[i] = static_cast<char>(characters[i].unicode());
+        }
+        return all < 0x80;
+    }
+
+    template <class T>
+    void number(T value)
+    {
+        char bytes[sizeof(T)];
+        if (m_isBigEndian)
+            qToBigEndian<T>(value, bytes);
+        else
+            qToLittleEndian<T>(value, bytes);
+        put(bytes, static_cast<int>(sizeof bytes));
+    }
+
+    void put(const char* bytes, int size)
+    {
+        if (!m_buffer) {
+            m_stream.writeRawData(bytes, size);
+            return;
+        }
+        if (size > m_room - m_at)
+            grow(size);
+        std::memcpy(m_bytes + m_at, bytes, static_cast<std::size_t>(size));
+        m_at += size;
+    }
+
+    void grow(int size)
+    {
+        QByteArray& bytes = m_buffer->buffer();
+        const int most = std::numeric_limits<int>::max() - 64;
+        const int wanted = m_room > most / 2 ? most : std::max(2 * m_room, 256);
+        bytes.resize(std::max(wanted, m_at + size));
+        m_room = static_cast<int>(bytes.size());
+        m_bytes = bytes.data();
+    }
+
+    qint64 position() const
+    {
+        if (m_buffer)
+            return m_at;
+        return m_stream.device() ? m_stream.device()->pos() : 0;
+    }
+
+    void seek(qint64 position)
+    {
+        if (m_buffer)
+            m_at = static_cast<int>(position);
+        else if (m_stream.device() && position >= 0)
+            m_stream.device()->seek(position);
+    }
+
+    QDataStream& m_stream;
+    QBuffer* m_buffer = nullptr;
+    char* m_bytes = nullptr;
+    int m_at = 0;
+    int m_room = 0;
+    int m_sizeBefore = 0;
+    bool m_isBigEndian;
+    bool m_isTransfer;
+};
+
+// Counts the bytes that are read. A part that the stream does not hold whole is not delivered: the call
+// returns false, and what was there of it is consumed.
+class BinarySource
+{
+public:
+    explicit BinarySource(QDataStream& stream)
+        : m_stream(stream), m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian)
+    {
+        if (stream.device() && stream.device()->isReadable())
+            m_buffer = plainBuffer(stream.device());
+        if (m_buffer) {
+            m_held = m_buffer->data();
+            m_begin = m_held.constData() + m_buffer->pos();
+            m_at = m_begin;
+            m_end = m_held.constData() + m_held.size();
+        }
+    }
+    BinarySource(const BinarySource&) = delete;
+    BinarySource& operator=(const BinarySource&) = delete;
+
+    ~BinarySource() { keepPosition(); }
+
+    qint64 consumed() const { return m_buffer ? m_at - m_begin : m_consumed; }
+    bool atEnd() const { return m_buffer ? m_at == m_end : m_stream.atEnd(); }
+
+    // The number of bytes known to be there still.
+    qint64 available() const
+    {
+        if (m_buffer)
+            return m_end - m_at;
+        return m_stream.device() ? m_stream.device()->bytesAvailable() : 0;
+    }
+
+    bool word(int& value) { return number(value); }
+    bool doubleWord(qint64& value) { return number(value); }
+
+    bool byte(char& value)
+    {
+        const char* bytes = take(1);
+        if (!bytes)
+            return false;
+        value = *bytes;
+        return true;
+    }
+
+    // The text stays where it is until the next part is read.
+    bool text(Utf8Text& value)
+    {
+        int size = 0;
+        if (!number(size))
+            return false;
+        if (size == Utf8Text::null) {
+            value = Utf8Text();
+            return true;
+        }
+        const char* bytes = size < 0 ? fallShort() : take(size);
+        value = Utf8Text(bytes, size);
+        return bytes != nullptr;
+    }
+
+    // Lets the record leave an entry that it does not know.
+    template <class R>
+    void skip(const R& record, int length, int tag)
+    {
+        keepPosition();
+        const int skipped = record.skipCurrentElement(m_stream, length, tag);
+        if (m_buffer)
+            m_at += std::min<qint64>(skipped, m_end - m_at);
+        else
+            m_consumed += skipped;
+    }
+
+private:
+    static constexpr int step = 1 << 20;
+
+    // The next bytes; null when there are not as many.
+    const char* take(int size)
+    {
+        if (!m_buffer)
+            return takeFromStream(size);
+        if (size > m_end - m_at) {
+            m_at = m_end;
+            return fallShort();
+        }
+        const char* bytes = m_at;
+        m_at += size;
+        return bytes;
+    }
+
+    // In steps, so that memory grows with what is there and not with what is announced.
+    const char* takeFromStream(int size)
+    {
+        m_held.resize(0);
+        do {
+            const int have = static_cast<int>(m_held.size());
+            const int wanted = std::min(size - have, step);
+            m_held.resize(have + wanted);
+            const int taken = std::max(m_stream.readRawData(m_held.data() + have, wanted), 0);
+            m_consumed += taken;
+            if (taken != wanted)
+                return fallShort();
+        } while (m_held.size() < size);
+        return m_held.constData();
+    }
+
+    const char* fallShort()
+    {
+        m_stream.setStatus(QDataStream::ReadPastEnd);
+        return nullptr;
+    }
+
+    template <class T>
+    bool number(T& value)
+    {
+        const char* bytes = take(static_cast<int>(sizeof(T)));
+        if (!bytes)
+            return false;
+        value = m_isBigEndian ? qFromBigEndian<T>(bytes) : qFromLittleEndian<T>(bytes);
+        return true;
+    }
+
+    void keepPosition()
+    {
+        if (m_buffer)
+            m_buffer->seek(m_at - m_held.constData());
+    }
+
+    QDataStream& m_stream;
+    QBuffer* m_buffer = nullptr;
+    // The buffer's bytes, or the part that was last read from the stream.
+    QByteArray m_held;
+    const char* m_begin = nullptr;
+    const char* m_at = nullptr;
+    const char* m_end = nullptr;
+    qint64 m_consumed = 0;
+    bool m_isBigEndian;
+};
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Builds and runs the tests: scripts/test.sh [PRESET...], by default gcc-qt5.
+# `cmake --list-presets` shows the presets.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+install_missing cmake g++ libgtest-dev ninja-build
+for preset in "${@:-gcc-qt5}"; do
+    case $preset in
+        *qt5) install_missing qtbase5-dev ;;
+        *qt6) install_missing qt6-base-dev ;;
+    esac
+    case $preset in
+        clang* | threads* | sanitize-qt5) install_missing clang libclang-rt-dev ;;
+    esac
+    cmake --preset "$preset"
+    cmake --build --preset "$preset"
+    ctest --preset "$preset" -j "$(nproc)"
+done
