@@ -8,11 +8,11 @@ cd "$(dirname "$0")/.."
 install_missing cmake g++ libgtest-dev ninja-build
 for preset in "${@:-gcc-qt5}"; do
     case $preset in
-        *qt5) install_missing qtbase5-dev ;;
         *qt6) install_missing qt6-base-dev ;;
+        *) install_missing qtbase5-dev ;;
     esac
     case $preset in
-        clang* | threads* | sanitize-qt5) install_missing clang libclang-rt-dev ;;
+        clang* | threads | sanitize) install_missing clang libclang-rt-dev ;;
     esac
     cmake --preset "$preset"
     cmake --build --preset "$preset"

@@ -525,10 +525,10 @@ TEST(MessageTexts, AnEnumeratedDefaultOutOfRangeIsRefusedWhenItIsAppliedUnderVal
 
 // Every payload of a fragment always counts as holding its data, so that the rule about an incomplete
 // choice never fires there. It is tested on a choice whose payloads can lack their data.
-class PayloadWithoutData : public OstraInterfacePort
+class PayloadThatNeedsItsPort : public OstraInterfacePort
 {
 public:
-    bool HasData() const override { return false; }
+    bool HasData() const override { return IsPortSet(); }
 };
 
 class ChoiceOfPayloads
@@ -546,7 +546,7 @@ public:
         template <int Index>
         struct Member
         {
-            using Slot = machinery::Nested<PayloadWithoutData>;
+            using Slot = machinery::Nested<PayloadThatNeedsItsPort>;
             static constexpr int index = Index;
             static const Slot& slot(const Data& data) { return Index == 0 ? data.first : data.second; }
             static Slot& slot(Data& data) { return Index == 0 ? data.first : data.second; }
@@ -556,8 +556,8 @@ public:
             }
         };
         using Members = machinery::MemberList<machinery::ListHead, Member<0>, Member<1>>;
-        machinery::Nested<PayloadWithoutData> first;
-        machinery::Nested<PayloadWithoutData> second;
+        machinery::Nested<PayloadThatNeedsItsPort> first;
+        machinery::Nested<PayloadThatNeedsItsPort> second;
     };
 
     QString GetObjectName() const { return name; }
@@ -608,7 +608,7 @@ TEST(MessageTexts, AChoiceThatIsSetOrHasItsDataOrIsNotMadePassesTheCheck)
     record.m_data->set.set(ChoiceOfPayloads::First);
     EXPECT_NO_THROW(record.check());
     record.m_data->set.clear(ChoiceOfPayloads::First);
-    machinery::nestedRecord<ChoiceOfPayloads::Data::Member<0>>(*record.m_data).hasData = true;
+    machinery::nestedRecord<ChoiceOfPayloads::Data::Member<0>>(*record.m_data).SetPort(1);
     EXPECT_NO_THROW(record.check());
     record.m_data->choice = ChoiceOfPayloads::Second;
     EXPECT_THROW(record.check(), IncompleteDefinitionException);
