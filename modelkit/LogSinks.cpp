@@ -13,17 +13,13 @@ Q_LOGGING_CATEGORY(category, "modelkit")
 
 void QtLogSink::Write(Logger::Level level, const QString& text)
 {
-    switch (level) {
-    case Logger::Info:
-        qCInfo(category).noquote() << text;
-        break;
-    case Logger::Warning:
-        qCWarning(category).noquote() << text;
-        break;
-    case Logger::Error:
-        qCCritical(category).noquote() << text;
-        break;
-    }
+    const QMessageLogger logger;
+    if (level == Logger::Info && category().isInfoEnabled())
+        logger.info(category()).noquote() << text;
+    else if (level == Logger::Warning && category().isWarningEnabled())
+        logger.warning(category()).noquote() << text;
+    else if (level == Logger::Error && category().isCriticalEnabled())
+        logger.critical(category()).noquote() << text;
 }
 
 DeviceLogSink::DeviceLogSink(QIODevice& device) : m_device(device) {}

@@ -212,13 +212,14 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
     int count = 0;
     if (!source.word(count) || count < 0)
         return false;
-    // An item takes at least its length word. Room is made in advance only where the list at least
-    // doubles; otherwise many short entries would move the whole list many times.
-    const qint64 possible = std::min<qint64>(length, source.available()) / 4;
-    const auto expected = static_cast<QtVersion::Size>(std::clamp<qint64>(possible, 0, count));
+    // An item takes at least its length word. Room is made in advance only in an empty list: making it
+    // may copy what is there, flags and loggers aside, and in a list it would be made again for every
+    // entry.
     auto& items = Member::slot(initData(record)).ownItems();
-    if (expected > items.size())
-        items.reserve(items.size() + expected);
+    if (items.isEmpty()) {
+        const qint64 possible = std::min<qint64>(length, source.available()) / 4;
+        items.reserve(static_cast<QtVersion::Size>(std::clamp<qint64>(possible, 0, count)));
+    }
     for (int i = 0; i < count; ++i) {
         const qint64 offset = source.consumed();
         int itemLength = 0;
