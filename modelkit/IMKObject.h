@@ -84,8 +84,8 @@ public:
     /// Writes the object as one binary frame at the stream's position.
     ///
     /// The frame is \a id (only when \a writeId is true), the number of bytes that follow the
-    /// length, and the content. Lengths are filled in afterwards by seeking back, so the stream needs
-    /// a random-access device that does not append. The stream's byte order is used as it stands.
+    /// length, and the content. Lengths are filled in afterwards by seeking back; a device that cannot
+    /// seek, or appends, gets the frame in one piece. The stream's byte order is used as it stands.
     /// \returns false when validation is on and `HasData()` is false; nothing is written then.
     /// \throws MKException what `Check()` throws, when validation is on; nothing is written then
     /// unless it is an owned object that fails.
@@ -123,8 +123,10 @@ public:
     /// behind the form. A stream that cannot seek is waited for until the form is there.
     virtual bool SetBinaryRepresentation(QDataStream& stream);
 
-    /// Takes over what \a other has set, in full precision, on top of the own content; the items of
-    /// lists are appended. Neither validation flag nor completeness of \a other matters; the rules of
+    /// Takes over what \a other has set, on top of the own content; the items of lists are appended.
+    /// What is taken over is what the binary form carries: texts as UTF-8, the selected payload of a
+    /// fragment, and the invalid value for a number that is no enumerator; but doubles keep their full
+    /// precision. Neither validation flag nor completeness of \a other matters; the rules of
     /// this object's setters apply when its validation is on.
     /// \returns false, changing nothing, when \a other is an object of another class.
     /// \throws MKException what the setters throw; what was taken over until then stays.
@@ -232,7 +234,8 @@ protected:
 
     virtual void SetObjectName(const QString& name);
 
-    /// Reads the child element on whose start the reader stands and leaves the reader on its end.
+    /// Reads the child element on whose start the reader stands and leaves the reader on its end. An
+    /// element that the object does not know is left at the next tag of the same name.
     virtual void ProcessXmlStartElement(QXmlStreamReader& reader) = 0;
 
     /// The text of the element on whose start the reader stands, without that of child elements;

@@ -10,10 +10,11 @@ namespace MODELKIT {
 
 /// The limits of reading whole documents (`SetXmlString`, `LoadXml`, `SetBinaryRepresentation`,
 /// `LoadBinary`). A document that exceeds one is refused with a Failure of its own kind. A document
-/// type declaration is always refused. `ProcessXml` and `SetBinary`, called directly, know no limits.
+/// type declaration is always refused. `ProcessXml` and `SetBinary`, called outside
+/// of such an operation, know no limits.
 struct MODELKIT_EXPORT Limits
 {
-    /// The size of a document in bytes, as it comes in.
+    /// The size of a document as it comes in: in bytes, or in characters when it is given as a string.
     qint64 inputSize = qint64(256) << 20;
     /// The size in bytes of a binary form after inflating.
     qint64 inflatedSize = qint64(256) << 20;

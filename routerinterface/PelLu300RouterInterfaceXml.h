@@ -30,7 +30,8 @@ public:
     bool HasData() const override;
     /// Whether the message holds any data.
     bool AnyData() const;
-    /// Whether the record has a data block: true once anything but a question has been asked of it.
+    /// Whether the record has a data block: false in a new record and after assignment from such a one,
+    /// true after the first getter, setter, check, reading or writing.
     bool IsInitialized() const;
     /// Puts the message back to its default and marks it as not set; the default stays.
     void Reset() override;

@@ -38,7 +38,8 @@ public:
     bool HasData() const override;
     /// Whether the type or the number is set or the list holds an item.
     bool AnyData() const;
-    /// Whether the record has a data block: true once anything but a question has been asked of it.
+    /// Whether the record has a data block: false in a new record and after assignment from such a one,
+    /// true after the first getter, setter, check, reading or writing.
     bool IsInitialized() const;
     /// Puts every member back and marks it as not set; defaults stay.
     void Reset() override;
@@ -102,7 +103,8 @@ public:
     /// What the message is. Without it a message is incomplete.
     /// @{
 
-    /// The current value; the default (at first -1) while the member is not set.
+    /// The current value; while the member is not set, its default as it was at the last reset (at first
+    /// -1).
     Type GetType() const;
     /// Stores the value and marks the member as set.
     /// \throws OutOfRangeException "enum is not valid (classname=PelLu300RouterMessage,membername=m_type)"

@@ -29,7 +29,8 @@ public:
     bool HasData() const override;
     /// Whether the address is not a null string or the port is set.
     bool AnyData() const;
-    /// Whether the record has a data block: true once anything but a question has been asked of it.
+    /// Whether the record has a data block: false in a new record and after assignment from such a one,
+    /// true after the first getter, setter, check, reading or writing.
     bool IsInitialized() const;
     /// Puts every member back and marks it as not set; defaults stay.
     void Reset() override;
@@ -74,6 +75,7 @@ public:
     /// \throws OutOfRangeException what Check() throws, when validation is on; nothing is written then.
     bool GetBinary(QDataStream& stream, int frameId, bool writeId) const override;
     /// Reads a frame's entries; unknown ones are skipped, members without one keep their values.
+    /// \throws OutOfRangeException what SetAddress() throws.
     /// \throws BinaryParsingException "PelVtConnectServer::SetBinary(...): Length error occurred during
     /// processing of binary representation"; members read until then keep their new values.
     void SetBinary(QDataStream& stream, int length) override;

@@ -29,7 +29,8 @@ public:
     bool HasData() const override;
     /// Whether any member is set.
     bool AnyData() const;
-    /// Whether the record has a data block: true once anything but a question has been asked of it.
+    /// Whether the record has a data block: false in a new record and after assignment from such a one,
+    /// true after the first getter, setter, check, reading or writing.
     bool IsInitialized() const;
     /// Puts every member back and marks it as not set; defaults stay.
     void Reset() override;

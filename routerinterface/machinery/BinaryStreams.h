@@ -1,8 +1,10 @@
 // Where the parts of a frame are written to and read from.
 //
-// Both ends work on a data stream. When its device is a buffer in memory they work on the buffer's bytes
-// and keep the device's position; otherwise every part goes through the stream, and lengths are filled
-// in by seeking. Bytes, positions and the stream's status are the same either way.
+// Both ends work on a data stream. When its device is a plain buffer in memory they work on the buffer's
+// bytes and keep the device's position; otherwise every part goes through the stream, and lengths are
+// filled in by seeking. Bytes, positions and the stream's status are the same either way. Two things a
+// plain buffer does not do: whoever listens to its signals hears of one byte written instead of all, and
+// characters pushed back into it with ungetChar() are not seen.
 #pragma once
 
 #include "routerinterface/machinery/Characters.h"
@@ -17,6 +19,8 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <new>
+#include <typeinfo>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -24,14 +28,15 @@ namespace machinery {
 // The buffer on which the stream works, if it is a plain one on whose bytes one may work directly.
 inline QBuffer* plainBuffer(QIODevice* device)
 {
-    if (!device || device->metaObject() != &QBuffer::staticMetaObject || device->isTransactionStarted()
+    // Not a derived class: it may read and write in its own way.
+    if (!device || typeid(*device) != typeid(QBuffer) || device->isTransactionStarted()
         || device->isTextModeEnabled() || (device->openMode() & QIODevice::Append))
         return nullptr;
     auto* buffer = static_cast<QBuffer*>(device);
-    const bool isPlain =
-        buffer->pos() <= buffer->buffer().size()
-        && (!buffer->isReadable() || buffer->bytesAvailable() == buffer->size() - buffer->pos());
-    return isPlain ? buffer : nullptr;
+    constexpr qint64 largest = qint64(1) << 30;
+    if (buffer->pos() < 0 || buffer->pos() > buffer->size() || buffer->size() > largest)
+        return nullptr;
+    return buffer;
 }
 
 class BinarySink
@@ -48,7 +53,8 @@ public:
             m_buffer = plainBuffer(stream.device());
         if (m_buffer) {
             m_sizeBefore = static_cast<int>(m_buffer->buffer().size());
-            m_at = static_cast<int>(m_buffer->pos());
+            m_begin = static_cast<int>(m_buffer->pos());
+            m_at = m_begin;
             m_room = m_sizeBefore;
             m_bytes = m_buffer->buffer().data();
         }
@@ -58,8 +64,19 @@ public:
 
     ~BinarySink()
     {
-        if (m_buffer) {
-            m_buffer->buffer().resize(std::max(m_sizeBefore, m_at));
+        if (!m_buffer)
+            return;
+        // The room is reserved, so that making the bytes fewer cannot fail.
+        m_buffer->buffer().resize(std::max(m_sizeBefore, m_at));
+        m_buffer->seek(m_at);
+        if (m_at == m_begin)
+            return;
+        // The last byte goes through the device, which so learns that it was written to.
+        const char last = m_bytes[m_at - 1];
+        m_buffer->seek(m_at - 1);
+        try {
+            m_buffer->write(&last, 1);
+        } catch (...) {
             m_buffer->seek(m_at);
         }
     }
@@ -155,10 +172,15 @@ private:
 
     void grow(int size)
     {
+        constexpr qint64 most = std::numeric_limits<int>::max() - 64;
+        const qint64 needed = qint64(m_at) + size;
+        if (needed > most)
+            throw std::bad_alloc();
+        const auto wanted =
+            static_cast<int>(std::clamp<qint64>(2 * qint64(m_room), std::max<qint64>(needed, 256), most));
         QByteArray& bytes = m_buffer->buffer();
-        const int most = std::numeric_limits<int>::max() - 64;
-        const int wanted = m_room > most / 2 ? most : std::max(2 * m_room, 256);
-        bytes.resize(std::max(wanted, m_at + size));
+        bytes.reserve(wanted);
+        bytes.resize(wanted);
         m_room = static_cast<int>(bytes.size());
         m_bytes = bytes.data();
     }
@@ -181,6 +203,7 @@ private:
     QDataStream& m_stream;
     QBuffer* m_buffer = nullptr;
     char* m_bytes = nullptr;
+    int m_begin = 0;
     int m_at = 0;
     int m_room = 0;
     int m_sizeBefore = 0;

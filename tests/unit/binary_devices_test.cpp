@@ -1,0 +1,239 @@
+// The binary form is the same on every kind of device, and leaves it as every other writer and reader would.
+
+#include "TestSupport.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTemporaryFile>
+
+using namespace testing_support;
+
+namespace {
+
+const char* const portFrame = "00000010 1F980517 00000008 0000000000001388";
+
+OstraInterfacePort port()
+{
+    OstraInterfacePort record;
+    record.SetPort(5000);
+    return record;
+}
+
+// A fragment whose payload fails its check in the middle of the frame.
+PelLu300RouterMessage messageWithBadPayload()
+{
+    PelLu300RouterMessage message;
+    message.SetType(PelLu300RouterMessage::Event);
+    Fragment fragment;
+    fragment.GetMastershipState().SetState(static_cast<MastershipState::State>(7));
+    message.AppendFragment(fragment);
+    message.SetValidate(true);
+    return message;
+}
+
+class Pipe : public QIODevice
+{
+public:
+    Pipe() { open(QIODevice::WriteOnly); }
+    bool isSequential() const override { return true; }
+    QByteArray written;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        written.append(data, static_cast<int>(size));
+        return size;
+    }
+};
+
+class RefusingBuffer : public QBuffer
+{
+protected:
+    qint64 writeData(const char*, qint64) override { return -1; }
+};
+
+} // namespace
+
+TEST(BinaryDevices, ASequentialDeviceGetsTheFrameInOnePiece)
+{
+    Pipe pipe;
+    QDataStream stream(&pipe);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(pipe.written, bytes(portFrame));
+    stream.setByteOrder(QDataStream::LittleEndian);
+    EXPECT_TRUE(port().GetBinary(stream, 1, true));
+    EXPECT_EQ(pipe.written.mid(20), bytes("01000000 10000000 1705981F 08000000 8813000000000000"));
+}
+
+TEST(BinaryDevices, ASequentialDeviceGetsNothingWhenACheckFailsHalfway)
+{
+    Pipe pipe;
+    QDataStream stream(&pipe);
+    EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
+    EXPECT_TRUE(pipe.written.isEmpty());
+}
+
+TEST(BinaryDevices, AnAppendingFileAndBufferGetTheFrameAtTheirEnd)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("frames")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("ab");
+    file.close();
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Append));
+    {
+        QDataStream stream(&file);
+        EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    }
+    file.close();
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "ab" + bytes(portFrame));
+
+    QByteArray content("ab");
+    {
+        QDataStream stream(&content, QIODevice::WriteOnly | QIODevice::Append);
+        EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    }
+    EXPECT_EQ(content, "ab" + bytes(portFrame));
+}
+
+TEST(BinaryDevices, AFrameThatBeginsInsideABufferAndEndsBehindItsEndExtendsIt)
+{
+    QBuffer buffer;
+    buffer.setData(QByteArray(25, 'x'));
+    ASSERT_TRUE(buffer.open(QIODevice::ReadWrite));
+    buffer.seek(15);
+    QDataStream stream(&buffer);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(buffer.pos(), 35);
+    EXPECT_EQ(buffer.data(), QByteArray(15, 'x') + bytes(portFrame));
+}
+
+TEST(BinaryDevices, AThrowHalfwayLeavesTheSameOnABufferAndInAFile)
+{
+    const QByteArray before(400, 'x');
+    QBuffer buffer;
+    buffer.setData(before);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadWrite));
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(before);
+    QByteArray content[2];
+    qint64 position[2] = {0, 0};
+    int i = 0;
+    for (QIODevice* device : {static_cast<QIODevice*>(&buffer), static_cast<QIODevice*>(&file)}) {
+        device->seek(100);
+        QDataStream stream(device);
+        EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
+        position[i] = device->pos();
+        device->seek(0);
+        content[i++] = device->readAll();
+    }
+    EXPECT_EQ(content[0], content[1]);
+    EXPECT_EQ(position[0], position[1]);
+    // The lengths that were not yet known are 0.
+    EXPECT_EQ(content[0].mid(100, 4), bytes("00000000"));
+    EXPECT_EQ(content[0].mid(104, 17), bytes("E1D9E008 00000009 00000005") + "Event");
+    EXPECT_EQ(content[0].mid(static_cast<int>(position[0])), before.mid(static_cast<int>(position[0])));
+}
+
+TEST(BinaryDevices, AShortReadConsumesWhatIsThereAndNotesItInTheStatus)
+{
+    QByteArray frame = bytes(portFrame);
+    frame.chop(3);
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(frame);
+    QBuffer buffer(&frame);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    for (QIODevice* device : {static_cast<QIODevice*>(&buffer), static_cast<QIODevice*>(&file)}) {
+        device->seek(4);
+        QDataStream stream(device);
+        OstraInterfacePort record;
+        EXPECT_THROW(record.SetBinary(stream, 16), BinaryParsingException);
+        EXPECT_EQ(device->pos(), frame.size());
+        EXPECT_EQ(stream.status(), QDataStream::ReadPastEnd);
+    }
+}
+
+TEST(BinaryDevices, AStreamWithABadStatusIsNotWrittenTo)
+{
+    QByteArray content;
+    QDataStream stream(&content, QIODevice::WriteOnly);
+    stream.setStatus(QDataStream::WriteFailed);
+    port().GetBinary(stream, 0, false);
+    EXPECT_TRUE(content.isEmpty());
+}
+
+TEST(BinaryDevices, ABufferThatWritesInItsOwnWayIsAskedToWrite)
+{
+    RefusingBuffer buffer;
+    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+    QDataStream stream(&buffer);
+    port().GetBinary(stream, 0, false);
+    EXPECT_TRUE(buffer.data().isEmpty());
+    EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+}
+
+TEST(BinaryDevices, ACharacterPushedBackAtTheBeginningDoesNoHarmToWriting)
+{
+    QByteArray content;
+    QBuffer buffer(&content);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadWrite));
+    buffer.ungetChar('x');
+    QDataStream stream(&buffer);
+    port().GetBinary(stream, 0, false);
+    EXPECT_LE(content.size(), 20);
+}
+
+TEST(BinaryDevices, ATransactionCanBeRolledBack)
+{
+    QByteArray frame = bytes("1F980517 00000008 0000");
+    QDataStream stream(frame);
+    stream.startTransaction();
+    OstraInterfacePort record;
+    EXPECT_THROW(record.SetBinary(stream, 16), BinaryParsingException);
+    stream.rollbackTransaction();
+    EXPECT_EQ(stream.device()->pos(), 0);
+}
+
+TEST(BinaryDevices, ADeviceThatCannotBeReadEndsInTheLengthError)
+{
+    QByteArray content;
+    QDataStream stream(&content, QIODevice::WriteOnly);
+    OstraInterfacePort record;
+    EXPECT_THROW(record.SetBinary(stream, 16), BinaryParsingException);
+    EXPECT_FALSE(record.IsPortSet());
+}
+
+TEST(BinaryDevices, ABufferOfTheCallersIsReadFromItsPosition)
+{
+    QBuffer buffer;
+    buffer.setData(QByteArray("junk") + bytes(portFrame) + QByteArray("rest"));
+    ASSERT_TRUE(buffer.open(QIODevice::ReadWrite));
+    buffer.seek(8);
+    QDataStream stream(&buffer);
+    OstraInterfacePort record;
+    record.SetBinary(stream, 16);
+    EXPECT_EQ(record.GetPort(), 5000U);
+    EXPECT_EQ(buffer.pos(), 24);
+    EXPECT_EQ(buffer.readAll(), QByteArray("rest"));
+}
+
+TEST(XmlWriting, AsksTheVirtualCheckWithoutFlag)
+{
+    class Counting : public OstraInterfacePort
+    {
+    public:
+        using OstraInterfacePort::Check;
+        void Check() const override { ++checks; }
+        mutable int checks = 0;
+    } record;
+    record.SetValidate(true);
+    xmlOf(record);
+    EXPECT_EQ(record.checks, 1);
+    record.SetValidate(false);
+    xmlOf(record);
+    EXPECT_EQ(record.checks, 1);
+}
