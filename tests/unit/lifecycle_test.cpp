@@ -15,35 +15,11 @@
 
 // --- an allocator that can be told to fail ------------------------------------------------------
 
-// Clang's race detector brings its own operator new, which a program cannot replace.
-#if defined(__has_feature)
-    #if __has_feature(thread_sanitizer)
-        #define ALLOCATOR_IS_TAKEN
-    #endif
-#endif
-
 namespace {
-
-#if defined(ALLOCATOR_IS_TAKEN)
-constexpr bool allocatorIsOurs = false;
-#else
-constexpr bool allocatorIsOurs = true;
-#endif
-
-// Skips a test that counts allocations or makes them fail where it cannot.
-#define NEEDS_ALLOCATOR() \
-    if (!allocatorIsOurs) \
-    GTEST_SKIP() << "another allocator is linked to the program"
 
 // The number of allocations that still succeed; negative while none is to fail.
 thread_local long allocationsLeft = -1;
 thread_local long allocations = 0;
-
-} // namespace
-
-#if !defined(ALLOCATOR_IS_TAKEN)
-
-namespace {
 
 bool allocationFails()
 {
@@ -76,8 +52,6 @@ void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
-
-#endif
 
 namespace {
 
@@ -854,7 +828,6 @@ TEST(EveryMember, DetachingCopiesValueDefaultAndBothFlags)
 
 TEST(EveryMember, AFailedAllocationLeavesItUnset)
 {
-    NEEDS_ALLOCATOR();
     forEveryMember([](auto tested) {
         using Member = decltype(tested);
         using Owner = typename Member::Owner;
@@ -875,7 +848,6 @@ TEST(EveryMember, AFailedAllocationLeavesItUnset)
 
 TEST(EveryMember, AFailedAllocationLeavesTheOldDefault)
 {
-    NEEDS_ALLOCATOR();
     forEveryMember([](auto tested) {
         using Member = decltype(tested);
         using Owner = typename Member::Owner;
@@ -944,7 +916,6 @@ TYPED_TEST(EveryRecordLifecycle, TheTypeCodeNeverChanges)
 
 TYPED_TEST(EveryRecordLifecycle, ARecordThatIsNeverTouchedAllocatesNothing)
 {
-    NEEDS_ALLOCATOR();
     EXPECT_EQ(allocationsIn([] {
                   TypeParam record;
                   TypeParam other(record);
@@ -1132,7 +1103,6 @@ TYPED_TEST(EveryRecordLifecycle, ACopyHoldsTheSameContentAndDefaults)
 
 TYPED_TEST(EveryRecordLifecycle, ACopyHasABlockOfItsOwnAtOnce)
 {
-    NEEDS_ALLOCATOR();
     TypeParam source;
     fill(source);
     const void* const before = place(source);
@@ -1163,7 +1133,6 @@ TYPED_TEST(EveryRecordLifecycle, CopyAndSourceChangeIndependently)
 
 TYPED_TEST(EveryRecordLifecycle, CopyingASharedRecordLeavesItShared)
 {
-    NEEDS_ALLOCATOR();
     TypeParam source;
     fill(source);
     const void* const before = place(source);
@@ -1224,7 +1193,6 @@ TYPED_TEST(EveryRecordLifecycle, TheCopyOutlivesItsSource)
 
 TYPED_TEST(EveryRecordLifecycle, AssignmentAllocatesNothing)
 {
-    NEEDS_ALLOCATOR();
     TypeParam source;
     fill(source);
     TypeParam target;
@@ -1307,7 +1275,6 @@ TYPED_TEST(EveryRecordLifecycle, OfThreeSharersEachGetsItsOwnBlockAndTheLastKeep
 
 TYPED_TEST(EveryRecordLifecycle, ADestroyedSharerLeavesTheBlockToTheOther)
 {
-    NEEDS_ALLOCATOR();
     TypeParam source;
     fill(source);
     const void* const before = place(source);
@@ -1615,7 +1582,6 @@ TYPED_TEST(EveryRecordLifecycle, AResetRecordEqualsANewOne)
 
 TYPED_TEST(EveryRecordLifecycle, AFailedAllocationOfTheFirstBlockLeavesTheRecordEmpty)
 {
-    NEEDS_ALLOCATOR();
     TypeParam record;
     EXPECT_TRUE(failsOutOfMemory(0, [&] { place(record); }));
     EXPECT_FALSE(record.IsInitialized());
@@ -1626,7 +1592,6 @@ TYPED_TEST(EveryRecordLifecycle, AFailedAllocationOfTheFirstBlockLeavesTheRecord
 
 TYPED_TEST(EveryRecordLifecycle, AFailedCopyLeavesTheSource)
 {
-    NEEDS_ALLOCATOR();
     TypeParam source;
     fill(source);
     const void* const before = place(source);
@@ -1642,7 +1607,6 @@ TYPED_TEST(EveryRecordLifecycle, AFailedCopyLeavesTheSource)
 
 TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesBothSharersAsTheyWere)
 {
-    NEEDS_ALLOCATOR();
     auto operations = plainOperations<TypeParam>();
     for (const auto& change : changingOperations<TypeParam>())
         if (change.name != std::string("ResetToDefault"))
@@ -1671,7 +1635,6 @@ TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesBothSharersAsTheyWere)
 
 TYPED_TEST(EveryRecordLifecycle, AFailedDetachStopsWritingAndReading)
 {
-    NEEDS_ALLOCATOR();
     QString xml;
     QXmlStreamWriter writer(&xml);
     QXmlStreamReader reader(QStringLiteral("<a/>"));
@@ -1700,7 +1663,6 @@ TYPED_TEST(EveryRecordLifecycle, AFailedDetachStopsWritingAndReading)
 
 TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesTheBlockShared)
 {
-    NEEDS_ALLOCATOR();
     TypeParam source;
     fill(source);
     const void* const before = place(source);
@@ -1714,7 +1676,6 @@ TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesTheBlockShared)
 
 TEST(MessageLifecycle, AFailedAppendLeavesTheListAsItWas)
 {
-    NEEDS_ALLOCATOR();
     const Fragment item = fragment("new");
     for (const bool sharedList : {false, true}) {
         SCOPED_TRACE(sharedList);
@@ -1870,7 +1831,6 @@ TEST(OwnerLifecycle, TheModifiableMemberIsARightArgument)
 
 TEST(OwnerLifecycle, AMemberSharesTheDataThatItIsSetToUntilEitherIsTouched)
 {
-    NEEDS_ALLOCATOR();
     PelVtConnectServer value = server("a");
     const void* const before = place(value);
     Fragment record;
