@@ -46,9 +46,9 @@ namespace testing_support {
 
 using namespace PELLU300ROUTERINTERFACEXML;
 
-using AllRecords = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer, MastershipState,
-                                    AcquireMastership, ReleaseMastership, DF_Params, Fragment,
-                                    PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
+using AllRecords = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer,
+                                    MastershipState, AcquireMastership, ReleaseMastership, DF_Params,
+                                    Fragment, PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
 
 // An empty text that is not null.
 inline QString empty() { return QString(QLatin1String("")); }
