@@ -11,6 +11,7 @@
 // Reading tells them apart by the first word. The pieces are what bounds inflating: `qUncompress`
 // cannot be stopped, but what it can make of one piece is limited by the piece's length.
 
+#include "modelkit/BinaryForm.h"
 #include "modelkit/ClassNames.h"
 #include "modelkit/ReadingContext.h"
 #include "modelkit/WholeDocument.h"
@@ -242,6 +243,32 @@ bool readStream(DocumentOperation& operation, IMKObject& object, int id, QDataSt
 }
 
 } // namespace
+
+bool IsCompressedForm(const QByteArray& form)
+{
+    return form.size() >= headerSize
+           && Header(form.constData(), QDataStream::BigEndian).id == compressedMarker;
+}
+
+bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure)
+{
+    plain.clear();
+    if (!IsCompressedForm(form)) {
+        failure = notAForm(QStringLiteral("The bytes do not begin as a compressed form."));
+        return false;
+    }
+    const Header header(form.constData(), QDataStream::BigEndian);
+    if (!accepts(header, compressedMarker, QString(), failure))
+        return false;
+    const auto there = std::min<qint64>(header.length, form.size() - headerSize);
+    const bool inflated =
+        inflate(QByteArray::fromRawData(form.constData() + headerSize, static_cast<int>(there)),
+                Limits::Get().inflatedSize, plain, failure);
+    if (there == header.length)
+        return inflated;
+    failure = cutOff(form.size());
+    return false;
+}
 
 bool registerClass(long long typeCode, const QString& name)
 {

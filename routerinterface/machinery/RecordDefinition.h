@@ -14,6 +14,7 @@
 #include "modelkit/ClassNames.h"
 #include "routerinterface/machinery/Binary.h"
 #include "routerinterface/machinery/Checking.h"
+#include "routerinterface/machinery/Description.h"
 #include "routerinterface/machinery/Diagnostics.h"
 #include "routerinterface/machinery/Lifecycle.h"
 #include "routerinterface/machinery/Walks.h"
@@ -26,6 +27,12 @@ template <class R>
 QLatin1String Walks<R>::className()
 {
     return DataOf<R>::name();
+}
+
+template <class R>
+const RecordInfo& Walks<R>::info()
+{
+    return Description::of<R>();
 }
 
 template <class R>

@@ -17,6 +17,9 @@ class QXmlStreamReader;
 class QXmlStreamWriter;
 
 namespace PELLU300ROUTERINTERFACEXML {
+
+class RecordInfo;
+
 namespace machinery {
 
 namespace QtVersion = MODELKIT::QtVersion;
@@ -41,6 +44,7 @@ template <class R>
 struct Walks
 {
     static QLatin1String className();
+    static const RecordInfo& info();
 
     static void setValidate(const R& record, bool validate);
     static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);

@@ -1,0 +1,119 @@
+#include "routerinterface/RecordInfo.h"
+
+#include "routerinterface/PelLu300RouterInterfaceXml.h"
+#include "routerinterface/machinery/Walks.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <typeinfo>
+
+namespace PELLU300ROUTERINTERFACEXML {
+
+extern template struct machinery::Walks<PelLu300RouterInterfaceXml>;
+
+namespace {
+
+[[noreturn]] void refuse(const MemberInfo& member, const char* what)
+{
+    throw std::logic_error(member.GetName().toStdString() + " is no " + what);
+}
+
+void addWithOwned(const RecordInfo& info, QVector<const RecordInfo*>& all)
+{
+    // A class that comes again moves behind its later owner.
+    all.removeAll(&info);
+    all.append(&info);
+    for (const MemberInfo* member : info.GetMembers())
+        if (member->GetClass())
+            addWithOwned(*member->GetClass(), all);
+}
+
+template <class Predicate>
+const RecordInfo* findClass(const Predicate& predicate)
+{
+    const auto& all = RecordInfo::All();
+    const auto found = std::find_if(all.begin(), all.end(), predicate);
+    return found == all.end() ? nullptr : *found;
+}
+
+template <class Predicate>
+const MemberInfo* findMember(const RecordInfo& info, const Predicate& predicate)
+{
+    const auto& members = info.GetMembers();
+    const auto found = std::find_if(members.begin(), members.end(), predicate);
+    return found == members.end() ? nullptr : *found;
+}
+
+} // namespace
+
+MemberInfo::MemberInfo(const QString& name, Kind kind, std::uint32_t binaryTag, bool isMandatory,
+                       const QStringList& names, const RecordInfo* recordClass)
+    : m_name(name), m_kind(kind), m_binaryTag(binaryTag), m_isMandatory(isMandatory), m_names(names),
+      m_class(recordClass)
+{}
+
+MemberInfo::~MemberInfo() = default;
+
+QVariant MemberInfo::GetValue(const MODELKIT::IMKObject&) const { refuse(*this, "value"); }
+void MemberInfo::SetValue(MODELKIT::IMKObject&, const QVariant&) const { refuse(*this, "value"); }
+
+const MODELKIT::IMKObject& MemberInfo::GetRecord(const MODELKIT::IMKObject&) const
+{
+    refuse(*this, "nested record");
+}
+
+MODELKIT::IMKObject& MemberInfo::EditRecord(MODELKIT::IMKObject&) const { refuse(*this, "nested record"); }
+
+int MemberInfo::CountItems(const MODELKIT::IMKObject&) const { refuse(*this, "list"); }
+
+const MODELKIT::IMKObject& MemberInfo::GetItem(const MODELKIT::IMKObject&, int) const
+{
+    refuse(*this, "list");
+}
+
+void MemberInfo::AppendItem(MODELKIT::IMKObject&, const MODELKIT::IMKObject&) const { refuse(*this, "list"); }
+
+RecordInfo::~RecordInfo() { qDeleteAll(m_members); }
+
+const RecordInfo& RecordInfo::Document() { return machinery::Walks<PelLu300RouterInterfaceXml>::info(); }
+
+const QVector<const RecordInfo*>& RecordInfo::All()
+{
+    static const QVector<const RecordInfo*> all = [] {
+        QVector<const RecordInfo*> classes;
+        addWithOwned(Document(), classes);
+        return classes;
+    }();
+    return all;
+}
+
+const RecordInfo* RecordInfo::Find(const QString& name)
+{
+    return findClass([&name](const RecordInfo* info) { return info->GetName() == name; });
+}
+
+const RecordInfo* RecordInfo::FindByFrameId(std::uint32_t frameId)
+{
+    return findClass([frameId](const RecordInfo* info) { return info->GetFrameId() == frameId; });
+}
+
+const RecordInfo& RecordInfo::Of(const MODELKIT::IMKObject& record)
+{
+    const RecordInfo* info = Find(record.GetObjectName());
+    if (!info)
+        throw std::bad_cast();
+    return *info;
+}
+
+const MemberInfo* RecordInfo::FindMember(const QString& name) const
+{
+    return findMember(*this, [&name](const MemberInfo* member) { return member->GetName() == name; });
+}
+
+const MemberInfo* RecordInfo::FindMember(std::uint32_t binaryTag) const
+{
+    return findMember(*this,
+                      [binaryTag](const MemberInfo* member) { return member->GetBinaryTag() == binaryTag; });
+}
+
+} // namespace PELLU300ROUTERINTERFACEXML
