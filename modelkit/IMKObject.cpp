@@ -66,7 +66,8 @@ const QString& IMKObject::GetVersion() const
 
 void IMKObject::ProcessXml(QXmlStreamReader& reader)
 {
-    walkElement(reader, ReadingContext::Current(), [this, &reader] { ProcessXmlStartElement(reader); });
+    walkElement(reader, ReadingContext::Current(), reader.name().toString(),
+                [this, &reader] { ProcessXmlStartElement(reader); });
 }
 
 QString IMKObject::GetTextValue(QXmlStreamReader& reader)

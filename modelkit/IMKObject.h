@@ -243,6 +243,26 @@ protected:
     /// a start element is left as it is and gives an empty text.
     QString GetTextValue(QXmlStreamReader& reader);
 
+    /// \name Settings of owned objects
+    /// For an owner that knows the class of what it owns: validation flag and logger without virtual
+    /// calls. Nothing is handed further down.
+    /// @{
+    bool OwnValidate() const { return m_validate; }
+    const std::shared_ptr<Logger>& OwnLogger() const { return m_logger; }
+    void ApplySettings(bool validate, const std::shared_ptr<Logger>& logger) const
+    {
+        m_validate = validate;
+        ShareLogger(m_logger, logger);
+    }
+    /// `held = logger`. Counting a reference is dear where it must be atomic, and mostly the logger
+    /// is the same.
+    static void ShareLogger(std::shared_ptr<Logger>& held, const std::shared_ptr<Logger>& logger)
+    {
+        if (held != logger || held.owner_before(logger) || logger.owner_before(held))
+            held = logger;
+    }
+    /// @}
+
     /// Identifies the class of a record; the object's kind in other objects.
     long long m_typeCode = 0;
 

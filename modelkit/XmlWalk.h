@@ -17,13 +17,13 @@ inline void readToken(QXmlStreamReader& reader, ReadingContext* context)
 }
 
 // Calls readChild() for each start element inside the element on whose start the reader stands. Ends on
-// the end element that carries the element's name, or at the end of the input.
-template <class ReadChild>
-void walkElement(QXmlStreamReader& reader, ReadingContext* context, const ReadChild& readChild)
+// the end element of the same name, or at the end of the input.
+template <class Name, class ReadChild>
+void walkElement(QXmlStreamReader& reader, ReadingContext* context, const Name& name,
+                 const ReadChild& readChild)
 {
     if (!reader.isStartElement())
         return;
-    const QString name = reader.name().toString();
     while (!reader.atEnd()) {
         readToken(reader, context);
         if (reader.isStartElement())

@@ -4,6 +4,7 @@
 #include "modelkit/IMKObject.h"
 #include "modelkit/SharedBlock.h"
 
+#include <memory>
 #include <type_traits>
 
 namespace PELLU300ROUTERINTERFACEXML {
@@ -15,6 +16,31 @@ struct Access
     static auto& pointer(const R& record)
     {
         return record.m_data;
+    }
+
+    template <class R>
+    static bool validate(const R& record)
+    {
+        return record.OwnValidate();
+    }
+
+    template <class R>
+    static const std::shared_ptr<MODELKIT::Logger>& logger(const R& record)
+    {
+        return record.OwnLogger();
+    }
+
+    template <class R>
+    static void applySettings(const R& record, bool validate, const std::shared_ptr<MODELKIT::Logger>& logger)
+    {
+        record.ApplySettings(validate, logger);
+    }
+
+    template <class R>
+    static void shareLogger(std::shared_ptr<MODELKIT::Logger>& held,
+                            const std::shared_ptr<MODELKIT::Logger>& logger)
+    {
+        R::ShareLogger(held, logger);
     }
 
     template <class R>

@@ -97,23 +97,8 @@ bool readPayload(R& record, BinarySource& source, const Slot& slot, const Binary
 
 // --- writing --------------------------------------------------------------------------------
 
-// Writes an owned record, whose settings its owner has handed down. Checked: the rules of an outer
-// record have been applied to it already.
 template <class R>
-void writeOwned(const R& record, BinarySink& sink, int id, bool writeId, bool checked)
-{
-    if (record.GetValidate() && !sink.isTransfer()) {
-        if (!checked)
-            Walks<R>::applyRules(record, false);
-        if (!record.HasData())
-            return;
-        checked = true;
-    }
-    Walks<R>::writeFrame(record, sink, id, writeId, checked);
-}
-
-template <class R>
-void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool checked)
+void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool validate)
 {
     auto& data = initData(record);
     if (writeId)
@@ -125,10 +110,9 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool ch
             || (IsMandatory<Slot>::value && sink.isTransfer() && !data.set.test(member.index)))
             return;
         const auto& slot = member.slot(data);
-        const bool ownedChecked = checked && checksInto<R>(data, member);
         if constexpr (IsNested<Slot>::value) {
-            writeOwned(nestedRecord<decltype(member)>(data), sink, static_cast<int>(member.binaryTag), true,
-                       ownedChecked);
+            Walks<RecordIn<Slot>>::writeOwned(slot.value(), sink, static_cast<int>(member.binaryTag), true,
+                                              validate, checksInto<R>(data, member));
         } else {
             if constexpr (IsList<Slot>::value)
                 if (slot.value.isEmpty())
@@ -138,7 +122,8 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool ch
             if constexpr (IsList<Slot>::value) {
                 sink.word(static_cast<int>(slot.value.size()));
                 for (const auto& item : slot.value)
-                    writeOwned(item, sink, static_cast<int>(member.binaryTag), false, ownedChecked);
+                    Walks<RecordIn<Slot>>::writeOwned(item, sink, static_cast<int>(member.binaryTag), false,
+                                                      validate, checksInto<R>(data, member));
             } else {
                 writePayload(sink, slot);
             }
@@ -146,6 +131,14 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool ch
         }
     });
     sink.endLength(frame);
+}
+
+// Writes a record whose owner has handed its settings down.
+template <class R>
+void writeOwned(const R& record, BinarySink& sink, int id, bool writeId, bool validate, bool applied)
+{
+    if (!validate || mayBeWritten(record, applied))
+        writeFrame(record, sink, id, writeId, validate);
 }
 
 template <class R>
@@ -156,7 +149,10 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
     const bool isTransfer = context && context->IsTransfer();
     const bool validate = record.GetValidate() && !isTransfer;
     if (validate) {
-        record.Check(false);
+        if (isExactly(record))
+            applyRules(record, false);
+        else
+            record.Check(false);
         if (!record.HasData())
             return false;
     }
@@ -229,13 +225,10 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
             return false;
         const auto step = [&] { return MODELKIT::Place::Step(Walks<Item>::className(), items.size() + 1); };
         readAt(reading, offset, step, [&] {
-            Item item;
-            item.SetValidate(record.GetValidate());
-            item.SetLogger(record.GetLogger());
             Reading itemReading;
             itemReading.context = reading.context;
-            Walks<Item>::readEntries(item, source, itemLength, itemReading);
-            appendOwn<Member>(record, item);
+            appendRead<Member>(
+                record, [&](Item& item) { Walks<Item>::readEntries(item, source, itemLength, itemReading); });
         });
     }
     return true;

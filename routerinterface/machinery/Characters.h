@@ -57,7 +57,18 @@ private:
     int m_size = null;
 };
 
-// Whether the text is that name. Names are ASCII, in which a character is the same in both encodings.
+// Whether the text is that name. Names are ASCII, in which a character is the same in all encodings.
+template <class Characters>
+bool isName(const Characters& text, QLatin1String name)
+{
+    if (text.size() != name.size())
+        return false;
+    for (int i = 0; i < text.size(); ++i)
+        if (text[i] != static_cast<unsigned char>(name.data()[i]))
+            return false;
+    return true;
+}
+
 template <class Characters>
 bool isName(const Characters& text, const QString& name)
 {

@@ -75,6 +75,16 @@ void applyRules(const R& record, bool flag)
     });
 }
 
+// Whether an owned record, to which the rules are applied unless they have been, holds what it needs
+// to be written under validation.
+template <class R>
+bool mayBeWritten(const R& record, bool applied)
+{
+    if (!applied)
+        applyRules(record, false);
+    return hasData(record);
+}
+
 template <class R>
 void check(const R& record, bool flag)
 {

@@ -12,6 +12,7 @@
 #include "routerinterface/machinery/Walks.h"
 
 #include <memory>
+#include <typeinfo>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -23,13 +24,14 @@ void detach(const R& record)
     auto& block = pointer(record);
     if (!block.isShared())
         return;
-    block.detach();
     using Data = DataOf<R>;
+    MODELKIT::BlockPointer<Data> own(new Data(*block));
     if constexpr (hasNested<Data>)
         Data::Members::forEach([&](auto member) {
             if constexpr (IsNested<typename decltype(member)::Slot>::value)
-                member.slot(*block).forgetUntouched(block->handedDown);
+                member.slot(*own).copyFrom(member.slot(*block));
         });
+    own.swap(block);
 }
 
 // Calls apply(owned) for every record that this one owns directly: the nested ones that exist and
@@ -39,7 +41,7 @@ void forEachOwned(Data& data, QtVersion::Size firstItem, Apply&& apply)
 {
     Data::Members::forEach([&](auto member) {
         using Slot = typename decltype(member)::Slot;
-        auto& slot = member.slot(data);
+        auto&& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value) {
             if (auto* record = slot.existing())
                 apply(*record);
@@ -64,7 +66,7 @@ void setValidate(const R& record, bool validate)
         detach(record);
         Data& data = *pointer(record);
         if constexpr (hasNested<Data>)
-            data.handedDown.validate = validate;
+            data.validate = validate;
         forEachOwned(data, 0, [validate](const auto& owned) {
             Walks<std::decay_t<decltype(owned)>>::setValidate(owned, validate);
         });
@@ -82,11 +84,39 @@ void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger)
         detach(record);
         Data& data = *pointer(record);
         if constexpr (hasNested<Data>)
-            data.handedDown.logger = logger;
+            data.logger = logger;
         forEachOwned(data, 0, [&logger](const auto& owned) {
             Walks<std::decay_t<decltype(owned)>>::setLogger(owned, logger);
         });
     }
+}
+
+// Both at once.
+template <class R>
+void applySettings(const R& record, bool validate, const std::shared_ptr<MODELKIT::Logger>& logger)
+{
+    Access::applySettings(record, validate, logger);
+    using Data = DataOf<R>;
+    if constexpr (ownsRecords<Data>) {
+        if (!pointer(record))
+            return;
+        detach(record);
+        Data& data = *pointer(record);
+        if constexpr (hasNested<Data>) {
+            data.validate = validate;
+            Access::shareLogger<R>(data.logger, logger);
+        }
+        forEachOwned(data, 0, [validate, &logger](const auto& owned) {
+            Walks<std::decay_t<decltype(owned)>>::applySettings(owned, validate, logger);
+        });
+    }
+}
+
+// Whether the record is not one of a derived class, which may have virtual operations of its own.
+template <class R>
+bool isExactly(const R& record)
+{
+    return typeid(record) == typeid(R);
 }
 
 // Re-applies the record's own settings through its virtual operations, which hand them down: the
@@ -94,6 +124,10 @@ void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger)
 template <class R>
 void handDown(const R& record)
 {
+    if (isExactly(record)) {
+        applySettings(record, Access::validate(record), Access::logger(record));
+        return;
+    }
     record.SetValidate(record.GetValidate());
     record.SetLogger(record.GetLogger());
 }
@@ -137,10 +171,8 @@ void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Readi
                 if (const auto* nested = member.slot(data).existing())
                     Walks<RecordIn<Slot>>::handDownToNewItems(*nested, reading);
             } else if constexpr (IsList<Slot>::value) {
-                const auto logger = record.GetLogger();
                 forEachOwned(data, reading.settledItems, [&](const auto& item) {
-                    Walks<RecordIn<Slot>>::setValidate(item, record.GetValidate());
-                    Walks<RecordIn<Slot>>::setLogger(item, logger);
+                    Walks<RecordIn<Slot>>::applySettings(item, record.GetValidate(), Access::logger(record));
                 });
                 reading.settledItems = member.slot(data).value.size();
             }
@@ -157,8 +189,7 @@ void settle([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
             handDownToNewItems(record, reading);
             return;
         }
-        setValidate(record, record.GetValidate());
-        setLogger(record, record.GetLogger());
+        applySettings(record, record.GetValidate(), Access::logger(record));
         reading.settled = true;
         reading.settledItems = numberOfItems(record);
     }

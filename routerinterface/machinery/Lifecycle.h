@@ -52,7 +52,7 @@ void swapData(const R& a, const R& b)
 // --- one member -----------------------------------------------------------------------------
 
 template <class Member, class R>
-auto& slotOf(const R& record)
+decltype(auto) slotOf(const R& record)
 {
     return Member::slot(initData(record));
 }
@@ -116,10 +116,10 @@ template <class Member, class R>
 auto& defaultOf(const R& record)
 {
     auto& data = initData(record);
-    auto& slot = Member::slot(data);
+    auto&& slot = Member::slot(data);
     using Slot = typename Member::Slot;
     if constexpr (IsNested<Slot>::value)
-        return slot.defaultValue(data.handedDown);
+        return slot.defaultValue();
     else if constexpr (IsList<Slot>::value)
         return slot.defaultItem();
     else
@@ -153,12 +153,32 @@ void appendContent(R& record, Item& item)
     data.set.set(Member::index);
 }
 
-// Appends an item that nobody else knows.
-template <class Member, class R, class Item>
-void appendOwn(R& record, Item& item)
+// Appends a new item into which read() puts the content. When that fails or brings too little the
+// list stays as it was. The item itself gets the logger, as any other, with the next operation.
+template <class Member, class R, class Read>
+void appendRead(R& record, const Read& read)
 {
+    auto& data = initData(record);
+    auto& items = Member::slot(data).ownItems();
+    struct Removal
+    {
+        decltype(items) list;
+        bool isDue;
+        ~Removal()
+        {
+            if (isDue)
+                list.removeLast();
+        }
+    };
+    items.resize(items.size() + 1);
+    Removal removal{items, true};
+    auto& item = items.last();
+    Access::applySettings(item, record.GetValidate(), Access::logger(record));
+    read(item);
     requireData<Member>(record, item);
-    appendContent<Member>(record, item);
+    item.ResetLogger();
+    removal.isDue = false;
+    data.set.set(Member::index);
 }
 
 template <class Member, class R, class Item>

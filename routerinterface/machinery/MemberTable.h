@@ -144,7 +144,7 @@ void makeCurrent([[maybe_unused]] Data& data, Member)
 template <class Member, class Data>
 auto& nestedRecord(const Data& data)
 {
-    return Member::slot(data).value(data.handedDown);
+    return Member::slot(data).value();
 }
 
 // Whether the member takes part in the written forms. A list goes by its items and a mandatory

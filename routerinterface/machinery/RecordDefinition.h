@@ -48,6 +48,12 @@ void Walks<R>::setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger
 }
 
 template <class R>
+void Walks<R>::applySettings(const R& record, bool validate, const std::shared_ptr<MODELKIT::Logger>& logger)
+{
+    machinery::applySettings(record, validate, logger);
+}
+
+template <class R>
 QtVersion::Size Walks<R>::numberOfItems(const R& record)
 {
     return machinery::numberOfItems(record);
@@ -66,21 +72,22 @@ void Walks<R>::applyRules(const R& record, bool flag)
 }
 
 template <class R>
-void Walks<R>::writeElement(const R& record, QXmlStreamWriter& writer, bool checked)
+void Walks<R>::writeOwned(const R& record, QXmlStreamWriter& writer, bool validate, bool applied)
 {
-    machinery::writeElement(record, writer, checked);
+    machinery::writeOwned(record, writer, validate, applied);
 }
 
 template <class R>
-void Walks<R>::readElement(R& record, QXmlStreamReader& reader, Reading& reading)
+void Walks<R>::readOwned(R& record, QXmlStreamReader& reader, Reading& reading)
 {
-    machinery::readElement(record, reader, reading);
+    machinery::readElement(record, reader, reading, className());
 }
 
 template <class R>
-void Walks<R>::writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool checked)
+void Walks<R>::writeOwned(const R& record, BinarySink& sink, int id, bool writeId, bool validate,
+                          bool applied)
 {
-    machinery::writeFrame(record, sink, id, writeId, checked);
+    machinery::writeOwned(record, sink, id, writeId, validate, applied);
 }
 
 template <class R>
@@ -94,21 +101,34 @@ void Walks<R>::readEntries(R& record, BinarySource& source, qint64 length, Readi
 
 // --- what a row becomes in the data block -----------------------------------------------------
 
-#define ROUTERINTERFACE_SLOT(Kind, Type, Name, field, tag) machinery::Kind<Type> field;
+#define ROUTERINTERFACE_SLOT(Kind, Type, Name, field, tag) ROUTERINTERFACE_SLOT_##Kind(Type, field)
+#define ROUTERINTERFACE_SLOT_Value(Type, field) machinery::Value<Type> field;
+#define ROUTERINTERFACE_SLOT_Text(Type, field) machinery::Text<Type> field;
+#define ROUTERINTERFACE_SLOT_Enumerated(Type, field) machinery::Enumerated<Type> field;
+#define ROUTERINTERFACE_SLOT_Mandatory(Type, field) machinery::Mandatory<Type> field;
+#define ROUTERINTERFACE_SLOT_List(Type, field) machinery::List<Type> field;
+// The block keeps nested records by their index.
+#define ROUTERINTERFACE_SLOT_Nested(Type, field)
 
 #define ROUTERINTERFACE_INDEX(Kind, Type, Name, field, tag) index##Name,
 
-#define ROUTERINTERFACE_DESCRIPTION(Kind, Type, Name, field, tag)        \
-    struct Name##Member                                                  \
-    {                                                                    \
-        using Slot = machinery::Kind<Type>;                              \
-        static constexpr int index = index##Name;                        \
-        static constexpr std::uint32_t binaryTag = tag;                  \
-        static Slot& slot(Data& data) { return data.field; }             \
-        static const Slot& slot(const Data& data) { return data.field; } \
-        static QLatin1String name() { return QLatin1String(#Name); }     \
-        static QString nameText() { return QStringLiteral(#Name); }      \
-        static QString fieldName() { return QStringLiteral(#field); }    \
+#define ROUTERINTERFACE_DESCRIPTION(Kind, Type, Name, field, tag)     \
+    struct Name##Member                                               \
+    {                                                                 \
+        using Slot = machinery::Kind<Type>;                           \
+        static constexpr int index = index##Name;                     \
+        static constexpr std::uint32_t binaryTag = tag;               \
+        template <class AnyData>                                      \
+        static decltype(auto) slot(AnyData& data)                     \
+        {                                                             \
+            if constexpr (machinery::IsNested<Slot>::value)           \
+                return Slot(data, index);                             \
+            else                                                      \
+                return (data.field);                                  \
+        }                                                             \
+        static QLatin1String name() { return QLatin1String(#Name); }  \
+        static QString nameText() { return QStringLiteral(#Name); }   \
+        static QString fieldName() { return QStringLiteral(#field); } \
     };
 
 #define ROUTERINTERFACE_LISTED(Kind, Type, Name, field, tag) , Name##Member

@@ -5,12 +5,16 @@
 #include "modelkit/IMKObject.h"
 #include "modelkit/QtVersion.h"
 #include "modelkit/SharedBlock.h"
+#include "routerinterface/machinery/Access.h"
 
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
 #include <cstdint>
 #include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -65,100 +69,14 @@ struct Mandatory : Enumerated<E>
 {
 };
 
-// The validation flag and the logger that an owner last handed down to its nested records.
-struct HandedDown
-{
-    bool validate = false;
-    std::shared_ptr<MODELKIT::Logger> logger;
-};
-
 // Makes a new record the same as another: it shares the data, as every assignment does, and takes over
 // flag and logger without handing them down. So the records below keep theirs, whatever they are.
 template <class R>
 void duplicate(R& to, const R& from)
 {
     to = from;
-    to.MODELKIT::IMKObject::SetValidate(from.GetValidate());
-    to.MODELKIT::IMKObject::SetLogger(from.GetLogger());
+    Access::applySettings(to, Access::validate(from), Access::logger(from));
 }
-
-// A nested record. The record comes into being when it is first touched; until then it counts as
-// newly constructed with its owner's flag and logger, and costs a pointer. Once it exists it stays
-// where it is, since references to it have been given away.
-template <class R>
-class Nested
-{
-public:
-    Nested() = default;
-    Nested(const Nested& other)
-    {
-        if (!other.m_records)
-            return;
-        m_records = std::make_unique<Records>();
-        duplicate(m_records->value, other.m_records->value);
-        if (other.m_records->defaultValue) {
-            m_records->defaultValue = std::make_unique<R>();
-            duplicate(*m_records->defaultValue, *other.m_records->defaultValue);
-        }
-    }
-
-    // The current record, or null while nobody has touched it.
-    R* existing() const { return m_records ? &m_records->value : nullptr; }
-
-    R& value(const HandedDown& handedDown) const { return records(handedDown).value; }
-
-    R& defaultValue(const HandedDown& handedDown) const
-    {
-        Records& own = records(handedDown);
-        if (!own.defaultValue)
-            own.defaultValue = std::make_unique<R>();
-        return *own.defaultValue;
-    }
-
-    void reset()
-    {
-        if (!m_records)
-            return;
-        if (m_records->defaultValue)
-            m_records->value = *m_records->defaultValue;
-        else
-            m_records->value = R();
-    }
-
-    // Gives the records up again when nobody could tell: called on a fresh copy, to which no
-    // reference has been given away yet.
-    void forgetUntouched(const HandedDown& handedDown)
-    {
-        if (m_records && !m_records->defaultValue && !m_records->value.IsInitialized()
-            && m_records->value.GetValidate() == handedDown.validate
-            && m_records->value.GetLogger() == handedDown.logger)
-            m_records.reset();
-    }
-
-    bool holdsData(bool) const { return m_records && m_records->value.AnyData(); }
-
-    static bool isValid(const R&) { return true; }
-
-private:
-    struct Records
-    {
-        R value;
-        std::unique_ptr<R> defaultValue;
-    };
-
-    Records& records(const HandedDown& handedDown) const
-    {
-        if (!m_records) {
-            auto fresh = std::make_unique<Records>();
-            fresh->value.SetValidate(handedDown.validate);
-            fresh->value.SetLogger(handedDown.logger);
-            m_records = std::move(fresh);
-        }
-        return *m_records;
-    }
-
-    mutable std::unique_ptr<Records> m_records;
-};
 
 // A list of records and a default item.
 template <class R>
@@ -235,10 +153,91 @@ struct Block : MODELKIT::SharedBlock
     Flags defaultSet;
 };
 
-// The block of a record with nested records.
-struct OwnerBlock : Block
+// The block of a record with nested records: it holds those that have been touched and the settings
+// that their owner last handed down. Copying the block copies the settings only; which records are
+// worth copying is for detach() to say.
+//
+// The first record that comes into being lives inside the block, further ones and defaults outside:
+// most blocks ever hold one, and it shall not cost an allocation of its own.
+class OwnerBlock : public Block
 {
-    HandedDown handedDown;
+private:
+    static constexpr std::int8_t none = -1;
+    mutable std::int8_t m_firstKey = none;
+
+public:
+    bool validate = false;
+    std::shared_ptr<MODELKIT::Logger> logger;
+
+    OwnerBlock() = default;
+    OwnerBlock(const OwnerBlock& other) : Block(other), validate(other.validate), logger(other.logger) {}
+    ~OwnerBlock()
+    {
+        if (m_firstKey != none)
+            first().~IMKObject();
+    }
+
+    enum Role : int
+    {
+        Current,
+        Default
+    };
+
+    // The record of the member with that index, or null while nobody has touched it.
+    template <class R>
+    R* find(int index, Role role) const
+    {
+        const int key = keyOf(index, role);
+        if (key == m_firstKey)
+            return static_cast<R*>(&first());
+        for (const Other* other = m_others.get(); other; other = other->next.get())
+            if (other->key == key)
+                return static_cast<R*>(other->record.get());
+        return nullptr;
+    }
+
+    // Creates a record that find() does not find yet. It stays where it is.
+    template <class R>
+    R& create(int index, Role role) const
+    {
+        static_assert(sizeof(R) == sizeof(Room) && alignof(R) == alignof(Room),
+                      "a record is its base and the pointer to its block");
+        const int key = keyOf(index, role);
+        if (m_firstKey == none) {
+            R* record = new (&m_first) R;
+            m_firstKey = static_cast<std::int8_t>(key);
+            return *record;
+        }
+        auto other = std::make_unique<Other>();
+        auto record = std::make_unique<R>();
+        R& created = *record;
+        other->key = key;
+        other->record = std::move(record);
+        other->next = std::move(m_others);
+        m_others = std::move(other);
+        return created;
+    }
+
+private:
+    using Room =
+        std::aligned_storage_t<sizeof(MODELKIT::IMKObject) + sizeof(void*), alignof(MODELKIT::IMKObject)>;
+
+    struct Other
+    {
+        int key = none;
+        std::unique_ptr<MODELKIT::IMKObject> record;
+        std::unique_ptr<Other> next;
+    };
+
+    static int keyOf(int index, Role role) { return 2 * index + role; }
+
+    MODELKIT::IMKObject& first() const
+    {
+        return *std::launder(reinterpret_cast<MODELKIT::IMKObject*>(&m_first));
+    }
+
+    mutable Room m_first;
+    mutable std::unique_ptr<Other> m_others;
 };
 
 // The block of a record of which one nested record at a time is current: only that one is written,
@@ -250,6 +249,69 @@ struct ChoiceBlock : OwnerBlock
 
     E invalidChoice = none;
     E choice = none;
+};
+
+// A nested record in its block. It comes into being when it is first touched; until then it counts as
+// newly constructed with its owner's flag and logger, and costs nothing. Once it exists it stays where
+// it is, since references to it have been given away.
+template <class R>
+class Nested
+{
+public:
+    Nested(const OwnerBlock& block, int index) : m_block(block), m_index(index) {}
+
+    // The current record, or null while nobody has touched it.
+    R* existing() const { return m_block.find<R>(m_index, OwnerBlock::Current); }
+
+    R& value() const
+    {
+        R* record = existing();
+        if (!record) {
+            record = &m_block.create<R>(m_index, OwnerBlock::Current);
+            Access::applySettings(*record, m_block.validate, m_block.logger);
+        }
+        return *record;
+    }
+
+    R& defaultValue() const
+    {
+        R* standard = existingDefault();
+        return standard ? *standard : m_block.create<R>(m_index, OwnerBlock::Default);
+    }
+
+    void reset() const
+    {
+        if (const R* standard = existingDefault())
+            value() = *standard;
+        else if (R* record = existing())
+            *record = R();
+    }
+
+    // Takes over the records of another block into one that has none yet, but for those that nobody
+    // could tell from untouched ones.
+    void copyFrom(const Nested& other) const
+    {
+        if (const R* record = other.existing())
+            if (Access::pointer(*record) || Access::validate(*record) != m_block.validate
+                || Access::logger(*record) != m_block.logger)
+                duplicate(m_block.create<R>(m_index, OwnerBlock::Current), *record);
+        if (const R* standard = other.existingDefault())
+            duplicate(m_block.create<R>(m_index, OwnerBlock::Default), *standard);
+    }
+
+    bool holdsData(bool) const
+    {
+        const R* record = existing();
+        return record && record->AnyData();
+    }
+
+    static bool isValid(const R&) { return true; }
+
+private:
+    R* existingDefault() const { return m_block.find<R>(m_index, OwnerBlock::Default); }
+
+    const OwnerBlock& m_block;
+    int m_index;
 };
 
 } // namespace machinery

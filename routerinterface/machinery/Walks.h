@@ -48,15 +48,19 @@ struct Walks
 
     static void setValidate(const R& record, bool validate);
     static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);
+    static void applySettings(const R& record, bool validate,
+                              const std::shared_ptr<MODELKIT::Logger>& logger);
     static QtVersion::Size numberOfItems(const R& record);
     static void handDownToNewItems(const R& record, Reading& reading);
 
     static void applyRules(const R& record, bool flag);
 
-    static void writeElement(const R& record, QXmlStreamWriter& writer, bool checked);
-    static void readElement(R& record, QXmlStreamReader& reader, Reading& reading);
+    // Applied: the rules of an outer record have been applied to this one already.
+    static void writeOwned(const R& record, QXmlStreamWriter& writer, bool validate, bool applied);
+    static void readOwned(R& record, QXmlStreamReader& reader, Reading& reading);
 
-    static void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool checked);
+    static void writeOwned(const R& record, BinarySink& sink, int id, bool writeId, bool validate,
+                           bool applied);
     static void readEntries(R& record, BinarySource& source, qint64 length, Reading& reading);
 };
 

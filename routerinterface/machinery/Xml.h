@@ -10,29 +10,13 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
-#include <typeinfo>
-
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
 // --- writing --------------------------------------------------------------------------------
 
-// Writes an owned record, whose settings its owner has handed down. Checked: the rules of an outer
-// record have been applied to it already.
 template <class R>
-void writeOwned(const R& record, QXmlStreamWriter& writer, bool checked)
-{
-    if (record.GetValidate()) {
-        if (!checked)
-            Walks<R>::applyRules(record, false);
-        if (!record.HasData())
-            return;
-    }
-    Walks<R>::writeElement(record, writer, checked || record.GetValidate());
-}
-
-template <class R>
-void writeElement(const R& record, QXmlStreamWriter& writer, bool checked)
+void writeElement(const R& record, QXmlStreamWriter& writer, bool validate)
 {
     auto& data = initData(record);
     writer.writeStartElement(record.GetObjectName());
@@ -42,15 +26,23 @@ void writeElement(const R& record, QXmlStreamWriter& writer, bool checked)
             return;
         const auto& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value) {
-            writeOwned(nestedRecord<decltype(member)>(data), writer, checked && checksInto<R>(data, member));
+            Walks<RecordIn<Slot>>::writeOwned(slot.value(), writer, validate, checksInto<R>(data, member));
         } else if constexpr (IsList<Slot>::value) {
             for (const auto& item : slot.value)
-                writeOwned(item, writer, checked && checksInto<R>(data, member));
+                Walks<RecordIn<Slot>>::writeOwned(item, writer, validate, checksInto<R>(data, member));
         } else {
             writer.writeTextElement(member.nameText(), textOf(slot));
         }
     });
     writer.writeEndElement();
+}
+
+// Writes a record whose owner has handed its settings down.
+template <class R>
+void writeOwned(const R& record, QXmlStreamWriter& writer, bool validate, bool applied)
+{
+    if (!validate || mayBeWritten(record, applied))
+        writeElement(record, writer, validate);
 }
 
 template <class R>
@@ -59,7 +51,10 @@ void getXml(const R& record, QXmlStreamWriter& writer)
     handDown(record);
     const bool validate = record.GetValidate();
     if (validate) {
-        record.Check();
+        if (isExactly(record))
+            applyRules(record, false);
+        else
+            record.Check();
         if (!record.HasData())
             return;
     }
@@ -122,13 +117,9 @@ void readItem(R& record, QXmlStreamReader& reader, const Reading& reading)
         return;
     }
     using Item = RecordIn<typename Member::Slot>;
-    Item item;
-    item.SetValidate(record.GetValidate());
-    item.SetLogger(record.GetLogger());
     Reading itemReading;
     itemReading.context = reading.context;
-    Walks<Item>::readElement(item, reader, itemReading);
-    appendOwn<Member>(record, item);
+    appendRead<Member>(record, [&](Item& item) { Walks<Item>::readOwned(item, reader, itemReading); });
 }
 
 template <class Member, class R>
@@ -138,7 +129,7 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
     auto& data = initData(record);
     if constexpr (IsNested<Slot>::value) {
         makeCurrent(data, Member{});
-        Walks<RecordIn<Slot>>::readElement(nestedRecord<Member>(data), reader, reading);
+        Walks<RecordIn<Slot>>::readOwned(nestedRecord<Member>(data), reader, reading);
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
         readItem<Member>(record, reader, reading);
@@ -160,9 +151,11 @@ template <class R>
 void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& seen)
 {
     initData(record);
+    const auto view = reader.name();
+    const Utf16Text name(view.data(), view.size());
     const bool known = DataOf<R>::Members::any([&](auto member) {
         using Member = decltype(member);
-        if (reader.name() != elementName<Member>())
+        if (!isName(name, elementName<Member>()))
             return false;
         if (!IsList<typename Member::Slot>::value && seen.test(Member::index))
             if (const XmlNotify notify{reading, reader})
@@ -175,14 +168,14 @@ void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& see
         skipElement(record, reader, reading);
 }
 
-// Reads an owned record.
-template <class R>
-void readElement(R& record, QXmlStreamReader& reader, Reading& reading)
+// Reads the element of that name on whose start the reader stands.
+template <class R, class Name>
+void readElement(R& record, QXmlStreamReader& reader, Reading& reading, const Name& name)
 {
     initData(record);
     noticeAttributes(XmlNotify{reading, reader});
     Flags seen;
-    MODELKIT::walkElement(reader, reading.context, [&] {
+    MODELKIT::walkElement(reader, reading.context, name, [&] {
         settle(record, reading);
         readChild(record, reader, reading, seen);
     });
@@ -205,10 +198,10 @@ void processXml(R& record, QXmlStreamReader& reader)
 {
     // In a derived class, which may read child elements in its own way, the walk must call the
     // virtual operation; without one it may keep what it knows from one child to the next.
-    if (typeid(record) == typeid(R)) {
+    if (isExactly(record)) {
         Reading reading;
         reading.context = MODELKIT::ReadingContext::Current();
-        readElement(record, reader, reading);
+        readElement(record, reader, reading, reader.name().toString());
     } else {
         initData(record);
         record.MODELKIT::IMKObject::ProcessXml(reader);

@@ -531,6 +531,16 @@ public:
     bool HasData() const override { return IsPortSet(); }
 };
 
+} // namespace
+
+// The choice below hands nothing down.
+template <>
+void machinery::Walks<PayloadThatNeedsItsPort>::applySettings(const PayloadThatNeedsItsPort&, bool,
+                                                              const LoggerPointer&)
+{}
+
+namespace {
+
 class ChoiceOfPayloads
 {
 public:
@@ -548,16 +558,13 @@ public:
         {
             using Slot = machinery::Nested<PayloadThatNeedsItsPort>;
             static constexpr int index = Index;
-            static const Slot& slot(const Data& data) { return Index == 0 ? data.first : data.second; }
-            static Slot& slot(Data& data) { return Index == 0 ? data.first : data.second; }
+            static Slot slot(const Data& data) { return Slot(data, Index); }
             static QString fieldName()
             {
                 return Index == 0 ? text("m_mastershipState") : text("m_dF_Params");
             }
         };
         using Members = machinery::MemberList<machinery::ListHead, Member<0>, Member<1>>;
-        machinery::Nested<PayloadThatNeedsItsPort> first;
-        machinery::Nested<PayloadThatNeedsItsPort> second;
     };
 
     QString GetObjectName() const { return name; }
@@ -565,6 +572,10 @@ public:
     void SetValidate(bool) const {}
     LoggerPointer GetLogger() const { return nullptr; }
     void SetLogger(const LoggerPointer&) const {}
+    bool OwnValidate() const { return validate; }
+    const LoggerPointer& OwnLogger() const { return logger; }
+    void ApplySettings(bool, const LoggerPointer&) const {}
+    static void ShareLogger(LoggerPointer&, const LoggerPointer&) {}
 
     void check() const
     {
@@ -574,6 +585,7 @@ public:
 
     QString name = text("Fragment");
     bool validate = true;
+    LoggerPointer logger;
     mutable MODELKIT::BlockPointer<Data> m_data{new Data};
 };
 
