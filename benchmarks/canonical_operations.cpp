@@ -6,6 +6,7 @@
 
 #include "CanonicalDocument.h"
 #include "Operations.h"
+#include "PlainMessage.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -43,6 +44,9 @@ bool run(const char* name, int fragments)
     } else if (is("compare")) {
         const PelLu300RouterInterfaceXml copy(document);
         measured([&] { require(copy == document); });
+    } else if (is("plain-xml-read")) {
+        const QByteArray xml = xmlOf(document);
+        measured([&] { readPlainXml(xml); });
     } else {
         return false;
     }

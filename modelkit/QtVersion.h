@@ -7,6 +7,13 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamReader>
+#include <QtCore/QXmlStreamWriter>
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    #include <QtCore/QTextCodec>
+#endif
+
+#include <utility>
 
 namespace MODELKIT {
 namespace QtVersion {
@@ -23,6 +30,17 @@ using Size = QVector<int>::size_type;
 inline QString translate(const char* context, const char* text, const char* disambiguation, int n = -1)
 {
     return QCoreApplication::translate(context, text, disambiguation, n);
+}
+
+/// Whether the writer encodes in UTF-8, as it always does from Qt 6 on.
+inline bool writesUtf8([[maybe_unused]] const QXmlStreamWriter& writer)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    constexpr int utf8 = 106;
+    return writer.codec() && writer.codec()->mibEnum() == utf8;
+#else
+    return true;
+#endif
 }
 
 } // namespace QtVersion

@@ -5,6 +5,7 @@
 #include "modelkit/XmlWalk.h"
 #include "routerinterface/machinery/Checking.h"
 #include "routerinterface/machinery/TextForms.h"
+#include "routerinterface/machinery/XmlSinks.h"
 
 #include <QtCore/QVarLengthArray>
 #include <QtCore/QXmlStreamReader>
@@ -15,34 +16,48 @@ namespace machinery {
 
 // --- writing --------------------------------------------------------------------------------
 
-template <class R>
-void writeElement(const R& record, QXmlStreamWriter& writer, bool validate)
+template <class R, class Sink>
+void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]] bool validate)
 {
     auto& data = initData(record);
-    writer.writeStartElement(record.GetObjectName());
+    sink.startElement(record.GetObjectName());
     DataOf<R>::Members::forEach([&](auto member) {
         using Slot = typename decltype(member)::Slot;
         if (!isWritten(data, member))
             return;
         const auto& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value) {
-            Walks<RecordIn<Slot>>::writeOwned(slot.value(), writer, validate, checksInto<R>(data, member));
+            Walks<RecordIn<Slot>>::writeOwned(slot.value(), sink.writer(), validate,
+                                              checksInto<R>(data, member));
         } else if constexpr (IsList<Slot>::value) {
             for (const auto& item : slot.value)
-                Walks<RecordIn<Slot>>::writeOwned(item, writer, validate, checksInto<R>(data, member));
+                Walks<RecordIn<Slot>>::writeOwned(item, sink.writer(), validate, checksInto<R>(data, member));
         } else {
-            writer.writeTextElement(member.nameText(), textOf(slot));
+            sink.textElement(member.nameText(), slot);
         }
     });
-    writer.writeEndElement();
+    sink.endElement(record.GetObjectName());
 }
 
 // Writes a record whose owner has handed its settings down.
 template <class R>
 void writeOwned(const R& record, QXmlStreamWriter& writer, bool validate, bool applied)
 {
-    if (!validate || mayBeWritten(record, applied))
-        writeElement(record, writer, validate);
+    if (validate && !mayBeWritten(record, applied))
+        return;
+    // Only a record without others, since these may throw half-way.
+    if constexpr (!ownsRecords<DataOf<R>>) {
+        if (XmlStretch::suits(writer)) {
+            XmlStretch stretch;
+            writeElement(record, stretch, validate);
+            if (stretch.isExact()) {
+                stretch.writeTo(writer);
+                return;
+            }
+        }
+    }
+    XmlCalls calls(writer);
+    writeElement(record, calls, validate);
 }
 
 template <class R>
@@ -58,7 +73,8 @@ void getXml(const R& record, QXmlStreamWriter& writer)
         if (!record.HasData())
             return;
     }
-    writeElement(record, writer, validate);
+    XmlCalls calls(writer);
+    writeElement(record, calls, validate);
 }
 
 // --- reading --------------------------------------------------------------------------------

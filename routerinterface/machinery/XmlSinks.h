@@ -1,0 +1,141 @@
+// Where the parts of an element are written to.
+//
+// XmlCalls hands every part to the stream writer. XmlStretch puts an element together as one text, which
+// the writer then takes as it stands: that is several times as fast and gives the same bytes, as long as
+// the writer would add and change nothing, which the stretch watches.
+#pragma once
+
+#include "modelkit/QtVersion.h"
+#include "routerinterface/machinery/TextForms.h"
+
+#include <QtCore/QLatin1String>
+#include <QtCore/QString>
+#include <QtCore/QVarLengthArray>
+#include <QtCore/QXmlStreamWriter>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+class XmlCalls
+{
+public:
+    explicit XmlCalls(QXmlStreamWriter& writer) : m_writer(writer) {}
+
+    QXmlStreamWriter& writer() const { return m_writer; }
+
+    void startElement(const QString& name) { m_writer.writeStartElement(name); }
+    void endElement(const QString&) { m_writer.writeEndElement(); }
+
+    template <class Slot>
+    void textElement(const QString& name, const Slot& slot)
+    {
+        m_writer.writeTextElement(name, textOf(slot));
+    }
+
+private:
+    QXmlStreamWriter& m_writer;
+};
+
+class XmlStretch
+{
+public:
+    // Whether the writer takes text as it stands: it would put line breaks around it while it formats,
+    // and encode it in another way than single calls in an encoding that keeps a state.
+    static bool suits(const QXmlStreamWriter& writer)
+    {
+        return !writer.autoFormatting() && QtVersion::writesUtf8(writer);
+    }
+
+    void startElement(const QString& name)
+    {
+        put('<');
+        put(name);
+        m_isTagOpen = true;
+    }
+
+    void endElement(const QString& name)
+    {
+        if (m_isTagOpen)
+            put('/');
+        else
+            putEndOf(name);
+        put('>');
+        m_isTagOpen = false;
+    }
+
+    template <class Slot>
+    void textElement(const QString& name, const Slot& slot)
+    {
+        if (m_isTagOpen)
+            put('>');
+        m_isTagOpen = false;
+        put('<');
+        put(name);
+        put('>');
+        text(slot);
+        putEndOf(name);
+        put('>');
+    }
+
+    // False when a text holds something that the writer would escape, refuse or encode by pairs.
+    bool isExact() const { return m_isExact; }
+
+    // Writes the text inside the element that the writer has open.
+    void writeTo(QXmlStreamWriter& writer) const
+    {
+        // Of all that the writer takes, only this is written as it stands.
+        writer.writeDTD(QString::fromRawData(m_text.constData(), static_cast<int>(m_text.size())));
+    }
+
+private:
+    static bool isPlain(QChar character)
+    {
+        const unsigned int code = character.unicode();
+        return code >= 0x20 && code != '<' && code != '>' && code != '&' && code != '"'
+               && (code < 0xD800 || (code > 0xDFFF && code < 0xFFFE));
+    }
+
+    template <class Slot>
+    void text(const Slot& slot)
+    {
+        const QString value = textOf(slot);
+        for (const QChar character : value)
+            if (!isPlain(character))
+                m_isExact = false;
+        put(value);
+    }
+
+    void text(const Value<double>& slot)
+    {
+        QChar digits[maximalNumberSize];
+        const int size = writeTwoDecimals(slot.value, digits);
+        if (size > 0)
+            m_text.append(digits, size);
+        else
+            put(textOf(slot));
+    }
+
+    void text(const Value<unsigned int>& slot)
+    {
+        QChar digits[maximalNumberSize];
+        m_text.append(digits, writeDigits(slot.value, digits));
+    }
+
+    void putEndOf(const QString& name)
+    {
+        put('<');
+        put('/');
+        put(name);
+    }
+
+    void put(char character) { m_text.append(QLatin1Char(character)); }
+    void put(const QString& text) { m_text.append(text.constData(), static_cast<int>(text.size())); }
+
+    QVarLengthArray<QChar, 512> m_text;
+    // A start tag without its end: an element without content gets none.
+    bool m_isTagOpen = false;
+    bool m_isExact = true;
+};
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML
