@@ -48,6 +48,35 @@ inline PELLU300ROUTERINTERFACEXML::Fragment canonicalFragment(int i)
     return fragment;
 }
 
+// Changes the payload of a canonical fragment and puts it back.
+inline void touchPayload(PELLU300ROUTERINTERFACEXML::Fragment& fragment)
+{
+    using namespace PELLU300ROUTERINTERFACEXML;
+    switch (fragment.GetChoiceFragment()) {
+    case Fragment::MastershipState:
+        fragment.GetMastershipState().SetState(MastershipState::MasterPresent);
+        break;
+    case Fragment::AcquireMastership:
+        fragment.GetAcquireMastership().SetSuccess(true);
+        break;
+    case Fragment::ReleaseMastership:
+        fragment.GetReleaseMastership().SetSuccess(false);
+        break;
+    case Fragment::OstraInterfacePort:
+        fragment.GetOstraInterfacePort().SetPort(fragment.GetOstraInterfacePort().GetPort());
+        break;
+    case Fragment::PelVtConnectServer:
+        fragment.GetPelVtConnectServer().SetPort(fragment.GetPelVtConnectServer().GetPort());
+        break;
+    case Fragment::RouterVtServerPort:
+        fragment.GetRouterVtServerPort().SetPort(fragment.GetRouterVtServerPort().GetPort());
+        break;
+    default:
+        fragment.GetDF_Params().SetBandwidth(15000);
+        break;
+    }
+}
+
 inline PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml canonicalDocument(int fragments)
 {
     using namespace PELLU300ROUTERINTERFACEXML;

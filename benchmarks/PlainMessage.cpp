@@ -1,6 +1,13 @@
 #include "PlainMessage.h"
 
+#include <QtCore/QtEndian>
+
+#include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
 
 namespace benchmarks {
 
@@ -143,7 +150,7 @@ PlainFragment readPayload(QXmlStreamReader& reader)
     return payload;
 }
 
-// --- over QDataStream
+// --- the binary form
 
 constexpr quint32 documentTag = 0x9B1A7AD8, typeTag = 0xE1D9E008, idTag = 0xEF193DE9, listTag = 0x61023A90;
 constexpr quint32 stateTag = 0x4264F498, clientTag = 0x0BCD2CF7, successTag = 0xBF8A59C6,
@@ -153,34 +160,117 @@ constexpr quint32 bandwidthTag = 0x104A95AB, spanTag = 0x7029D96C;
 constexpr std::array<quint32, 7> payloadTags{0x111939B4, 0x21BDA6E2, 0xFC38AB7C, 0xF9E464D0,
                                              0x0BBAB464, 0x5D020EA0, 0xBE2DFF74};
 
-struct StreamWriter
+// The parts of the binary form, over a data stream.
+struct StreamOutput
 {
     QDataStream& stream;
 
-    template <class Write>
-    void lengthOf(Write&& write)
+    void word(int value) { stream << value; }
+    void tag(quint32 value) { stream << value; }
+    void wide(qint64 value) { stream << value; }
+    void flag(bool value) { stream << value; }
+    void text(const QString& value) { stream << value.toUtf8(); }
+    void decimal(double value) { stream << decimals(value).toUtf8(); }
+
+    qint64 beginLength()
     {
         stream << 0;
-        const qint64 begin = stream.device()->pos();
-        write();
+        return stream.device()->pos();
+    }
+    void endLength(qint64 begin)
+    {
         const qint64 end = stream.device()->pos();
         stream.device()->seek(begin - 4);
         stream << static_cast<int>(end - begin);
         stream.device()->seek(end);
     }
+};
+
+// The same through a pointer into memory.
+struct PointerOutput
+{
+    QByteArray bytes = QByteArray(1 << 12, Qt::Uninitialized);
+    char* at = bytes.data();
+
+    char* take(int size)
+    {
+        const int used = static_cast<int>(at - bytes.constData());
+        if (size > bytes.size() - used) {
+            bytes.resize(2 * bytes.size() + size);
+            at = bytes.data() + used;
+        }
+        char* place = at;
+        at += size;
+        return place;
+    }
+    template <class T>
+    void number(T value)
+    {
+        qToBigEndian<T>(value, take(sizeof(T)));
+    }
+    void put(const char* data, int size)
+    {
+        word(size);
+        std::memcpy(take(size), data, static_cast<std::size_t>(size));
+    }
+
+    void word(int value) { number<qint32>(value); }
+    void tag(quint32 value) { number<quint32>(value); }
+    void wide(qint64 value) { number<qint64>(value); }
+    void flag(bool value) { *take(1) = value ? 1 : 0; }
+    void text(const QString& value)
+    {
+        const QByteArray utf8 = value.toUtf8();
+        put(utf8.constData(), static_cast<int>(utf8.size()));
+    }
+    void decimal(double value)
+    {
+        char text[32];
+        const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 2).ptr;
+        put(text, static_cast<int>(end - text));
+    }
+
+    qint64 beginLength()
+    {
+        word(0);
+        return at - bytes.constData();
+    }
+    void endLength(qint64 begin)
+    {
+        char* const start = bytes.data() + begin;
+        qToBigEndian<qint32>(static_cast<qint32>(at - start), start - 4);
+    }
+};
+
+template <class Output>
+struct BinaryWriter
+{
+    Output& output;
+
+    template <class Write>
+    void lengthOf(Write&& write)
+    {
+        const qint64 begin = output.beginLength();
+        write();
+        output.endLength(begin);
+    }
     template <class Write>
     void entry(quint32 tag, Write&& write)
     {
-        stream << tag;
+        output.tag(tag);
         lengthOf(write);
     }
     void text(quint32 tag, const QString& value)
     {
-        entry(tag, [&] { stream << value.toUtf8(); });
+        entry(tag, [&] { output.text(value); });
     }
     void number(quint32 tag, unsigned int value)
     {
-        entry(tag, [&] { stream << static_cast<qint64>(value); });
+        entry(tag, [&] { output.wide(static_cast<qint64>(value)); });
+    }
+    void decimal(quint32 tag, double value)
+    {
+        entry(tag, [&] { output.decimal(value); });
     }
     void operator()(const PlainState& payload)
     {
@@ -189,11 +279,11 @@ struct StreamWriter
     }
     void operator()(const PlainSuccess<1>& payload)
     {
-        entry(successTag, [&] { stream << payload.success; });
+        entry(successTag, [&] { output.flag(payload.success); });
     }
     void operator()(const PlainSuccess<2>& payload)
     {
-        entry(successTag, [&] { stream << payload.success; });
+        entry(successTag, [&] { output.flag(payload.success); });
     }
     void operator()(const PlainPort<3>& payload) { number(portTag, payload.port); }
     void operator()(const PlainPort<5>& payload) { number(portTag, payload.port); }
@@ -204,37 +294,128 @@ struct StreamWriter
     }
     void operator()(const PlainParams& payload)
     {
-        text(frequencyTag, decimals(payload.frequency));
-        text(demodulationTag, decimals(payload.demodulation));
-        text(bandwidthTag, decimals(payload.bandwidth));
-        text(spanTag, decimals(payload.span));
+        decimal(frequencyTag, payload.frequency);
+        decimal(demodulationTag, payload.demodulation);
+        decimal(bandwidthTag, payload.bandwidth);
+        decimal(spanTag, payload.span);
+    }
+    void message(const PlainMessage& message)
+    {
+        lengthOf([&] {
+            entry(documentTag, [&] {
+                text(typeTag, typeNames[static_cast<std::size_t>(message.type)]);
+                number(idTag, message.id);
+                entry(listTag, [&] {
+                    output.word(static_cast<int>(message.fragments.size()));
+                    for (const PlainFragment& fragment : message.fragments)
+                        lengthOf([&] {
+                            entry(payloadTags[fragment.index()], [&] { std::visit(*this, fragment); });
+                        });
+                });
+            });
+        });
     }
 };
 
-struct StreamReader
+struct StreamInput
 {
     QDataStream& stream;
 
+    bool atEnd() const { return stream.atEnd(); }
+    int word()
+    {
+        int value = 0;
+        stream >> value;
+        return value;
+    }
+    qint64 wide()
+    {
+        qint64 value = 0;
+        stream >> value;
+        return value;
+    }
+    bool flag()
+    {
+        bool value = false;
+        stream >> value;
+        return value;
+    }
+    QByteArray bytes()
+    {
+        QByteArray value;
+        stream >> value;
+        return value;
+    }
+    QString text() { return QString::fromUtf8(bytes()); }
+    template <std::size_t size>
+    int name(const std::array<QString, size>& names)
+    {
+        return valueOf(names, text());
+    }
+    double decimal() { return text().toDouble(); }
+};
+
+// A reader that trusts its input no further than to its end.
+struct PointerInput
+{
+    const char* at;
+    const char* end;
+
+    bool atEnd() const { return at == end; }
+    template <class T>
+    T number()
+    {
+        if (end - at < static_cast<std::ptrdiff_t>(sizeof(T))) {
+            at = end;
+            return T();
+        }
+        const T value = qFromBigEndian<T>(at);
+        at += sizeof(T);
+        return value;
+    }
+    int word() { return number<qint32>(); }
+    qint64 wide() { return number<qint64>(); }
+    bool flag() { return number<quint8>() != 0; }
+    std::string_view bytes()
+    {
+        const auto size = std::min<std::ptrdiff_t>(std::max(word(), 0), end - at);
+        at += size;
+        return {at - size, static_cast<std::size_t>(size)};
+    }
     QString text()
     {
-        QByteArray bytes;
-        stream >> bytes;
-        return QString::fromUtf8(bytes);
+        const auto utf8 = bytes();
+        return QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()));
     }
-    unsigned int number()
+    template <std::size_t size>
+    int name(const std::array<QString, size>& names)
     {
-        qint64 wide = 0;
-        stream >> wide;
-        return static_cast<unsigned int>(wide);
+        const auto utf8 = bytes();
+        return valueOf(names, QLatin1String(utf8.data(), static_cast<int>(utf8.size())));
     }
+    double decimal()
+    {
+        const auto utf8 = bytes();
+        double value = 0;
+        std::from_chars(utf8.data(), utf8.data() + utf8.size(), value);
+        return value;
+    }
+};
+
+template <class Input>
+struct BinaryReader
+{
+    Input& input;
+
+    unsigned int number() { return static_cast<unsigned int>(input.wide()); }
+
     template <class Read>
     void entries(int length, Read&& read)
     {
         qint64 remaining = length;
-        while (remaining > 0 && !stream.atEnd()) {
-            quint32 tag = 0;
-            int size = 0;
-            stream >> tag >> size;
+        while (remaining > 0 && !input.atEnd()) {
+            const auto tag = static_cast<quint32>(input.word());
+            const int size = input.word();
             remaining -= 8 + size;
             read(tag, size);
         }
@@ -249,7 +430,7 @@ struct StreamReader
             return PlainFragment(plain);
         };
         const auto success = [&](auto plain) {
-            entries(length, [&](quint32, int) { stream >> plain.success; });
+            entries(length, [&](quint32, int) { plain.success = input.flag(); });
             return PlainFragment(plain);
         };
         switch (kind) {
@@ -257,9 +438,9 @@ struct StreamReader
             PlainState plain;
             entries(length, [&](quint32 tag, int) {
                 if (tag == stateTag)
-                    plain.state = valueOf(stateNames, text());
+                    plain.state = input.name(stateNames);
                 else
-                    plain.client = text();
+                    plain.client = input.text();
             });
             return plain;
         }
@@ -273,7 +454,7 @@ struct StreamReader
             PlainServer plain;
             entries(length, [&](quint32 tag, int) {
                 if (tag == addressTag)
-                    plain.address = text();
+                    plain.address = input.text();
                 else
                     plain.port = number();
             });
@@ -284,7 +465,7 @@ struct StreamReader
         default: {
             PlainParams plain;
             entries(length, [&](quint32 tag, int) {
-                const double value = text().toDouble();
+                const double value = input.decimal();
                 if (tag == frequencyTag)
                     plain.frequency = value;
                 else if (tag == demodulationTag)
@@ -297,6 +478,27 @@ struct StreamReader
             return plain;
         }
         }
+    }
+    PlainMessage message()
+    {
+        PlainMessage message;
+        entries(input.word(), [&](quint32, int messageLength) {
+            entries(messageLength, [&](quint32 tag, int) {
+                if (tag == typeTag) {
+                    message.type = input.name(typeNames);
+                } else if (tag == idTag) {
+                    message.id = number();
+                } else {
+                    const int count = input.word();
+                    message.fragments.reserve(static_cast<std::size_t>(count));
+                    for (int i = 0; i < count; ++i)
+                        entries(input.word(), [&](quint32 payloadTag, int size) {
+                            message.fragments.push_back(payload(payloadTag, size));
+                        });
+                }
+            });
+        });
+        return message;
     }
 };
 
@@ -382,51 +584,30 @@ QByteArray plainStream(const PlainMessage& message)
 {
     QByteArray frame;
     QDataStream stream(&frame, QIODevice::WriteOnly);
-    StreamWriter writer{stream};
-    writer.lengthOf([&] {
-        writer.entry(documentTag, [&] {
-            writer.text(typeTag, typeNames[static_cast<std::size_t>(message.type)]);
-            writer.number(idTag, message.id);
-            writer.entry(listTag, [&] {
-                stream << static_cast<int>(message.fragments.size());
-                for (const PlainFragment& fragment : message.fragments)
-                    writer.lengthOf([&] {
-                        writer.entry(payloadTags[fragment.index()], [&] { std::visit(writer, fragment); });
-                    });
-            });
-        });
-    });
+    StreamOutput output{stream};
+    BinaryWriter<StreamOutput>{output}.message(message);
     return frame;
 }
 
 PlainMessage readPlainStream(const QByteArray& frame)
 {
-    PlainMessage message;
     QDataStream stream(frame);
-    StreamReader reader{stream};
-    int length = 0;
-    stream >> length;
-    reader.entries(length, [&](quint32, int messageLength) {
-        reader.entries(messageLength, [&](quint32 tag, int) {
-            if (tag == typeTag) {
-                message.type = valueOf(typeNames, reader.text());
-            } else if (tag == idTag) {
-                message.id = reader.number();
-            } else {
-                int count = 0;
-                stream >> count;
-                message.fragments.reserve(static_cast<std::size_t>(count));
-                for (int i = 0; i < count; ++i) {
-                    int itemLength = 0;
-                    stream >> itemLength;
-                    reader.entries(itemLength, [&](quint32 payloadTag, int size) {
-                        message.fragments.push_back(reader.payload(payloadTag, size));
-                    });
-                }
-            }
-        });
-    });
-    return message;
+    StreamInput input{stream};
+    return BinaryReader<StreamInput>{input}.message();
+}
+
+QByteArray encode(const PlainMessage& message)
+{
+    PointerOutput output;
+    BinaryWriter<PointerOutput>{output}.message(message);
+    output.bytes.resize(static_cast<int>(output.at - output.bytes.constData()));
+    return output.bytes;
+}
+
+PlainMessage decode(const QByteArray& frame)
+{
+    PointerInput input{frame.constData(), frame.constData() + frame.size()};
+    return BinaryReader<PointerInput>{input}.message();
 }
 
 } // namespace benchmarks

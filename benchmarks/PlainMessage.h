@@ -79,4 +79,8 @@ PlainMessage readPlainXml(const QByteArray& xml);
 QByteArray plainStream(const PlainMessage& message);
 PlainMessage readPlainStream(const QByteArray& frame);
 
+// Through a pointer into memory: the least that can be done.
+QByteArray encode(const PlainMessage& message);
+PlainMessage decode(const QByteArray& frame);
+
 } // namespace benchmarks

@@ -19,12 +19,14 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
+#include <QtCore/QFileDevice>
 #include <QtCore/QHash>
 #include <QtCore/QIODevice>
 #include <QtCore/QMutex>
 #include <QtCore/QtEndian>
 
 #include <algorithm>
+#include <new>
 
 namespace MODELKIT {
 
@@ -59,8 +61,13 @@ QByteArray compress(const QByteArray& plain, int level)
 {
     QByteArray packed;
     QDataStream stream(&packed, QIODevice::WriteOnly);
-    for (int begin = 0; begin < plain.size(); begin += pieceSize)
-        stream << qCompress(plain.mid(begin, pieceSize), std::clamp(level, -1, 9));
+    for (int begin = 0; begin < plain.size(); begin += pieceSize) {
+        const QByteArray piece = qCompress(plain.mid(begin, pieceSize), std::clamp(level, -1, 9));
+        // A level in range leaves one reason.
+        if (piece.isEmpty())
+            throw std::bad_alloc();
+        stream << piece;
+    }
     return packed;
 }
 
@@ -221,10 +228,33 @@ bool readExactly(QDataStream& stream, int size, QByteArray& bytes)
         const int got =
             std::max(stream.readRawData(bytes.data() + have, static_cast<int>(bytes.size()) - have), 0);
         bytes.resize(have + got);
+        if (bytes.size() == size)
+            break;
         if (got == 0 && !(device && device->isSequential() && device->waitForReadyRead(-1)))
             return false;
+        // That the rest was not there yet is no failure.
+        stream.resetStatus();
     }
     return true;
+}
+
+// The name of the file on which the stream works, if it does.
+QString fileOf(const QDataStream& stream)
+{
+    const auto* file = qobject_cast<const QFileDevice*>(stream.device());
+    return file ? file->fileName() : QString();
+}
+
+// Notes the failure when the stream or its file has not taken what was written.
+void requireWritten(DocumentOperation& operation, QDataStream& stream)
+{
+    auto* file = qobject_cast<QFileDevice*>(stream.device());
+    const bool isFlushed = !file || file->flush();
+    if (stream.status() == QDataStream::Ok && isFlushed)
+        return;
+    const QString reason = stream.device() ? stream.device()->errorString() : QStringLiteral("No device");
+    operation.Fail(Failure::InputOutput,
+                   QStringLiteral("The binary form cannot be written: %1.").arg(reason));
 }
 
 bool readStream(DocumentOperation& operation, IMKObject& object, int id, QDataStream& stream)
@@ -286,13 +316,14 @@ QString classNameOf(int id)
 
 void IMKObject::GetBinaryRepresentation(QDataStream& stream) const
 {
-    DocumentOperation operation(*this, QString());
+    DocumentOperation operation(*this, fileOf(stream));
     try {
         GetBinary(stream, frameId(m_typeCode), true);
     } catch (ModelKitException& exception) {
-        operation.Refuse(exception, Place());
+        operation.Refuse(exception, exception.GetPlace());
         throw;
     }
+    requireWritten(operation, stream);
 }
 
 QByteArray IMKObject::GetBinaryRepresentationAsQByteArray()
@@ -308,8 +339,11 @@ void IMKObject::GetCompressedBinaryRepresentation(QDataStream& stream, int level
     QByteArray plain;
     QDataStream plainStream(&plain, QIODevice::WriteOnly);
     GetBinaryRepresentation(plainStream);
-    if (!plain.isEmpty())
-        stream << compressedMarker << compress(plain, level);
+    if (plain.isEmpty())
+        return;
+    DocumentOperation operation(*this, fileOf(stream));
+    stream << compressedMarker << compress(plain, level);
+    requireWritten(operation, stream);
 }
 
 QByteArray IMKObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
@@ -328,7 +362,7 @@ bool IMKObject::SetBinaryRepresentation(QByteArray& bytes)
 
 bool IMKObject::SetBinaryRepresentation(QDataStream& stream)
 {
-    DocumentOperation operation(*this, QString());
+    DocumentOperation operation(*this, fileOf(stream));
     QIODevice* device = stream.device();
     const qint64 begin = device && !device->isSequential() ? device->pos() : -1;
     const bool read = readStream(operation, *this, frameId(m_typeCode), stream);

@@ -29,8 +29,9 @@ public:
     /// The message text in UTF-8; valid as long as the exception lives.
     const char* what() const noexcept override;
 
-    /// Where in a document it happened. Known for exceptions that pass through the operations that
-    /// read whole documents; empty otherwise. The place is no part of the text.
+    /// Where it happened. Exceptions that pass through the operations that read whole documents have a
+    /// place in the document; those of checking and writing have the path of the record that they are
+    /// about; others have none. The place is no part of the text.
     const MODELKIT::Place& GetPlace() const noexcept;
 
     /// Notes where in a document it happened.

@@ -23,6 +23,7 @@ struct MODELKIT_EXPORT Failure
         InputTooLarge,      ///< Limits::inputSize is exceeded
         InflatedTooLarge,   ///< Limits::inflatedSize is exceeded
         NestedTooDeep,      ///< Limits::nestingDepth is exceeded
+        TooManyAttributes,  ///< Limits::attributes is exceeded
         TooManyItems,       ///< Limits::listItems is exceeded
         NotABinaryForm,     ///< the bytes are no whole-object form, or only the beginning of one
         WrongClass,         ///< the binary form is one of another class

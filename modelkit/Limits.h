@@ -20,6 +20,9 @@ struct MODELKIT_EXPORT Limits
     qint64 inflatedSize = qint64(256) << 20;
     /// The depth to which elements may be nested; the root has depth 1.
     int nestingDepth = 64;
+    /// The number of attributes on one element. The dialect has none; a reader's work on them grows
+    /// with the square of their number.
+    int attributes = 256;
     /// The number of items in one list.
     int listItems = 4000000;
 

@@ -19,7 +19,8 @@ struct MODELKIT_EXPORT Place
     qint64 line = 0;
     qint64 column = 0;
     /// The number of bytes before the place, from the beginning of the form; -1 when unknown. In a
-    /// compressed form it counts the bytes of the form inside.
+    /// compressed form it counts the bytes of the form inside; only when inflating it fails the bytes of
+    /// the compressed form itself.
     qint64 offset = -1;
     /// The names of the elements from the root down, for example
     /// "/PelLu300RouterInterfaceXml/PelLu300RouterMessage/Fragment[2]/MastershipState/State". An

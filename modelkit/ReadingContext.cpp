@@ -74,6 +74,24 @@ bool ReadingContext::Keep(const ReadingReport::Entry& entry)
     return true;
 }
 
+bool ReadingContext::SetPlace(const Unplaced& unplaced, const Place& place)
+{
+    if (!HasRoomFor(place)) {
+        auto& entries = *unplaced.entries;
+        m_report->m_dropped += entries.size() - unplaced.index;
+        entries.resize(unplaced.index);
+        return false;
+    }
+    (*unplaced.entries)[unplaced.index].place = place;
+    return true;
+}
+
+bool ReadingContext::HasRoomFor(const Place& place)
+{
+    m_pathCharacters += place.path.size();
+    return m_pathCharacters <= ReadingReport::maximalPathCharacters;
+}
+
 void ReadingContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader)
 {
     if (Keep({kind, text, Place()}))
@@ -90,7 +108,10 @@ void ReadingContext::Report(ReadingReport::Kind kind, const QString& text, qint6
         place.path += QLatin1Char('/') + name;
     if (!member.isEmpty())
         place.path += QLatin1Char('/') + member;
-    Keep({kind, text, place});
+    if (HasRoomFor(place))
+        Keep({kind, text, place});
+    else
+        ++m_report->m_dropped;
 }
 
 } // namespace MODELKIT

@@ -69,7 +69,19 @@ public:
     };
     const QVector<Unplaced>& GetUnplaced() const { return m_unplaced; }
 
+    // Gives those entries the places that find(characterOffset) returns. Names can be long and paths
+    // deep: entries for whose paths there is no room are dropped.
+    template <class Find>
+    void PlaceReport(const Find& find)
+    {
+        for (const Unplaced& unplaced : m_unplaced)
+            if (!SetPlace(unplaced, find(unplaced.characterOffset)))
+                return;
+    }
+
 private:
+    bool SetPlace(const Unplaced& unplaced, const Place& place);
+    bool HasRoomFor(const Place& place);
     bool Keep(const ReadingReport::Entry& entry);
 
     Purpose m_purpose;
@@ -79,6 +91,7 @@ private:
     Failure m_failure;
     int m_depth = 0;
     qint64 m_baseOffset = 0;
+    qint64 m_pathCharacters = 0;
     QStringList m_path;
     QVector<Unplaced> m_unplaced;
 };

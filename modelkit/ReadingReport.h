@@ -48,6 +48,10 @@ public:
     /// The number of entries that are kept; further ones are only counted.
     static constexpr int maximalEntries = 10000;
 
+    /// The number of characters that the paths of the entries of one document may have together. The
+    /// entries behind are only counted.
+    static constexpr qint64 maximalPathCharacters = 8 << 20;
+
     ReadingReport();
     ReadingReport(const ReadingReport&) = delete;
     ReadingReport& operator=(const ReadingReport&) = delete;

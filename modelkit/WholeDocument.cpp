@@ -4,6 +4,7 @@
 
 #include "modelkit/ReadingContext.h"
 #include "modelkit/XmlPath.h"
+#include "modelkit/XmlText.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
@@ -118,29 +119,56 @@ Place placeOfError(const Input& input, const QXmlStreamReader& reader)
 
 // Gives the entries of the report, which the reading has noted as offsets, their places.
 template <class Input>
-void placeReport(const Input& input, const QString& file, const ReadingContext& context)
+void placeReport(const Input& input, const QString& file, ReadingContext& context)
 {
     if (context.GetUnplaced().isEmpty())
         return;
     XmlPath path(input);
-    for (const auto& unplaced : context.GetUnplaced()) {
-        Place& place = (*unplaced.entries)[unplaced.index].place;
-        place = path.Find(unplaced.characterOffset);
+    context.PlaceReport([&](qint64 characterOffset) {
+        Place place = path.Find(characterOffset);
         place.file = file;
-    }
+        return place;
+    });
+}
+
+Failure doctypeRefused(const Place& place)
+{
+    Failure failure;
+    failure.kind = Failure::DoctypeRefused;
+    failure.text = QStringLiteral("A document type declaration is not accepted.");
+    failure.place = place;
+    return failure;
+}
+
+// What the reader must not see.
+template <class Input>
+bool refuseTrap(DocumentOperation& operation, const Input& input, const Limits& limits)
+{
+    const Trap trap = findTrap(input, limits.attributes);
+    if (trap.kind == Trap::None)
+        return true;
+    const Place place = XmlPath(input).FindPosition(trap.characterOffset);
+    if (trap.kind == Trap::Doctype)
+        return operation.Fail(doctypeRefused(place));
+    return operation.Fail(
+        Failure::TooManyAttributes,
+        QStringLiteral("An element has more attributes than the limit of %1.").arg(limits.attributes), place);
 }
 
 template <class Input>
 bool readRoot(DocumentOperation& operation, IMKObject& object, const Input& input, ReadingContext& context)
 {
     QXmlStreamReader reader(input);
+    // The dialect has no namespaces, and looking prefixes up can take long.
+    reader.setNamespaceProcessing(false);
     while (!reader.atEnd() && !reader.isStartElement()) {
         reader.readNext();
+        // The reader may know an encoding in which the declaration could not be seen before.
         if (reader.isDTD())
-            return operation.Fail(Failure::DoctypeRefused,
-                                  QStringLiteral("A document type declaration is not accepted."),
-                                  placeOfError(input, reader));
+            return operation.Fail(doctypeRefused(placeOfError(input, reader)));
     }
+    // Whatever was wrong with the document or beyond a limit.
+    const auto isBroken = [&] { return context.GetFailure().kind != Failure::None || reader.hasError(); };
     if (reader.isStartElement()) {
         context.CountToken(reader);
         if (reader.name() != object.GetObjectName())
@@ -152,8 +180,11 @@ bool readRoot(DocumentOperation& operation, IMKObject& object, const Input& inpu
             object.Reset();
             object.ProcessXml(reader);
         } catch (ModelKitException& exception) {
-            operation.Refuse(exception, XmlPath(input).Find(reader.characterOffset()));
-            throw;
+            // What is missing from a document that breaks off is not the record's to complain about.
+            if (!isBroken()) {
+                operation.Refuse(exception, XmlPath(input).Find(reader.characterOffset()));
+                throw;
+            }
         }
         while (!reader.atEnd()) {
             reader.readNext();
@@ -174,14 +205,17 @@ template <class Input>
 bool readDocument(DocumentOperation& operation, IMKObject& object, const Input& input)
 {
     ReadingContext context(ReadingContext::Purpose::Document);
-    struct Placing
-    {
-        const Input& input;
-        const QString& file;
-        const ReadingContext& context;
-        ~Placing() { placeReport(input, file, context); }
-    } placing{input, operation.GetFile(), context};
-    return readRoot(operation, object, input, context);
+    if (!refuseTrap(operation, input, context.GetLimits()))
+        return false;
+    bool isRead = false;
+    try {
+        isRead = readRoot(operation, object, input, context);
+    } catch (ModelKitException&) {
+        placeReport(input, operation.GetFile(), context);
+        throw;
+    }
+    placeReport(input, operation.GetFile(), context);
+    return isRead;
 }
 
 // Keeps what a writer writes and notes how much that was when the writer first met a character that
@@ -263,7 +297,7 @@ bool writeText(DocumentOperation& operation, const IMKObject& object, bool asFil
         if (position >= 0)
             return operation.Fail(Failure::NotRepresentable, unrepresentable, XmlPath(xml).Find(position));
     } catch (ModelKitException& exception) {
-        operation.Refuse(exception, Place());
+        operation.Refuse(exception, exception.GetPlace());
         throw;
     }
     // A reader takes a carriage return for the end of a line, unless it is written as a reference.
@@ -285,7 +319,7 @@ bool IMKObject::SetXmlString(const QString& xml, bool check)
         try {
             Check();
         } catch (ModelKitException& exception) {
-            operation.Refuse(exception, Place());
+            operation.Refuse(exception, XmlPath(xml).FindElement(exception.GetPlace().path));
             throw;
         }
     }
@@ -357,7 +391,10 @@ bool IMKObject::MergeMKObject(const IMKObject& other)
         stream >> length;
         SetBinary(stream, length);
     } catch (ModelKitException& exception) {
-        operation.Refuse(exception, Place());
+        // The offset in the carrier means nothing to anybody.
+        Place place = exception.GetPlace();
+        place.offset = -1;
+        operation.Refuse(exception, place);
         throw;
     }
     return true;

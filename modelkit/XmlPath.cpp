@@ -1,23 +1,33 @@
 #include "modelkit/XmlPath.h"
 
+#include "modelkit/XmlPlaces.h"
+
+#include <algorithm>
+
 namespace MODELKIT {
 
-Place XmlPath::Find(qint64 characterOffset)
+Place FindInXml(const QByteArray& xml, const QString& path) { return XmlPath(xml).FindElement(path); }
+
+// True when the token is a start tag.
+bool XmlPath::ReadToken()
 {
-    while (!m_reader.atEnd() && m_reader.characterOffset() < characterOffset) {
-        m_reader.readNext();
-        if (m_leaving)
-            m_levels.removeLast();
-        m_leaving = m_reader.isEndElement();
-        if (m_reader.isStartElement()) {
-            const QString name = m_reader.name().toString();
-            const int number = ++m_levels.last().children[name];
-            Level level;
-            level.step = Place::Step(name, number);
-            FindTag(m_reader.characterOffset(), level);
-            m_levels.append(level);
-        }
-    }
+    m_reader.readNext();
+    if (m_leaving)
+        m_levels.removeLast();
+    m_leaving = m_reader.isEndElement();
+    if (!m_reader.isStartElement())
+        return false;
+    const QString name = m_reader.name().toString();
+    const int number = ++m_levels.last().children[name];
+    Level level;
+    level.step = Place::Step(name, number);
+    FindTag(m_reader.characterOffset(), level);
+    m_levels.append(level);
+    return true;
+}
+
+Place XmlPath::GetPlace() const
+{
     Place place;
     place.line = m_levels.last().line;
     place.column = m_levels.last().column;
@@ -26,19 +36,58 @@ Place XmlPath::Find(qint64 characterOffset)
     return place;
 }
 
+Place XmlPath::Find(qint64 characterOffset)
+{
+    while (!m_reader.atEnd() && m_reader.characterOffset() < characterOffset)
+        ReadToken();
+    return GetPlace();
+}
+
+Place XmlPath::FindElement(const QString& path)
+{
+    while (!m_reader.atEnd()) {
+        if (!ReadToken())
+            continue;
+        const Place place = GetPlace();
+        if (place.path == path)
+            return place;
+    }
+    Place unknown;
+    unknown.path = path;
+    return unknown;
+}
+
 void XmlPath::FindTag(qint64 end, Level& level)
 {
     // The reader's own position is no help: it may be ahead of a tag's beginning by what it has to
     // see to know that a text has ended. Inside a tag there is no other "<".
     const qint64 begin = m_text.lastIndexOf(QLatin1Char('<'), static_cast<int>(end) - 1);
-    for (; m_counted < begin; ++m_counted) {
-        if (m_text.at(static_cast<int>(m_counted)) == QLatin1Char('\n')) {
+    CountLines(begin);
+    level.line = m_line;
+    level.column = std::max<qint64>(begin - m_lineBegin + 1, 1);
+}
+
+void XmlPath::CountLines(qint64 characterOffset)
+{
+    const qint64 end = std::min<qint64>(characterOffset, m_text.size());
+    for (; m_counted < end; ++m_counted) {
+        const QChar character = m_text.at(static_cast<int>(m_counted));
+        const bool isFirstOfTwo = character == QLatin1Char('\r') && m_counted + 1 < m_text.size()
+                                  && m_text.at(static_cast<int>(m_counted) + 1) == QLatin1Char('\n');
+        if (character == QLatin1Char('\n') || (character == QLatin1Char('\r') && !isFirstOfTwo)) {
             ++m_line;
             m_lineBegin = m_counted + 1;
         }
     }
-    level.line = m_line;
-    level.column = begin - m_lineBegin + 1;
+}
+
+Place XmlPath::FindPosition(qint64 characterOffset)
+{
+    Place place = Find(characterOffset);
+    CountLines(characterOffset);
+    place.line = m_line;
+    place.column = characterOffset - m_lineBegin + 1;
+    return place;
 }
 
 } // namespace MODELKIT

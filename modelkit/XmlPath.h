@@ -2,6 +2,7 @@
 #pragma once
 
 #include "modelkit/Place.h"
+#include "modelkit/XmlText.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QString>
@@ -17,14 +18,21 @@ class XmlPath
 public:
     // Input: the same text or bytes that the first reader had.
     template <class Input>
-    explicit XmlPath(const Input& input) : m_reader(input), m_text(decoded(input))
+    explicit XmlPath(const Input& input) : m_reader(input), m_text(decodedXml(input))
     {
+        m_reader.setNamespaceProcessing(false);
         m_levels.append(Level());
     }
 
     // The innermost element at the offset, with the place of its start tag. Offsets must not decrease
     // from call to call.
     Place Find(qint64 characterOffset);
+
+    // The first element with that path; without line and column when there is none.
+    Place FindElement(const QString& path);
+
+    // As Find(), with the place of the offset itself.
+    Place FindPosition(qint64 characterOffset);
 
 private:
     struct Level
@@ -35,11 +43,12 @@ private:
         QHash<QString, int> children;
     };
 
-    static QString decoded(const QString& text) { return text; }
-    static QString decoded(const QByteArray& bytes) { return QString::fromUtf8(bytes); }
+    bool ReadToken();
+    Place GetPlace() const;
 
     // Finds line and column of the tag that ends at the offset.
     void FindTag(qint64 end, Level& level);
+    void CountLines(qint64 characterOffset);
 
     QXmlStreamReader m_reader;
     QString m_text;

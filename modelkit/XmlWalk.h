@@ -9,11 +9,12 @@
 namespace MODELKIT {
 
 // Reads the next token, within the limits of the whole-document operation, if there is one.
-inline void readToken(QXmlStreamReader& reader, ReadingContext* context)
+inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, ReadingContext* context)
 {
-    reader.readNext();
+    const auto token = reader.readNext();
     if (context)
         context->CountToken(reader);
+    return token;
 }
 
 // Calls readChild() for each start element inside the element on whose start the reader stands. Ends on
@@ -24,12 +25,23 @@ void walkElement(QXmlStreamReader& reader, ReadingContext* context, const Name& 
 {
     if (!reader.isStartElement())
         return;
-    while (!reader.atEnd()) {
-        readToken(reader, context);
-        if (reader.isStartElement())
+    while (true) {
+        switch (readToken(reader, context)) {
+        case QXmlStreamReader::StartElement:
             readChild();
-        else if (reader.isEndElement() && reader.name() == name)
-            return;
+            if (reader.atEnd())
+                return;
+            break;
+        case QXmlStreamReader::EndElement:
+            if (reader.name() == name)
+                return;
+            break;
+        case QXmlStreamReader::Characters:
+            break;
+        default:
+            if (reader.atEnd())
+                return;
+        }
     }
 }
 
@@ -41,15 +53,23 @@ void walkText(QXmlStreamReader& reader, ReadingContext* context, const Append& a
     if (!reader.isStartElement())
         return;
     int depth = 0;
-    while (!reader.atEnd()) {
-        readToken(reader, context);
-        if (reader.isStartElement()) {
+    while (true) {
+        switch (readToken(reader, context)) {
+        case QXmlStreamReader::StartElement:
             ++depth;
-        } else if (reader.isEndElement()) {
+            break;
+        case QXmlStreamReader::EndElement:
             if (depth-- == 0)
                 return;
-        } else if (depth == 0 && (reader.isCharacters() || reader.isEntityReference())) {
-            append(reader.text());
+            break;
+        case QXmlStreamReader::Characters:
+        case QXmlStreamReader::EntityReference:
+            if (depth == 0)
+                append(reader.text());
+            break;
+        default:
+            if (reader.atEnd())
+                return;
         }
     }
 }

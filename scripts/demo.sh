@@ -1,11 +1,27 @@
 #!/usr/bin/env bash
-# Builds the libraries and the example program, and shows it at work on the example documents.
+# Builds the program routermsg and runs it with the given arguments; without any it is shown at work on
+# the example documents.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-install_missing cmake g++ ninja-build qtbase5-dev
+install_missing cmake g++ libcli11-dev ninja-build qtbase5-dev
 echo "Building..."
 cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DROUTERINTERFACE_TESTS=OFF >/dev/null
 cmake --build build/demo >/dev/null || cmake --build build/demo
-build/demo/examples/router_messages "${@:-examples/documents}"
+routermsg=build/demo/tools/routermsg
+
+if [ $# -gt 0 ]; then
+    exec "$routermsg" "$@"
+fi
+show() {
+    echo
+    echo "\$ $routermsg $*"
+    "$routermsg" "$@" || true
+}
+show check examples/documents
+show stats examples/documents
+show show examples/documents/request-tuning.xml
+show convert examples/documents/request-tuning.xml - --to json
+show diff examples/documents/request-tuning.xml examples/documents/request-tuning-frequency-only.xml
+show new Request MessageID=7 AcquireMastership DF_Params Frequency=98.5e6 Bandwidth=15000

@@ -111,8 +111,10 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
             return;
         const auto& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value) {
-            Walks<RecordIn<Slot>>::writeOwned(slot.value(), sink, static_cast<int>(member.binaryTag), true,
-                                              validate, checksInto<R>(data, member));
+            doAtRecords(slot, [&](const RecordIn<Slot>& nested) {
+                Walks<RecordIn<Slot>>::writeOwned(nested, sink, static_cast<int>(member.binaryTag), true,
+                                                  validate, checksInto<R>(data, member));
+            });
         } else {
             if constexpr (IsList<Slot>::value)
                 if (slot.value.isEmpty())
@@ -121,9 +123,10 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
             const qint64 entry = sink.beginLength();
             if constexpr (IsList<Slot>::value) {
                 sink.word(static_cast<int>(slot.value.size()));
-                for (const auto& item : slot.value)
+                doAtRecords(slot, [&](const RecordIn<Slot>& item) {
                     Walks<RecordIn<Slot>>::writeOwned(item, sink, static_cast<int>(member.binaryTag), false,
                                                       validate, checksInto<R>(data, member));
+                });
             } else {
                 writePayload(sink, slot);
             }
@@ -145,12 +148,13 @@ template <class R>
 bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 {
     handDown(record);
+    const auto name = [&record] { return record.GetObjectName(); };
     const MODELKIT::ReadingContext* context = MODELKIT::ReadingContext::Current();
     const bool isTransfer = context && context->IsTransfer();
     const bool validate = record.GetValidate() && !isTransfer;
     if (validate) {
         if (isExactly(record))
-            applyRules(record, false);
+            doAt(name, [&] { applyRules(record, false); });
         else
             record.Check(false);
         if (!record.HasData())
@@ -158,7 +162,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
     }
     const auto writeTo = [&](QDataStream& target) {
         BinarySink sink(target, isTransfer);
-        writeFrame(record, sink, id, writeId, validate);
+        doAt(name, [&] { writeFrame(record, sink, id, writeId, validate); });
     };
     const QIODevice* device = stream.device();
     if (!device || (!device->isSequential() && !(device->openMode() & QIODevice::Append))) {
@@ -177,8 +181,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 
 // --- reading --------------------------------------------------------------------------------
 
-// Reads something that belongs to the member or record called step(). Its name is needed only for
-// the place of an exception and for the report.
+// Reads something that belongs to the member or record called step().
 template <class Step, class Read>
 void readAt(const Reading& reading, qint64 offset, const Step& step, const Read& read)
 {
@@ -186,16 +189,7 @@ void readAt(const Reading& reading, qint64 offset, const Step& step, const Read&
         reading.context && reading.context->IsReporting() ? reading.context : nullptr;
     if (reporting)
         reporting->Enter(step());
-    try {
-        read();
-    } catch (ModelKitException& exception) {
-        MODELKIT::Place place = exception.GetPlace();
-        if (place.offset < 0)
-            place.offset = offset;
-        place.path.prepend(QLatin1Char('/') + step());
-        exception.SetPlace(place);
-        throw;
-    }
+    doAt(step, read, offset);
     if (reporting)
         reporting->Leave();
 }
@@ -213,18 +207,19 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
     // entry.
     auto& items = Member::slot(initData(record)).ownItems();
     if (items.isEmpty()) {
-        const qint64 possible = std::min<qint64>(length, source.available()) / 4;
+        constexpr qint64 most = 1 << 20;
+        const qint64 possible = std::min<qint64>({length, source.available(), 4 * most}) / 4;
         items.reserve(static_cast<QtVersion::Size>(std::clamp<qint64>(possible, 0, count)));
     }
     for (int i = 0; i < count; ++i) {
         const qint64 offset = source.consumed();
         int itemLength = 0;
-        if (reading.context && !reading.context->AdmitsItem(items.size()))
-            return false;
         if (!source.word(itemLength))
             return false;
         const auto step = [&] { return MODELKIT::Place::Step(Walks<Item>::className(), items.size() + 1); };
         readAt(reading, offset, step, [&] {
+            if (reading.context && !reading.context->AdmitsItem(items.size()))
+                throw BinaryParsingException(lengthErrorText(record));
             Reading itemReading;
             itemReading.context = reading.context;
             appendRead<Member>(

@@ -52,7 +52,7 @@ void checkMember(const R& record, const DataOf<R>& data, const Nested<N>&, [[may
             && !nestedRecord<Member>(data).HasData() && record.GetValidate())
             throw IncompleteDefinitionException(incompleteChoiceText(record, Member::fieldName()));
     } else if (checksInto<R>(data, Member{})) {
-        Walks<N>::applyRules(nestedRecord<Member>(data), flag);
+        doAtRecords(Member::slot(data), [flag](const N& nested) { Walks<N>::applyRules(nested, flag); });
     }
 }
 
@@ -60,8 +60,7 @@ template <class Member, class R, class N>
 void checkMember(const R&, const DataOf<R>& data, const List<N>& list, bool flag)
 {
     if (checksInto<R>(data, Member{}))
-        for (const N& item : list.value)
-            Walks<N>::applyRules(item, flag);
+        doAtRecords(list, [flag](const N& item) { Walks<N>::applyRules(item, flag); });
 }
 
 // The rules in member order; the settings have been handed down.
@@ -89,7 +88,7 @@ template <class R>
 void check(const R& record, bool flag)
 {
     handDown(record);
-    applyRules(record, flag);
+    doAt([&] { return record.GetObjectName(); }, [&] { applyRules(record, flag); });
 }
 
 } // namespace machinery

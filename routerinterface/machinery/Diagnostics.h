@@ -13,6 +13,7 @@
 
 #include <memory>
 #include <typeinfo>
+#include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -35,9 +36,9 @@ void detach(const R& record)
 }
 
 // Calls apply(owned) for every record that this one owns directly: the nested ones that exist and
-// the list items from firstItem on.
+// the list items.
 template <class Data, class Apply>
-void forEachOwned(Data& data, QtVersion::Size firstItem, Apply&& apply)
+void forEachOwned(Data& data, Apply&& apply)
 {
     Data::Members::forEach([&](auto member) {
         using Slot = typename decltype(member)::Slot;
@@ -46,11 +47,8 @@ void forEachOwned(Data& data, QtVersion::Size firstItem, Apply&& apply)
             if (auto* record = slot.existing())
                 apply(*record);
         } else if constexpr (IsList<Slot>::value) {
-            if (firstItem >= slot.value.size())
-                return;
-            auto& items = slot.ownItems();
-            for (auto item = items.begin() + firstItem, end = items.end(); item != end; ++item)
-                apply(*item);
+            for (auto& item : slot.ownItems())
+                apply(std::as_const(item));
         }
     });
 }
@@ -67,7 +65,7 @@ void setValidate(const R& record, bool validate)
         Data& data = *pointer(record);
         if constexpr (hasNested<Data>)
             data.validate = validate;
-        forEachOwned(data, 0, [validate](const auto& owned) {
+        forEachOwned(data, [validate](const auto& owned) {
             Walks<std::decay_t<decltype(owned)>>::setValidate(owned, validate);
         });
     }
@@ -85,7 +83,7 @@ void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger)
         Data& data = *pointer(record);
         if constexpr (hasNested<Data>)
             data.logger = logger;
-        forEachOwned(data, 0, [&logger](const auto& owned) {
+        forEachOwned(data, [&logger](const auto& owned) {
             Walks<std::decay_t<decltype(owned)>>::setLogger(owned, logger);
         });
     }
@@ -106,7 +104,7 @@ void applySettings(const R& record, bool validate, const std::shared_ptr<MODELKI
             data.validate = validate;
             Access::shareLogger<R>(data.logger, logger);
         }
-        forEachOwned(data, 0, [validate, &logger](const auto& owned) {
+        forEachOwned(data, [validate, &logger](const auto& owned) {
             Walks<std::decay_t<decltype(owned)>>::applySettings(owned, validate, logger);
         });
     }
@@ -156,7 +154,7 @@ QtVersion::Size numberOfItems([[maybe_unused]] const R& record)
 }
 
 // Hands the settings down to the list items behind the settled ones, wherever below the record the
-// list is.
+// list is. What these own got its settings when it was read, as an item does with its payload.
 template <class R>
 void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {
@@ -171,10 +169,10 @@ void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Readi
                 if (const auto* nested = member.slot(data).existing())
                     Walks<RecordIn<Slot>>::handDownToNewItems(*nested, reading);
             } else if constexpr (IsList<Slot>::value) {
-                forEachOwned(data, reading.settledItems, [&](const auto& item) {
-                    Walks<RecordIn<Slot>>::applySettings(item, record.GetValidate(), Access::logger(record));
-                });
-                reading.settledItems = member.slot(data).value.size();
+                auto& items = member.slot(data).value;
+                for (auto i = reading.settledItems; i < items.size(); ++i)
+                    Access::applySettings(items[i], record.GetValidate(), Access::logger(record));
+                reading.settledItems = items.size();
             }
         });
     }

@@ -5,6 +5,7 @@
 #include "routerinterface/machinery/Access.h"
 #include "routerinterface/machinery/Enumerations.h"
 #include "routerinterface/machinery/MemberTable.h"
+#include "routerinterface/machinery/Walks.h"
 
 #include <QtCore/QChar>
 #include <QtCore/QString>
@@ -63,6 +64,43 @@ QString lengthErrorText(const R& record)
     return record.GetObjectName()
            + QStringLiteral(
                "::SetBinary(...): Length error occurred during processing of binary representation");
+}
+
+// Does something that belongs to the member or record called step(), which is asked only for the place
+// of an exception. Offset: where it stands in a binary form that is read.
+template <class Step, class Action>
+void doAt(const Step& step, const Action& action, qint64 offset = -1)
+{
+    try {
+        action();
+    } catch (ModelKitException& exception) {
+        MODELKIT::Place place = exception.GetPlace();
+        if (place.offset < 0)
+            place.offset = offset;
+        place.path.prepend(QLatin1Char('/') + step());
+        exception.SetPlace(place);
+        throw;
+    }
+}
+
+// Does the same to every record that a slot holds.
+template <class R, class Action>
+void doAtRecords(const Nested<R>& nested, const Action& action)
+{
+    doAt([] { return QString(Walks<R>::className()); }, [&] { action(nested.value()); });
+}
+
+template <class R, class Action>
+void doAtRecords(const List<R>& list, const Action& action)
+{
+    auto item = list.value.cbegin();
+    const auto step = [&] {
+        return MODELKIT::Place::Step(Walks<R>::className(), item - list.value.cbegin() + 1);
+    };
+    doAt(step, [&] {
+        for (; item != list.value.cend(); ++item)
+            action(*item);
+    });
 }
 
 // What a setter demands of a new value while validation is on. Any value will do unless the kind of

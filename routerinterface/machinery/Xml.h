@@ -16,6 +16,14 @@ namespace machinery {
 
 // --- writing --------------------------------------------------------------------------------
 
+template <class Slot, class Sink>
+void writeRecords(const Slot& slot, Sink& sink, bool validate, bool applied)
+{
+    using Owned = RecordIn<Slot>;
+    doAtRecords(
+        slot, [&](const Owned& owned) { Walks<Owned>::writeOwned(owned, sink.writer(), validate, applied); });
+}
+
 template <class R, class Sink>
 void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]] bool validate)
 {
@@ -26,12 +34,8 @@ void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]]
         if (!isWritten(data, member))
             return;
         const auto& slot = member.slot(data);
-        if constexpr (IsNested<Slot>::value) {
-            Walks<RecordIn<Slot>>::writeOwned(slot.value(), sink.writer(), validate,
-                                              checksInto<R>(data, member));
-        } else if constexpr (IsList<Slot>::value) {
-            for (const auto& item : slot.value)
-                Walks<RecordIn<Slot>>::writeOwned(item, sink.writer(), validate, checksInto<R>(data, member));
+        if constexpr (IsNested<Slot>::value || IsList<Slot>::value) {
+            writeRecords(slot, sink, validate, checksInto<R>(data, member));
         } else {
             sink.textElement(member.nameText(), slot);
         }
@@ -64,17 +68,20 @@ template <class R>
 void getXml(const R& record, QXmlStreamWriter& writer)
 {
     handDown(record);
+    const auto name = [&record] { return record.GetObjectName(); };
     const bool validate = record.GetValidate();
     if (validate) {
         if (isExactly(record))
-            applyRules(record, false);
+            doAt(name, [&] { applyRules(record, false); });
         else
             record.Check();
         if (!record.HasData())
             return;
     }
-    XmlCalls calls(writer);
-    writeElement(record, calls, validate);
+    doAt(name, [&] {
+        XmlCalls calls(writer);
+        writeElement(record, calls, validate);
+    });
 }
 
 // --- reading --------------------------------------------------------------------------------
@@ -166,7 +173,6 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
 template <class R>
 void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& seen)
 {
-    initData(record);
     const auto view = reader.name();
     const Utf16Text name(view.data(), view.size());
     const bool known = DataOf<R>::Members::any([&](auto member) {
@@ -201,6 +207,7 @@ template <class R>
 void processXmlStartElement(R& record, QXmlStreamReader& reader)
 {
     handDown(record);
+    initData(record);
     Reading reading;
     reading.settled = true;
     reading.settledItems = numberOfItems(record);

@@ -1,0 +1,566 @@
+// Memory that runs out in the middle of an operation on a whole document: the operation ends in
+// std::bad_alloc or a failure, the record can still be reset, filled and written, and a file that is
+// being saved stays as it was.
+//
+// Every allocation with operator new is let fail once, and in a second round it and all that follow.
+// Where malloc can be replaced, that is without a sanitizer, the same is done to malloc, on which the
+// containers of Qt rest, every time in a process of its own.
+
+#include "TestSupport.h"
+
+#include "modelkit/LogSinks.h"
+#include "modelkit/ReadingReport.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+
+#include <cerrno>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <utility>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#if defined(__has_feature)
+    #if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer)
+        #define UNDER_SANITIZER
+    #endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || !defined(__GLIBC__)
+    #define UNDER_SANITIZER
+#endif
+
+// --- an allocator that can be told to fail --------------------------------------------------------
+
+namespace {
+
+enum class Source
+{
+    New,
+    Malloc
+};
+
+enum class Extent
+{
+    Once,
+    FromThenOn
+};
+
+// While armed: how many allocations of the source still succeed.
+thread_local bool armed = false;
+thread_local Source armedSource = Source::New;
+thread_local Extent armedExtent = Extent::Once;
+thread_local long allocationsLeft = 0;
+thread_local bool hasFailed = false;
+
+bool allocationFails(Source source) noexcept
+{
+    if (!armed || source != armedSource)
+        return false;
+    if (allocationsLeft > 0) {
+        --allocationsLeft;
+        return false;
+    }
+    if (hasFailed && armedExtent == Extent::Once)
+        return false;
+    hasFailed = true;
+    return true;
+}
+
+void* allocate(std::size_t size)
+{
+    void* const memory = allocationFails(Source::New) ? nullptr : std::malloc(size == 0 ? 1 : size);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void* allocateOrNull(std::size_t size) noexcept
+{
+    return allocationFails(Source::New) ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocateOrNull(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocateOrNull(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+
+extern "C" {
+#ifdef UNDER_SANITIZER
+// The constructor of Qt's reader loses two blocks of its own when its last allocation fails. It is found
+// by its name, for which the whole stack is needed.
+const char* __asan_default_options() { return "fast_unwind_on_malloc=0"; }
+const char* __lsan_default_suppressions() { return "leak:QXmlStreamReader::QXmlStreamReader\n"; }
+#else
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+
+void* malloc(std::size_t size)
+{
+    if (!allocationFails(Source::Malloc))
+        return __libc_malloc(size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
+void* calloc(std::size_t count, std::size_t size)
+{
+    if (!allocationFails(Source::Malloc))
+        return __libc_calloc(count, size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
+void* realloc(void* memory, std::size_t size)
+{
+    if (!allocationFails(Source::Malloc))
+        return __libc_realloc(memory, size);
+    errno = ENOMEM;
+    return nullptr;
+}
+#endif
+}
+
+namespace {
+
+using namespace testing_support;
+using MODELKIT::Failure;
+using MODELKIT::IMKObject;
+
+PelLu300RouterInterfaceXml sample(unsigned int id)
+{
+    PelLu300RouterInterfaceXml document;
+    PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();
+    message.SetType(PelLu300RouterMessage::Reply);
+    message.SetMessageID(id);
+    Fragment server;
+    server.GetPelVtConnectServer().SetAddress(QStringLiteral("a&b"));
+    message.AppendFragment(server);
+    Fragment state;
+    state.GetMastershipState().SetState(MastershipState::MasterPresent);
+    message.AppendFragment(state);
+    return document;
+}
+
+const char* const oldFile = "<PelLu300RouterInterfaceXml/>";
+
+// What an operation finds when it begins; everything is made before memory runs out.
+struct Scene
+{
+    Scene()
+    {
+        record.SetLogger(std::make_shared<MODELKIT::Logger>(std::make_shared<MODELKIT::MemoryLogSink>()));
+        form = other.GetBinaryRepresentationAsQByteArray();
+        packed = other.GetCompressedBinaryRepresentationAsQByteArray(9);
+        xml = other.GetXmlString();
+        path = folder.filePath(QStringLiteral("document"));
+        write(oldFile);
+    }
+
+    void write(const QByteArray& content)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(content), content.size());
+    }
+
+    QByteArray fileContent() const
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    PelLu300RouterInterfaceXml record = sample(1);
+    PelLu300RouterInterfaceXml other = sample(2);
+    QByteArray form;
+    QByteArray packed;
+    QString xml;
+    QByteArray written;
+    QString writtenXml;
+    QTemporaryDir folder;
+    QString path;
+};
+
+// What came out of an operation.
+enum class Outcome
+{
+    True,
+    False,
+    OutOfMemory
+};
+
+struct Operation
+{
+    std::function<void(Scene&)> prepare;
+    std::function<bool(Scene&)> run;
+    // What must hold when memory did not run out, or did so without an effect.
+    std::function<void(Scene&)> expectDone;
+    // What must hold in every other case.
+    std::function<void(Scene&)> expectNotDone;
+};
+
+void nothing(Scene&) {}
+
+// Lets the allocation after that many fail. Returns whether it was reached.
+bool tryOnce(const Operation& operation, Source source, Extent extent, long successes)
+{
+    Scene scene;
+    operation.prepare(scene);
+    Outcome outcome = Outcome::OutOfMemory;
+    allocationsLeft = successes;
+    armedSource = source;
+    armedExtent = extent;
+    hasFailed = false;
+    armed = true;
+    try {
+        outcome = operation.run(scene) ? Outcome::True : Outcome::False;
+    } catch (const std::bad_alloc&) {
+    } catch (...) {
+        armed = false;
+        throw;
+    }
+    armed = false;
+    if (outcome == Outcome::True)
+        operation.expectDone(scene);
+    else
+        operation.expectNotDone(scene);
+    if (outcome == Outcome::False) {
+        EXPECT_NE(IMKObject::GetLastFailure().kind, Failure::None);
+    }
+    if (!hasFailed) {
+        EXPECT_EQ(outcome, Outcome::True);
+    }
+    // The record can be used as before.
+    scene.record.Reset();
+    EXPECT_TRUE(scene.record == PelLu300RouterInterfaceXml());
+    EXPECT_TRUE(scene.record.SetXmlString(scene.xml, true));
+    EXPECT_TRUE(scene.record == scene.other);
+    EXPECT_EQ(scene.record.GetBinaryRepresentationAsQByteArray(), scene.form);
+    EXPECT_TRUE(scene.other == sample(2));
+    return hasFailed;
+}
+
+void expectSurvivesFailingNew(const Operation& operation)
+{
+    for (const Extent extent : {Extent::Once, Extent::FromThenOn}) {
+        long successes = 0;
+        while (tryOnce(operation, Source::New, extent, successes) && !::testing::Test::HasFailure())
+            ++successes;
+        EXPECT_GT(successes, 0);
+    }
+}
+
+#ifndef UNDER_SANITIZER
+enum Exit
+{
+    Reached = 10,
+    NotReached = 11,
+    Failed = 12
+};
+
+// As tryOnce(), in a process of its own.
+int tryApart(const Operation& operation, Extent extent, long successes)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool isReached = tryOnce(operation, Source::Malloc, extent, successes);
+        _exit(::testing::Test::HasFailure() ? Failed : isReached ? Reached : NotReached);
+    }
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status))
+        return Failed;
+    return WEXITSTATUS(status);
+}
+
+void expectSurvivesFailingMalloc(const Operation& operation)
+{
+    for (const Extent extent : {Extent::Once, Extent::FromThenOn}) {
+        long successes = 0;
+        int result = Reached;
+        for (; result == Reached; ++successes)
+            result = tryApart(operation, extent, successes);
+        ASSERT_EQ(result, NotReached) << "allocation " << successes - 1 << " fails"
+                                      << (extent == Extent::Once ? " alone" : " and all that follow");
+        EXPECT_GT(successes, 1);
+    }
+}
+#endif
+
+void expectSurvives(const Operation& operation)
+{
+    expectSurvivesFailingNew(operation);
+    // The child processes would inherit a failure.
+    if (::testing::Test::HasFailure())
+        return;
+#ifndef UNDER_SANITIZER
+    expectSurvivesFailingMalloc(operation);
+#endif
+}
+
+// Reading: the record is what was read.
+Operation reading(std::function<bool(Scene&)> run, std::function<void(Scene&)> prepare = nothing)
+{
+    return {std::move(prepare), std::move(run),
+            [](Scene& scene) { EXPECT_TRUE(scene.record == scene.other); }, nothing};
+}
+
+// Writing: the record stays what it was, and what is written to the end holds it.
+Operation writing(std::function<bool(Scene&)> run)
+{
+    const auto expectUnchanged = [](Scene& scene) { EXPECT_TRUE(scene.record == sample(1)); };
+    const auto expectWritten = [](Scene& scene) {
+        EXPECT_TRUE(scene.record == sample(1));
+        PelLu300RouterInterfaceXml read;
+        EXPECT_TRUE(read.SetBinaryRepresentation(scene.written));
+        EXPECT_TRUE(read == sample(1));
+    };
+    return {nothing, std::move(run), expectWritten, expectUnchanged};
+}
+
+} // namespace
+
+namespace {
+
+// Qt 6 itself ends the process when memory runs out while its XML reader is constructed.
+constexpr bool qtSurvives = QT_VERSION < QT_VERSION_CHECK(6, 0, 0);
+
+} // namespace
+
+// --- XML ------------------------------------------------------------------------------------------
+
+TEST(OutOfMemory, WhileAnXmlStringIsRead)
+{
+    if (!qtSurvives)
+        GTEST_SKIP();
+    expectSurvives(reading([](Scene& scene) { return scene.record.SetXmlString(scene.xml, true); }));
+}
+
+TEST(OutOfMemory, WhileAnXmlStringIsReadUnderValidation)
+{
+    if (!qtSurvives)
+        GTEST_SKIP();
+    expectSurvives(reading([](Scene& scene) { return scene.record.SetXmlString(scene.xml, true); },
+                           [](Scene& scene) { scene.record.SetValidate(true); }));
+}
+
+TEST(OutOfMemory, WhileAFailureIsExplained)
+{
+    if (!qtSurvives)
+        GTEST_SKIP();
+    Operation operation;
+    operation.prepare = [](Scene& scene) {
+        scene.written = "<PelLu300RouterInterfaceXml><PelLu300RouterMessage>\n<Type>Reply</Typ>";
+    };
+    operation.run = [](Scene& scene) {
+        return !scene.record.SetXmlString(QString::fromUtf8(scene.written), false);
+    };
+    // Whatever comes out, there is no document.
+    operation.expectDone = [](Scene&) {
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.path,
+                  QStringLiteral("/PelLu300RouterInterfaceXml/PelLu300RouterMessage/Type"));
+    };
+    operation.expectNotDone = nothing;
+    expectSurvives(operation);
+}
+
+TEST(OutOfMemory, WhileAnExceptionIsGivenItsPlace)
+{
+    if (!qtSurvives)
+        GTEST_SKIP();
+    Operation operation;
+    operation.prepare = [](Scene& scene) {
+        scene.xml.replace(QStringLiteral("MasterPresent"), QStringLiteral("Nobody"));
+        scene.record.SetValidate(true);
+    };
+    operation.run = [](Scene& scene) {
+        try {
+            scene.record.SetXmlString(scene.xml, false);
+        } catch (const OutOfRangeException&) {
+            return true;
+        }
+        return false;
+    };
+    operation.expectDone = [](Scene& scene) { scene.xml = scene.other.GetXmlString(); };
+    operation.expectNotDone = operation.expectDone;
+    expectSurvives(operation);
+}
+
+TEST(OutOfMemory, WhileAReportIsKept)
+{
+    if (!qtSurvives)
+        GTEST_SKIP();
+    expectSurvives(reading(
+        [](Scene& scene) {
+            MODELKIT::ReadingReport report;
+            return scene.record.SetXmlString(scene.xml, false);
+        },
+        [](Scene& scene) {
+            scene.xml.replace(QStringLiteral("<MessageID>"), QStringLiteral("<x/><y/><MessageID a='1'>"));
+        }));
+}
+
+TEST(OutOfMemory, WhileAReportOfABinaryFormIsKept)
+{
+    expectSurvives(reading(
+        [](Scene& scene) {
+            MODELKIT::ReadingReport report;
+            return scene.record.SetBinaryRepresentation(scene.written);
+        },
+        [](Scene& scene) {
+            // An unknown entry at the end of the document.
+            const int length = static_cast<int>(scene.form.size());
+            QDataStream stream(&scene.written, QIODevice::WriteOnly);
+            stream.writeRawData(scene.form.constData(), 4);
+            stream << length;
+            stream.writeRawData(scene.form.constData() + 8, length - 8);
+            stream << 1 << 0;
+        }));
+}
+
+TEST(OutOfMemory, WhileAnXmlFileIsLoaded)
+{
+    if (!qtSurvives)
+        GTEST_SKIP();
+    const auto prepare = [](Scene& scene) { scene.write(scene.xml.toUtf8()); };
+    expectSurvives(reading([](Scene& scene) { return scene.record.LoadXml(scene.path); }, prepare));
+    expectSurvives(reading(
+        [](Scene& scene) {
+            QFile file(scene.path);
+            return scene.record.LoadXml(&file);
+        },
+        prepare));
+}
+
+TEST(OutOfMemory, WhileAnXmlStringIsWritten)
+{
+    Operation operation = writing([](Scene& scene) {
+        scene.writtenXml = scene.record.GetXmlString();
+        return !scene.writtenXml.isNull();
+    });
+    operation.expectDone = [](Scene& scene) {
+        EXPECT_TRUE(scene.record == sample(1));
+        PelLu300RouterInterfaceXml read;
+        EXPECT_TRUE(read.SetXmlString(scene.writtenXml, true));
+        EXPECT_TRUE(read == sample(1));
+    };
+    expectSurvives(operation);
+}
+
+TEST(OutOfMemory, WhileATextThatXmlCannotCarryIsExplained)
+{
+    if (!qtSurvives)
+        GTEST_SKIP();
+    for (const char16_t character : {char16_t(1), char16_t(0xD800)}) {
+        Operation operation;
+        operation.prepare = [character](Scene& scene) {
+            scene.record.GetPelLu300RouterMessage().GetFragment()[0].GetPelVtConnectServer().SetAddress(
+                QString(QChar(character)));
+        };
+        operation.run = [](Scene& scene) { return scene.record.GetXmlString().isNull(); };
+        operation.expectDone = nothing;
+        operation.expectNotDone = nothing;
+        expectSurvives(operation);
+    }
+}
+
+TEST(OutOfMemory, WhileAFileIsSavedLeavesTheOldFile)
+{
+    Operation operation = writing([](Scene& scene) { return scene.record.SaveXml(scene.path); });
+    operation.expectDone = [](Scene& scene) {
+        EXPECT_TRUE(scene.record == sample(1));
+        PelLu300RouterInterfaceXml saved;
+        EXPECT_TRUE(saved.LoadXml(scene.path));
+        EXPECT_TRUE(saved == sample(1));
+    };
+    operation.expectNotDone = [](Scene& scene) {
+        EXPECT_TRUE(scene.record == sample(1));
+        EXPECT_EQ(scene.fileContent(), QByteArray(oldFile));
+        // Qt itself may leave its unfinished file beside the old one when malloc fails.
+        if (armedSource == Source::New) {
+            EXPECT_EQ(QDir(scene.folder.path()).entryList(QDir::Files | QDir::Hidden),
+                      QStringList(QStringLiteral("document")));
+        }
+    };
+    expectSurvives(operation);
+}
+
+// --- merging --------------------------------------------------------------------------------------
+
+TEST(OutOfMemory, WhileARecordIsMergedLeavesTheOther)
+{
+    Operation operation = reading([](Scene& scene) { return scene.record.MergeMKObject(scene.other); },
+                                  [](Scene& scene) { scene.record.Reset(); });
+    expectSurvives(operation);
+}
+
+// --- binary ---------------------------------------------------------------------------------------
+
+TEST(OutOfMemory, WhileABinaryFormIsWritten)
+{
+    expectSurvives(writing([](Scene& scene) {
+        scene.written = scene.record.GetBinaryRepresentationAsQByteArray();
+        return !scene.written.isEmpty();
+    }));
+    expectSurvives(writing([](Scene& scene) {
+        QDataStream stream(&scene.written, QIODevice::WriteOnly);
+        scene.record.GetBinaryRepresentation(stream);
+        return stream.status() == QDataStream::Ok && !scene.written.isEmpty();
+    }));
+}
+
+TEST(OutOfMemory, WhileACompressedFormIsWritten)
+{
+    expectSurvives(writing([](Scene& scene) {
+        scene.written = scene.record.GetCompressedBinaryRepresentationAsQByteArray(9);
+        return !scene.written.isEmpty();
+    }));
+    expectSurvives(writing([](Scene& scene) {
+        QDataStream stream(&scene.written, QIODevice::WriteOnly);
+        scene.record.GetCompressedBinaryRepresentation(stream, 9);
+        return stream.status() == QDataStream::Ok && !scene.written.isEmpty();
+    }));
+}
+
+TEST(OutOfMemory, WhileABinaryFormIsRead)
+{
+    expectSurvives(reading([](Scene& scene) { return scene.record.SetBinaryRepresentation(scene.form); }));
+    expectSurvives(reading([](Scene& scene) {
+        QDataStream stream(scene.form);
+        return scene.record.SetBinaryRepresentation(stream);
+    }));
+}
+
+TEST(OutOfMemory, WhileACompressedFormIsRead)
+{
+    expectSurvives(reading([](Scene& scene) { return scene.record.SetBinaryRepresentation(scene.packed); }));
+    expectSurvives(reading([](Scene& scene) {
+        QDataStream stream(scene.packed);
+        return scene.record.SetBinaryRepresentation(stream);
+    }));
+}
+
+TEST(OutOfMemory, WhileABinaryFileIsLoaded)
+{
+    for (const bool compressed : {false, true}) {
+        expectSurvives(reading(
+            [](Scene& scene) {
+                QFile file(scene.path);
+                return scene.record.LoadBinary(&file);
+            },
+            [compressed](Scene& scene) { scene.write(compressed ? scene.packed : scene.form); }));
+    }
+}

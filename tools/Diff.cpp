@@ -1,0 +1,150 @@
+#include "Diff.h"
+
+#include "Difference.h"
+#include "Forms.h"
+#include "LargeJson.h"
+#include "UsageError.h"
+
+#include <QtCore/QJsonObject>
+
+#include <utility>
+
+namespace routermsg {
+
+namespace {
+
+// --- results --------------------------------------------------------------------------------
+
+class Report
+{
+public:
+    virtual ~Report() = default;
+    virtual void add(const Difference& difference) = 0;
+    virtual void end(qint64 count) = 0;
+};
+
+class TextReport : public Report
+{
+public:
+    explicit TextReport(Session& session) : m_out(session.out()), m_isQuiet(session.isQuiet()) {}
+
+    void add(const Difference& difference) override
+    {
+        const QString path = difference.path.toText() + QStringLiteral(": ");
+        switch (difference.kind) {
+        case Difference::Changed:
+            m_out.writeLine(m_out.paint(Style::Place, path) + m_out.paint(Style::Removed, difference.first)
+                            + QStringLiteral(" -> ") + m_out.paint(Style::Added, difference.second));
+            break;
+        case Difference::Removed:
+            m_out.writeLine(m_out.paint(Style::Removed, QStringLiteral("- ") + path + difference.first));
+            break;
+        case Difference::Added:
+            m_out.writeLine(m_out.paint(Style::Added, QStringLiteral("+ ") + path + difference.second));
+            break;
+        }
+    }
+
+    void end(qint64 count) override
+    {
+        if (m_isQuiet)
+            return;
+        if (count == 0)
+            m_out.writeLine(m_out.paint(Style::Good, QStringLiteral("No differences")));
+        else
+            m_out.writeLine(count == 1 ? QStringLiteral("1 difference")
+                                       : QStringLiteral("%1 differences").arg(count));
+    }
+
+private:
+    Output& m_out;
+    bool m_isQuiet;
+};
+
+class JsonReport : public Report
+{
+public:
+    explicit JsonReport(Output& out) : m_json(out) { m_json.beginList(QStringLiteral("differences")); }
+
+    void add(const Difference& difference) override { m_json.addItem(toJson(difference)); }
+
+    void end(qint64 count) override
+    {
+        m_json.endList();
+        m_json.add(QStringLiteral("count"), count);
+        m_json.end();
+    }
+
+private:
+    // What is not set, or not there, has no value.
+    static QJsonObject toJson(const Difference& difference)
+    {
+        QJsonObject json{{QStringLiteral("kind"), nameOf(difference.kind)}};
+        if (difference.kind != Difference::Added)
+            json[QStringLiteral("firstPath")] = difference.path.inFirst();
+        if (difference.kind != Difference::Removed)
+            json[QStringLiteral("secondPath")] = difference.path.inSecond();
+        if (!difference.firstValue.isUndefined())
+            json[QStringLiteral("first")] = difference.firstValue;
+        if (!difference.secondValue.isUndefined())
+            json[QStringLiteral("second")] = difference.secondValue;
+        return json;
+    }
+
+    static QString nameOf(Difference::Kind kind)
+    {
+        switch (kind) {
+        case Difference::Changed:
+            return QStringLiteral("changed");
+        case Difference::Removed:
+            return QStringLiteral("removed");
+        case Difference::Added:
+            return QStringLiteral("added");
+        }
+        return QString();
+    }
+
+    LargeJson m_json;
+};
+
+std::unique_ptr<Report> makeReport(Session& session)
+{
+    if (session.format() == Format::Json)
+        return std::make_unique<JsonReport>(session.out());
+    return std::make_unique<TextReport>(session);
+}
+
+void requireDifferentInputs(const DiffOptions& options)
+{
+    const QString standardInput = QStringLiteral("-");
+    if (options.first == standardInput && options.second == standardInput)
+        throw UsageError(QStringLiteral("Only one of the documents can come from standard input."));
+}
+
+std::pair<Loaded, Loaded> loadBoth(const DiffOptions& options, Session& session)
+{
+    Progress progress(session, 2);
+    progress.next(inputName(options.first));
+    Loaded first = load(options.first);
+    progress.next(inputName(options.second));
+    return {std::move(first), load(options.second)};
+}
+
+} // namespace
+
+Status diff(const DiffOptions& options, Session& session)
+{
+    requireDifferentInputs(options);
+    const IgnoredMembers ignored(options.ignored);
+    const auto [first, second] = loadBoth(options, session);
+    const auto report = makeReport(session);
+    qint64 count = 0;
+    compareRecords(*first.record, *second.record, ignored, [&](const Difference& difference) {
+        ++count;
+        report->add(difference);
+    });
+    report->end(count);
+    return count == 0 ? Fine : Found;
+}
+
+} // namespace routermsg

@@ -1,0 +1,480 @@
+#include "Difference.h"
+
+#include "Alignment.h"
+#include "Closest.h"
+#include "Terminal.h"
+#include "UsageError.h"
+#include "Values.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QDataStream>
+#include <QtCore/QHash>
+#include <QtCore/QIODevice>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace routermsg {
+
+using MODELKIT::IMKObject;
+using PELLU300ROUTERINTERFACEXML::MemberInfo;
+using PELLU300ROUTERINTERFACEXML::RecordInfo;
+
+// --- paths ----------------------------------------------------------------------------------
+
+namespace {
+
+// Without the root, when there is more.
+template <class StepText>
+QString pathText(const QVector<MemberPath::Step>& steps, const StepText& stepText)
+{
+    QStringList texts;
+    for (const MemberPath::Step& step : steps)
+        texts += stepText(step);
+    if (texts.size() > 1)
+        texts.removeFirst();
+    return texts.join(QLatin1Char('/'));
+}
+
+QString numbered(const QString& name, const QString& number)
+{
+    return QStringLiteral("%1[%2]").arg(name, number);
+}
+
+} // namespace
+
+QString MemberPath::toText() const
+{
+    return pathText(m_steps, [](const Step& step) {
+        if (step.first == step.second)
+            return step.first == 0 ? step.name : numbered(step.name, QString::number(step.first));
+        if (step.first == 0 || step.second == 0)
+            return numbered(step.name, QString::number(std::max(step.first, step.second)));
+        return numbered(step.name, QStringLiteral("%1->%2").arg(step.first).arg(step.second));
+    });
+}
+
+QString MemberPath::inOne(int Step::*number) const
+{
+    return pathText(m_steps, [number](const Step& step) {
+        return step.*number == 0 ? step.name : numbered(step.name, QString::number(step.*number));
+    });
+}
+
+// --- what does not count --------------------------------------------------------------------
+
+IgnoredMembers::IgnoredMembers(const QStringList& paths)
+{
+    for (const QString& path : paths) {
+        m_patterns += parse(path);
+        requireExisting(m_patterns.constLast(), path);
+    }
+}
+
+IgnoredMembers::Pattern IgnoredMembers::parse(const QString& path)
+{
+    Pattern pattern;
+    pattern.isFromRoot = path.startsWith(QLatin1Char('/'));
+    for (const QString& step : path.mid(pattern.isFromRoot ? 1 : 0).split(QLatin1Char('/')))
+        pattern.steps += parseStep(step, path);
+    return pattern;
+}
+
+IgnoredMembers::Step IgnoredMembers::parseStep(const QString& text, const QString& path)
+{
+    Step step;
+    const auto bracket = text.indexOf(QLatin1Char('['));
+    step.name = text.left(bracket);
+    if (bracket < 0)
+        return step;
+    const QString number = text.mid(bracket + 1, text.size() - bracket - 2);
+    step.number = number == QLatin1String("*") ? 0 : number.toInt();
+    if (!text.endsWith(QLatin1Char(']')) || (step.number < 1 && number != QLatin1String("*")))
+        throw UsageError(
+            QStringLiteral(
+                "%1 in the path %2 is not understood. Items have numbers from 1, as in %3[2], or *.")
+                .arg(quoted(text), quoted(path), step.name));
+    return step;
+}
+
+namespace {
+
+using Classes = QVector<const RecordInfo*>;
+
+// The members with that name in any of the classes.
+QVector<const MemberInfo*> membersOf(const Classes& classes, const QString& name)
+{
+    QVector<const MemberInfo*> members;
+    for (const RecordInfo* info : classes)
+        if (const MemberInfo* member = info->FindMember(name))
+            members += member;
+    return members;
+}
+
+QStringList memberNames(const Classes& classes)
+{
+    QStringList names;
+    for (const RecordInfo* info : classes)
+        for (const MemberInfo* member : info->GetMembers())
+            names += member->GetName();
+    names.removeDuplicates();
+    return names;
+}
+
+bool holdsItems(const QVector<const MemberInfo*>& members)
+{
+    return std::any_of(members.begin(), members.end(),
+                       [](const MemberInfo* member) { return member->GetKind() == MemberInfo::List; });
+}
+
+// What the members hold.
+Classes classesIn(const QVector<const MemberInfo*>& members)
+{
+    Classes classes;
+    for (const MemberInfo* member : members)
+        if (member->GetClass() && !classes.contains(member->GetClass()))
+            classes += member->GetClass();
+    return classes;
+}
+
+QStringList classNames()
+{
+    QStringList names;
+    for (const RecordInfo* info : RecordInfo::All())
+        names += info->GetName();
+    return names;
+}
+
+} // namespace
+
+void IgnoredMembers::requireExisting(const Pattern& pattern, const QString& path)
+{
+    const auto refuse = [&](const QString& what, const QString& name, const QStringList& names) {
+        throw UsageError(QStringLiteral("There is no %1 %2 where the path %3 has it.%4")
+                             .arg(what, quoted(name), quoted(path), didYouMean(name, names)));
+    };
+    Classes classes = RecordInfo::All();
+    auto step = pattern.steps.begin();
+    // The class of the root, which is also the name of members in other records.
+    const RecordInfo* root = RecordInfo::Find(step->name);
+    if (pattern.isFromRoot && !root)
+        refuse(QStringLiteral("record"), step->name, classNames());
+    if (root && (pattern.isFromRoot || membersOf(classes, step->name).isEmpty())) {
+        classes = {root};
+        ++step;
+    }
+    for (; step != pattern.steps.end(); ++step) {
+        const auto members = membersOf(classes, step->name);
+        if (members.isEmpty())
+            refuse(QStringLiteral("member"), step->name, memberNames(classes));
+        if (step->number > 0 && !holdsItems(members))
+            refuse(QStringLiteral("list"), step->name, QStringList());
+        classes = classesIn(members);
+    }
+}
+
+bool IgnoredMembers::contains(const MemberPath& path) const
+{
+    return std::any_of(m_patterns.begin(), m_patterns.end(),
+                       [&](const Pattern& pattern) { return matches(pattern, path.steps()); });
+}
+
+bool IgnoredMembers::matches(const Pattern& pattern, const QVector<MemberPath::Step>& path)
+{
+    const auto excess = path.size() - pattern.steps.size();
+    if (excess < 0 || (pattern.isFromRoot && excess > 0))
+        return false;
+    return std::equal(pattern.steps.begin(), pattern.steps.end(), path.begin() + excess,
+                      [](const Step& step, const MemberPath::Step& actual) {
+                          return step.name == actual.name
+                                 && (step.number == 0 || step.number == actual.first
+                                     || step.number == actual.second);
+                      });
+}
+
+// --- comparison -----------------------------------------------------------------------------
+
+namespace {
+
+// Takes a step for as long as it lives.
+class Entered
+{
+public:
+    Entered(MemberPath& path, const MemberPath::Step& step) : m_path(path) { path.enter(step); }
+    Entered(const Entered&) = delete;
+    Entered& operator=(const Entered&) = delete;
+    ~Entered() { m_path.leave(); }
+
+private:
+    MemberPath& m_path;
+};
+
+// Writes what counts of records, so that those are the same whose bytes are.
+class Fingerprint
+{
+public:
+    Fingerprint(const IgnoredMembers& ignored, const MemberPath& path) : m_ignored(ignored), m_path(path) {}
+
+    QByteArray of(const IMKObject& record)
+    {
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        write(record, stream);
+        return bytes;
+    }
+
+private:
+    void write(const IMKObject& record, QDataStream& stream)
+    {
+        for (const MemberInfo* member : RecordInfo::Of(record).GetMembers()) {
+            if (!member->IsSet(record))
+                continue;
+            const Entered step(m_path, {member->GetName(), 0, 0});
+            if (m_ignored.contains(m_path))
+                continue;
+            stream << member->GetBinaryTag();
+            write(record, *member, stream);
+        }
+        constexpr quint32 end = 0;
+        stream << end;
+    }
+
+    void write(const IMKObject& record, const MemberInfo& member, QDataStream& stream)
+    {
+        switch (member.GetKind()) {
+        case MemberInfo::Decimal:
+            write(member.GetValue(record).toDouble(), stream);
+            break;
+        case MemberInfo::Text:
+            stream << member.GetValue(record).toString();
+            break;
+        case MemberInfo::UnsignedInteger:
+        case MemberInfo::Boolean:
+        case MemberInfo::Enumeration:
+            stream << member.GetValue(record).toLongLong();
+            break;
+        case MemberInfo::Record:
+            write(member.GetRecord(record), stream);
+            break;
+        case MemberInfo::List:
+            writeItems(record, member, stream);
+            break;
+        }
+    }
+
+    // Numbers that are the same have the same bytes.
+    static void write(double value, QDataStream& stream)
+    {
+        const double same = value == 0 ? 0 : value;
+        stream << (std::isnan(same) ? std::numeric_limits<double>::quiet_NaN() : same);
+    }
+
+    void writeItems(const IMKObject& record, const MemberInfo& member, QDataStream& stream)
+    {
+        for (int i = 0, count = member.CountItems(record); i < count; ++i) {
+            m_path.setNumbers(i + 1, i + 1);
+            if (!m_ignored.contains(m_path))
+                write(member.GetItem(record, i), stream);
+        }
+    }
+
+    const IgnoredMembers& m_ignored;
+    MemberPath m_path;
+};
+
+// The member that a record carries when that is one at a time.
+int carriedMember(const IMKObject& record)
+{
+    const RecordInfo& info = RecordInfo::Of(record);
+    if (!info.IsChoice())
+        return 0;
+    const auto& members = info.GetMembers();
+    const auto found = std::find_if(members.begin(), members.end(),
+                                    [&](const MemberInfo* member) { return member->IsSet(record); });
+    return static_cast<int>(found - members.begin());
+}
+
+// A list of one of the records, without the items that do not count.
+struct Items
+{
+    const IMKObject& owner;
+    const MemberInfo& member;
+    QVector<int> positions;
+
+    int count() const { return static_cast<int>(positions.size()); }
+    const IMKObject& at(int index) const { return member.GetItem(owner, positions.at(index)); }
+    int number(int index) const { return positions.at(index) + 1; }
+};
+
+class Comparison
+{
+public:
+    Comparison(const IgnoredMembers& ignored, const std::function<void(const Difference&)>& visit)
+        : m_ignored(ignored), m_visit(visit)
+    {}
+
+    void compareRoots(const IMKObject& first, const IMKObject& second)
+    {
+        const QString& firstClass = RecordInfo::Of(first).GetName();
+        const QString& secondClass = RecordInfo::Of(second).GetName();
+        if (firstClass == secondClass) {
+            const Entered step(m_path, {firstClass, 0, 0});
+            if (!m_ignored.contains(m_path))
+                compare(first, second);
+            return;
+        }
+        const Entered step(m_path, {QStringLiteral("(root)"), 0, 0});
+        Difference difference;
+        difference.first = firstClass;
+        difference.second = secondClass;
+        difference.firstValue = firstClass;
+        difference.secondValue = secondClass;
+        report(difference);
+    }
+
+private:
+    void compare(const IMKObject& first, const IMKObject& second)
+    {
+        for (const MemberInfo* member : RecordInfo::Of(first).GetMembers()) {
+            const Entered step(m_path, {member->GetName(), 0, 0});
+            if (!m_ignored.contains(m_path))
+                compare(first, second, *member);
+        }
+    }
+
+    void compare(const IMKObject& first, const IMKObject& second, const MemberInfo& member)
+    {
+        if (member.GetKind() == MemberInfo::List) {
+            compareLists(first, second, member);
+            return;
+        }
+        const bool isInFirst = member.IsSet(first);
+        const bool isInSecond = member.IsSet(second);
+        if (isInFirst != isInSecond)
+            reportChange(first, second, member);
+        else if (isInFirst && member.GetKind() == MemberInfo::Record)
+            compare(member.GetRecord(first), member.GetRecord(second));
+        else if (isInFirst && !isSameValue(member, member.GetValue(first), member.GetValue(second)))
+            reportChange(first, second, member);
+    }
+
+    void compareLists(const IMKObject& first, const IMKObject& second, const MemberInfo& member)
+    {
+        const Items inFirst = itemsThatCount(first, member);
+        const Items inSecond = itemsThatCount(second, member);
+        QHash<QByteArray, int> known;
+        const auto same = m_aligner.align(fingerprints(inFirst, known), fingerprints(inSecond, known));
+        int i = 0;
+        int j = 0;
+        for (const auto& pair : same) {
+            compareGap(inFirst, i, pair.first, inSecond, j, pair.second);
+            i = pair.first + 1;
+            j = pair.second + 1;
+        }
+        compareGap(inFirst, i, inFirst.count(), inSecond, j, inSecond.count());
+    }
+
+    Items itemsThatCount(const IMKObject& record, const MemberInfo& member)
+    {
+        Items items{record, member, {}};
+        for (int i = 0, count = member.CountItems(record); i < count; ++i) {
+            m_path.setNumbers(i + 1, i + 1);
+            if (!m_ignored.contains(m_path))
+                items.positions += i;
+        }
+        return items;
+    }
+
+    // A number for each item; those that are the same have the same.
+    QVector<int> fingerprints(const Items& items, QHash<QByteArray, int>& known)
+    {
+        QVector<int> result;
+        result.reserve(items.count());
+        for (int i = 0; i < items.count(); ++i) {
+            m_path.setNumbers(items.number(i), items.number(i));
+            const QByteArray bytes = Fingerprint(m_ignored, m_path).of(items.at(i));
+            const auto number = static_cast<int>(known.size());
+            const auto found = known.constFind(bytes);
+            result += found == known.constEnd() ? *known.insert(bytes, number) : *found;
+        }
+        return result;
+    }
+
+    // What lies between items that are the same.
+    void compareGap(const Items& inFirst, int i, int firstEnd, const Items& inSecond, int j, int secondEnd)
+    {
+        const auto pairs =
+            m_aligner.align(carriedMembers(inFirst, i, firstEnd), carriedMembers(inSecond, j, secondEnd));
+        const int firstBegin = i;
+        const int secondBegin = j;
+        for (const auto& pair : pairs) {
+            reportMissing(inFirst, i, firstBegin + pair.first, Difference::Removed);
+            reportMissing(inSecond, j, secondBegin + pair.second, Difference::Added);
+            i = firstBegin + pair.first;
+            j = secondBegin + pair.second;
+            compareItems(inFirst, i++, inSecond, j++);
+        }
+        reportMissing(inFirst, i, firstEnd, Difference::Removed);
+        reportMissing(inSecond, j, secondEnd, Difference::Added);
+    }
+
+    static QVector<int> carriedMembers(const Items& items, int begin, int end)
+    {
+        QVector<int> members;
+        for (int i = begin; i < end; ++i)
+            members += carriedMember(items.at(i));
+        return members;
+    }
+
+    void compareItems(const Items& inFirst, int i, const Items& inSecond, int j)
+    {
+        m_path.setNumbers(inFirst.number(i), inSecond.number(j));
+        compare(inFirst.at(i), inSecond.at(j));
+    }
+
+    void reportMissing(const Items& items, int begin, int end, Difference::Kind kind)
+    {
+        const bool isInFirst = kind == Difference::Removed;
+        for (int i = begin; i < end; ++i) {
+            const int number = items.number(i);
+            m_path.setNumbers(isInFirst ? number : 0, isInFirst ? 0 : number);
+            Difference difference;
+            difference.kind = kind;
+            (isInFirst ? difference.first : difference.second) = summaryText(items.at(i));
+            (isInFirst ? difference.firstValue : difference.secondValue) = summaryJson(items.at(i));
+            report(difference);
+        }
+    }
+
+    void reportChange(const IMKObject& first, const IMKObject& second, const MemberInfo& member)
+    {
+        Difference difference;
+        difference.first = memberText(first, member);
+        difference.second = memberText(second, member);
+        difference.firstValue = memberJson(first, member);
+        difference.secondValue = memberJson(second, member);
+        report(difference);
+    }
+
+    void report(Difference& difference)
+    {
+        difference.path = m_path;
+        m_visit(difference);
+    }
+
+    const IgnoredMembers& m_ignored;
+    const std::function<void(const Difference&)>& m_visit;
+    Aligner m_aligner;
+    MemberPath m_path;
+};
+
+} // namespace
+
+void compareRecords(const IMKObject& first, const IMKObject& second, const IgnoredMembers& ignored,
+                    const std::function<void(const Difference&)>& visit)
+{
+    Comparison(ignored, visit).compareRoots(first, second);
+}
+
+} // namespace routermsg

@@ -1,0 +1,71 @@
+#include "Finding.h"
+
+#include "Terminal.h"
+
+namespace routermsg {
+
+namespace {
+
+MODELKIT::Place inFile(MODELKIT::Place place, const QString& file)
+{
+    if (place.file.isEmpty())
+        place.file = file;
+    return place;
+}
+
+} // namespace
+
+Finding Finding::of(const MODELKIT::Failure& failure, const QString& file)
+{
+    const Status status = failure.kind == MODELKIT::Failure::InputOutput ? Failed : Found;
+    return {Error, status, failure.text, inFile(failure.place, file)};
+}
+
+Finding Finding::of(const ModelKitException& exception, const QString& file)
+{
+    return {Error, Found, exception.GetText(), inFile(exception.GetPlace(), file)};
+}
+
+Finding Finding::ofFile(const QString& file, const QString& text)
+{
+    Finding finding;
+    finding.status = Failed;
+    finding.text = text;
+    finding.place.file = file;
+    return finding;
+}
+
+QString Finding::toLine(const Output& output) const
+{
+    const QString where = printable(place.ToString());
+    QString line = output.paint(Style::Place,
+                                (where.isEmpty() ? QStringLiteral("routermsg") : where) + QLatin1Char(':'));
+    line += QLatin1Char(' ');
+    line += severity == Error ? output.paint(Style::Error, QStringLiteral("error:"))
+                              : output.paint(Style::Warning, QStringLiteral("warning:"));
+    line += QLatin1Char(' ') + printable(text);
+    if (!place.path.isEmpty())
+        line += QStringLiteral(" (in %1)").arg(printable(place.path));
+    return line;
+}
+
+QJsonObject Finding::toJson() const
+{
+    QJsonObject json;
+    json[QStringLiteral("severity")] =
+        severity == Error ? QStringLiteral("error") : QStringLiteral("warning");
+    json[QStringLiteral("text")] = text;
+    if (!place.file.isEmpty())
+        json[QStringLiteral("file")] = place.file;
+    if (place.line > 0) {
+        json[QStringLiteral("line")] = place.line;
+        json[QStringLiteral("column")] = place.column;
+    }
+    if (place.offset >= 0)
+        json[QStringLiteral("offset")] = place.offset;
+    if (!place.path.isEmpty())
+        json[QStringLiteral("path")] = place.path;
+    return json;
+}
+
+} // namespace routermsg

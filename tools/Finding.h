@@ -1,0 +1,70 @@
+/// \file
+/// What is wrong with a document, and where.
+#pragma once
+
+#include "modelkit/Exceptions.h"
+#include "modelkit/Failure.h"
+
+#include <QtCore/QJsonObject>
+#include <QtCore/QString>
+
+#include <exception>
+
+namespace routermsg {
+
+class Output;
+
+/// The exit status of a command. The worst of several is the largest.
+enum Status : int
+{
+    Fine = 0,  ///< nothing to complain about
+    Found = 1, ///< a document is not valid, or documents differ
+    Failed = 2 ///< wrong usage, or a file cannot be read or written
+};
+
+/// One thing that is wrong with a document.
+struct Finding
+{
+    enum Severity : int
+    {
+        Error,
+        Warning
+    };
+
+    Severity severity = Error;
+    /// What the finding does to the exit status.
+    Status status = Found;
+    /// One sentence without the place, as the library says it; it may hold text from the document.
+    QString text;
+    /// The file is named as the user named it. For JSON the path is one such as "$.DF_Params.Frequency".
+    MODELKIT::Place place;
+
+    /// \a file counts when the failure does not know its file.
+    static Finding of(const MODELKIT::Failure& failure, const QString& file);
+    static Finding of(const ModelKitException& exception, const QString& file);
+    /// A file that cannot be read or written.
+    static Finding ofFile(const QString& file, const QString& text);
+
+    /// "file:line:column: error: text (in path)" or "file: offset N: error: text (in path)", without
+    /// what is not known; "routermsg:" stands for a place of which nothing is known. Safe to be shown.
+    /// Coloured as \a output wants it.
+    QString toLine(const Output& output) const;
+    /// The members severity, text, file, line, column, offset and path, without those not known.
+    QJsonObject toJson() const;
+};
+
+/// Ends the work on a document.
+class Refusal : public std::exception
+{
+public:
+    explicit Refusal(const Finding& finding) : m_finding(finding), m_utf8(finding.text.toUtf8()) {}
+
+    const Finding& finding() const noexcept { return m_finding; }
+    const char* what() const noexcept override { return m_utf8.constData(); }
+
+private:
+    Finding m_finding;
+    QByteArray m_utf8;
+};
+
+} // namespace routermsg

@@ -1,0 +1,137 @@
+#include "TreeView.h"
+
+#include "Terminal.h"
+#include "Values.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+namespace routermsg {
+
+using MODELKIT::IMKObject;
+using PELLU300ROUTERINTERFACEXML::MemberInfo;
+using PELLU300ROUTERINTERFACEXML::RecordInfo;
+
+namespace {
+
+class Tree
+{
+public:
+    explicit Tree(Output& output) : m_output(output) {}
+
+    void writeRoot(const IMKObject& record)
+    {
+        writeLine(0, name(RecordInfo::Of(record).GetName()));
+        writeMembers(record, 1);
+    }
+
+private:
+    void writeMembers(const IMKObject& record, int depth)
+    {
+        QVector<const MemberInfo*> unset;
+        const RecordInfo& info = RecordInfo::Of(record);
+        for (const MemberInfo* member : info.GetMembers()) {
+            if (member->IsSet(record))
+                writeMember(record, *member, depth);
+            else
+                unset += member;
+        }
+        // Of a choice that is made the others are not missing.
+        if (!unset.isEmpty() && !(info.IsChoice() && unset.size() < info.GetMembers().size()))
+            writeUnset(unset, info.IsChoice(), depth);
+    }
+
+    void writeMember(const IMKObject& record, const MemberInfo& member, int depth)
+    {
+        const QString begin = name(member.GetName()) + faint(QStringLiteral(": ") + typeName(member));
+        switch (member.GetKind()) {
+        case MemberInfo::Record:
+            writeLine(depth, begin);
+            writeMembers(member.GetRecord(record), depth + 1);
+            break;
+        case MemberInfo::List:
+            writeLine(depth, begin + faint(QStringLiteral(" of %1").arg(member.CountItems(record))));
+            writeItems(record, member, depth + 1);
+            break;
+        default:
+            writeLine(depth, begin + faint(QStringLiteral(" = "))
+                                 + m_output.paint(Style::Value, valueText(member, member.GetValue(record))));
+        }
+    }
+
+    void writeItems(const IMKObject& record, const MemberInfo& member, int depth)
+    {
+        const QString itemName = name(member.GetClass()->GetName());
+        for (int i = 0, count = member.CountItems(record); i < count; ++i) {
+            writeLine(depth, faint(QStringLiteral("[%1] ").arg(i + 1)) + itemName);
+            writeMembers(member.GetItem(record, i), depth + 1);
+        }
+    }
+
+    void writeUnset(const QVector<const MemberInfo*>& members, bool isChoice, int depth)
+    {
+        QStringList texts;
+        for (const MemberInfo* member : members)
+            texts += isChoice ? member->GetName()
+                              : QStringLiteral("%1 (%2)").arg(member->GetName(), typeName(*member));
+        writeLine(depth, faint((isChoice ? QStringLiteral("not set: one of ") : QStringLiteral("not set: "))
+                               + texts.join(QStringLiteral(", "))));
+    }
+
+    QString name(const QString& text) const { return m_output.paint(Style::Name, text); }
+    QString faint(const QString& text) const { return m_output.paint(Style::Faint, text); }
+
+    void writeLine(int depth, const QString& text)
+    {
+        m_output.writeLine(QString(2 * depth, QLatin1Char(' ')) + text);
+    }
+
+    Output& m_output;
+};
+
+QJsonArray itemsJson(const IMKObject& record, const MemberInfo& member)
+{
+    QJsonArray items;
+    for (int i = 0, count = member.CountItems(record); i < count; ++i)
+        items += treeJson(member.GetItem(record, i));
+    return items;
+}
+
+QJsonObject memberTree(const IMKObject& record, const MemberInfo& member)
+{
+    QJsonObject json{{QStringLiteral("name"), member.GetName()},
+                     {QStringLiteral("type"), typeName(member)},
+                     {QStringLiteral("set"), member.IsSet(record)}};
+    if (!member.IsSet(record))
+        return json;
+    switch (member.GetKind()) {
+    case MemberInfo::Record:
+        json[QStringLiteral("value")] = treeJson(member.GetRecord(record));
+        break;
+    case MemberInfo::List:
+        json[QStringLiteral("items")] = itemsJson(record, member);
+        break;
+    case MemberInfo::Enumeration:
+        json[QStringLiteral("number")] = member.GetValue(record).toInt();
+        [[fallthrough]];
+    default:
+        json[QStringLiteral("value")] = valueJson(member, member.GetValue(record));
+    }
+    return json;
+}
+
+} // namespace
+
+void writeTree(const IMKObject& record, Output& output) { Tree(output).writeRoot(record); }
+
+QJsonObject treeJson(const IMKObject& record)
+{
+    const RecordInfo& info = RecordInfo::Of(record);
+    QJsonArray members;
+    for (const MemberInfo* member : info.GetMembers())
+        members += memberTree(record, *member);
+    return {{QStringLiteral("record"), info.GetName()}, {QStringLiteral("members"), members}};
+}
+
+} // namespace routermsg

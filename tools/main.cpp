@@ -1,0 +1,88 @@
+#include "CommandLine.h"
+#include "UsageError.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <clocale>
+#include <exception>
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace routermsg;
+
+namespace {
+
+// Whatever the user's language: names and texts are in UTF-8.
+void useUtf8() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
+
+// A standard stream that was closed would become the next file that is opened. Nothing can be read from
+// or written to what stands in for it.
+void occupyStandardStreams()
+{
+    const auto occupy = [](int descriptor, int mode) {
+        if (fcntl(descriptor, F_GETFD) < 0)
+            open("/dev/null", mode);
+    };
+    occupy(STDIN_FILENO, O_WRONLY);
+    occupy(STDOUT_FILENO, O_RDONLY);
+    occupy(STDERR_FILENO, O_RDONLY);
+}
+
+// The program says itself what is wrong.
+void ignoreQtMessages()
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+}
+
+Status run(const CommandLine::Work& work, Session& session)
+{
+    try {
+        const Status status = work(session);
+        session.out().flush();
+        return status;
+    } catch (const Refusal& refusal) {
+        session.complain(refusal.finding());
+        return refusal.finding().status;
+    } catch (const UsageError& error) {
+        session.complain(error.text());
+        return Failed;
+    }
+}
+
+Status run(int argc, char* argv[])
+{
+    CommandLine commandLine;
+    CommandLine::Work work;
+    try {
+        work = commandLine.parse(argc, argv);
+    } catch (const UsageError& error) {
+        Session(commandLine.commonOptions()).complain(error.text());
+        return Failed;
+    }
+    Session session(commandLine.commonOptions());
+    try {
+        return run(work, session);
+    } catch (const OutputError& error) {
+        if (!error.isBrokenPipe())
+            session.complain(QString::fromUtf8(error.what()));
+        return Failed;
+    } catch (const std::exception& exception) {
+        session.complain(QString::fromUtf8(exception.what()));
+        return Failed;
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    useUtf8();
+    occupyStandardStreams();
+    ignoreQtMessages();
+    try {
+        return run(argc, argv);
+    } catch (const OutputError&) {
+        // Not even the complaint could be written.
+        return Failed;
+    }
+}
