@@ -15,7 +15,7 @@ Prepare writing(const Write& write, const Canonical& canonical)
     return [=](int fragments) {
         const auto message = std::make_shared<PlainMessage>(plainMessage(fragments));
         require(write(*message) == canonical(canonicalDocument(fragments)));
-        return [=] { return std::make_shared<QByteArray>(write(*message)); };
+        return [=] { return std::make_shared<decltype(write(*message))>(write(*message)); };
     };
 }
 
@@ -34,6 +34,7 @@ Prepare reading(const Read& read, const Canonical& canonical)
 void addPlainLoops()
 {
     addTime("XML write", "Qt loop", writing(plainXml, xmlOf));
+    addTime("XML write to a string", "Qt loop", writing(plainXmlString, xmlStringOf));
     addTime("XML read", "Qt loop", reading(readPlainXml, xmlOf));
     addTime("binary write", "Qt loop", writing(plainStream, frameOf));
     addTime("binary read", "Qt loop", reading(readPlainStream, frameOf));

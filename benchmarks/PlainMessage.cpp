@@ -538,10 +538,10 @@ PlainMessage plainMessage(int fragments)
     return message;
 }
 
-QByteArray plainXml(const PlainMessage& message)
+namespace {
+
+void writePlainXml(const PlainMessage& message, QXmlStreamWriter& writer)
 {
-    QByteArray xml;
-    QXmlStreamWriter writer(&xml);
     XmlWriter payloads{writer};
     writer.writeStartElement(QStringLiteral("PelLu300RouterInterfaceXml"));
     writer.writeStartElement(QStringLiteral("PelLu300RouterMessage"));
@@ -555,6 +555,23 @@ QByteArray plainXml(const PlainMessage& message)
     }
     writer.writeEndElement();
     writer.writeEndElement();
+}
+
+} // namespace
+
+QByteArray plainXml(const PlainMessage& message)
+{
+    QByteArray xml;
+    QXmlStreamWriter writer(&xml);
+    writePlainXml(message, writer);
+    return xml;
+}
+
+QString plainXmlString(const PlainMessage& message)
+{
+    QString xml;
+    QXmlStreamWriter writer(&xml);
+    writePlainXml(message, writer);
     return xml;
 }
 

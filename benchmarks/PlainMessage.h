@@ -73,6 +73,7 @@ struct PlainMessage
 PlainMessage plainMessage(int fragments);
 
 QByteArray plainXml(const PlainMessage& message);
+QString plainXmlString(const PlainMessage& message);
 PlainMessage readPlainXml(const QByteArray& xml);
 
 // Over QDataStream, filling lengths in by seeking.

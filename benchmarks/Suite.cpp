@@ -48,6 +48,28 @@ long long heapInUse()
     return static_cast<long long>(info.uordblks + info.hblkhd);
 }
 
+struct Key
+{
+    std::string operation;
+    std::string contender;
+
+    bool operator<(const Key& other) const
+    {
+        return operation != other.operation ? operation < other.operation : contender < other.contender;
+    }
+};
+
+// What was added, in order.
+std::vector<Key> added;
+
+void note(const std::string& operation, const char* contender)
+{
+    const Key key{operation, contender};
+    if (std::none_of(added.begin(), added.end(),
+                     [&key](const Key& known) { return !(known < key) && !(key < known); }))
+        added.push_back(key);
+}
+
 std::string nameOf(const char* operation, const char* contender, int fragments)
 {
     return std::string(operation) + '|' + contender + '|' + std::to_string(fragments);
@@ -71,6 +93,7 @@ void time(benchmark::State& state, const Prepare& prepare, int fragments)
 void addMemoryRow(const std::string& operation, const char* contender, const Prepare& prepare, int fragments,
                   long long (*gauge)())
 {
+    note(operation, contender);
     const auto measure = [=](benchmark::State& state) {
         const Operation work = prepare(fragments);
         long long taken = 0;
@@ -88,17 +111,6 @@ void addMemoryRow(const std::string& operation, const char* contender, const Pre
 
 // --- the table
 
-struct Key
-{
-    std::string operation;
-    std::string contender;
-
-    bool operator<(const Key& other) const
-    {
-        return operation != other.operation ? operation < other.operation : contender < other.contender;
-    }
-};
-
 // Values per fragment.
 class Results
 {
@@ -109,8 +121,6 @@ public:
         const auto second = name.find('|', first + 1);
         const Key key{name.substr(0, first), name.substr(first + 1, second - first - 1)};
         const int fragments = std::atoi(name.c_str() + second + 1);
-        if (m_values.find(key) == m_values.end())
-            m_order.push_back(key);
         m_values[key][fragments] = total / fragments;
     }
 
@@ -134,21 +144,22 @@ public:
         return *valueA / *valueB;
     }
 
-    // All rows of an operation together, the operations in the order in which they were added.
+    // The rows that have values: all of an operation together, in the order in which they were added.
     std::vector<Key> rows() const
     {
         std::vector<Key> sorted;
-        for (const Key& first : m_order)
-            for (const Key& row : m_order)
-                if (row.operation == first.operation
-                    && std::none_of(sorted.begin(), sorted.end(),
-                                    [&row](const Key& known) { return !(known < row) && !(row < known); }))
+        std::vector<std::string> operations;
+        for (const Key& row : added)
+            if (std::find(operations.begin(), operations.end(), row.operation) == operations.end())
+                operations.push_back(row.operation);
+        for (const std::string& operation : operations)
+            for (const Key& row : added)
+                if (row.operation == operation && m_values.find(row) != m_values.end())
                     sorted.push_back(row);
         return sorted;
     }
 
 private:
-    std::vector<Key> m_order;
     std::map<Key, std::map<int, double>> m_values;
 };
 
@@ -295,6 +306,7 @@ void printTargets(const Results& results)
 void addTime(const char* operation, const char* contender, const Prepare& prepare,
              const std::vector<int>& sizes)
 {
+    note(operation, contender);
     for (const int fragments : sizes) {
         const auto run = [prepare, fragments](benchmark::State& state) {
             try {

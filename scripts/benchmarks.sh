@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Builds the benchmarks for speed and prints the table of docs/performance.md:
+#
+#     scripts/benchmarks.sh [OPTION OF GOOGLE BENCHMARK]...
+#     scripts/benchmarks.sh --update     writes docs/performance.md anew from its frame and three runs
+#
+# Contenders whose Debian packages are missing are left out, and named.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+install_missing cmake g++ libbenchmark-dev ninja-build qtbase5-dev
+folder=build/benchmarks
+cmake -S . -B $folder -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DROUTERINTERFACE_BENCHMARKS=ON \
+    -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF -DROUTERINTERFACE_TOOLS=OFF >$folder.log
+grep -i "left out" $folder.log >&2 || true
+cmake --build $folder >/dev/null || cmake --build $folder
+
+run() { $folder/benchmarks/benchmarks --benchmark_enable_random_interleaving=true "$@"; }
+
+if [ "${1:-}" != --update ]; then
+    run "$@"
+    exit
+fi
+page=docs/performance.md
+measured='<!-- measured -->'
+{
+    sed "/$measured/,\$d" $page
+    echo "$measured"
+    echo
+    echo "On $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -1), $(nproc) cores;" \
+        "$(. /etc/os-release && echo "$PRETTY_NAME"); $(g++ --version | head -1), -O3;" \
+        "Qt $(dpkg-query -W -f '${Version}' qtbase5-dev | sed 's/+.*//')."
+    echo
+    for number in 1 2 3; do
+        echo "### Run $number"
+        echo
+        run 2>/dev/null
+        echo
+    done
+} >$page.new
+mv $page.new $page

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Compares the instructions that the canonical operations take with benchmarks/instructions.txt;
+# --update writes the file anew.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+install_missing cmake g++ ninja-build qtbase5-dev valgrind
+folder=build/instructions
+cmake -S . -B $folder -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER=g++ \
+    -DROUTERINTERFACE_BENCHMARKS=ON -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF \
+    -DROUTERINTERFACE_TOOLS=OFF
+cmake --build $folder --target canonical_operations
+bash benchmarks/count_instructions.sh "$@" $folder/benchmarks/canonical_operations benchmarks/instructions.txt
