@@ -250,7 +250,7 @@ void requireWritten(DocumentOperation& operation, QDataStream& stream)
 {
     auto* file = qobject_cast<QFileDevice*>(stream.device());
     const bool isFlushed = !file || file->flush();
-    if (stream.status() == QDataStream::Ok && isFlushed)
+    if (stream.device() && stream.status() == QDataStream::Ok && isFlushed)
         return;
     const QString reason = stream.device() ? stream.device()->errorString() : QStringLiteral("No device");
     operation.Fail(Failure::InputOutput,

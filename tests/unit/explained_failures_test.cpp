@@ -1,0 +1,1398 @@
+// Why an operation on a whole document failed: the whole sentence, the exact place, and one entry in the
+// log each.
+
+#include "TestSupport.h"
+
+#include "modelkit/LogSinks.h"
+#include "modelkit/ReadingReport.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QSaveFile>
+#include <QtCore/QTemporaryDir>
+
+#include <csignal>
+#include <functional>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace testing_support;
+using MODELKIT::Failure;
+using MODELKIT::IMKObject;
+using MODELKIT::Limits;
+using MODELKIT::Place;
+using MODELKIT::ReadingReport;
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+const char* const rootPath = "/PelLu300RouterInterfaceXml";
+const char* const messagePath = "/PelLu300RouterInterfaceXml/PelLu300RouterMessage";
+
+QString inRoot(const QString& content)
+{
+    return text("<PelLu300RouterInterfaceXml>") + content + text("</PelLu300RouterInterfaceXml>");
+}
+
+QString inMessage(const QString& content)
+{
+    return inRoot(text("<PelLu300RouterMessage>") + content + text("</PelLu300RouterMessage>"));
+}
+
+QString attributes(int count)
+{
+    QString result;
+    for (int i = 0; i < count; ++i)
+        result += text(" a%1=''").arg(i);
+    return result;
+}
+
+enum class ByteOrder
+{
+    Big,
+    Little
+};
+
+// UTF-16 with a byte order mark.
+QByteArray utf16(const QString& content, ByteOrder order)
+{
+    QByteArray result;
+    QDataStream stream(&result, QIODevice::WriteOnly);
+    stream.setByteOrder(order == ByteOrder::Big ? QDataStream::BigEndian : QDataStream::LittleEndian);
+    stream << quint16(0xFEFF);
+    for (const QChar character : content)
+        stream << quint16(character.unicode());
+    return result;
+}
+
+class ScopedLimits
+{
+public:
+    template <class Change>
+    explicit ScopedLimits(const Change& change) : m_before(Limits::Get())
+    {
+        Limits limits = m_before;
+        change(limits);
+        Limits::Set(limits);
+    }
+    ~ScopedLimits() { Limits::Set(m_before); }
+
+private:
+    Limits m_before;
+};
+
+// Collects what is logged.
+class Log
+{
+public:
+    explicit Log(const IMKObject& record) { record.SetLogger(std::make_shared<MODELKIT::Logger>(m_sink)); }
+
+    // Expects that nothing but this has been logged.
+    void expectOneError(const QString& sentence) const
+    {
+        ASSERT_EQ(m_sink->GetEntries().size(), 1);
+        EXPECT_EQ(m_sink->GetEntries().first().level, MODELKIT::Logger::Error);
+        EXPECT_EQ(m_sink->GetEntries().first().text, sentence);
+    }
+
+    void expectNothing() const { EXPECT_TRUE(m_sink->GetEntries().isEmpty()); }
+
+private:
+    std::shared_ptr<MODELKIT::MemoryLogSink> m_sink = std::make_shared<MODELKIT::MemoryLogSink>();
+};
+
+// A folder with at most one document.
+class Folder
+{
+public:
+    QString path() const { return m_folder.filePath(text("document")); }
+
+    QString write(const QByteArray& bytes) const
+    {
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(bytes), bytes.size());
+        return path();
+    }
+
+    QByteArray read() const
+    {
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    QStringList entries() const
+    {
+        return QDir(m_folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
+    }
+
+    QString folder() const { return m_folder.path(); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+PelLu300RouterInterfaceXml sample()
+{
+    PelLu300RouterInterfaceXml document;
+    document.GetPelLu300RouterMessage().SetType(PelLu300RouterMessage::Reply);
+    document.GetPelLu300RouterMessage().SetMessageID(7);
+    return document;
+}
+
+const char* const sampleForm = "8553499A 00000029 9B1A7AD8 00000021"
+                               "E1D9E008 00000009 00000005 5265706C79"
+                               "EF193DE9 00000008 0000000000000007";
+
+// Expects that the operation returns false for that reason, and leaves a record that has not begun to
+// read unchanged.
+template <class Operation>
+void expectFailure(PelLu300RouterInterfaceXml& document, Failure::Kind kind, const QString& sentence,
+                   const Operation& operation)
+{
+    const Log log(document);
+    EXPECT_FALSE(operation());
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, kind);
+    EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), sentence);
+    log.expectOneError(sentence);
+}
+
+void expectFileRefused(const QByteArray& bytes, Failure::Kind kind, const QString& sentence,
+                       bool validate = false)
+{
+    const Folder folder;
+    const QString path = folder.write(bytes);
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(validate);
+    expectFailure(document, kind, path + text(":") + sentence, [&] { return document.LoadXml(path); });
+}
+
+// The same for the text as a string and as a file.
+void expectRefused(const QString& xml, Failure::Kind kind, const QString& sentence, bool validate = false)
+{
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(validate);
+    expectFailure(document, kind, sentence, [&] { return document.SetXmlString(xml, true); });
+    expectFileRefused(xml.toUtf8(), kind, sentence, validate);
+}
+
+// The reason is the reader's, whose words are its own.
+void expectNotWellFormed(const QString& xml, const QString& position, const QString& path)
+{
+    PelLu300RouterInterfaceXml document;
+    const Log log(document);
+    EXPECT_FALSE(document.SetXmlString(xml, false));
+    const Failure& failure = IMKObject::GetLastFailure();
+    EXPECT_EQ(failure.kind, Failure::NotWellFormed);
+    EXPECT_FALSE(failure.text.isEmpty());
+    const QString sentence = text("%1: %2 (in %3)").arg(position, failure.text, path);
+    EXPECT_EQ(failure.GetSentence(), sentence);
+    log.expectOneError(sentence);
+}
+
+void expectRead(const QString& xml)
+{
+    PelLu300RouterInterfaceXml document;
+    const Log log(document);
+    EXPECT_TRUE(document.SetXmlString(xml, false)) << IMKObject::GetLastFailure().GetSentence().toStdString();
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+    const Folder folder;
+    EXPECT_TRUE(document.LoadXml(folder.write(xml.toUtf8())));
+    log.expectNothing();
+}
+
+// Expects that the operation throws this, with that sentence as the reason and in the log.
+template <class Exception, class Operation>
+void expectThrown(const IMKObject& record, const QString& sentence, const Operation& operation)
+{
+    const Log log(record);
+    try {
+        operation();
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const ModelKitException& exception) {
+        EXPECT_TRUE(typeid(exception) == typeid(Exception)) << typeid(exception).name();
+        Failure same;
+        same.text = exception.GetText();
+        same.place = exception.GetPlace();
+        EXPECT_EQ(same.GetSentence(), sentence);
+    }
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::Refused);
+    EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), sentence);
+    log.expectOneError(sentence);
+}
+
+} // namespace
+
+// --- attributes -----------------------------------------------------------------------------------
+
+namespace {
+
+const char* const tooMany = "An element has more attributes than the limit of 256.";
+
+QString tooManyAt(const char* position, const char* path)
+{
+    return text("%1: %2 (in %3)").arg(text(position), text(tooMany), text(path));
+}
+
+} // namespace
+
+TEST(ExplainedAttributes, TheLimitIs256UntilItIsChanged) { EXPECT_EQ(Limits::Get().attributes, 256); }
+
+TEST(ExplainedAttributes, AsManyAsTheLimitAreReadOver)
+{
+    expectRead(inRoot(text("<x") + attributes(256) + text("/>")));
+    expectRead(inRoot(text("<x") + attributes(256) + text("></x>")));
+    expectRead(text("<PelLu300RouterInterfaceXml") + attributes(256) + text("/>"));
+}
+
+TEST(ExplainedAttributes, OneMoreIsRefusedWhereItsTagBegins)
+{
+    expectRefused(inRoot(text("\n  <x") + attributes(257) + text("/>")), Failure::TooManyAttributes,
+                  tooManyAt("2:3", rootPath));
+    expectRefused(inMessage(text("\n<Type") + attributes(257) + text(">Reply</Type>")),
+                  Failure::TooManyAttributes, tooManyAt("2:1", messagePath));
+}
+
+TEST(ExplainedAttributes, OnTheRootTheyLeaveNoPath)
+{
+    expectRefused(text("\n<PelLu300RouterInterfaceXml") + attributes(257) + text("/>"),
+                  Failure::TooManyAttributes,
+                  text("2:1: An element has more attributes than the limit of 256."));
+}
+
+// U+1F600 is two units.
+TEST(ExplainedAttributes, CharactersOfSeveralBytesInFrontCountAsInAString)
+{
+    expectRefused(inRoot(text("\n\u00E4\u20AC\U0001F600<x") + attributes(257) + text("/>")),
+                  Failure::TooManyAttributes, tooManyAt("2:5", rootPath));
+}
+
+TEST(ExplainedAttributes, TheLimitHoldsAtAndNotAboveInUtf16)
+{
+    for (const ByteOrder order : {ByteOrder::Big, ByteOrder::Little}) {
+        const QString before = text("\n\u00E4\u20AC\U0001F600<x");
+        expectFileRefused(utf16(inRoot(before + attributes(257) + text("/>")), order),
+                          Failure::TooManyAttributes, tooManyAt("2:5", rootPath));
+        const Folder folder;
+        PelLu300RouterInterfaceXml document;
+        EXPECT_TRUE(
+            document.LoadXml(folder.write(utf16(inRoot(before + attributes(256) + text("/>")), order))));
+    }
+}
+
+TEST(ExplainedAttributes, TheLimitHoldsInEncodingsOfOneByte)
+{
+    expectFileRefused("<?xml version='1.0' encoding='ISO-8859-1'?>\n<PelLu300RouterInterfaceXml>\xE4\xF6<x"
+                          + attributes(257).toLatin1() + "/></PelLu300RouterInterfaceXml>",
+                      Failure::TooManyAttributes, tooManyAt("2:31", rootPath));
+}
+
+TEST(ExplainedAttributes, AByteOrderMarkDoesNotCount)
+{
+    expectFileRefused("\xEF\xBB\xBF" + inRoot(text("<x") + attributes(257) + text("/>")).toUtf8(),
+                      Failure::TooManyAttributes, tooManyAt("1:29", rootPath));
+}
+
+TEST(ExplainedAttributes, AreCountedBehindSignsInQuotes)
+{
+    const QString quoted = text("<x q='a>b=c\"=' r=\"a>b=c'=/>\"");
+    expectRead(inRoot(quoted + attributes(254) + text("/>")));
+    expectRefused(inRoot(quoted + attributes(255) + text("/>")), Failure::TooManyAttributes,
+                  tooManyAt("1:29", rootPath));
+}
+
+TEST(ExplainedAttributes, AreCountedWithBlanksAroundTheSign)
+{
+    const QString spaced = text("<x\n\t") + attributes(257).replace(text("="), text(" \n= "));
+    expectRefused(inRoot(spaced + text("/>")), Failure::TooManyAttributes, tooManyAt("1:29", rootPath));
+}
+
+// An opening bracket in a value would hide what is behind it, were it allowed.
+TEST(ExplainedAttributes, AnOpeningBracketInQuotesIsNotWellFormed)
+{
+    expectNotWellFormed(inRoot(text("<x q='<'") + attributes(300) + text("/>")), text("1:35"),
+                        text(rootPath));
+}
+
+TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
+{
+    const QString alike = text("<x") + attributes(300) + text("/>");
+    for (const QString& content :
+         {text("<!-- %1 -->").arg(alike), text("<!--%1- -> ->-->").arg(alike),
+          text("<![CDATA[%1]] >]]>").arg(alike), text("<?x %1? >?>").arg(alike), alike.toHtmlEscaped()}) {
+        expectRead(inRoot(content));
+        expectRead(inMessage(text("<Type>Re") + content + text("</Type>")));
+        // What is behind is seen again.
+        PelLu300RouterInterfaceXml document;
+        EXPECT_FALSE(document.SetXmlString(inRoot(content + alike), false));
+        EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+                  text("1:%1: %2 (in %3)")
+                      .arg(QString::number(29 + content.size()), text(tooMany), text(rootPath)));
+    }
+    expectRead(text("<?xml version='1.0'?><!--%1--><?x %1?>").arg(alike) + inRoot(QString()));
+}
+
+TEST(ExplainedAttributes, EqualSignsInATextAreNone)
+{
+    expectRead(inRoot(text("='").repeated(1000)));
+    expectRead(inMessage(text("<x a=''>") + text(" a=''").repeated(1000) + text("</x>")));
+}
+
+TEST(ExplainedAttributes, OfSeveralElementsAreNotAddedUp)
+{
+    expectRead(inRoot((text("<x") + attributes(200) + text("/>")).repeated(10)));
+}
+
+TEST(ExplainedAttributes, ALimitOfZeroRefusesAll)
+{
+    const ScopedLimits limits([](Limits& changed) { changed.attributes = 0; });
+    expectRead(inRoot(QString()));
+    expectRefused(
+        inRoot(text("<x a=''/>")), Failure::TooManyAttributes,
+        text("1:29: An element has more attributes than the limit of 0. (in %1)").arg(text(rootPath)));
+}
+
+// The text is looked through before a reader sees it.
+TEST(ExplainedAttributes, AreToldBeforeAnythingElseAndLeaveTheRecordUnchanged)
+{
+    const QString tag = text("<x") + attributes(257) + text("/>");
+    PelLu300RouterInterfaceXml document = sample();
+    expectFailure(document, Failure::TooManyAttributes,
+                  text("1:11: An element has more attributes than the limit of 256. (in /Fragment)"), [&] {
+                      return document.SetXmlString(text("<Fragment>") + tag + text("</Fragment>"), true);
+                  });
+    EXPECT_TRUE(document == sample());
+    EXPECT_FALSE(document.SetXmlString(inRoot(text("</y>") + tag), true));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::TooManyAttributes);
+    EXPECT_EQ(IMKObject::GetLastFailure().place.ToString(), text("1:33"));
+    EXPECT_TRUE(document == sample());
+}
+
+TEST(ExplainedAttributes, DoNotCountForProcessXml)
+{
+    OstraInterfacePort port;
+    readXml(port,
+            text("<OstraInterfacePort") + attributes(300) + text("><Port>7</Port></OstraInterfacePort>"));
+    EXPECT_EQ(port.GetPort(), 7U);
+}
+
+// --- document type declarations -------------------------------------------------------------------
+
+namespace {
+
+const char* const noDoctype = "A document type declaration is not accepted.";
+
+} // namespace
+
+TEST(ExplainedDoctype, IsRefusedWhereItBegins)
+{
+    const QString doctype = text("<!DOCTYPE x [<!ENTITY e 'f'>]>") + inRoot(QString());
+    expectRefused(doctype, Failure::DoctypeRefused, text("1:1: ") + text(noDoctype));
+    expectRefused(text("<?xml version='1.0' encoding='UTF-8'?>\n<!-- \u00E4 <!DOCTYPE y> -->\n<?z?>\n  ")
+                      + doctype,
+                  Failure::DoctypeRefused, text("4:3: ") + text(noDoctype));
+    expectRefused(text("<!--\u00E4\U0001F600-->") + doctype, Failure::DoctypeRefused,
+                  text("1:11: ") + text(noDoctype));
+    // Also one that does not end.
+    expectRefused(text("\n<!DOCTYPE"), Failure::DoctypeRefused, text("2:1: ") + text(noDoctype));
+}
+
+TEST(ExplainedDoctype, IsRefusedWhereItBeginsInUtf16)
+{
+    for (const ByteOrder order : {ByteOrder::Big, ByteOrder::Little})
+        expectFileRefused(utf16(text("<?xml version='1.0' encoding='UTF-16'?>\r\n<!--\u20AC--> <!DOCTYPE x>")
+                                    + inRoot(QString()),
+                                order),
+                          Failure::DoctypeRefused, text("2:10: ") + text(noDoctype));
+}
+
+TEST(ExplainedDoctype, LeavesTheRecordUnchanged)
+{
+    PelLu300RouterInterfaceXml document = sample();
+    expectFailure(document, Failure::DoctypeRefused, text("1:1: ") + text(noDoctype),
+                  [&] { return document.SetXmlString(text("<!DOCTYPE x>") + inRoot(QString()), true); });
+    EXPECT_TRUE(document == sample());
+}
+
+TEST(ExplainedDoctype, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
+{
+    const QString alike = text("<!DOCTYPE x [<!ENTITY e 'f'>]>");
+    expectRead(text("<!--%1--><?x %1?>").arg(alike) + inRoot(QString())
+               + text("<!--%1--><?x %1?>").arg(alike));
+    for (const char* const content : {"<!--%1-->", "<![CDATA[%1]]>", "<?x %1?>"}) {
+        PelLu300RouterInterfaceXml document;
+        ASSERT_TRUE(document.SetXmlString(
+            inMessage(text("<Type>Re") + text(content).arg(alike) + text("</Type><MessageID>7</MessageID>")),
+            false));
+        EXPECT_EQ(document.GetPelLu300RouterMessage().GetMessageID(), 7U);
+    }
+}
+
+// Readers differ in whether they take one there.
+TEST(ExplainedDoctype, InsideOrBehindTheRootIsRefusedAndItsEntitiesAreNotFollowed)
+{
+    const QString declared = text("<!DOCTYPE x [<!ENTITY e 'Reply'>]>");
+    for (const QString& xml : {inMessage(declared + text("<Type>&e;</Type>")), inRoot(declared),
+                               inRoot(QString()) + declared, inRoot(QString()) + text("\n<!DOCTYPE x>")}) {
+        PelLu300RouterInterfaceXml document;
+        const Log log(document);
+        EXPECT_FALSE(document.SetXmlString(xml, false)) << xml.toStdString();
+        EXPECT_TRUE(IMKObject::GetLastFailure().kind == Failure::NotWellFormed
+                    || IMKObject::GetLastFailure().kind == Failure::DoctypeRefused);
+        log.expectOneError(IMKObject::GetLastFailure().GetSentence());
+        EXPECT_FALSE(document.GetPelLu300RouterMessage().IsTypeSet());
+    }
+}
+
+// --- prefixes -------------------------------------------------------------------------------------
+
+TEST(ExplainedPrefixes, AreLeftOutOfNamesWhetherDeclaredOrNot)
+{
+    for (const char* const declaration : {" xmlns:p='u' xmlns='v'", ""}) {
+        PelLu300RouterInterfaceXml document;
+        ASSERT_TRUE(document.SetXmlString(text("<p:PelLu300RouterInterfaceXml%1><p:PelLu300RouterMessage>"
+                                               "<p:Type>Reply</p:Type><MessageID>7</MessageID>"
+                                               "</p:PelLu300RouterMessage></p:PelLu300RouterInterfaceXml>")
+                                              .arg(text(declaration)),
+                                          true));
+        EXPECT_TRUE(document == sample());
+    }
+}
+
+TEST(ExplainedPrefixes, AreLeftOutOfPaths)
+{
+    expectRefused(
+        text("<p:Fragment/>"), Failure::WrongRoot,
+        text("1:1: The root element is Fragment, expected is PelLu300RouterInterfaceXml. (in /Fragment)"));
+    expectNotWellFormed(inRoot(text("<p:x/><q:x></y>")), text("1:43"), text(rootPath) + text("/x[2]"));
+}
+
+TEST(ExplainedPrefixes, OfStartAndEndTagMustBeTheSame)
+{
+    expectNotWellFormed(inRoot(text("<p:x></q:x>")), text("1:39"), text(rootPath) + text("/x"));
+}
+
+TEST(ExplainedPrefixes, MakeDifferentAttributesOfOneName)
+{
+    expectRead(inRoot(text("<x p:a='' q:a='' a=''/>")));
+    expectNotWellFormed(inRoot(text("<x p:a='' p:a=''/>")), text("1:46"), text(rootPath));
+}
+
+TEST(ExplainedPrefixes, AreDeclaredByAttributesLikeOthers)
+{
+    ReadingReport report;
+    PelLu300RouterInterfaceXml document;
+    ASSERT_TRUE(document.SetXmlString(text("<PelLu300RouterInterfaceXml xmlns:p='u' p:a=''/>"), false));
+    ASSERT_EQ(report.GetEntries().size(), 2);
+    EXPECT_EQ(report.GetEntries().at(0).text, text("The attribute xmlns:p was ignored."));
+    EXPECT_EQ(report.GetEntries().at(1).text, text("The attribute p:a was ignored."));
+
+    const ScopedLimits limits([](Limits& changed) { changed.attributes = 1; });
+    expectRefused(
+        inRoot(text("<x xmlns:p='u' xmlns='v'/>")), Failure::TooManyAttributes,
+        text("1:29: An element has more attributes than the limit of 1. (in %1)").arg(text(rootPath)));
+}
+
+// --- a document that breaks off or exceeds a limit where a record would complain --------------------
+
+TEST(ExplainedLimits, NestingIsToldInsteadOfWhatIsThenMissing)
+{
+    const ScopedLimits limits([](Limits& changed) { changed.nestingDepth = 5; });
+    // Without its text the truth value is one that a record refuses.
+    expectRefused(
+        inMessage(text(
+            "\n<Fragment><AcquireMastership><Success><a>true</a></Success></AcquireMastership></Fragment>")),
+        Failure::NestedTooDeep,
+        text("2:41: Elements are nested deeper than the limit of 5. (in "
+             "%1/Fragment/AcquireMastership/Success/a)")
+            .arg(text(messagePath)),
+        true);
+}
+
+TEST(ExplainedLimits, NestingIsToldInsteadOfAnItemWithoutData)
+{
+    const ScopedLimits limits([](Limits& changed) { changed.nestingDepth = 3; });
+    expectRefused(inMessage(text("\n<Type>Reply</Type><Fragment>\n <Unknown/></Fragment>")),
+                  Failure::NestedTooDeep,
+                  text("3:11: Elements are nested deeper than the limit of 3. (in %1/Fragment/Unknown)")
+                      .arg(text(messagePath)),
+                  true);
+}
+
+TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
+{
+    const ScopedLimits limits([](Limits& changed) { changed.listItems = 1; });
+    expectRefused(
+        inMessage(text("<Type>Reply</Type>\n<Fragment><DF_Params/></Fragment>\n<Fragment></Fragment>")),
+        Failure::TooManyItems,
+        text("3:10: A list holds more items than the limit of 1. (in %1/Fragment[2])").arg(text(messagePath)),
+        true);
+
+    // Two items: one with an empty payload, one with nothing.
+    QByteArray form = bytes("8553499A 00000024 9B1A7AD8 0000001C 61023A90 00000014 00000002"
+                            "00000008 BE2DFF74 00000000 00000000");
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    expectFailure(document, Failure::TooManyItems,
+                  text("offset 40: A list holds more items than the limit of 1. (in %1/Fragment[2])")
+                      .arg(text(messagePath)),
+                  [&] { return document.SetBinaryRepresentation(form); });
+}
+
+TEST(ExplainedLimits, AnEarlierExceptionIsToldFirst)
+{
+    const ScopedLimits limits([](Limits& changed) { changed.nestingDepth = 3; });
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    expectThrown<OutOfRangeException>(
+        document,
+        text("1:52: enum is not valid (classname=PelLu300RouterMessage,membername=m_type) (in %1/Type)")
+            .arg(text(messagePath)),
+        [&] { document.SetXmlString(inMessage(text("<Type>No</Type><a><b/></a>")), true); });
+}
+
+TEST(ExplainedLimits, ADocumentCutOffIsToldInsteadOfWhatIsThenMissing)
+{
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    for (const char* const begin :
+         {"<Type>", "<Type>Rep", "<Fragment>", "<Fragment><AcquireMastership><Success>",
+          "<Fragment><MastershipState><State>Master", "<Fragment><AcquireMastership><Success></Other>"}) {
+        SCOPED_TRACE(begin);
+        const Log log(document);
+        EXPECT_FALSE(document.SetXmlString(
+            text("<PelLu300RouterInterfaceXml><PelLu300RouterMessage>") + text(begin), true));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
+        log.expectOneError(IMKObject::GetLastFailure().GetSentence());
+    }
+}
+
+// --- the place of what checking and writing throw --------------------------------------------------
+
+namespace {
+
+PelVtConnectServer badServer()
+{
+    PelVtConnectServer server;
+    server.SetAddress(QString());
+    return server;
+}
+
+MastershipState badState()
+{
+    MastershipState state;
+    state.SetState(static_cast<MastershipState::State>(99));
+    return state;
+}
+
+Fragment badFragment()
+{
+    Fragment fragment;
+    fragment.SetPelVtConnectServer(badServer());
+    return fragment;
+}
+
+// The third of four fragments holds a bad server.
+PelLu300RouterMessage badMessage()
+{
+    PelLu300RouterMessage message;
+    message.SetType(PelLu300RouterMessage::Event);
+    Fragment good;
+    good.GetDF_Params();
+    message.AppendFragment(good);
+    message.AppendFragment(good);
+    message.AppendFragment(badFragment());
+    message.AppendFragment(badFragment());
+    return message;
+}
+
+PelLu300RouterInterfaceXml badDocument()
+{
+    PelLu300RouterInterfaceXml document;
+    document.SetPelLu300RouterMessage(badMessage());
+    return document;
+}
+
+const char* const badAddress = "PelVtConnectServer: Please set Address properly.";
+const char* const badType = "PelLu300RouterMessage: Please set Type properly.";
+
+// Expects the path in the exception, and that an operation which is none on a whole document tells
+// nobody else.
+template <class Operation>
+void expectPath(const IMKObject& record, const QString& message, const QString& path,
+                const Operation& operation)
+{
+    const Log log(record);
+    OstraInterfacePort other;
+    EXPECT_FALSE(other.SetXmlString(QString(), false));
+    try {
+        operation();
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const OutOfRangeException& exception) {
+        EXPECT_EQ(exception.GetText(), message);
+        EXPECT_EQ(exception.GetPlace().path, path);
+        EXPECT_EQ(exception.GetPlace().ToString(), QString());
+    }
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
+    log.expectNothing();
+}
+
+// Expects the path in every operation that writes under validation.
+void expectPathInWriting(IMKObject& record, const char* message, const char* path)
+{
+    SCOPED_TRACE(path);
+    record.SetValidate(true);
+    expectPath(record, text(message), text(path), [&] { xmlOf(record); });
+    expectPath(record, text(message), text(path), [&] { frameOf(record); });
+    const QString place = text(" (in %1)").arg(text(path));
+    const QString sentence = text(message) + place;
+    expectThrown<OutOfRangeException>(record, sentence, [&] { record.GetXmlString(); });
+    expectThrown<OutOfRangeException>(record, sentence,
+                                      [&] { record.GetBinaryRepresentationAsQByteArray(); });
+    expectThrown<OutOfRangeException>(record, sentence,
+                                      [&] { record.GetCompressedBinaryRepresentationAsQByteArray(9); });
+    const Folder folder;
+    expectThrown<OutOfRangeException>(record, folder.path() + text(": ") + sentence,
+                                      [&] { record.SaveXml(folder.path()); });
+    EXPECT_TRUE(folder.entries().isEmpty());
+}
+
+void expectPathInChecking(const IMKObject& record, const char* message, const char* path)
+{
+    SCOPED_TRACE(path);
+    for (const bool flag : {false, true})
+        expectPath(record, text(message), text(path), [&] { record.Check(flag); });
+    expectPath(record, text(message), text(path), [&] { record.Check(); });
+}
+
+} // namespace
+
+TEST(ExplainedChecking, ARecordIsNamedByItsClass)
+{
+    expectPathInChecking(badServer(), badAddress, "/PelVtConnectServer");
+    expectPathInChecking(badState(), "MastershipState: Please set State properly.", "/MastershipState");
+    expectPathInChecking(PelLu300RouterMessage(), badType, "/PelLu300RouterMessage");
+}
+
+TEST(ExplainedChecking, ANestedRecordIsNamedBelowItsOwner)
+{
+    PelLu300RouterInterfaceXml document;
+    document.GetPelLu300RouterMessage();
+    expectPathInChecking(document, badType, messagePath);
+}
+
+TEST(ExplainedChecking, WhatBelongsToNoDocumentHasNoLine)
+{
+    try {
+        badServer().Check();
+        FAIL() << "nothing was thrown";
+    } catch (const OutOfRangeException& exception) {
+        EXPECT_EQ(exception.GetPlace().line, 0);
+        EXPECT_EQ(exception.GetPlace().column, 0);
+        EXPECT_EQ(exception.GetPlace().offset, -1);
+        EXPECT_TRUE(exception.GetPlace().file.isEmpty());
+    }
+}
+
+TEST(ExplainedWriting, ARecordIsNamedByItsClass)
+{
+    PelVtConnectServer server = badServer();
+    expectPathInWriting(server, badAddress, "/PelVtConnectServer");
+    MastershipState state = badState();
+    expectPathInWriting(state, "MastershipState: Please set State properly.", "/MastershipState");
+    PelLu300RouterMessage message;
+    message.SetMessageID(7);
+    expectPathInWriting(message, badType, "/PelLu300RouterMessage");
+}
+
+TEST(ExplainedWriting, APayloadIsNamedBelowEveryOwner)
+{
+    Fragment fragment = badFragment();
+    expectPathInWriting(fragment, badAddress, "/Fragment/PelVtConnectServer");
+    Fragment withState;
+    withState.SetMastershipState(badState());
+    expectPathInWriting(withState, "MastershipState: Please set State properly.",
+                        "/Fragment/MastershipState");
+    PelLu300RouterMessage message = badMessage();
+    expectPathInWriting(message, badAddress, "/PelLu300RouterMessage/Fragment[3]/PelVtConnectServer");
+    PelLu300RouterInterfaceXml document = badDocument();
+    expectPathInWriting(document, badAddress,
+                        "/PelLu300RouterInterfaceXml/PelLu300RouterMessage/Fragment[3]/PelVtConnectServer");
+}
+
+TEST(ExplainedWriting, TheFirstItemCarriesNoNumber)
+{
+    PelLu300RouterMessage message;
+    message.SetType(PelLu300RouterMessage::Event);
+    message.AppendFragment(badFragment());
+    expectPathInWriting(message, badAddress, "/PelLu300RouterMessage/Fragment/PelVtConnectServer");
+}
+
+TEST(ExplainedWriting, ANestedRecordIsNamedBelowItsOwner)
+{
+    PelLu300RouterInterfaceXml document;
+    document.GetPelLu300RouterMessage();
+    expectPathInWriting(document, badType, messagePath);
+}
+
+TEST(ExplainedWriting, AStreamOnAFileNamesTheFile)
+{
+    PelLu300RouterInterfaceXml document = badDocument();
+    document.SetValidate(true);
+    const Folder folder;
+    QFile file(folder.path());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    QDataStream stream(&file);
+    const QString sentence = folder.path() + text(": ") + text(badAddress) + text(" (in ") + text(messagePath)
+                             + text("/Fragment[3]/PelVtConnectServer)");
+    expectThrown<OutOfRangeException>(document, sentence, [&] { document.GetBinaryRepresentation(stream); });
+}
+
+TEST(ExplainedChecking, AfterReadingFindsLineAndColumnOfTheRecord)
+{
+    PelLu300RouterInterfaceXml document;
+    expectThrown<OutOfRangeException>(
+        document, text("3:2: %1 (in %2)").arg(text(badType), text(messagePath)), [&] {
+            document.SetXmlString(
+                text(
+                    "<PelLu300RouterInterfaceXml>\r\r <PelLu300RouterMessage/></PelLu300RouterInterfaceXml>"),
+                true);
+        });
+}
+
+TEST(ExplainedMerging, WhatIsRefusedIsNamedByItsPath)
+{
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    expectThrown<OutOfRangeException>(
+        document,
+        text("enum is not valid (classname=MastershipState,membername=m_state) (in "
+             "%1/Fragment[2]/MastershipState/State)")
+            .arg(text(messagePath)),
+        [&] {
+            PelLu300RouterInterfaceXml other;
+            Fragment good;
+            good.GetDF_Params();
+            Fragment bad;
+            bad.SetMastershipState(badState());
+            other.GetPelLu300RouterMessage().AppendFragment(good);
+            other.GetPelLu300RouterMessage().AppendFragment(bad);
+            document.MergeMKObject(other);
+        });
+}
+
+namespace {
+
+// Adds nothing to the checks of its base.
+template <class R>
+class Checked : public R
+{
+public:
+    void Check(bool flag) const override
+    {
+        ++checks;
+        R::Check(flag);
+    }
+    void Check() const override { R::Check(); }
+
+    mutable int checks = 0;
+};
+
+} // namespace
+
+TEST(ExplainedDerived, ACheckOfItsOwnDoesNotDoubleThePath)
+{
+    Checked<PelVtConnectServer> server;
+    server.SetAddress(QString());
+    expectPathInChecking(server, badAddress, "/PelVtConnectServer");
+    expectPathInWriting(server, badAddress, "/PelVtConnectServer");
+    EXPECT_GT(server.checks, 6);
+
+    Checked<PelLu300RouterInterfaceXml> document;
+    document.SetPelLu300RouterMessage(badMessage());
+    expectPathInWriting(document, badAddress,
+                        "/PelLu300RouterInterfaceXml/PelLu300RouterMessage/Fragment[3]/PelVtConnectServer");
+    document.GetPelLu300RouterMessage().ResetType();
+    expectPathInChecking(document, badType, messagePath);
+    expectPathInWriting(document, badType, messagePath);
+    EXPECT_GT(document.checks, 12);
+}
+
+TEST(ExplainedDerived, AreReadAndPlacedAsTheirBase)
+{
+    Checked<PelLu300RouterInterfaceXml> document;
+    document.SetValidate(true);
+    expectThrown<OutOfRangeException>(
+        document,
+        text("1:52: enum is not valid (classname=PelLu300RouterMessage,membername=m_type) (in %1/Type)")
+            .arg(text(messagePath)),
+        [&] { document.SetXmlString(inMessage(text("<Type>No</Type>")), false); });
+    expectThrown<OutOfRangeException>(document,
+                                      text("1:29: %1 (in %2)").arg(text(badType), text(messagePath)),
+                                      [&] { document.SetXmlString(inMessage(QString()), true); });
+    EXPECT_EQ(document.checks, 1);
+}
+
+// --- reports --------------------------------------------------------------------------------------
+
+namespace {
+
+// Unknown elements below two names of 4000 characters. The second of the two ends the skip over the
+// first, so that those below are met one by one.
+QString belowLongNames(int count)
+{
+    const QString name(4000, QLatin1Char('n'));
+    return text("<DF_Params>\n<%1><%1>%2</%1></%1></DF_Params>").arg(name, text("<x/>").repeated(count));
+}
+
+} // namespace
+
+TEST(ExplainedReport, PathsTogetherHaveALimitAndTheEntriesBehindAreCounted)
+{
+    EXPECT_EQ(ReadingReport::maximalPathCharacters, 8388608);
+    ReadingReport report;
+    DF_Params record;
+    const Log log(record);
+    ASSERT_TRUE(record.SetXmlString(belowLongNames(1100), false));
+    log.expectNothing();
+    // The long name itself has a path of 4011 characters. The others have 8014 and their number in
+    // brackets: 1045 of them make 8379790 characters, one more would make 8387810 and exceed the limit.
+    EXPECT_EQ(report.GetEntries().size(), 1046);
+    EXPECT_EQ(report.GetDropped(), 55);
+    EXPECT_EQ(report.GetEntries().first().place.ToString(), text("2:1"));
+    EXPECT_TRUE(report.GetEntries().last().place.path.endsWith(text("n/x[1045]")));
+    EXPECT_EQ(report.GetEntries().last().place.ToString(), text("2:%1").arg(8005 + 4 * 1044));
+}
+
+TEST(ExplainedReport, TheLimitOfPathsIsOneForEachDocument)
+{
+    ReadingReport report;
+    DF_Params record;
+    ASSERT_TRUE(record.SetXmlString(belowLongNames(1000), false));
+    ASSERT_TRUE(record.SetXmlString(belowLongNames(1000), false));
+    EXPECT_EQ(report.GetEntries().size(), 2002);
+    EXPECT_EQ(report.GetDropped(), 0);
+}
+
+TEST(ExplainedReport, EntriesAreKeptAndPlacedAlsoWhenReadingFails)
+{
+    ReadingReport report;
+    PelLu300RouterInterfaceXml document;
+    const QString xml = inMessage(text("\n<x/>\r <x/>\r\n<Type>"));
+    EXPECT_FALSE(document.SetXmlString(xml, false));
+    ASSERT_EQ(report.GetEntries().size(), 2);
+    EXPECT_EQ(report.GetEntries().at(0).place.ToString(), text("2:1"));
+    EXPECT_EQ(report.GetEntries().at(1).place.ToString(), text("3:2"));
+    EXPECT_EQ(report.GetEntries().at(1).place.path, text(messagePath) + text("/x[2]"));
+}
+
+// --- compressed forms -----------------------------------------------------------------------------
+
+namespace {
+
+// The compressed form, in one piece.
+QByteArray compressed(const QByteArray& plain)
+{
+    QByteArray pieces;
+    QDataStream inner(&pieces, QIODevice::WriteOnly);
+    inner << qCompress(plain, 9);
+    QByteArray form;
+    QDataStream outer(&form, QIODevice::WriteOnly);
+    outer << 0x4D4B5A31 << pieces;
+    return form;
+}
+
+// Expects the failure from a byte array, a stream and a file, and an unchanged record.
+void expectFormRefused(QByteArray form, Failure::Kind kind, const QString& sentence)
+{
+    PelLu300RouterInterfaceXml document = sample();
+    expectFailure(document, kind, sentence, [&] { return document.SetBinaryRepresentation(form); });
+    QDataStream stream(form);
+    expectFailure(document, kind, sentence, [&] { return document.SetBinaryRepresentation(stream); });
+    EXPECT_EQ(stream.device()->pos(), 0);
+    const Folder folder;
+    QFile file(folder.write(form));
+    expectFailure(document, kind, folder.path() + text(": ") + sentence,
+                  [&] { return document.LoadBinary(&file); });
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_TRUE(document == sample());
+}
+
+} // namespace
+
+TEST(ExplainedForms, TheSampleIsReadInBothForms)
+{
+    PelLu300RouterInterfaceXml document;
+    QByteArray form = compressed(bytes(sampleForm));
+    EXPECT_TRUE(document.SetBinaryRepresentation(form));
+    EXPECT_TRUE(document == sample());
+    EXPECT_EQ(document.GetBinaryRepresentationAsQByteArray(), bytes(sampleForm));
+}
+
+TEST(ExplainedForms, ACompressedFormInsideACompressedFormIsRefused)
+{
+    expectFormRefused(compressed(compressed(bytes(sampleForm))), Failure::NotABinaryForm,
+                      text("The compressed form holds another compressed form."));
+}
+
+TEST(ExplainedForms, AnotherClassInsideACompressedFormIsNamed)
+{
+    expectFormRefused(
+        compressed(bytes("0BBAB464 00000000")), Failure::WrongClass,
+        text("offset 0: The binary form holds class 0x0bbab464, expected is PelLu300RouterInterfaceXml."));
+    OstraInterfacePort port;
+    port.SetPort(5000);
+    expectFormRefused(
+        port.GetCompressedBinaryRepresentationAsQByteArray(9), Failure::WrongClass,
+        text("offset 0: The binary form holds OstraInterfacePort, expected is PelLu300RouterInterfaceXml."));
+}
+
+TEST(ExplainedForms, AFormCutOffInsideACompressedFormIsPlacedInside)
+{
+    expectFormRefused(compressed(bytes(sampleForm).left(20)), Failure::NotABinaryForm,
+                      text("offset 20: The binary form is cut off."));
+    expectFormRefused(compressed(bytes("85534")), Failure::NotABinaryForm,
+                      text("offset 3: The binary form is cut off."));
+}
+
+TEST(ExplainedForms, ANegativeLengthIsRefused)
+{
+    expectFormRefused(bytes("8553499A 80000000"), Failure::NotABinaryForm,
+                      text("offset 0: The binary form has a negative length."));
+    expectFormRefused(compressed(bytes("8553499A FFFFFFFF")), Failure::NotABinaryForm,
+                      text("offset 0: The binary form has a negative length."));
+}
+
+TEST(ExplainedForms, AStreamOnAFileNamesTheFile)
+{
+    const Folder folder;
+    QFile file(folder.write(bytes(sampleForm).left(9)));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QDataStream stream(&file);
+    PelLu300RouterInterfaceXml document;
+    expectFailure(document, Failure::NotABinaryForm,
+                  folder.path() + text(": offset 9: The binary form is cut off."),
+                  [&] { return document.SetBinaryRepresentation(stream); });
+}
+
+// --- devices that do not take what is written -------------------------------------------------------
+
+namespace {
+
+class RefusingBuffer : public QBuffer
+{
+public:
+    RefusingBuffer()
+    {
+        open(QIODevice::WriteOnly);
+        setErrorString(text("The device is tired"));
+    }
+
+protected:
+    qint64 writeData(const char*, qint64) override { return -1; }
+};
+
+enum class Kind
+{
+    Plain,
+    Compressed
+};
+
+void write(const IMKObject& record, QDataStream& stream, Kind kind)
+{
+    if (kind == Kind::Plain)
+        record.GetBinaryRepresentation(stream);
+    else
+        record.GetCompressedBinaryRepresentation(stream, 9);
+}
+
+void expectWritingFails(QDataStream& stream, Kind kind, const QString& sentence)
+{
+    PelLu300RouterInterfaceXml document = sample();
+    expectFailure(document, Failure::InputOutput, sentence, [&] {
+        write(document, stream, kind);
+        return IMKObject::GetLastFailure().kind == Failure::None;
+    });
+}
+
+} // namespace
+
+TEST(ExplainedDevices, OneThatRefusesIsToldInItsOwnWords)
+{
+    for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
+        RefusingBuffer device;
+        QDataStream stream(&device);
+        expectWritingFails(stream, kind, text("The binary form cannot be written: The device is tired."));
+        EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+    }
+}
+
+TEST(ExplainedDevices, AFullOneIsTold)
+{
+    if (!QFile::exists(text("/dev/full")))
+        GTEST_SKIP() << "there is no device that is always full";
+    for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
+        QFile file(text("/dev/full"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        QDataStream stream(&file);
+        expectWritingFails(stream, kind,
+                           text("/dev/full: The binary form cannot be written: No space left on device."));
+    }
+}
+
+TEST(ExplainedDevices, AStreamWithoutOneIsTold)
+{
+    for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
+        QDataStream stream;
+        expectWritingFails(stream, kind, text("The binary form cannot be written: No device."));
+    }
+}
+
+TEST(ExplainedDevices, OneThatTakesEverythingIsNoFailure)
+{
+    const Folder folder;
+    for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
+        PelLu300RouterInterfaceXml document = sample();
+        const Log log(document);
+        QFile file(folder.path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        QDataStream stream(&file);
+        write(document, stream, kind);
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+        log.expectNothing();
+        // Without closing the file.
+        PelLu300RouterInterfaceXml read;
+        QFile other(folder.path());
+        EXPECT_TRUE(read.LoadBinary(&other));
+        EXPECT_TRUE(read == sample());
+    }
+}
+
+// --- saving a binary file as the documentation tells ------------------------------------------------
+
+namespace {
+
+bool saveBinary(const IMKObject& document, const QString& path)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        QDataStream stream(&file);
+        document.GetBinaryRepresentation(stream);
+        if (IMKObject::GetLastFailure().kind == Failure::None && file.pos() > 0)
+            return file.commit();
+    }
+    return false;
+}
+
+} // namespace
+
+TEST(SavingABinaryFile, ReplacesTheOldOneByTheNewAtOnce)
+{
+    const Folder folder;
+    folder.write("old");
+    QFile old(folder.path());
+    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+    {
+        QSaveFile file(folder.path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        QDataStream stream(&file);
+        sample().GetBinaryRepresentation(stream);
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+        EXPECT_EQ(folder.read(), QByteArray("old"));
+        EXPECT_TRUE(file.commit());
+    }
+    EXPECT_EQ(folder.read(), bytes(sampleForm));
+    // Whoever had opened the old one still has it whole.
+    EXPECT_EQ(old.readAll(), QByteArray("old"));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+TEST(SavingABinaryFile, MakesANewOne)
+{
+    const Folder folder;
+    EXPECT_TRUE(saveBinary(sample(), folder.path()));
+    EXPECT_EQ(folder.read(), bytes(sampleForm));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+TEST(SavingABinaryFile, AnExceptionLeavesTheOldOne)
+{
+    const Folder folder;
+    folder.write("old");
+    const PelLu300RouterInterfaceXml document = badDocument();
+    document.SetValidate(true);
+    EXPECT_THROW(saveBinary(document, folder.path()), OutOfRangeException);
+    EXPECT_EQ(folder.read(), QByteArray("old"));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+TEST(SavingABinaryFile, ARecordOfWhichValidationLetsNothingBeWrittenLeavesTheOldOne)
+{
+    const Folder folder;
+    folder.write("old");
+    const Fragment fragment;
+    fragment.SetValidate(true);
+    EXPECT_FALSE(saveBinary(fragment, folder.path()));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+    EXPECT_EQ(folder.read(), QByteArray("old"));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+TEST(SavingABinaryFile, ADiskThatIsFullLeavesTheOldOneAndIsTold)
+{
+    const Folder folder;
+    folder.write("old");
+    PelLu300RouterInterfaceXml large = sample();
+    Fragment fragment;
+    fragment.GetPelVtConnectServer().SetAddress(QString(100000, QLatin1Char('x')));
+    large.GetPelLu300RouterMessage().AppendFragment(fragment);
+    const Log log(large);
+    // A process that may write no file beyond a size meets the same error as on a full disk.
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = before;
+    small.rlim_cur = 50000;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool saved = saveBinary(large, folder.path());
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, signalBefore);
+    EXPECT_FALSE(saved);
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+    const QString sentence = IMKObject::GetLastFailure().GetSentence();
+    EXPECT_TRUE(sentence.startsWith(folder.path() + text(": The binary form cannot be written: ")));
+    log.expectOneError(sentence);
+    EXPECT_EQ(folder.read(), QByteArray("old"));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+// --- without permission -----------------------------------------------------------------------------
+
+namespace {
+
+constexpr int noOtherUser = 77;
+
+// What operation() returns when it is done by somebody without privileges, in a process of its own;
+// null when nobody such can be had.
+QString unprivileged(const std::function<QString()>& operation)
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        return QString();
+    const pid_t child = fork();
+    if (child == 0) {
+        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
+            _exit(noOtherUser);
+        QString result;
+        try {
+            result = operation();
+        } catch (const std::exception& exception) {
+            result = QString::fromUtf8(exception.what());
+        }
+        const QByteArray told = result.toUtf8();
+        _exit(::write(ends[1], told.constData(), static_cast<std::size_t>(told.size())) == told.size() ? 0
+                                                                                                       : 1);
+    }
+    close(ends[1]);
+    QFile answer;
+    QByteArray told;
+    if (answer.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        told = answer.readAll();
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return QString();
+    return QString::fromUtf8(told);
+}
+
+// Kind, sentence and log of a failure in one text.
+QString told(bool result, const Log& log)
+{
+    const Failure& failure = IMKObject::GetLastFailure();
+    if (result)
+        return text("no failure");
+    log.expectOneError(failure.GetSentence());
+    if (::testing::Test::HasFailure())
+        return text("not logged");
+    return failure.kind == Failure::InputOutput ? failure.GetSentence() : text("another kind");
+}
+
+int setMode(const QString& path, mode_t mode) { return chmod(QFile::encodeName(path).constData(), mode); }
+
+} // namespace
+
+TEST(WithoutPermission, AFileIsNotRead)
+{
+    const Folder folder;
+    ASSERT_EQ(setMode(folder.folder(), 0755), 0);
+    const QString path = folder.write("<PelLu300RouterInterfaceXml/>");
+    ASSERT_EQ(setMode(path, 0000), 0);
+    const QString sentence = path + text(": The file cannot be read: Permission denied.");
+    const QString fromXml = unprivileged([&] {
+        PelLu300RouterInterfaceXml document;
+        const Log log(document);
+        return told(document.LoadXml(path), log);
+    });
+    if (fromXml.isNull())
+        GTEST_SKIP() << "there is no user without privileges here";
+    EXPECT_EQ(fromXml, sentence);
+    EXPECT_EQ(unprivileged([&] {
+                  PelLu300RouterInterfaceXml document;
+                  const Log log(document);
+                  QFile file(path);
+                  return told(document.LoadBinary(&file), log);
+              }),
+              sentence);
+}
+
+TEST(WithoutPermission, AFileIsNotReplaced)
+{
+    const Folder folder;
+    ASSERT_EQ(setMode(folder.folder(), 0777), 0);
+    const QString path = folder.write("old");
+    ASSERT_EQ(setMode(path, 0444), 0);
+    const QString sentence = unprivileged([&] {
+        const PelLu300RouterInterfaceXml document = sample();
+        const Log log(document);
+        return told(document.SaveXml(path), log);
+    });
+    if (sentence.isNull())
+        GTEST_SKIP() << "there is no user without privileges here";
+    EXPECT_EQ(sentence,
+              path + text(": The file cannot be written: Existing file %1 is not writable.").arg(path));
+    EXPECT_EQ(folder.read(), QByteArray("old"));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+TEST(WithoutPermission, AFolderTakesNoFileAndGivesNone)
+{
+    const Folder folder;
+    const QString path = folder.write("old");
+    ASSERT_EQ(setMode(path, 0666), 0);
+    ASSERT_EQ(setMode(folder.folder(), 0000), 0);
+    const QString saved = unprivileged([&] {
+        const PelLu300RouterInterfaceXml document = sample();
+        const Log log(document);
+        return told(document.SaveXml(path), log);
+    });
+    const QString loaded = unprivileged([&] {
+        PelLu300RouterInterfaceXml document;
+        const Log log(document);
+        return told(document.LoadXml(path), log);
+    });
+    ASSERT_EQ(setMode(folder.folder(), 0700), 0);
+    if (saved.isNull())
+        GTEST_SKIP() << "there is no user without privileges here";
+    EXPECT_EQ(saved, path + text(": The file cannot be written: Permission denied."));
+    EXPECT_EQ(loaded, path + text(": The file cannot be read: Permission denied."));
+    EXPECT_EQ(folder.read(), QByteArray("old"));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+// --- lines and columns ------------------------------------------------------------------------------
+
+namespace {
+
+// A document that is not well-formed behind two line ends and three columns of text.
+QString mismatch(const char* lineEnd)
+{
+    return text("<PelLu300RouterInterfaceXml>") + text(lineEnd) + text(lineEnd)
+           + text("\u00E4\u20AC <x></y>");
+}
+
+// A document whose record complains there.
+QString refusal(const char* lineEnd)
+{
+    return text("<PelLu300RouterInterfaceXml>") + text(lineEnd)
+           + text("<PelLu300RouterMessage><MessageID>1</MessageID>") + text(lineEnd)
+           + text("\u00E4\u20AC <Type>No</Type></PelLu300RouterMessage></PelLu300RouterInterfaceXml>");
+}
+
+const char* const lineEnds[] = {"\n", "\r", "\r\n"};
+
+void expectPlaces(const std::function<bool(PelLu300RouterInterfaceXml&, const QString&)>& read)
+{
+    for (const char* const lineEnd : lineEnds) {
+        SCOPED_TRACE(QByteArray(lineEnd).toHex().constData());
+        PelLu300RouterInterfaceXml document;
+        EXPECT_FALSE(read(document, mismatch(lineEnd)));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.line, 3);
+        // Behind the name of the end tag.
+        EXPECT_EQ(IMKObject::GetLastFailure().place.column, 10);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.path, text(rootPath) + text("/x"));
+
+        document.SetValidate(true);
+        EXPECT_THROW(read(document, refusal(lineEnd)), OutOfRangeException);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.line, 3);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.column, 4);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.path, text(messagePath) + text("/Type"));
+
+        document.SetValidate(false);
+        ReadingReport report;
+        EXPECT_TRUE(read(document, refusal(lineEnd).replace(text("Type>"), text("x>"))));
+        ASSERT_EQ(report.GetEntries().size(), 1);
+        EXPECT_EQ(report.GetEntries().first().place.line, 3);
+        EXPECT_EQ(report.GetEntries().first().place.column, 4);
+    }
+}
+
+} // namespace
+
+TEST(ExplainedPlaces, OfAStringKnowEveryLineEnd)
+{
+    expectPlaces([](PelLu300RouterInterfaceXml& document, const QString& xml) {
+        return document.SetXmlString(xml, false);
+    });
+}
+
+TEST(ExplainedPlaces, OfAFileInUtf8KnowEveryLineEnd)
+{
+    for (const char* const mark : {"", "\xEF\xBB\xBF"}) {
+        expectPlaces([mark](PelLu300RouterInterfaceXml& document, const QString& xml) {
+            const Folder folder;
+            return document.LoadXml(folder.write(mark + xml.toUtf8()));
+        });
+    }
+}
+
+TEST(ExplainedPlaces, OfAFileInUtf16KnowEveryLineEnd)
+{
+    for (const ByteOrder order : {ByteOrder::Big, ByteOrder::Little}) {
+        expectPlaces([order](PelLu300RouterInterfaceXml& document, const QString& xml) {
+            const Folder folder;
+            return document.LoadXml(folder.write(utf16(xml, order)));
+        });
+    }
+}
+
+TEST(ExplainedPlaces, OfAFileThatDeclaresItsEncodingKnowEveryLineEnd)
+{
+    for (const char* const encoding : {"ISO-8859-1", "iso-8859-1", "ISO-8859-15", "windows-1252"}) {
+        SCOPED_TRACE(encoding);
+        expectPlaces([encoding](PelLu300RouterInterfaceXml& document, QString xml) {
+            // This line is the first, and the other sign is in none of these encodings.
+            xml.replace(QChar(0x20AC), QChar(0xFC));
+            xml.remove(xml.indexOf(QLatin1Char('>')) + 1, xml.contains(text("\r\n")) ? 2 : 1);
+            xml.prepend(text("<?xml version=\"1.0\" encoding=\"%1\"?>\n").arg(text(encoding)));
+            const Folder folder;
+            return document.LoadXml(folder.write(xml.toLatin1()));
+        });
+    }
+}
+
+TEST(ExplainedPlaces, OfAFileNameTheFile)
+{
+    const Folder folder;
+    const QString path = folder.write(refusal("\r").toUtf8());
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    expectThrown<OutOfRangeException>(
+        document,
+        path + text(":3:4: enum is not valid (classname=PelLu300RouterMessage,membername=m_type) (in ")
+            + text(messagePath) + text("/Type)"),
+        [&] { document.LoadXml(path); });
+}
