@@ -90,7 +90,6 @@ template <class Char>
 Trap scan(const Char* begin, const Char* end, int maximalAttributes)
 {
     Scanner<Char> scanner(begin, end);
-    bool isProlog = true;
     while (scanner.findMarkup()) {
         const qint64 position = scanner.position();
         if (scanner.skip("<!--")) {
@@ -99,12 +98,11 @@ Trap scan(const Char* begin, const Char* end, int maximalAttributes)
             scanner.skipBehind("]]>");
         } else if (scanner.skip("<?")) {
             scanner.skipBehind("?>");
-        } else if (isProlog && scanner.skip("<!DOCTYPE")) {
+        } else if (scanner.skip("<!DOCTYPE")) {
+            // There are readers that take it anywhere.
             return {Trap::Doctype, position};
-        } else {
-            isProlog = false;
-            if (!scanner.skipTag(maximalAttributes))
-                return {Trap::Attributes, position};
+        } else if (!scanner.skipTag(maximalAttributes)) {
+            return {Trap::Attributes, position};
         }
     }
     return {};
