@@ -159,7 +159,8 @@ public:
 
     /// Writes the whole-object form: the binary frame with the object's type code as its id. Nothing
     /// is written when validation is on and `HasData()` is false. To save a file, write to a
-    /// `QDataStream` on a `QSaveFile`. A device that cannot seek gets the form in one piece; a file is
+    /// `QDataStream` on a `QSaveFile`, and commit it only when something was written and nothing failed.
+    /// A device that cannot seek gets the form in one piece; a file is
     /// flushed. When the device does not take it all, the stream's status says so and GetLastFailure() why.
     /// \throws MKException what `GetBinary` throws.
     virtual void GetBinaryRepresentation(QDataStream& stream) const;

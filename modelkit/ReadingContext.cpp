@@ -44,6 +44,12 @@ void ReadingContext::Fail(Failure::Kind kind, const QString& text)
 
 bool ReadingContext::CountToken(QXmlStreamReader& reader)
 {
+    if (reader.isDTD()) {
+        // In an encoding in which it could not be seen before; see XmlText.h.
+        Fail(Failure::DoctypeRefused, QStringLiteral("A document type declaration is not accepted."));
+        reader.raiseError(m_failure.text);
+        return false;
+    }
     if (reader.isEndElement()) {
         --m_depth;
     } else if (reader.isStartElement() && ++m_depth > m_limits.nestingDepth) {

@@ -131,15 +131,6 @@ void placeReport(const Input& input, const QString& file, ReadingContext& contex
     });
 }
 
-Failure doctypeRefused(const Place& place)
-{
-    Failure failure;
-    failure.kind = Failure::DoctypeRefused;
-    failure.text = QStringLiteral("A document type declaration is not accepted.");
-    failure.place = place;
-    return failure;
-}
-
 // What the reader must not see.
 template <class Input>
 bool refuseTrap(DocumentOperation& operation, const Input& input, const Limits& limits)
@@ -149,7 +140,8 @@ bool refuseTrap(DocumentOperation& operation, const Input& input, const Limits& 
         return true;
     const Place place = XmlPath(input).FindPosition(trap.characterOffset);
     if (trap.kind == Trap::Doctype)
-        return operation.Fail(doctypeRefused(place));
+        return operation.Fail(Failure::DoctypeRefused,
+                              QStringLiteral("A document type declaration is not accepted."), place);
     return operation.Fail(
         Failure::TooManyAttributes,
         QStringLiteral("An element has more attributes than the limit of %1.").arg(limits.attributes), place);
@@ -163,14 +155,11 @@ bool readRoot(DocumentOperation& operation, IMKObject& object, const Input& inpu
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd() && !reader.isStartElement()) {
         reader.readNext();
-        // The reader may know an encoding in which the declaration could not be seen before.
-        if (reader.isDTD())
-            return operation.Fail(doctypeRefused(placeOfError(input, reader)));
+        context.CountToken(reader);
     }
     // Whatever was wrong with the document or beyond a limit.
     const auto isBroken = [&] { return context.GetFailure().kind != Failure::None || reader.hasError(); };
     if (reader.isStartElement()) {
-        context.CountToken(reader);
         if (reader.name() != object.GetObjectName())
             return operation.Fail(Failure::WrongRoot,
                                   QStringLiteral("The root element is %1, expected is %2.")

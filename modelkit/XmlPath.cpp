@@ -45,8 +45,11 @@ Place XmlPath::Find(qint64 characterOffset)
 
 Place XmlPath::FindElement(const QString& path)
 {
+    const auto depth = path.count(QLatin1Char('/'));
+    const QString lastStep = path.section(QLatin1Char('/'), -1);
     while (!m_reader.atEnd()) {
-        if (!ReadToken())
+        // Most elements are not even similar, and a path is long to put together.
+        if (!ReadToken() || m_levels.size() - 1 != depth || m_levels.last().step != lastStep)
             continue;
         const Place place = GetPlace();
         if (place.path == path)

@@ -108,14 +108,25 @@ Trap scan(const Char* begin, const Char* end, int maximalAttributes)
     return {};
 }
 
-bool isUtf16(const QByteArray& bytes) { return bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"); }
+bool hasUtf16Mark(const QByteArray& bytes)
+{
+    return bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
+}
+
+// A document begins with "<", so that the mark can be missing.
+bool isUtf16(const QByteArray& bytes)
+{
+    return hasUtf16Mark(bytes) || bytes.startsWith(QByteArray("\0<", 2))
+           || bytes.startsWith(QByteArray("<\0", 2));
+}
 
 QString fromUtf16(const QByteArray& bytes)
 {
-    const bool isBigEndian = bytes.startsWith("\xFE\xFF");
-    const auto size = (bytes.size() - 2) / 2;
+    const bool isBigEndian = bytes.startsWith('\xFE') || bytes.startsWith('\0');
+    const int mark = hasUtf16Mark(bytes) ? 2 : 0;
+    const auto size = (bytes.size() - mark) / 2;
     QString text(size, Qt::Uninitialized);
-    const char* from = bytes.constData() + 2;
+    const char* from = bytes.constData() + mark;
     for (QChar& character : text) {
         character = QChar(isBigEndian ? qFromBigEndian<quint16>(from) : qFromLittleEndian<quint16>(from));
         from += 2;

@@ -73,6 +73,25 @@ QByteArray nested(int depth, const QByteArray& content)
     return before + content + behind;
 }
 
+// UTF-16 in little-endian byte order.
+QByteArray utf16(const QString& text)
+{
+    QByteArray result;
+    QDataStream stream(&result, QIODevice::WriteOnly);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    for (const QChar character : text)
+        stream << quint16(character.unicode());
+    return result;
+}
+
+QByteArray utf16WithMark(const QByteArray& utf8) { return "\xFF\xFE" + utf16(QString::fromUtf8(utf8)); }
+
+// As many attributes as the limit admits, each with that behind its name.
+QByteArray mostAttributes(const QByteArray& before = " a", const QByteArray& behind = "=''")
+{
+    return numbered(before, 256, behind);
+}
+
 QByteArray word(quint32 value)
 {
     QByteArray result;
@@ -123,6 +142,7 @@ enum class Form
 {
     XmlFile,
     XmlString,
+    CheckedString,
     BinaryFile,
     BinaryBytes,
     BinaryStream
@@ -150,6 +170,13 @@ QByteArray fullItems(int n)
 
 QByteArray distinctNames(int n) { return inMessage(numbered("<x", n, "/>")); }
 
+QByteArray distinctNamesCutOff(int n)
+{
+    QByteArray xml = distinctNames(n);
+    xml.chop(1);
+    return xml;
+}
+
 const Case cases[] = {
     // With so many items the list has just grown, while the old one was still there.
     {"xml-empty-items", "`<Fragment/>`", Form::XmlFile, false, 1200000, emptyItems},
@@ -163,11 +190,7 @@ const Case cases[] = {
     {"xml-distinct-names", "unknown elements, each of another name", Form::XmlFile, false, 1000000,
      distinctNames},
     {"xml-distinct-names-and-error", "the same, then cut off", Form::XmlFile, false, 1000000,
-     [](int n) {
-         QByteArray xml = distinctNames(n);
-         xml.chop(1);
-         return xml;
-     }},
+     distinctNamesCutOff},
     {"xml-distinct-names-reported", "the same, kept a report of", Form::XmlFile, true, 1000000,
      distinctNames},
     {"xml-long-paths-reported", "unknown elements below long names, kept a report of", Form::XmlFile, true, 1,
@@ -182,14 +205,52 @@ const Case cases[] = {
          }
          return inMessage(before + repeated("<x/>", 10000) + behind);
      }},
-    {"xml-attributes-on-one", "attributes on one element", Form::XmlFile, false, 10000,
+    {"xml-long-paths-checked", "the same in front of a message that its check refuses", Form::CheckedString,
+     false, 50000,
+     [](int n) {
+         QByteArray before;
+         QByteArray behind;
+         for (int i = 0; i < 60; ++i) {
+             const QByteArray name = QByteArray(n / 50, 'n') + QByteArray::number(i);
+             before += '<' + name + '>';
+             behind.prepend("</" + name + '>');
+         }
+         return "<PelLu300RouterInterfaceXml>" + before + repeated("<x/>", n / 2) + behind
+                + "<PelLu300RouterMessage/></PelLu300RouterInterfaceXml>";
+     }},
+    {"xml-utf16-empty-items", "`<Fragment/>` in UTF-16", Form::XmlFile, false, 1200000,
+     [](int n) { return utf16WithMark(emptyItems(n)); }},
+    {"xml-utf16-distinct-names-and-error", "unknown elements in UTF-16, each of another name, then cut off",
+     Form::XmlFile, false, 500000, [](int n) { return utf16WithMark(distinctNamesCutOff(n)); }},
+    {"xml-attributes-on-one", "attributes on one element", Form::XmlFile, false, 1000000,
      [](int n) { return inMessage("<Type" + numbered(" a", n, "=''") + "/>"); }},
+    {"xml-utf16-attributes-on-one", "attributes on one element, in UTF-16", Form::XmlFile, false, 1000000,
+     [](int n) { return utf16WithMark(inMessage("<Type" + numbered(" a", n, "=''") + "/>")); }},
+    {"xml-utf16-hidden-attributes",
+     "the same without a byte order mark, behind a sign with an apostrophe in it", Form::XmlFile, false,
+     1000000,
+     [](int n) {
+         // Half of this character is an apostrophe.
+         return utf16(
+             QString::fromUtf8(inMessage("<Type z='\xE2\x9C\x80'" + numbered(" a", n, "=''") + "/>")));
+     }},
     {"xml-attributes-on-many", "ten attributes on each element", Form::XmlFile, false, 200000,
      [](int n) { return inMessage(repeated("<x a='' b='' c='' d='' e='' f='' g='' h='' i='' j=''/>", n)); }},
-    {"xml-namespaces", "namespaces, and as many elements that use one", Form::XmlFile, false, 10000,
+    {"xml-attributes-to-the-limit", "256 attributes on each element", Form::XmlFile, false, 6000,
+     [](int n) { return inMessage(repeated("<x" + mostAttributes() + "/>", n)); }},
+    {"xml-long-attributes-to-the-limit", "the same, their names long and different at the end only",
+     Form::XmlFile, false, 10,
+     [](int n) { return inMessage(repeated("<x" + mostAttributes(' ' + QByteArray(3900, 'a')) + "/>", n)); }},
+    {"xml-namespaces", "60 times 256 namespaces, and elements that use one", Form::XmlFile, false, 500000,
      [](int n) {
-         return inMessage("<x" + numbered(" xmlns:a", n, "='u'") + "/><y" + numbered(" xmlns:a", n, "='u'")
-                          + '>' + repeated("<a0:z/>", n) + "</y>");
+         QByteArray before;
+         QByteArray behind;
+         for (int i = 0; i < 60; ++i) {
+             const QByteArray name = "x" + QByteArray::number(i);
+             before += '<' + name + mostAttributes(" xmlns:" + name + 'a', "='u'") + '>';
+             behind.prepend("</" + name + '>');
+         }
+         return inMessage(before + repeated("<x0a0:z/>", n) + behind);
      }},
     {"xml-text", "one long text", Form::XmlFile, false, 20000000,
      [](int n) { return inText(QByteArray(n, 'x')); }},
@@ -290,6 +351,8 @@ const char* nameOf(Form form)
         return "XML file";
     case Form::XmlString:
         return "XML string";
+    case Form::CheckedString:
+        return "XML string, checked";
     case Form::BinaryFile:
         return "binary file";
     case Form::BinaryBytes:
@@ -338,11 +401,11 @@ double cpuSeconds()
 const char* kindName(Failure::Kind kind)
 {
     static const char* const names[] = {
-        "read",          "InputOutput",        "NotWellFormed",    "WrongRoot",    "DoctypeRefused",
-        "InputTooLarge", "InflatedTooLarge",   "NestedTooDeep",    "TooManyItems", "NotABinaryForm",
-        "WrongClass",    "DamagedCompression", "NotRepresentable", "Refused"};
-    const auto index = static_cast<std::size_t>(kind);
-    return index < sizeof names / sizeof *names ? names[index] : "refused";
+        "read",           "InputOutput",      "NotWellFormed",      "WrongRoot",         "DoctypeRefused",
+        "InputTooLarge",  "InflatedTooLarge", "NestedTooDeep",      "TooManyAttributes", "TooManyItems",
+        "NotABinaryForm", "WrongClass",       "DamagedCompression", "NotRepresentable",  "Refused"};
+    static_assert(sizeof names / sizeof *names == Failure::Refused + 1, "each kind has a name");
+    return names[kind];
 }
 
 bool read(IMKObject& object, Form form, QFile& file, const QString& text, QByteArray& bytes)
@@ -352,6 +415,8 @@ bool read(IMKObject& object, Form form, QFile& file, const QString& text, QByteA
         return object.LoadXml(&file);
     case Form::XmlString:
         return object.SetXmlString(text, false);
+    case Form::CheckedString:
+        return object.SetXmlString(text, true);
     case Form::BinaryFile:
         return object.LoadBinary(&file);
     case Form::BinaryBytes:
@@ -394,7 +459,7 @@ int measure(const Case& which, int parts)
             return 1;
         bytes = file.readAll();
         file.close();
-        if (which.form == Form::XmlString) {
+        if (which.form == Form::XmlString || which.form == Form::CheckedString) {
             text = QString::fromUtf8(bytes);
             bytes = QByteArray();
         }

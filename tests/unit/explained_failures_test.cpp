@@ -433,6 +433,32 @@ TEST(ExplainedDoctype, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
 }
 
 // Readers differ in whether they take one there.
+TEST(ExplainedAttributes, AreCountedInUtf16WithoutAByteOrderMark)
+{
+    // Half of this character is an apostrophe.
+    QString xml = QStringLiteral("<PelLu300RouterInterfaceXml a='") + QChar(0x2700) + QStringLiteral("'");
+    for (int i = 0; i < 300; ++i)
+        xml += QStringLiteral(" a%1=''").arg(i);
+    xml += QStringLiteral("/>");
+    QTemporaryDir folder;
+    for (const bool isBigEndian : {false, true}) {
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        stream.setByteOrder(isBigEndian ? QDataStream::BigEndian : QDataStream::LittleEndian);
+        for (const QChar character : xml)
+            stream << static_cast<quint16>(character.unicode());
+        QFile file(folder.filePath(QStringLiteral("utf16.xml")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        PelLu300RouterInterfaceXml document;
+        EXPECT_FALSE(document.LoadXml(file.fileName()));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::TooManyAttributes);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.line, 1);
+        EXPECT_EQ(IMKObject::GetLastFailure().place.column, 1);
+    }
+}
+
 TEST(ExplainedDoctype, InsideOrBehindTheRootIsRefusedAndItsEntitiesAreNotFollowed)
 {
     const QString declared = text("<!DOCTYPE x [<!ENTITY e 'Reply'>]>");
