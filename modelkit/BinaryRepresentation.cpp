@@ -13,7 +13,7 @@
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/ClassNames.h"
-#include "modelkit/ReadingContext.h"
+#include "modelkit/DocumentContext.h"
 #include "modelkit/WholeDocument.h"
 
 #include <QtCore/QBuffer>
@@ -154,7 +154,7 @@ bool accepts(const Header& header, int id, const QString& name, Failure& failure
 bool readPlain(DocumentOperation& operation, IMKObject& object, const QByteArray& content,
                QDataStream::ByteOrder order)
 {
-    ReadingContext context(ReadingContext::Purpose::Document);
+    DocumentContext context(DocumentContext::Purpose::Document);
     context.SetBaseOffset(headerSize);
     try {
         object.Reset();

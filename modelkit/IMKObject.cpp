@@ -1,7 +1,7 @@
 #include "modelkit/IMKObject.h"
 
 #include "modelkit/QtVersion.h"
-#include "modelkit/ReadingContext.h"
+#include "modelkit/DocumentContext.h"
 #include "modelkit/Version.h"
 #include "modelkit/XmlWalk.h"
 
@@ -66,14 +66,14 @@ const QString& IMKObject::GetVersion() const
 
 void IMKObject::ProcessXml(QXmlStreamReader& reader)
 {
-    walkElement(reader, ReadingContext::Current(), reader.name().toString(),
+    walkElement(reader, DocumentContext::Current(), reader.name().toString(),
                 [this, &reader] { ProcessXmlStartElement(reader); });
 }
 
 QString IMKObject::GetTextValue(QXmlStreamReader& reader)
 {
     QString text = QLatin1String("");
-    walkText(reader, ReadingContext::Current(), [&text](QtVersion::XmlView piece) { text += piece; });
+    walkText(reader, DocumentContext::Current(), [&text](QtVersion::XmlView piece) { text += piece; });
     return text;
 }
 

@@ -10,7 +10,7 @@
 
 namespace MODELKIT {
 
-class ReadingContext;
+class DocumentContext;
 
 /// Collects what the operations on whole documents accept in silence, from its construction to its
 /// destruction and in the thread that constructed it. Of several reports only the newest collects.
@@ -67,7 +67,7 @@ public:
     void Clear();
 
 private:
-    friend class ReadingContext;
+    friend class DocumentContext;
 
     QVector<Entry> m_entries;
     qint64 m_dropped = 0;

@@ -2,7 +2,7 @@
 
 #include "modelkit/WholeDocument.h"
 
-#include "modelkit/ReadingContext.h"
+#include "modelkit/DocumentContext.h"
 #include "modelkit/XmlPath.h"
 #include "modelkit/XmlText.h"
 
@@ -119,7 +119,7 @@ Place placeOfError(const Input& input, const QXmlStreamReader& reader)
 
 // Gives the entries of the report, which the reading has noted as offsets, their places.
 template <class Input>
-void placeReport(const Input& input, const QString& file, ReadingContext& context)
+void placeReport(const Input& input, const QString& file, DocumentContext& context)
 {
     if (context.GetUnplaced().isEmpty())
         return;
@@ -148,7 +148,7 @@ bool refuseTrap(DocumentOperation& operation, const Input& input, const Limits& 
 }
 
 template <class Input>
-bool readRoot(DocumentOperation& operation, IMKObject& object, const Input& input, ReadingContext& context)
+bool readRoot(DocumentOperation& operation, IMKObject& object, const Input& input, DocumentContext& context)
 {
     QXmlStreamReader reader(input);
     // The dialect has no namespaces, and looking prefixes up can take long.
@@ -193,7 +193,7 @@ bool readRoot(DocumentOperation& operation, IMKObject& object, const Input& inpu
 template <class Input>
 bool readDocument(DocumentOperation& operation, IMKObject& object, const Input& input)
 {
-    ReadingContext context(ReadingContext::Purpose::Document);
+    DocumentContext context(DocumentContext::Purpose::Document);
     if (!refuseTrap(operation, input, context.GetLimits()))
         return false;
     bool isRead = false;
@@ -369,7 +369,7 @@ bool IMKObject::MergeMKObject(const IMKObject& other)
             QStringLiteral("A %1 cannot be merged into a %2.").arg(other.GetObjectName(), GetObjectName()));
     try {
         // The binary form carries what is set, and reading it merges.
-        ReadingContext transfer(ReadingContext::Purpose::Transfer);
+        DocumentContext transfer(DocumentContext::Purpose::Transfer);
         QByteArray frame;
         {
             QDataStream stream(&frame, QIODevice::WriteOnly);

@@ -1,7 +1,7 @@
 // The two walks over an element that reading consists of. Not installed.
 #pragma once
 
-#include "modelkit/ReadingContext.h"
+#include "modelkit/DocumentContext.h"
 
 #include <QtCore/QString>
 #include <QtCore/QXmlStreamReader>
@@ -9,7 +9,7 @@
 namespace MODELKIT {
 
 // Reads the next token, within the limits of the whole-document operation, if there is one.
-inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, ReadingContext* context)
+inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, DocumentContext* context)
 {
     const auto token = reader.readNext();
     if (context)
@@ -20,7 +20,7 @@ inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, ReadingCo
 // Calls readChild() for each start element inside the element on whose start the reader stands. Ends on
 // the end element of the same name, or at the end of the input.
 template <class Name, class ReadChild>
-void walkElement(QXmlStreamReader& reader, ReadingContext* context, const Name& name,
+void walkElement(QXmlStreamReader& reader, DocumentContext* context, const Name& name,
                  const ReadChild& readChild)
 {
     if (!reader.isStartElement())
@@ -48,7 +48,7 @@ void walkElement(QXmlStreamReader& reader, ReadingContext* context, const Name& 
 // Calls append() with each piece of the text of the element on whose start the reader stands, without
 // the text of child elements. Ends on the element's own end, or at the end of the input.
 template <class Append>
-void walkText(QXmlStreamReader& reader, ReadingContext* context, const Append& append)
+void walkText(QXmlStreamReader& reader, DocumentContext* context, const Append& append)
 {
     if (!reader.isStartElement())
         return;

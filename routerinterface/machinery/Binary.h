@@ -149,7 +149,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 {
     handDown(record);
     const auto name = [&record] { return record.GetObjectName(); };
-    const MODELKIT::ReadingContext* context = MODELKIT::ReadingContext::Current();
+    const MODELKIT::DocumentContext* context = MODELKIT::DocumentContext::Current();
     const bool isTransfer = context && context->IsTransfer();
     const bool validate = record.GetValidate() && !isTransfer;
     if (validate) {
@@ -185,7 +185,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 template <class Step, class Read>
 void readAt(const Reading& reading, qint64 offset, const Step& step, const Read& read)
 {
-    MODELKIT::ReadingContext* const reporting =
+    MODELKIT::DocumentContext* const reporting =
         reading.context && reading.context->IsReporting() ? reading.context : nullptr;
     if (reporting)
         reporting->Enter(step());
@@ -307,7 +307,7 @@ void setBinary(R& record, QDataStream& stream, int length)
     Reading reading;
     reading.settled = true;
     reading.settledItems = numberOfItems(record);
-    reading.context = MODELKIT::ReadingContext::Current();
+    reading.context = MODELKIT::DocumentContext::Current();
     readAt(
         reading, 0, [&] { return record.GetObjectName(); },
         [&] { readEntries(record, source, length, reading); });

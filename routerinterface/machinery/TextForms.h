@@ -2,7 +2,7 @@
 // is noticed when reading them.
 #pragma once
 
-#include "modelkit/ReadingContext.h"
+#include "modelkit/DocumentContext.h"
 #include "routerinterface/machinery/Numbers.h"
 #include "routerinterface/machinery/Rules.h"
 

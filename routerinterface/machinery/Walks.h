@@ -7,7 +7,7 @@
 
 #include "modelkit/Logger.h"
 #include "modelkit/QtVersion.h"
-#include "modelkit/ReadingContext.h"
+#include "modelkit/DocumentContext.h"
 
 #include <QtCore/QLatin1String>
 
@@ -37,7 +37,7 @@ struct Reading
     QtVersion::Size settledItems = 0;
 
     // The whole document that is being read, if it is one.
-    MODELKIT::ReadingContext* context = nullptr;
+    MODELKIT::DocumentContext* context = nullptr;
 };
 
 template <class R>

@@ -211,7 +211,7 @@ void processXmlStartElement(R& record, QXmlStreamReader& reader)
     Reading reading;
     reading.settled = true;
     reading.settledItems = numberOfItems(record);
-    reading.context = MODELKIT::ReadingContext::Current();
+    reading.context = MODELKIT::DocumentContext::Current();
     Flags seen;
     readChild(record, reader, reading, seen);
 }
@@ -223,7 +223,7 @@ void processXml(R& record, QXmlStreamReader& reader)
     // virtual operation; without one it may keep what it knows from one child to the next.
     if (isExactly(record)) {
         Reading reading;
-        reading.context = MODELKIT::ReadingContext::Current();
+        reading.context = MODELKIT::DocumentContext::Current();
         readElement(record, reader, reading, reader.name().toString());
     } else {
         initData(record);

@@ -15,7 +15,7 @@ namespace MODELKIT {
 // Exists while an operation reads a whole document, or transfers one object into another, in this
 // thread. Records ask for it through Current(), once for each operation; without one they read as
 // `ProcessXml` and `SetBinary` do when they are called directly.
-class MODELKIT_EXPORT ReadingContext
+class MODELKIT_EXPORT DocumentContext
 {
 public:
     // Transfer: the binary form serves as a carrier from object to object and keeps everything.
@@ -25,12 +25,12 @@ public:
         Transfer
     };
 
-    explicit ReadingContext(Purpose purpose);
-    ReadingContext(const ReadingContext&) = delete;
-    ReadingContext& operator=(const ReadingContext&) = delete;
-    ~ReadingContext();
+    explicit DocumentContext(Purpose purpose);
+    DocumentContext(const DocumentContext&) = delete;
+    DocumentContext& operator=(const DocumentContext&) = delete;
+    ~DocumentContext();
 
-    static ReadingContext* Current() noexcept;
+    static DocumentContext* Current() noexcept;
 
     bool IsTransfer() const { return m_purpose == Purpose::Transfer; }
     const Limits& GetLimits() const { return m_limits; }
@@ -87,7 +87,7 @@ private:
     Purpose m_purpose;
     Limits m_limits;
     ReadingReport* m_report;
-    ReadingContext* m_outer;
+    DocumentContext* m_outer;
     Failure m_failure;
     int m_depth = 0;
     qint64 m_baseOffset = 0;

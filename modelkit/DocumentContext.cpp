@@ -1,4 +1,4 @@
-#include "modelkit/ReadingContext.h"
+#include "modelkit/DocumentContext.h"
 
 #include <QtCore/QXmlStreamReader>
 
@@ -6,7 +6,7 @@ namespace MODELKIT {
 
 namespace {
 
-thread_local ReadingContext* currentContext = nullptr;
+thread_local DocumentContext* currentContext = nullptr;
 thread_local ReadingReport* currentReport = nullptr;
 
 } // namespace
@@ -23,18 +23,18 @@ void ReadingReport::Clear()
     m_dropped = 0;
 }
 
-ReadingContext::ReadingContext(Purpose purpose)
+DocumentContext::DocumentContext(Purpose purpose)
     : m_purpose(purpose), m_limits(Limits::Get()),
       m_report(purpose == Purpose::Document ? currentReport : nullptr), m_outer(currentContext)
 {
     currentContext = this;
 }
 
-ReadingContext::~ReadingContext() { currentContext = m_outer; }
+DocumentContext::~DocumentContext() { currentContext = m_outer; }
 
-ReadingContext* ReadingContext::Current() noexcept { return currentContext; }
+DocumentContext* DocumentContext::Current() noexcept { return currentContext; }
 
-void ReadingContext::Fail(Failure::Kind kind, const QString& text)
+void DocumentContext::Fail(Failure::Kind kind, const QString& text)
 {
     if (m_failure.kind != Failure::None)
         return;
@@ -42,7 +42,7 @@ void ReadingContext::Fail(Failure::Kind kind, const QString& text)
     m_failure.text = text;
 }
 
-bool ReadingContext::CountToken(QXmlStreamReader& reader)
+bool DocumentContext::CountToken(QXmlStreamReader& reader)
 {
     if (reader.isDTD()) {
         // In an encoding in which it could not be seen before; see XmlText.h.
@@ -61,7 +61,7 @@ bool ReadingContext::CountToken(QXmlStreamReader& reader)
     return true;
 }
 
-bool ReadingContext::AdmitsItem(qint64 items)
+bool DocumentContext::AdmitsItem(qint64 items)
 {
     if (IsTransfer() || items < m_limits.listItems)
         return true;
@@ -70,7 +70,7 @@ bool ReadingContext::AdmitsItem(qint64 items)
     return false;
 }
 
-bool ReadingContext::Keep(const ReadingReport::Entry& entry)
+bool DocumentContext::Keep(const ReadingReport::Entry& entry)
 {
     if (m_report->m_entries.size() >= ReadingReport::maximalEntries) {
         ++m_report->m_dropped;
@@ -80,7 +80,7 @@ bool ReadingContext::Keep(const ReadingReport::Entry& entry)
     return true;
 }
 
-bool ReadingContext::SetPlace(const Unplaced& unplaced, const Place& place)
+bool DocumentContext::SetPlace(const Unplaced& unplaced, const Place& place)
 {
     if (!HasRoomFor(place)) {
         auto& entries = *unplaced.entries;
@@ -92,20 +92,20 @@ bool ReadingContext::SetPlace(const Unplaced& unplaced, const Place& place)
     return true;
 }
 
-bool ReadingContext::HasRoomFor(const Place& place)
+bool DocumentContext::HasRoomFor(const Place& place)
 {
     m_pathCharacters += place.path.size();
     return m_pathCharacters <= ReadingReport::maximalPathCharacters;
 }
 
-void ReadingContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader)
+void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader)
 {
     if (Keep({kind, text, Place()}))
         m_unplaced.append({&m_report->m_entries, static_cast<int>(m_report->m_entries.size()) - 1,
                            reader.characterOffset()});
 }
 
-void ReadingContext::Report(ReadingReport::Kind kind, const QString& text, qint64 offset,
+void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, qint64 offset,
                             const QString& member)
 {
     Place place;
