@@ -154,7 +154,7 @@ bool accepts(const Header& header, int id, const QString& name, Failure& failure
 bool readPlain(DocumentOperation& operation, IMKObject& object, const QByteArray& content,
                QDataStream::ByteOrder order)
 {
-    DocumentContext context(DocumentContext::Purpose::Document);
+    DocumentContext context(DocumentContext::Purpose::Reading);
     context.SetBaseOffset(headerSize);
     try {
         object.Reset();

@@ -25,7 +25,7 @@ void ReadingReport::Clear()
 
 DocumentContext::DocumentContext(Purpose purpose)
     : m_purpose(purpose), m_limits(Limits::Get()),
-      m_report(purpose == Purpose::Document ? currentReport : nullptr), m_outer(currentContext)
+      m_report(purpose == Purpose::Reading ? currentReport : nullptr), m_outer(currentContext)
 {
     currentContext = this;
 }

@@ -1,4 +1,4 @@
-// What one reading of a whole document has to know beyond the object that it fills. Not installed.
+// What one operation on a whole document has to know beyond the object on which it works. Not installed.
 #pragma once
 
 #include "modelkit/Failure.h"
@@ -12,16 +12,17 @@ class QXmlStreamReader;
 
 namespace MODELKIT {
 
-// Exists while an operation reads a whole document, or transfers one object into another, in this
-// thread. Records ask for it through Current(), once for each operation; without one they read as
-// `ProcessXml` and `SetBinary` do when they are called directly.
+// Exists while an operation reads or writes a whole document, or transfers one object into another, in this
+// thread. Records ask for it through Current(), once for each operation; without one they read and write
+// as `ProcessXml`, `SetBinary` and `GetBinary` do when they are called directly.
 class MODELKIT_EXPORT DocumentContext
 {
 public:
     // Transfer: the binary form serves as a carrier from object to object and keeps everything.
     enum class Purpose
     {
-        Document,
+        Reading,
+        Writing,
         Transfer
     };
 
@@ -33,6 +34,9 @@ public:
     static DocumentContext* Current() noexcept;
 
     bool IsTransfer() const { return m_purpose == Purpose::Transfer; }
+    // Whether a text that the form cannot carry is refused with a NotRepresentableException. Otherwise its
+    // lone surrogates are written as question marks.
+    bool RefusesUnrepresentable() const { return m_purpose != Purpose::Reading; }
     const Limits& GetLimits() const { return m_limits; }
 
     // --- limits: false, with the failure noted, when one is exceeded

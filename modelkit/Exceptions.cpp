@@ -1,5 +1,7 @@
 #include "modelkit/Exceptions.h"
 
+#include "modelkit/NotRepresentableException.h"
+
 // The special members stand here and not in the header so that each class has its type
 // information in this library: an exception thrown in one module is then caught in another.
 
@@ -24,5 +26,9 @@ MODELKIT_DEFINE_EXCEPTION(OutOfRangeException, MKException)
 MODELKIT_DEFINE_EXCEPTION(IncompleteDefinitionException, MKException)
 MODELKIT_DEFINE_EXCEPTION(InvalidXmlException, MKException)
 MODELKIT_DEFINE_EXCEPTION(BinaryParsingException, MKException)
+
+namespace MODELKIT {
+MODELKIT_DEFINE_EXCEPTION(NotRepresentableException, ModelKitException)
+} // namespace MODELKIT
 
 #undef MODELKIT_DEFINE_EXCEPTION

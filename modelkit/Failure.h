@@ -28,8 +28,11 @@ struct MODELKIT_EXPORT Failure
         NotABinaryForm,     ///< the bytes are no whole-object form, or only the beginning of one
         WrongClass,         ///< the binary form is one of another class
         DamagedCompression, ///< the compressed form cannot be inflated
-        NotRepresentable,   ///< the content holds text that XML cannot carry
-        Refused             ///< a record threw an exception, which was passed on
+        NotRepresentable,   ///< the content holds text that the form cannot carry
+        Refused,            ///< a record threw an exception, which was passed on
+        EncodingRefused,    ///< the XML declaration names an encoding that is not accepted
+        NotWholeYet,        ///< not all of the form has arrived; stream and object are as before
+        Interrupted         ///< a device, a log sink or the allocator threw an exception, which was passed on
     };
 
     Kind kind = None;

@@ -193,7 +193,7 @@ bool readRoot(DocumentOperation& operation, IMKObject& object, const Input& inpu
 template <class Input>
 bool readDocument(DocumentOperation& operation, IMKObject& object, const Input& input)
 {
-    DocumentContext context(DocumentContext::Purpose::Document);
+    DocumentContext context(DocumentContext::Purpose::Reading);
     if (!refuseTrap(operation, input, context.GetLimits()))
         return false;
     bool isRead = false;
