@@ -7,7 +7,8 @@ cd "$(dirname "$0")/.."
 
 install_missing cmake g++ libcli11-dev ninja-build qtbase5-dev
 echo "Building..."
-cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DROUTERINTERFACE_TESTS=OFF >/dev/null
+cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER=g++ \
+    -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF >/dev/null
 cmake --build build/demo >/dev/null || cmake --build build/demo
 routermsg=build/demo/tools/routermsg
 
