@@ -26,6 +26,7 @@ if [ "${1:-}" != --update ]; then
 fi
 page=docs/performance.md
 measured='<!-- measured -->'
+trap 'rm -f "$page.new"' EXIT
 {
     sed "/$measured/,\$d" $page
     echo "$measured"

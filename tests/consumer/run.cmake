@@ -8,8 +8,9 @@ function(run)
     endif()
 endfunction()
 
-# What is installed must find its libraries by itself.
+# What is installed must find its libraries by itself, and is installed where this says.
 unset(ENV{LD_LIBRARY_PATH})
+unset(ENV{DESTDIR})
 set(installed ${FOLDER}/installed)
 
 file(REMOVE_RECURSE ${FOLDER})
