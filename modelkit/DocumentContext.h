@@ -8,6 +8,8 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
+#include <memory>
+
 class QXmlStreamReader;
 
 namespace MODELKIT {
@@ -64,10 +66,12 @@ public:
     void Enter(const QString& name) { m_path.append(name); }
     void Leave() { m_path.removeLast(); }
 
+    // Takes back the entries of a document that turns out to be none.
+    void DropReport();
+
     // An entry of an XML document whose place is still to be found, and the reader's offset there.
     struct Unplaced
     {
-        QVector<ReadingReport::Entry>* entries;
         int index;
         qint64 characterOffset;
     };
@@ -90,7 +94,10 @@ private:
 
     Purpose m_purpose;
     Limits m_limits;
-    ReadingReport* m_report;
+    std::shared_ptr<ReadingReport::Collected> m_report;
+    // What the report held before this document.
+    int m_entriesBefore = 0;
+    qint64 m_droppedBefore = 0;
     DocumentContext* m_outer;
     Failure m_failure;
     int m_depth = 0;

@@ -8,12 +8,17 @@
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
+#include <memory>
+
 namespace MODELKIT {
 
-class DocumentContext;
-
 /// Collects what the operations on whole documents accept in silence, from its construction to its
-/// destruction and in the thread that constructed it. Of several reports only the newest collects.
+/// destruction and in the thread that constructed it. Of several reports only the newest collects. Reports
+/// may be destroyed in any order and in any thread; only the thread of a report may look into it while it
+/// collects.
+///
+/// A document that is refused because it is not well-formed, is no whole form or exceeds a limit leaves no
+/// entries.
 ///
 /// \code
 /// MODELKIT::ReadingReport report;
@@ -34,7 +39,8 @@ public:
         NotANumber,     ///< a text that is no number of the member's type was taken for 0
         WrappedNumber,  ///< a negative number was stored as 4294967296 more
         LostDecimals,   ///< a number has more than the two decimals that are written
-        UnusualBoolean  ///< a text other than true, false, 1 and 0 was taken for true or false
+        UnusualBoolean, ///< a text other than true, false, 1 and 0 was taken for true or false
+        BytesBehind     ///< bytes behind a binary form were ignored
     };
 
     struct Entry
@@ -68,10 +74,19 @@ public:
 
 private:
     friend class DocumentContext;
+    class Entering;
 
-    QVector<Entry> m_entries;
-    qint64 m_dropped = 0;
-    ReadingReport* m_outer;
+    // Shared with the operation that is collecting.
+    struct Collected
+    {
+        QVector<Entry> entries;
+        qint64 dropped = 0;
+    };
+
+    // That of the newest report of this thread; null when there is none.
+    static std::shared_ptr<Collected> Current();
+
+    std::unique_ptr<Entering> m_entering;
 };
 
 } // namespace MODELKIT

@@ -1,12 +1,16 @@
 #include "modelkit/XmlPath.h"
 
+#include "modelkit/XmlDecoding.h"
 #include "modelkit/XmlPlaces.h"
 
 #include <algorithm>
 
 namespace MODELKIT {
 
-Place FindInXml(const QByteArray& xml, const QString& path) { return XmlPath(xml).FindElement(path); }
+Place FindInXml(const QByteArray& xml, const QString& path)
+{
+    return XmlPath(decodeXml(xml).text).FindElement(path);
+}
 
 // True when the token is a start tag.
 bool XmlPath::ReadToken()
