@@ -27,13 +27,6 @@ using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
-// Keys and texts in messages.
-QString abbreviated(const QString& text)
-{
-    constexpr int shown = 40;
-    return text.size() > shown ? text.left(shown) + QLatin1String("...") : text;
-}
-
 // --- paths ----------------------------------------------------------------------------------
 
 // The way to a value. It costs nothing until somebody asks for the text.
