@@ -29,7 +29,8 @@ void Fragment::InitChoice(const ChoiceFragment& choice)
     const ChoiceFragment chosen = choice;
     Reset();
     if (chosen == GetInvalidChoiceFragment())
-        throw OutOfRangeException(machinery::invalidChoiceText(*this));
+        machinery::refuseEnumerator<ChoiceFragment>(machinery::invalidChoiceText(*this),
+                                                    machinery::numberText(chosen));
     Data::Members::forEach([&](auto member) {
         using Member = decltype(member);
         if (Member::index == chosen)
