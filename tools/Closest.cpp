@@ -6,7 +6,11 @@ namespace routermsg {
 
 QString didYouMean(const QString& word, const QStringList& words)
 {
-    const QString meant = MODELKIT::ClosestName(word, words);
+    return didYouMean(MODELKIT::ClosestName(word, words));
+}
+
+QString didYouMean(const QString& meant)
+{
     return meant.isEmpty() ? QString() : QStringLiteral(" Did you mean %1?").arg(meant);
 }
 

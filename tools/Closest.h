@@ -10,6 +10,9 @@ namespace routermsg {
 /// " Did you mean X?" with the closest word, or nothing.
 QString didYouMean(const QString& word, const QStringList& words);
 
+/// " Did you mean X?" with that word, or nothing when it is empty.
+QString didYouMean(const QString& meant);
+
 /// "a, b and c".
 QString enumerated(const QStringList& words);
 

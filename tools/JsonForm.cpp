@@ -368,13 +368,15 @@ QVariant textOf(const QJsonValue& json, const Path& path)
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-QVariant enumeratorOf(const MemberInfo& member, const QJsonValue& json, const Path& path)
+QVariant enumeratorOf(const MemberInfo& member, const QJsonValue& json, bool validate, const Path& path)
 {
     constexpr int none = -1;
+    const QStringList& names = member.GetNames();
+    if (json.isNull() && validate)
+        path.refuse(QStringLiteral("null is none of %1.").arg(enumerated(names)));
     if (json.isNull())
         return none;
     requireType(json, QJsonValue::String, path);
-    const QStringList& names = member.GetNames();
     const auto value = names.indexOf(json.toString());
     if (value < 0)
         path.refuse(QStringLiteral("%1 is none of %2.%3")
@@ -428,7 +430,7 @@ void readMember(const QJsonValue& json, const MemberInfo& member, IMKObject& rec
     case MemberInfo::Text:
         return set(textOf(json, path));
     case MemberInfo::Enumeration:
-        return set(enumeratorOf(member, json, path));
+        return set(enumeratorOf(member, json, record.GetValidate(), path));
     case MemberInfo::Record:
         return readRecord(json, member.EditRecord(record), path);
     case MemberInfo::List:
