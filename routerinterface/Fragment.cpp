@@ -38,11 +38,7 @@ void Fragment::InitChoice(const ChoiceFragment& choice)
     });
 }
 
-void Fragment::ResetChoiceFragment()
-{
-    if (Data* data = machinery::existingData(*this))
-        data->choice = data->invalidChoice;
-}
+void Fragment::ResetChoiceFragment() { machinery::clearChoice(*this); }
 
 QString Fragment::ChoiceFragmentToName(const ChoiceFragment& choice) const
 {

@@ -210,6 +210,13 @@ void resetValues(const R& record)
 }
 
 template <class R>
+void clearChoice(const R& record)
+{
+    if (auto* data = existingData(record))
+        data->choice = data->invalidChoice;
+}
+
+template <class R>
 void reset(R& record)
 {
     if (auto* data = existingData(record)) {
