@@ -163,8 +163,9 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
         MODELKIT::walkText(reader, reading.context, [&text](QtVersion::XmlView piece) {
             text.append(piece.data(), static_cast<int>(piece.size()));
         });
-        setMember<Member>(record, fromText<Member>(record, Member::slot(data),
-                                                   Utf16Text(text.constData(), text.size()), notify));
+        const Utf16Text given(text.constData(), text.size());
+        setMember<Member>(record, fromText<Member>(record, Member::slot(data), given, notify),
+                          [&given] { return given.toString(); });
     }
 }
 
