@@ -325,3 +325,26 @@ TEST(RecordsPage, RecordInfoDescribesAnyRecord)
     //! [working on any record]
     EXPECT_EQ(said.texts(), QStringList(QStringLiteral("\"Frequency\" 9.85e+07")));
 }
+
+//! [refusing what is no value]
+void edit(MODELKIT::IMKObject& record, const MemberInfo& member, const QVariant& typed)
+{
+    try {
+        member.SetValue(record, typed);
+    } catch (const OutOfRangeException& exception) {
+        qWarning() << exception.GetText();
+        if (!exception.GetClosest().isEmpty())
+            qWarning() << "Did you mean" << exception.GetClosest();
+    }
+}
+//! [refusing what is no value]
+
+TEST(RecordsPage, AnEditorSaysWhatMayHaveBeenMeant)
+{
+    const Said said;
+    MastershipState record;
+    edit(record, *RecordInfo::Of(record).FindMember(QStringLiteral("State")), QStringLiteral("MasterPresnt"));
+    EXPECT_FALSE(record.IsStateSet());
+    ASSERT_EQ(said.texts().size(), 2);
+    EXPECT_EQ(said.texts().at(1), QStringLiteral("Did you mean \"MasterPresent\""));
+}

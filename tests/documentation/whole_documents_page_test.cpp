@@ -6,8 +6,9 @@
 #include "modelkit/ReadingReport.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QSaveFile>
 #include <QtCore/QTemporaryDir>
+
+#include <algorithm>
 
 using namespace testing_support;
 
@@ -35,18 +36,73 @@ TEST_F(WholeDocumentsPage, SavesABinaryFile)
 {
     document.GetPelLu300RouterMessage().SetType(PelLu300RouterMessage::Request);
     //! [saving a binary file]
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        QDataStream stream(&file);
-        document.GetBinaryRepresentation(stream);
-        if (MODELKIT::IMKObject::GetLastFailure().kind == MODELKIT::Failure::None && file.pos() > 0)
-            file.commit();
-    }
+    if (!document.SaveBinary(path))
+        qWarning().noquote() << MODELKIT::IMKObject::GetLastFailure().GetSentence();
     //! [saving a binary file]
-    QFile saved(path);
+    EXPECT_TRUE(said.texts().isEmpty());
     PelLu300RouterInterfaceXml read;
-    EXPECT_TRUE(read.LoadBinary(&saved));
+    EXPECT_TRUE(read.LoadBinary(path));
     EXPECT_TRUE(read == document);
+}
+
+TEST_F(WholeDocumentsPage, WritesToADevice)
+{
+    QFile device(QStringLiteral("/dev/full"));
+    ASSERT_TRUE(device.open(QIODevice::WriteOnly));
+    //! [writing to a device]
+    QDataStream stream(&device);
+    document.GetBinaryRepresentation(stream);
+    if (MODELKIT::IMKObject::GetLastFailure().kind != MODELKIT::Failure::None)
+        qWarning().noquote() << MODELKIT::IMKObject::GetLastFailure().GetSentence();
+    //! [writing to a device]
+    EXPECT_EQ(said.texts(), QStringList(QStringLiteral("/dev/full: The binary form cannot be written: "
+                                                       "No space left on device.")));
+    EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+}
+
+namespace {
+
+// A connection on which two forms and a part of a third have arrived.
+class ArrivingSocket : public QIODevice
+{
+public:
+    explicit ArrivingSocket(const QByteArray& arrived) : m_arrived(arrived) { open(QIODevice::ReadOnly); }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        const QByteArray part = m_arrived.left(static_cast<int>(size));
+        m_arrived.remove(0, part.size());
+        std::copy(part.begin(), part.end(), data);
+        return part.size();
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QByteArray m_arrived;
+};
+
+} // namespace
+
+TEST_F(WholeDocumentsPage, ReadsWhatHasArrived)
+{
+    const QByteArray form = document.GetBinaryRepresentationAsQByteArray();
+    ArrivingSocket socket(form + form + form.left(6));
+    int handled = 0;
+    const auto handle = [&handled](const PelLu300RouterInterfaceXml&) { ++handled; };
+    //! [reading without waiting]
+    MODELKIT::Limits limits;
+    limits.waitingTime = 0;
+    const MODELKIT::LimitsInScope inScope(limits);
+    QDataStream stream(&socket);
+    while (document.SetBinaryRepresentation(stream))
+        handle(document);
+    if (MODELKIT::IMKObject::GetLastFailure().kind != MODELKIT::Failure::NotWholeYet)
+        socket.close();
+    //! [reading without waiting]
+    EXPECT_EQ(handled, 2);
+    EXPECT_TRUE(socket.isOpen());
 }
 
 TEST_F(WholeDocumentsPage, TellsWhyItFails)
