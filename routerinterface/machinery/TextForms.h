@@ -3,6 +3,7 @@
 #pragma once
 
 #include "modelkit/DocumentContext.h"
+#include "modelkit/Quoted.h"
 #include "routerinterface/machinery/Numbers.h"
 #include "routerinterface/machinery/Rules.h"
 
@@ -48,12 +49,7 @@ QString textOf(const Enumerated<E>& slot)
 // get an object that is true in that case and can then be called with the kind and the text.
 using Notice = MODELKIT::ReadingReport::Kind;
 
-inline QString quoted(const QString& text)
-{
-    constexpr int shown = 40;
-    return QLatin1Char('"') + (text.size() > shown ? text.left(shown) + QLatin1String("...") : text)
-           + QLatin1Char('"');
-}
+using MODELKIT::quoted;
 
 inline QString repeatedText(const QString& member)
 {
