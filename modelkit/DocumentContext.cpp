@@ -57,6 +57,10 @@ bool DocumentContext::CountToken(QXmlStreamReader& reader)
              QStringLiteral("Elements are nested deeper than the limit of %1.").arg(m_limits.nestingDepth));
         reader.raiseError(m_failure.text);
         return false;
+    } else if (reader.isStartDocument()) {
+        const QString encoding = reader.documentEncoding().toString();
+        m_hasForeignEncoding =
+            !encoding.isEmpty() && !encoding.startsWith(QLatin1String("UTF"), Qt::CaseInsensitive);
     }
     return true;
 }

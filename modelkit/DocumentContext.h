@@ -52,6 +52,9 @@ public:
     // --- report
 
     bool IsReporting() const { return m_report != nullptr; }
+    // Whether an XML document says that it is in an encoding of its own. A reader replaces what is no
+    // character in it, while in Unicode that is an error.
+    bool HasForeignEncoding() const { return m_hasForeignEncoding; }
     // An entry at the place where the reader stands; line, column and path are found afterwards.
     void Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader);
     // An entry at a byte offset of the binary form, in the member that was entered last.
@@ -94,6 +97,7 @@ private:
     DocumentContext* m_outer;
     Failure m_failure;
     int m_depth = 0;
+    bool m_hasForeignEncoding = false;
     qint64 m_baseOffset = 0;
     qint64 m_pathCharacters = 0;
     QStringList m_path;

@@ -3,6 +3,7 @@
 
 #include "routerinterface/machinery/BinaryStreams.h"
 #include "routerinterface/machinery/Checking.h"
+#include "routerinterface/machinery/Notices.h"
 #include "routerinterface/machinery/TextForms.h"
 
 #include <QtCore/QByteArray>
@@ -52,7 +53,7 @@ struct BinaryNotify
     qint64 offset;
     QString member;
 
-    explicit operator bool() const { return reading.context && reading.context->IsReporting(); }
+    explicit operator bool() const { return reading.isReporting(); }
 
     void operator()(Notice kind, const QString& text) const
     {
@@ -185,8 +186,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 template <class Step, class Read>
 void readAt(const Reading& reading, qint64 offset, const Step& step, const Read& read)
 {
-    MODELKIT::DocumentContext* const reporting =
-        reading.context && reading.context->IsReporting() ? reading.context : nullptr;
+    MODELKIT::DocumentContext* const reporting = reading.isReporting() ? reading.context : nullptr;
     if (reporting)
         reporting->Enter(step());
     doAt(step, read, offset);
@@ -274,11 +274,16 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
             using Member = decltype(member);
             if (static_cast<std::uint32_t>(tag) != Member::binaryTag)
                 return false;
-            if (!IsList<typename Member::Slot>::value && seen.test(Member::index))
-                if (const BinaryNotify notify{reading, offset, Member::nameText()})
-                    notify(Notice::RepeatedMember, repeatedText(Member::nameText()));
+            if (reading.isReporting())
+                noticeComingAgain<Member>(record, seen, BinaryNotify{reading, offset, Member::nameText()});
             seen.set(Member::index);
+            const qint64 payload = source.consumed();
             whole = readEntry<Member>(record, source, entryLength, offset, reading);
+            const qint64 taken = source.consumed() - payload;
+            if (whole && taken != entryLength && reading.isReporting())
+                BinaryNotify{reading, offset, Member::nameText()}(
+                    Notice::WrongLength,
+                    QStringLiteral("The entry announces %1 bytes and takes %2.").arg(entryLength).arg(taken));
             return true;
         });
         if (known)
@@ -297,6 +302,8 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
         exception.SetPlace(place);
         throw exception;
     }
+    if (reading.isReporting())
+        noticeMissing(record, BinaryNotify{reading, begin, QString()});
 }
 
 template <class R>

@@ -51,9 +51,25 @@ using Notice = MODELKIT::ReadingReport::Kind;
 
 using MODELKIT::quoted;
 
-inline QString repeatedText(const QString& member)
+inline QString replacedText(const QString& text)
 {
-    return QStringLiteral("%1 came before; the last one counts.").arg(member);
+    return QStringLiteral("In %1 something that is no character was replaced.").arg(quoted(text));
+}
+
+// Notices what the written form of the value does not keep of the text from which it was read.
+template <class Notify>
+void noticeLostDigits(const QString& text, double value, const Notify& notify)
+{
+    const QString written = toText(value);
+    if (!std::isfinite(value))
+        notify(Notice::NotFinite,
+               QStringLiteral("%1 is no finite number and was taken for %2.").arg(quoted(text), written));
+    else if (written.toDouble() != value)
+        notify(Notice::LostDecimals,
+               QStringLiteral("%1 has more than the two decimals that are written.").arg(quoted(text)));
+    else if (numberWithoutSpelling(written) != numberWithoutSpelling(text))
+        notify(Notice::LostDecimals,
+               QStringLiteral("%1 cannot be kept exactly and was taken for %2.").arg(quoted(text), written));
 }
 
 // Reading is lenient: what is no number becomes 0. Numbers are read as signed ones, so that those
@@ -85,9 +101,8 @@ double fromText(const R&, const Value<double>&, const Characters& text, const No
     if (notify && !converted)
         notify(Notice::NotANumber, QStringLiteral("%1 is no number and was taken for %2.")
                                        .arg(quoted(text.toString()), toText(value)));
-    else if (notify && !std::isnan(value) && toText(value).toDouble() != value)
-        notify(Notice::LostDecimals, QStringLiteral("%1 has more than the two decimals that are written.")
-                                         .arg(quoted(text.toString())));
+    else if (notify)
+        noticeLostDigits(text.toString(), value, notify);
     return value;
 }
 
@@ -104,15 +119,22 @@ bool fromText(const R& record, const Value<bool>&, const Characters& text, const
 }
 
 template <class Member, class R, class T, class Characters, class Notify>
-T fromText(const R&, const Text<T>&, const Characters& text, const Notify&)
+T fromText(const R&, const Text<T>&, const Characters& text, const Notify& notify)
 {
+    if (notify && !text.isIntact())
+        notify(Notice::ReplacedCharacters, replacedText(text.toString()));
     return text.toString();
 }
 
 template <class Member, class R, class E, class Characters, class Notify>
-E fromText(const R&, const Enumerated<E>& slot, const Characters& text, const Notify&)
+E fromText(const R& record, const Enumerated<E>& slot, const Characters& text, const Notify& notify)
 {
-    return enumeratorOf(text, slot.invalid);
+    const E value = enumeratorOf(text, slot.invalid);
+    // The setter refuses what is no enumerator under validation.
+    if (notify && !isName(text, nameOf(value)) && (isEnumerator(value) || !record.GetValidate()))
+        notify(Notice::UnknownName, QStringLiteral("%1 is no value of %2 and was taken for the invalid one.")
+                                        .arg(quoted(text.toString()), Member::nameText()));
+    return value;
 }
 
 } // namespace machinery
