@@ -254,11 +254,20 @@ bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Readi
     return whole;
 }
 
+// Two wrong lengths can make up for each other in the sum.
+inline void noticeLength(int announced, qint64 taken, const BinaryNotify& notify)
+{
+    if (taken != announced)
+        notify(Notice::WrongLength,
+               QStringLiteral("The entry announces %1 bytes and takes %2.").arg(announced).arg(taken));
+}
+
 template <class R>
 void readEntries(R& record, BinarySource& source, qint64 length, Reading& reading)
 {
     settle(record, reading);
     initData(record);
+    const bool isReporting = reading.isReporting();
     const qint64 begin = source.consumed();
     qint64 remaining = length;
     bool whole = true;
@@ -274,16 +283,13 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
             using Member = decltype(member);
             if (static_cast<std::uint32_t>(tag) != Member::binaryTag)
                 return false;
-            if (reading.isReporting())
+            if (isReporting)
                 noticeComingAgain<Member>(record, seen, BinaryNotify{reading, offset, Member::nameText()});
             seen.set(Member::index);
-            const qint64 payload = source.consumed();
             whole = readEntry<Member>(record, source, entryLength, offset, reading);
-            const qint64 taken = source.consumed() - payload;
-            if (whole && taken != entryLength && reading.isReporting())
-                BinaryNotify{reading, offset, Member::nameText()}(
-                    Notice::WrongLength,
-                    QStringLiteral("The entry announces %1 bytes and takes %2.").arg(entryLength).arg(taken));
+            if (isReporting && whole)
+                noticeLength(entryLength, source.consumed() - offset - 8,
+                             BinaryNotify{reading, offset, Member::nameText()});
             return true;
         });
         if (known)
@@ -302,7 +308,7 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
         exception.SetPlace(place);
         throw exception;
     }
-    if (reading.isReporting())
+    if (isReporting)
         noticeMissing(record, BinaryNotify{reading, begin, QString()});
 }
 
