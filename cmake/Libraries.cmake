@@ -1,9 +1,14 @@
-# What the two libraries share. Libraries for Qt 6 carry the Qt version in their file names, so that
+# What the libraries share. Libraries for Qt 6 carry the Qt version in their file names, so that
 # both builds can be installed side by side.
 set(library_suffix "")
 if(QT_MAJOR EQUAL 6)
     set(library_suffix "-qt6")
 endif()
+
+# The installed files find the libraries beside themselves, wherever they are installed to.
+file(RELATIVE_PATH from_programs_to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set(library_run_path "$ORIGIN")
+set(program_run_path "$ORIGIN/${from_programs_to_libraries}")
 
 # add_record_library(<target> FOLDER <folder> MACRO <prefix> HEADERS <files> SOURCES <files>)
 # FOLDER is the folder of its headers in the tree and below the include directory; <prefix>_BUILD is
@@ -20,10 +25,17 @@ function(add_record_library target)
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME ${target}${library_suffix}
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR})
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "${library_run_path}")
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE LINKER:--no-undefined)
     endif()
     install(TARGETS ${target} EXPORT RouterInterfaceTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
     install(FILES ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${arg_FOLDER})
+endfunction()
+
+# install_program(<target>)
+function(install_program target)
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "${program_run_path}")
+    install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()

@@ -13,13 +13,15 @@
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/ClassNames.h"
+#include "modelkit/Devices.h"
 #include "modelkit/DocumentContext.h"
-#include "modelkit/WholeDocument.h"
+#include "modelkit/DocumentOperation.h"
+#include "modelkit/IMKObject.h"
+#include "modelkit/NotRepresentableException.h"
+#include "modelkit/ReplaceFile.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
-#include <QtCore/QFileDevice>
 #include <QtCore/QHash>
 #include <QtCore/QIODevice>
 #include <QtCore/QMutex>
@@ -27,6 +29,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace MODELKIT {
 
@@ -133,7 +136,7 @@ Failure cutOff(qint64 bytes)
 }
 
 // Whether the header can begin a form of the object; otherwise the failure says why not.
-bool accepts(const Header& header, int id, const QString& name, Failure& failure)
+bool accepts(const Header& header, int id, const QString& name, qint64 limit, Failure& failure)
 {
     if (header.id != id && header.id != compressedMarker) {
         failure.kind = Failure::WrongClass;
@@ -141,8 +144,8 @@ bool accepts(const Header& header, int id, const QString& name, Failure& failure
             QStringLiteral("The binary form holds %1, expected is %2.").arg(classNameOf(header.id), name);
     } else if (header.length < 0) {
         failure = notAForm(QStringLiteral("The binary form has a negative length."));
-    } else if (header.length > Limits::Get().inputSize - headerSize) {
-        failure = inputTooLarge(Limits::Get().inputSize);
+    } else if (header.length > limit - headerSize) {
+        failure = inputTooLarge(limit);
     } else {
         return true;
     }
@@ -150,126 +153,228 @@ bool accepts(const Header& header, int id, const QString& name, Failure& failure
     return false;
 }
 
-// Reads the content of a plain form into the object.
-bool readPlain(DocumentOperation& operation, IMKObject& object, const QByteArray& content,
-               QDataStream::ByteOrder order)
+// One form that is read into an object.
+class FormReading
 {
-    DocumentContext context(DocumentContext::Purpose::Reading);
-    context.SetBaseOffset(headerSize);
-    try {
-        object.Reset();
-        QDataStream stream(content);
-        stream.setByteOrder(order);
-        object.SetBinary(stream, static_cast<int>(content.size()));
-    } catch (ModelKitException& exception) {
-        Place place = exception.GetPlace();
-        if (place.offset >= 0)
-            place.offset += headerSize;
-        if (context.GetFailure().kind != Failure::None) {
-            Failure failure = context.GetFailure();
-            failure.place = place;
-            return operation.Fail(failure);
-        }
-        operation.Refuse(exception, place);
-        throw;
+public:
+    FormReading(DocumentOperation& operation, IMKObject& object, int id, QDataStream::ByteOrder order)
+        : m_operation(operation), m_object(object), m_id(id), m_order(order), m_limits(Limits::Get())
+    {}
+
+    const Limits& GetLimits() const { return m_limits; }
+
+    bool Admits(const Header& header)
+    {
+        Failure failure;
+        return accepts(header, m_id, m_object.GetObjectName(), m_limits.inputSize, failure)
+               || m_operation.Fail(failure);
     }
-    return true;
-}
 
-// Reads the form whose header has been accepted.
-bool readForm(DocumentOperation& operation, IMKObject& object, int id, const Header& header,
-              const QByteArray& content, QDataStream::ByteOrder order)
-{
-    if (header.id == id)
-        return readPlain(operation, object, content, order);
-    QByteArray plain;
-    Failure failure;
-    if (!inflate(content, Limits::Get().inflatedSize, plain, failure))
-        return operation.Fail(failure);
-    if (plain.size() < headerSize)
-        return operation.Fail(cutOff(plain.size()));
-    const Header inner(plain.constData(), QDataStream::BigEndian);
-    if (inner.id == compressedMarker)
-        return operation.Fail(notAForm(QStringLiteral("The compressed form holds another compressed form.")));
-    if (!accepts(inner, id, object.GetObjectName(), failure))
-        return operation.Fail(failure);
-    if (inner.length > plain.size() - headerSize)
-        return operation.Fail(cutOff(plain.size()));
-    return readPlain(operation, object, QByteArray::fromRawData(plain.constData() + headerSize, inner.length),
-                     QDataStream::BigEndian);
-}
+    // Reads the form whose header has been admitted. Behind: the number of bytes behind it that are ignored.
+    bool Read(const Header& header, const QByteArray& content, qint64 behind)
+    {
+        return header.id == m_id ? ReadPlain(content, m_order, behind) : ReadCompressed(content, behind);
+    }
 
-bool readBytes(DocumentOperation& operation, IMKObject& object, int id, const QByteArray& bytes)
-{
-    const qint64 limit = Limits::Get().inputSize;
-    if (bytes.size() > limit)
-        return operation.Fail(inputTooLarge(limit));
-    if (bytes.size() < headerSize)
-        return operation.Fail(cutOff(bytes.size()));
-    const Header header(bytes.constData(), QDataStream::BigEndian);
-    Failure failure;
-    if (!accepts(header, id, object.GetObjectName(), failure))
-        return operation.Fail(failure);
-    if (header.length > bytes.size() - headerSize)
-        return operation.Fail(cutOff(bytes.size()));
-    return readForm(operation, object, id, header,
-                    QByteArray::fromRawData(bytes.constData() + headerSize, header.length),
-                    QDataStream::BigEndian);
-}
-
-// Reads exactly that many bytes, waiting for a device that cannot seek; memory grows with what comes.
-bool readExactly(QDataStream& stream, int size, QByteArray& bytes)
-{
-    constexpr int step = 1 << 20;
-    QIODevice* device = stream.device();
-    while (bytes.size() < size) {
-        const int have = static_cast<int>(bytes.size());
-        bytes.resize(have + std::min(step, size - have));
-        const int got =
-            std::max(stream.readRawData(bytes.data() + have, static_cast<int>(bytes.size()) - have), 0);
-        bytes.resize(have + got);
-        if (bytes.size() == size)
-            break;
-        if (got == 0 && !(device && device->isSequential() && device->waitForReadyRead(-1)))
+    bool ReadBytes(const QByteArray& bytes)
+    {
+        if (bytes.size() > m_limits.inputSize)
+            return m_operation.Fail(inputTooLarge(m_limits.inputSize));
+        if (bytes.size() < headerSize)
+            return m_operation.Fail(cutOff(bytes.size()));
+        const Header header(bytes.constData(), m_order);
+        if (!Admits(header))
             return false;
-        // That the rest was not there yet is no failure.
-        stream.resetStatus();
+        const qint64 behind = bytes.size() - headerSize - header.length;
+        if (behind < 0)
+            return m_operation.Fail(cutOff(bytes.size()));
+        return Read(header, QByteArray::fromRawData(bytes.constData() + headerSize, header.length), behind);
     }
-    return true;
-}
 
-// The name of the file on which the stream works, if it does.
-QString fileOf(const QDataStream& stream)
-{
-    const auto* file = qobject_cast<const QFileDevice*>(stream.device());
-    return file ? file->fileName() : QString();
-}
+private:
+    bool ReadCompressed(const QByteArray& content, qint64 behind)
+    {
+        QByteArray plain;
+        Failure failure;
+        if (!inflate(content, m_limits.inflatedSize, plain, failure))
+            return m_operation.Fail(failure);
+        if (plain.size() < headerSize)
+            return m_operation.Fail(cutOff(plain.size()));
+        const Header inner(plain.constData(), QDataStream::BigEndian);
+        if (inner.id == compressedMarker)
+            return m_operation.Fail(
+                notAForm(QStringLiteral("The compressed form holds another compressed form.")));
+        if (!Admits(inner))
+            return false;
+        const qint64 behindInside = plain.size() - headerSize - inner.length;
+        if (behindInside < 0)
+            return m_operation.Fail(cutOff(plain.size()));
+        return ReadPlain(QByteArray::fromRawData(plain.constData() + headerSize, inner.length),
+                         QDataStream::BigEndian, behind + behindInside);
+    }
 
-// Notes the failure when the stream or its file has not taken what was written.
-void requireWritten(DocumentOperation& operation, QDataStream& stream)
+    bool ReadPlain(const QByteArray& content, QDataStream::ByteOrder order, qint64 behind)
+    {
+        DocumentContext context(DocumentContext::Purpose::Reading);
+        context.SetBaseOffset(headerSize);
+        try {
+            m_object.Reset();
+            QDataStream stream(content);
+            stream.setByteOrder(order);
+            m_object.SetBinary(stream, static_cast<int>(content.size()));
+        } catch (ModelKitException& exception) {
+            Place place = exception.GetPlace();
+            if (place.offset >= 0)
+                place.offset += headerSize;
+            if (context.GetFailure().kind != Failure::None) {
+                context.DropReport();
+                Failure failure = context.GetFailure();
+                failure.place = place;
+                return m_operation.Fail(failure);
+            }
+            m_operation.Refuse(exception, place);
+            throw;
+        }
+        if (behind > 0 && context.IsReporting())
+            context.Report(ReadingReport::BytesBehind,
+                           (behind == 1 ? QStringLiteral("%1 byte behind the binary form was ignored.")
+                                        : QStringLiteral("%1 bytes behind the binary form were ignored."))
+                               .arg(behind),
+                           content.size(), QString());
+        return true;
+    }
+
+    DocumentOperation& m_operation;
+    IMKObject& m_object;
+    int m_id;
+    QDataStream::ByteOrder m_order;
+    Limits m_limits;
+};
+
+// Takes a form from the device of a stream.
+class StreamIntake
 {
-    auto* file = qobject_cast<QFileDevice*>(stream.device());
-    const bool isFlushed = !file || file->flush();
-    if (stream.device() && stream.status() == QDataStream::Ok && isFlushed)
-        return;
-    const QString reason = stream.device() ? stream.device()->errorString() : QStringLiteral("No device");
-    operation.Fail(Failure::InputOutput,
-                   QStringLiteral("The binary form cannot be written: %1.").arg(reason));
+public:
+    StreamIntake(DocumentOperation& operation, QDataStream& stream, QIODevice& device, int waitingTime)
+        : m_operation(operation), m_stream(stream), m_device(device), m_intake(device, waitingTime)
+    {}
+
+    // Takes so many bytes; false, with the failure noted, when they are not there.
+    bool Take(qint64 size, QByteArray& bytes)
+    {
+        const auto outcome = m_intake.Take(size, bytes);
+        m_taken += bytes.size();
+        if (outcome == Intake::Whole)
+            return true;
+        if (outcome == Intake::Late) {
+            m_intake.PutBack();
+            // A transaction of the stream's own is rolled back by who began it.
+            if (m_device.isTransactionStarted())
+                m_stream.setStatus(QDataStream::ReadPastEnd);
+            return m_operation.Fail(
+                Failure::NotWholeYet,
+                QStringLiteral("Only %1 bytes of the binary form have arrived.").arg(m_taken));
+        }
+        m_stream.setStatus(QDataStream::ReadPastEnd);
+        return m_operation.Fail(outcome == Intake::Broken ? cannotRead(&m_device, m_intake.GetReason())
+                                                          : cutOff(m_taken));
+    }
+
+private:
+    DocumentOperation& m_operation;
+    QDataStream& m_stream;
+    QIODevice& m_device;
+    Intake m_intake;
+    qint64 m_taken = 0;
+};
+
+bool readForm(DocumentOperation& operation, FormReading& reading, QDataStream& stream, QIODevice& device)
+{
+    QByteArray head;
+    QByteArray content;
+    StreamIntake intake(operation, stream, device, reading.GetLimits().waitingTime);
+    if (!intake.Take(headerSize, head))
+        return false;
+    const Header header(head.constData(), stream.byteOrder());
+    return reading.Admits(header) && intake.Take(header.length, content) && reading.Read(header, content, 0);
 }
 
 bool readStream(DocumentOperation& operation, IMKObject& object, int id, QDataStream& stream)
 {
-    QByteArray bytes;
-    if (!readExactly(stream, headerSize, bytes))
-        return operation.Fail(cutOff(bytes.size()));
-    const Header header(bytes.constData(), stream.byteOrder());
+    QIODevice* const device = stream.device();
+    if (!device || !device->isReadable())
+        return operation.Fail(cannotRead(device, QStringLiteral("it is not open for reading")));
+    FormReading reading(operation, object, id, stream.byteOrder());
+    const qint64 begin = device->isSequential() ? -1 : device->pos();
+    if (readForm(operation, reading, stream, *device))
+        return true;
+    // A form that was refused can be tried again by an object of another class.
+    if (begin >= 0 && !device->seek(begin))
+        stream.setStatus(QDataStream::ReadCorruptData);
+    return false;
+}
+
+// The object's form; a null byte array, with the failure noted, when nothing is to be written.
+QByteArray encode(DocumentOperation& operation, const IMKObject& object, int id, const QDataStream& like)
+{
+    QByteArray form;
+    try {
+        const DocumentContext context(DocumentContext::Purpose::Writing);
+        QDataStream stream(&form, QIODevice::WriteOnly);
+        stream.setVersion(like.version());
+        stream.setByteOrder(like.byteOrder());
+        if (!object.GetBinary(stream, id, true)) {
+            operation.Fail(nothingToWrite(object));
+            return QByteArray();
+        }
+    } catch (const NotRepresentableException& exception) {
+        operation.Fail(Failure::NotRepresentable, exception.GetText(), exception.GetPlace());
+        return QByteArray();
+    } catch (ModelKitException& exception) {
+        operation.Refuse(exception, exception.GetPlace());
+        throw;
+    }
+    return form;
+}
+
+// The same compressed.
+QByteArray encodeCompressed(DocumentOperation& operation, const IMKObject& object, int id, int level,
+                            QDataStream::ByteOrder order)
+{
+    const QByteArray plain = encode(operation, object, id, QDataStream());
+    if (plain.isNull())
+        return plain;
+    QByteArray form;
+    QDataStream stream(&form, QIODevice::WriteOnly);
+    stream.setByteOrder(order);
+    stream << compressedMarker << compress(plain, level);
+    return form;
+}
+
+// Hands a form to the stream's device. A null one has failed already.
+void write(DocumentOperation& operation, QDataStream& stream, const QByteArray& form)
+{
+    if (form.isNull())
+        return;
+    const auto fail = [&operation](const QString& reason) {
+        operation.Fail(cannotWrite(QStringLiteral("binary form"), reason));
+    };
+    QIODevice* const device = stream.device();
+    if (!device)
+        return fail(QStringLiteral("No device"));
+    if (stream.status() != QDataStream::Ok)
+        return fail(QStringLiteral("the stream has failed before"));
+    QString reason;
+    if (writeAll(*device, form, reason) && flush(*device, reason))
+        return;
+    stream.setStatus(QDataStream::WriteFailed);
+    fail(reason);
+}
+
+bool save(DocumentOperation& operation, const QByteArray& form)
+{
     Failure failure;
-    if (!accepts(header, id, object.GetObjectName(), failure))
-        return operation.Fail(failure);
-    QByteArray content;
-    if (!readExactly(stream, header.length, content))
-        return operation.Fail(cutOff(headerSize + content.size()));
-    return readForm(operation, object, id, header, content, stream.byteOrder());
+    return !form.isNull() && (ReplaceFile(operation.GetFile(), form, failure) || operation.Fail(failure));
 }
 
 } // namespace
@@ -288,7 +393,7 @@ bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure)
         return false;
     }
     const Header header(form.constData(), QDataStream::BigEndian);
-    if (!accepts(header, compressedMarker, QString(), failure))
+    if (!accepts(header, compressedMarker, QString(), Limits::Get().inputSize, failure))
         return false;
     const auto there = std::min<qint64>(header.length, form.size() - headerSize);
     const bool inflated =
@@ -316,72 +421,78 @@ QString classNameOf(int id)
 
 void IMKObject::GetBinaryRepresentation(QDataStream& stream) const
 {
-    DocumentOperation operation(*this, fileOf(stream));
-    try {
-        GetBinary(stream, frameId(m_typeCode), true);
-    } catch (ModelKitException& exception) {
-        operation.Refuse(exception, exception.GetPlace());
-        throw;
-    }
-    requireWritten(operation, stream);
+    DocumentOperation operation(*this, fileNameOf(stream.device()));
+    write(operation, stream, encode(operation, *this, frameId(m_typeCode), stream));
 }
 
 QByteArray IMKObject::GetBinaryRepresentationAsQByteArray()
 {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    GetBinaryRepresentation(stream);
-    return bytes;
+    DocumentOperation operation(*this, QString());
+    return encode(operation, *this, frameId(m_typeCode), QDataStream());
 }
 
 void IMKObject::GetCompressedBinaryRepresentation(QDataStream& stream, int level) const
 {
-    QByteArray plain;
-    QDataStream plainStream(&plain, QIODevice::WriteOnly);
-    GetBinaryRepresentation(plainStream);
-    if (plain.isEmpty())
-        return;
-    DocumentOperation operation(*this, fileOf(stream));
-    stream << compressedMarker << compress(plain, level);
-    requireWritten(operation, stream);
+    DocumentOperation operation(*this, fileNameOf(stream.device()));
+    write(operation, stream,
+          encodeCompressed(operation, *this, frameId(m_typeCode), level, stream.byteOrder()));
 }
 
 QByteArray IMKObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
 {
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    GetCompressedBinaryRepresentation(stream, level);
-    return bytes;
+    DocumentOperation operation(*this, QString());
+    return encodeCompressed(operation, *this, frameId(m_typeCode), level, QDataStream::BigEndian);
+}
+
+bool IMKObject::SaveBinary(const QString& path) const
+{
+    DocumentOperation operation(*this, path);
+    return save(operation, encode(operation, *this, frameId(m_typeCode), QDataStream()));
+}
+
+bool IMKObject::SaveCompressed(const QString& path, int level) const
+{
+    DocumentOperation operation(*this, path);
+    return save(operation,
+                encodeCompressed(operation, *this, frameId(m_typeCode), level, QDataStream::BigEndian));
 }
 
 bool IMKObject::SetBinaryRepresentation(QByteArray& bytes)
 {
+    return SetBinaryRepresentation(std::as_const(bytes));
+}
+
+bool IMKObject::SetBinaryRepresentation(const QByteArray& bytes)
+{
     DocumentOperation operation(*this, QString());
-    return readBytes(operation, *this, frameId(m_typeCode), bytes);
+    return FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian).ReadBytes(bytes);
 }
 
 bool IMKObject::SetBinaryRepresentation(QDataStream& stream)
 {
-    DocumentOperation operation(*this, fileOf(stream));
-    QIODevice* device = stream.device();
-    const qint64 begin = device && !device->isSequential() ? device->pos() : -1;
-    const bool read = readStream(operation, *this, frameId(m_typeCode), stream);
-    // A form that was refused can be tried again by an object of another class.
-    if (!read && begin >= 0)
-        device->seek(begin);
-    return read;
+    DocumentOperation operation(*this, fileNameOf(stream.device()));
+    return readStream(operation, *this, frameId(m_typeCode), stream);
 }
 
-bool IMKObject::LoadBinary(QFile* file)
+bool IMKObject::LoadBinary(const QString& path)
 {
-    DocumentOperation operation(*this, file ? file->fileName() : QString());
-    if (!file)
+    QFile file(path);
+    return LoadBinary(&file);
+}
+
+bool IMKObject::LoadBinary(QFile* file) { return LoadBinary(static_cast<QIODevice*>(file)); }
+bool IMKObject::LoadBinary(std::nullptr_t) { return LoadBinary(static_cast<QIODevice*>(nullptr)); }
+
+bool IMKObject::LoadBinary(QIODevice* device)
+{
+    DocumentOperation operation(*this, fileNameOf(device));
+    if (!device)
         return operation.Fail(Failure::InputOutput, QStringLiteral("No file was given."));
-    QByteArray bytes;
+    Input input;
     Failure failure;
-    if (!readFile(*file, bytes, failure))
+    if (!readToEnd(*device, input, failure))
         return operation.Fail(failure);
-    return readBytes(operation, *this, frameId(m_typeCode), bytes);
+    return FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian).ReadBytes(input.bytes);
 }
 
 } // namespace MODELKIT

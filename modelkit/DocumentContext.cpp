@@ -2,31 +2,24 @@
 
 #include <QtCore/QXmlStreamReader>
 
+#include <algorithm>
+
 namespace MODELKIT {
 
 namespace {
 
 thread_local DocumentContext* currentContext = nullptr;
-thread_local ReadingReport* currentReport = nullptr;
 
 } // namespace
 
-ReadingReport::ReadingReport() : m_outer(currentReport) { currentReport = this; }
-ReadingReport::~ReadingReport() { currentReport = m_outer; }
-
-const QVector<ReadingReport::Entry>& ReadingReport::GetEntries() const { return m_entries; }
-qint64 ReadingReport::GetDropped() const { return m_dropped; }
-
-void ReadingReport::Clear()
-{
-    m_entries.clear();
-    m_dropped = 0;
-}
-
 DocumentContext::DocumentContext(Purpose purpose)
     : m_purpose(purpose), m_limits(Limits::Get()),
-      m_report(purpose == Purpose::Reading ? currentReport : nullptr), m_outer(currentContext)
+      m_report(purpose == Purpose::Reading ? ReadingReport::Current() : nullptr), m_outer(currentContext)
 {
+    if (m_report) {
+        m_entriesBefore = static_cast<int>(m_report->entries.size());
+        m_droppedBefore = m_report->dropped;
+    }
     currentContext = this;
 }
 
@@ -44,12 +37,6 @@ void DocumentContext::Fail(Failure::Kind kind, const QString& text)
 
 bool DocumentContext::CountToken(QXmlStreamReader& reader)
 {
-    if (reader.isDTD()) {
-        // In an encoding in which it could not be seen before; see XmlText.h.
-        Fail(Failure::DoctypeRefused, QStringLiteral("A document type declaration is not accepted."));
-        reader.raiseError(m_failure.text);
-        return false;
-    }
     if (reader.isEndElement()) {
         --m_depth;
     } else if (reader.isStartElement() && ++m_depth > m_limits.nestingDepth) {
@@ -57,10 +44,6 @@ bool DocumentContext::CountToken(QXmlStreamReader& reader)
              QStringLiteral("Elements are nested deeper than the limit of %1.").arg(m_limits.nestingDepth));
         reader.raiseError(m_failure.text);
         return false;
-    } else if (reader.isStartDocument()) {
-        const QString encoding = reader.documentEncoding().toString();
-        m_hasForeignEncoding =
-            !encoding.isEmpty() && !encoding.startsWith(QLatin1String("UTF"), Qt::CaseInsensitive);
     }
     return true;
 }
@@ -76,23 +59,35 @@ bool DocumentContext::AdmitsItem(qint64 items)
 
 bool DocumentContext::Keep(const ReadingReport::Entry& entry)
 {
-    if (m_report->m_entries.size() >= ReadingReport::maximalEntries) {
-        ++m_report->m_dropped;
+    if (m_report->entries.size() >= ReadingReport::maximalEntries) {
+        ++m_report->dropped;
         return false;
     }
-    m_report->m_entries.append(entry);
+    m_report->entries.append(entry);
     return true;
+}
+
+void DocumentContext::DropReport()
+{
+    if (!m_report)
+        return;
+    m_report->entries.resize(std::min<int>(m_entriesBefore, static_cast<int>(m_report->entries.size())));
+    m_report->dropped = m_droppedBefore;
+    m_unplaced.clear();
 }
 
 bool DocumentContext::SetPlace(const Unplaced& unplaced, const Place& place)
 {
+    auto& entries = m_report->entries;
+    // The program may have cleared the report, for example in a device that it reads from.
+    if (unplaced.index >= entries.size())
+        return false;
     if (!HasRoomFor(place)) {
-        auto& entries = *unplaced.entries;
-        m_report->m_dropped += entries.size() - unplaced.index;
+        m_report->dropped += entries.size() - unplaced.index;
         entries.resize(unplaced.index);
         return false;
     }
-    (*unplaced.entries)[unplaced.index].place = place;
+    entries[unplaced.index].place = place;
     return true;
 }
 
@@ -105,12 +100,11 @@ bool DocumentContext::HasRoomFor(const Place& place)
 void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader)
 {
     if (Keep({kind, text, Place()}))
-        m_unplaced.append({&m_report->m_entries, static_cast<int>(m_report->m_entries.size()) - 1,
-                           reader.characterOffset()});
+        m_unplaced.append({static_cast<int>(m_report->entries.size()) - 1, reader.characterOffset()});
 }
 
 void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, qint64 offset,
-                            const QString& member)
+                             const QString& member)
 {
     Place place;
     place.offset = m_baseOffset + offset;
@@ -121,7 +115,7 @@ void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, qint
     if (HasRoomFor(place))
         Keep({kind, text, place});
     else
-        ++m_report->m_dropped;
+        ++m_report->dropped;
 }
 
 } // namespace MODELKIT

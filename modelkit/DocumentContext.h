@@ -8,6 +8,8 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
+#include <memory>
+
 class QXmlStreamReader;
 
 namespace MODELKIT {
@@ -52,9 +54,6 @@ public:
     // --- report
 
     bool IsReporting() const { return m_report != nullptr; }
-    // Whether an XML document says that it is in an encoding of its own. A reader replaces what is no
-    // character in it, while in Unicode that is an error.
-    bool HasForeignEncoding() const { return m_hasForeignEncoding; }
     // An entry at the place where the reader stands; line, column and path are found afterwards.
     void Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader);
     // An entry at a byte offset of the binary form, in the member that was entered last.
@@ -67,10 +66,12 @@ public:
     void Enter(const QString& name) { m_path.append(name); }
     void Leave() { m_path.removeLast(); }
 
+    // Takes back the entries of a document that turns out to be none.
+    void DropReport();
+
     // An entry of an XML document whose place is still to be found, and the reader's offset there.
     struct Unplaced
     {
-        QVector<ReadingReport::Entry>* entries;
         int index;
         qint64 characterOffset;
     };
@@ -93,11 +94,13 @@ private:
 
     Purpose m_purpose;
     Limits m_limits;
-    ReadingReport* m_report;
+    std::shared_ptr<ReadingReport::Collected> m_report;
+    // What the report held before this document.
+    int m_entriesBefore = 0;
+    qint64 m_droppedBefore = 0;
     DocumentContext* m_outer;
     Failure m_failure;
     int m_depth = 0;
-    bool m_hasForeignEncoding = false;
     qint64 m_baseOffset = 0;
     qint64 m_pathCharacters = 0;
     QStringList m_path;

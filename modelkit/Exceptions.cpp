@@ -27,6 +27,13 @@ MODELKIT_DEFINE_EXCEPTION(IncompleteDefinitionException, MKException)
 MODELKIT_DEFINE_EXCEPTION(InvalidXmlException, MKException)
 MODELKIT_DEFINE_EXCEPTION(BinaryParsingException, MKException)
 
+OutOfRangeException::OutOfRangeException(const QString& text, const QString& offendingValue,
+                                         const QString& closest)
+    : MKException(text), m_offendingValue(offendingValue), m_closest(closest)
+{}
+const QString& OutOfRangeException::GetOffendingValue() const noexcept { return m_offendingValue; }
+const QString& OutOfRangeException::GetClosest() const noexcept { return m_closest; }
+
 namespace MODELKIT {
 MODELKIT_DEFINE_EXCEPTION(NotRepresentableException, ModelKitException)
 } // namespace MODELKIT

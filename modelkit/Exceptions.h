@@ -58,9 +58,23 @@ class MODELKIT_EXPORT OutOfRangeException : public MKException
 {
 public:
     explicit OutOfRangeException(const QString& text);
+    /// About a value of which a text is known, and the valid one that may have been meant.
+    OutOfRangeException(const QString& text, const QString& offendingValue, const QString& closest);
     OutOfRangeException(const OutOfRangeException& other) noexcept;
     OutOfRangeException& operator=(const OutOfRangeException& other) noexcept;
     ~OutOfRangeException() override;
+
+    /// The value as it was read or passed, for example "Replay" or "7"; null when it has no text. It is
+    /// no part of the message, may come from a document, and is as long as it was there.
+    const QString& GetOffendingValue() const noexcept;
+
+    /// The name of the enumerator that is most like the value, for example "Reply"; empty when none is
+    /// like it, and when it is no enumerator that is asked for.
+    const QString& GetClosest() const noexcept;
+
+private:
+    QString m_offendingValue;
+    QString m_closest;
 };
 
 /// A record or a list item lacks content that it must have.

@@ -25,14 +25,15 @@ struct MODELKIT_EXPORT Failure
         NestedTooDeep,      ///< Limits::nestingDepth is exceeded
         TooManyAttributes,  ///< Limits::attributes is exceeded
         TooManyItems,       ///< Limits::listItems is exceeded
-        NotABinaryForm,     ///< the bytes are no whole-object form, or only the beginning of one
+        NotABinaryForm,     ///< the bytes are no whole-object form, or one that is cut off
         WrongClass,         ///< the binary form is one of another class
         DamagedCompression, ///< the compressed form cannot be inflated
         NotRepresentable,   ///< the content holds text that the form cannot carry
         Refused,            ///< a record threw an exception, which was passed on
         EncodingRefused,    ///< the XML declaration names an encoding that is not accepted
-        NotWholeYet,        ///< not all of the form has arrived; stream and object are as before
-        Interrupted         ///< a device, a log sink or the allocator threw an exception, which was passed on
+        NotWholeYet,        ///< not all has arrived in time; device and object are as before
+        Interrupted,        ///< a device, a log sink or the allocator threw an exception, which was passed on
+        NothingToWrite      ///< validation is on and the object lacks its data, so that nothing was written
     };
 
     Kind kind = None;

@@ -1,7 +1,8 @@
 #include "modelkit/IMKObject.h"
 
-#include "modelkit/QtVersion.h"
 #include "modelkit/DocumentContext.h"
+#include "modelkit/DocumentOperation.h"
+#include "modelkit/QtVersion.h"
 #include "modelkit/Version.h"
 #include "modelkit/XmlWalk.h"
 
@@ -39,6 +40,8 @@ void IMKObject::SetInvalid(long long& value) const { value = std::numeric_limits
 void IMKObject::SetInvalid(QString& value) const { value = QString(); }
 void IMKObject::SetInvalid(double& value) const { value = std::numeric_limits<double>::quiet_NaN(); }
 void IMKObject::SetInvalid(int& value) const { value = std::numeric_limits<int>::min(); }
+
+const Failure& IMKObject::GetLastFailure() { return DocumentOperation::GetLastFailure(); }
 
 ObjectTypes IMKObject::GetObjectType() { return m_objectType; }
 

@@ -8,15 +8,18 @@
 #include "modelkit/Limits.h"
 #include "modelkit/Logger.h"
 #include "modelkit/ObjectTypes.h"
+#include "modelkit/XmlLayout.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
+#include <cstddef>
 #include <memory>
 
 class QDataStream;
 class QDateTime;
 class QFile;
+class QIODevice;
 class QXmlStreamReader;
 class QXmlStreamWriter;
 
@@ -105,31 +108,50 @@ public:
     /// The object is then unchanged as long as nothing of its own element or frame was read;
     /// otherwise it holds what was read until the failure.
     ///
+    /// Reading from a device begins at its position. A closed device is opened for the time of reading. A
+    /// device that delivers later, such as a socket, is waited for, as long as Limits::waitingTime says; when
+    /// that was not enough the failure is of kind Failure::NotWholeYet, and device and object are as they
+    /// were. (Files that are pipes wait by themselves, without a limit.)
+    ///
     /// Every failure, exceptions included, is written to the logger as an error in one sentence.
     /// @{
 
-    /// Replaces the content by that of an XML document whose root element carries the object's name.
+    /// Replaces the content by that of an XML document whose root element carries the object's name. The
+    /// encoding that the declaration names does not matter, but must be known to Qt.
     /// \param check whether `Check()` is called after reading.
     /// \throws MKException what reading and `Check()` throw.
     virtual bool SetXmlString(const QString& xml, bool check);
 
+    /// As above, from bytes in the encoding of the byte order mark, or else of the declaration, or else
+    /// UTF-8. Accepted are UTF-8, UTF-16, UTF-32 and those encodings that extend ASCII, keep no state and are
+    /// known to Qt; a declaration of another one is a Failure::EncodingRefused.
+    bool SetXmlBytes(const QByteArray& xml, bool check = false);
+
     /// Replaces the content by that of a whole-object binary form, plain or compressed, as
     /// GetBinaryRepresentation() and GetCompressedBinaryRepresentation() write it in big-endian byte
-    /// order. Bytes behind the form are ignored.
+    /// order. Bytes behind the form are ignored, which a ReadingReport tells.
     /// \throws MKException what `SetBinary` throws.
     virtual bool SetBinaryRepresentation(QByteArray& bytes);
 
+    /// As above.
+    bool SetBinaryRepresentation(const QByteArray& bytes);
+
     /// As above; reads from the stream's position in the stream's byte order and leaves the stream
-    /// behind the form. A stream that cannot seek is waited for until the form is there.
+    /// behind the form.
+    ///
+    /// Where the form is not whole the stream's position is put back. On a device in memory or a file the
+    /// failure is of kind Failure::NotABinaryForm and the stream's status `ReadPastEnd`: call again when
+    /// there is more. On a device that delivers later it is of kind Failure::NotWholeYet when the time was
+    /// over; only when the device has ended, what was there is gone.
     virtual bool SetBinaryRepresentation(QDataStream& stream);
 
     /// Takes over what \a other has set, on top of the own content; the items of lists are appended.
-    /// What is taken over is what the binary form carries: texts as UTF-8, the selected payload of a
-    /// fragment, and the invalid value for a number that is no enumerator; but doubles keep their full
-    /// precision. Neither validation flag nor completeness of \a other matters; the rules of
-    /// this object's setters apply when its validation is on.
-    /// \returns false, changing nothing, when \a other is an object of another class.
-    /// \throws MKException what the setters throw; what was taken over until then stays.
+    /// What is taken over is what the binary form carries: texts, the selected payload of a fragment, and the
+    /// invalid value for a number that is no enumerator; but doubles keep their full precision. Neither
+    /// validation flag nor completeness of \a other matters; the rules of this object's setters apply when
+    /// its validation is on. \returns false, changing nothing, when \a other is an object of another class or
+    /// a text holds half of a surrogate pair. \throws MKException what the setters throw; what was taken over
+    /// until then stays.
     virtual bool MergeMKObject(const IMKObject& other);
 
     /// @}
@@ -150,26 +172,35 @@ public:
     /// \name Whole documents
     /// @{
 
-    /// The object as an XML document with declaration, indented by two blanks. For compact text, let
-    /// GetXml() write to a `QXmlStreamWriter` of your own.
+    /// The object as an XML document with declaration, indented by two blanks.
     /// \returns a null string, with the reason in GetLastFailure(), when a text holds a character
-    /// that XML cannot carry.
+    /// that XML cannot carry, or validation is on and `HasData()` is false.
     /// \throws MKException what `GetXml` throws.
     virtual QString GetXmlString();
 
-    /// Writes the whole-object form: the binary frame with the object's type code as its id. Nothing
-    /// is written when validation is on and `HasData()` is false. To save a file, write to a
-    /// `QDataStream` on a `QSaveFile`, and commit it only when something was written and nothing failed.
-    /// A device that cannot seek gets the form in one piece; a file is
-    /// flushed. When the device does not take it all, the stream's status says so and GetLastFailure() why.
-    /// \throws MKException what `GetBinary` throws.
+    /// As above, without white space between the elements.
+    QString GetCompactXmlString() const;
+
+    /// As above, in UTF-8, which the declaration names: the bytes that SaveXml() and SaveCompactXml() write.
+    /// A null byte array on failure.
+    QByteArray GetXmlBytes(XmlLayout layout = XmlLayout::Indented) const;
+
+    /// Writes the whole-object form: the binary frame with the object's type code as its id, in the byte
+    /// order of the stream. The device gets it in one piece, and a file is flushed. To save a file use
+    /// SaveBinary().
+    ///
+    /// Whether it was written is in GetLastFailure(), and the stream's status is `WriteFailed` when the
+    /// device did not take it all. Nothing at all is written when validation is on and `HasData()` is false,
+    /// or when a text holds half of a surrogate pair. \throws MKException what `GetBinary` throws; nothing is
+    /// written then.
     virtual void GetBinaryRepresentation(QDataStream& stream) const;
 
-    /// The whole-object form in big-endian byte order; empty when validation let nothing be written.
+    /// The whole-object form in big-endian byte order; empty, with the reason in GetLastFailure(), when
+    /// nothing is written.
     /// \throws MKException what `GetBinary` throws.
     virtual QByteArray GetBinaryRepresentationAsQByteArray();
 
-    /// Writes the whole-object form compressed with zlib.
+    /// Writes the whole-object form compressed with zlib; otherwise as GetBinaryRepresentation().
     /// \param level from 0 (none) to 9 (smallest), -1 for zlib's default; others are clamped.
     /// \throws MKException what `GetBinary` throws.
     virtual void GetCompressedBinaryRepresentation(QDataStream& stream, int level) const;
@@ -177,7 +208,7 @@ public:
     /// As above, as a byte array in big-endian byte order.
     virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
-    /// Replaces the content by that of an XML file.
+    /// Replaces the content by that of an XML file, in an encoding as with SetXmlBytes().
     /// \throws MKException what reading throws.
     virtual bool LoadXml(const QString& path);
 
@@ -185,17 +216,42 @@ public:
     /// end; a closed one is opened for the time of reading.
     virtual bool LoadXml(QFile* file);
 
+    /// As above, from any device.
+    bool LoadXml(QIODevice* device);
+    bool LoadXml(std::nullptr_t);
+
     /// Replaces the content by that of a file in the whole-object form, plain or compressed, in
-    /// big-endian byte order. The file as with LoadXml().
+    /// big-endian byte order. Bytes behind the form are ignored, which a ReadingReport tells.
     /// \throws MKException what reading throws.
+    bool LoadBinary(const QString& path);
+
+    /// As above; the file as with LoadXml().
     virtual bool LoadBinary(QFile* file);
+
+    /// As above, from any device, which is read to its end.
+    bool LoadBinary(QIODevice* device);
+    bool LoadBinary(std::nullptr_t);
 
     /// Saves the object as an XML document in UTF-8 with declaration, indented by two blanks. An
     /// existing file stays as it is until the new one is written whole, and then is replaced at once.
-    /// \returns false, with the reason in GetLastFailure(), when the file cannot be written or a text
-    /// holds a character that XML cannot carry.
+    /// \returns false, with the reason in GetLastFailure(), when the file cannot be written, a text
+    /// holds a character that XML cannot carry, or validation is on and `HasData()` is false.
     /// \throws MKException what `GetXml` throws.
     virtual bool SaveXml(const QString& path) const;
+
+    /// As above, without white space between the elements.
+    bool SaveCompactXml(const QString& path) const;
+
+    /// Saves the object in the whole-object form, in big-endian byte order, replacing an existing file as
+    /// SaveXml() does.
+    /// \returns false, with the reason in GetLastFailure(), when the file cannot be written, a text holds
+    /// half of a surrogate pair, or validation is on and `HasData()` is false. \throws MKException what
+    /// `GetBinary` throws.
+    bool SaveBinary(const QString& path) const;
+
+    /// As above, compressed.
+    /// \param level as with GetCompressedBinaryRepresentation().
+    bool SaveCompressed(const QString& path, int level = -1) const;
 
     /// @}
 

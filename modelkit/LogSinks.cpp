@@ -9,6 +9,22 @@ namespace {
 
 Q_LOGGING_CATEGORY(category, "modelkit")
 
+// Whether the character would let an entry look like several, or like another one.
+bool deceives(QChar character)
+{
+    switch (character.category()) {
+    case QChar::Other_Control:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        break;
+    }
+    const unsigned int code = character.unicode();
+    return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E)
+           || (code >= 0x2066 && code <= 0x2069);
+}
+
 } // namespace
 
 void QtLogSink::Write(Logger::Level level, const QString& text)
@@ -28,10 +44,14 @@ void DeviceLogSink::Write(Logger::Level level, const QString& text)
 {
     QString line = Logger::GetLevelNames().value(level) + QLatin1String(": ") + text;
     for (QChar& character : line)
-        if (character.category() == QChar::Other_Control)
+        if (deceives(character))
             character = QLatin1Char(' ');
-    m_device.write(line.toUtf8() + '\n');
+    const QByteArray bytes = line.toUtf8() + '\n';
+    if (m_device.write(bytes) != bytes.size())
+        ++m_lost;
 }
+
+qint64 DeviceLogSink::GetLost() const { return m_lost; }
 
 void MemoryLogSink::Write(Logger::Level level, const QString& text) { m_entries.append({level, text}); }
 const QVector<MemoryLogSink::Entry>& MemoryLogSink::GetEntries() const { return m_entries; }

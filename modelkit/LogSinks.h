@@ -19,15 +19,20 @@ public:
 };
 
 /// Writes each entry as a line in UTF-8, "ERROR: text", to an open device that outlives the sink. Line
-/// breaks and other control characters of the text are written as blanks.
+/// breaks, other control characters and marks that change the direction of a text are written as blanks.
 class MODELKIT_EXPORT DeviceLogSink : public LogSink
 {
 public:
     explicit DeviceLogSink(QIODevice& device);
     void Write(Logger::Level level, const QString& text) override;
 
+    /// The number of entries that the device has not taken whole. Not to be called while another thread
+    /// writes.
+    qint64 GetLost() const;
+
 private:
     QIODevice& m_device;
+    qint64 m_lost = 0;
 };
 
 /// Keeps entries in memory.

@@ -2,6 +2,7 @@
 /// The one place that knows how the supported Qt versions differ.
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -11,6 +12,8 @@
 
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     #include <QtCore/QTextCodec>
+#else
+    #include <QtCore/QStringConverter>
 #endif
 
 #include <utility>
@@ -40,6 +43,26 @@ inline bool writesUtf8([[maybe_unused]] const QXmlStreamWriter& writer)
     return writer.codec() && writer.codec()->mibEnum() == utf8;
 #else
     return true;
+#endif
+}
+
+/// Whether there is a codec for the encoding of that name. Qt 6 has fewer than Qt 5.
+inline bool knowsEncoding(const QByteArray& name)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QTextCodec::codecForName(name) != nullptr;
+#else
+    return QStringDecoder(name.constData()).isValid();
+#endif
+}
+
+/// The text of bytes in an encoding that is known. U+FFFD replaces what is no text of the encoding.
+inline QString decode(const QByteArray& encoding, const QByteArray& bytes)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QTextCodec::codecForName(encoding)->toUnicode(bytes);
+#else
+    return QStringDecoder(encoding.constData()).decode(bytes);
 #endif
 }
 

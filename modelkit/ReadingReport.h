@@ -8,12 +8,17 @@
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
+#include <memory>
+
 namespace MODELKIT {
 
-class DocumentContext;
-
 /// Collects what the operations on whole documents accept in silence, from its construction to its
-/// destruction and in the thread that constructed it. Of several reports only the newest collects.
+/// destruction and in the thread that constructed it. Of several reports only the newest collects. Reports
+/// may be destroyed in any order and in any thread; only the thread of a report may look into it while it
+/// collects.
+///
+/// A document that is refused because it is not well-formed, is no whole form or exceeds a limit leaves no
+/// entries.
 ///
 /// **When reading succeeds without an entry, and none was dropped, nothing was lost.** Writing the record
 /// again in the form from which it was read, with validation on or off, either is refused or gives the
@@ -55,6 +60,8 @@ public:
         WrappedNumber,   ///< of a number that is negative or too large the low 32 bits were stored
         LostDecimals,    ///< a number has more than the two decimals that are written, or too many digits
         UnusualBoolean,  ///< a text other than true, false, 1 and 0 was taken for true or false
+        BytesBehind,     ///< bytes behind the form, or behind the plain form inside a compressed one, were
+                         ///< ignored
         ReplacedPayload, ///< a payload of a fragment came before another; only the last one counts
         IgnoredText,     ///< a text between the elements of a record was ignored
         ElementInText,   ///< an element inside the text of a member was skipped
@@ -64,8 +71,7 @@ public:
         MissingMember,      ///< a member is missing that is written all the same, and then is there
         MissingPayload,     ///< a fragment has no payload and so is not written under validation
         Prefix,             ///< the namespace prefix of a name was left out
-        WrongLength,        ///< a binary entry announces another length than its value takes
-        BytesBehind         ///< bytes behind the form, or behind the plain form inside a compressed one
+        WrongLength         ///< a binary entry announces another length than its value takes
     };
 
     struct Entry
@@ -99,10 +105,19 @@ public:
 
 private:
     friend class DocumentContext;
+    class Entering;
 
-    QVector<Entry> m_entries;
-    qint64 m_dropped = 0;
-    ReadingReport* m_outer;
+    // Shared with the operation that is collecting.
+    struct Collected
+    {
+        QVector<Entry> entries;
+        qint64 dropped = 0;
+    };
+
+    // That of the newest report of this thread; null when there is none.
+    static std::shared_ptr<Collected> Current();
+
+    std::unique_ptr<Entering> m_entering;
 };
 
 } // namespace MODELKIT

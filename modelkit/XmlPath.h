@@ -2,7 +2,6 @@
 #pragma once
 
 #include "modelkit/Place.h"
-#include "modelkit/XmlText.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QString>
@@ -16,9 +15,8 @@ namespace MODELKIT {
 class XmlPath
 {
 public:
-    // Input: the same text or bytes that the first reader had.
-    template <class Input>
-    explicit XmlPath(const Input& input) : m_reader(input), m_text(decodedXml(input))
+    // The text that the first reader had.
+    explicit XmlPath(const QString& text) : m_reader(text), m_text(text)
     {
         m_reader.setNamespaceProcessing(false);
         m_levels.append(Level());

@@ -29,7 +29,8 @@ void Fragment::InitChoice(const ChoiceFragment& choice)
     const ChoiceFragment chosen = choice;
     Reset();
     if (chosen == GetInvalidChoiceFragment())
-        throw OutOfRangeException(machinery::invalidChoiceText(*this));
+        machinery::refuseEnumerator<ChoiceFragment>(machinery::invalidChoiceText(*this),
+                                                    machinery::numberText(chosen));
     Data::Members::forEach([&](auto member) {
         using Member = decltype(member);
         if (Member::index == chosen)
@@ -37,11 +38,7 @@ void Fragment::InitChoice(const ChoiceFragment& choice)
     });
 }
 
-void Fragment::ResetChoiceFragment()
-{
-    if (Data* data = machinery::existingData(*this))
-        data->choice = data->invalidChoice;
-}
+void Fragment::ResetChoiceFragment() { machinery::clearChoice(*this); }
 
 QString Fragment::ChoiceFragmentToName(const ChoiceFragment& choice) const
 {

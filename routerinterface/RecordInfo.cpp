@@ -13,9 +13,10 @@ extern template struct machinery::Walks<PelLu300RouterInterfaceXml>;
 
 namespace {
 
-[[noreturn]] void refuse(const MemberInfo& member, const char* what)
+template <class Info>
+[[noreturn]] void refuse(const Info& info, const char* what)
 {
-    throw std::logic_error(member.GetName().toStdString() + " is no " + what);
+    throw std::logic_error(info.GetName().toStdString() + " is no " + what);
 }
 
 void addWithOwned(const RecordInfo& info, QVector<const RecordInfo*>& all)
@@ -56,22 +57,42 @@ MemberInfo::~MemberInfo() = default;
 
 QVariant MemberInfo::GetValue(const MODELKIT::IMKObject&) const { refuse(*this, "value"); }
 void MemberInfo::SetValue(MODELKIT::IMKObject&, const QVariant&) const { refuse(*this, "value"); }
+bool MemberInfo::IsValid(const QVariant&) const { refuse(*this, "value"); }
+QVariant MemberInfo::GetDefault(const MODELKIT::IMKObject&) const { refuse(*this, "value"); }
+void MemberInfo::SetDefault(MODELKIT::IMKObject&, const QVariant&) const { refuse(*this, "value"); }
 
 const MODELKIT::IMKObject& MemberInfo::GetRecord(const MODELKIT::IMKObject&) const
 {
     refuse(*this, "nested record");
 }
-
 MODELKIT::IMKObject& MemberInfo::EditRecord(MODELKIT::IMKObject&) const { refuse(*this, "nested record"); }
+void MemberInfo::SetRecord(MODELKIT::IMKObject&, const MODELKIT::IMKObject&) const
+{
+    refuse(*this, "nested record");
+}
+void MemberInfo::Select(MODELKIT::IMKObject&) const { refuse(*this, "member of a choice"); }
+const MODELKIT::IMKObject& MemberInfo::GetDefaultRecord(const MODELKIT::IMKObject&) const
+{
+    refuse(*this, "nested record or list");
+}
+void MemberInfo::SetDefaultRecord(MODELKIT::IMKObject&, const MODELKIT::IMKObject&) const
+{
+    refuse(*this, "nested record or list");
+}
 
 int MemberInfo::CountItems(const MODELKIT::IMKObject&) const { refuse(*this, "list"); }
-
 const MODELKIT::IMKObject& MemberInfo::GetItem(const MODELKIT::IMKObject&, int) const
 {
     refuse(*this, "list");
 }
-
+MODELKIT::IMKObject& MemberInfo::EditItem(MODELKIT::IMKObject&, int) const { refuse(*this, "list"); }
 void MemberInfo::AppendItem(MODELKIT::IMKObject&, const MODELKIT::IMKObject&) const { refuse(*this, "list"); }
+void MemberInfo::InsertItem(MODELKIT::IMKObject&, int, const MODELKIT::IMKObject&) const
+{
+    refuse(*this, "list");
+}
+void MemberInfo::RemoveItem(MODELKIT::IMKObject&, int) const { refuse(*this, "list"); }
+void MemberInfo::MoveItem(MODELKIT::IMKObject&, int, int) const { refuse(*this, "list"); }
 
 RecordInfo::~RecordInfo() { qDeleteAll(m_members); }
 
@@ -103,6 +124,20 @@ const RecordInfo& RecordInfo::Of(const MODELKIT::IMKObject& record)
     if (!info)
         throw std::bad_cast();
     return *info;
+}
+
+const MemberInfo* RecordInfo::GetSelected(const MODELKIT::IMKObject& record) const
+{
+    if (!IsChoice())
+        refuse(*this, "choice");
+    return m_members.value(m_selected(record));
+}
+
+void RecordInfo::ClearSelection(MODELKIT::IMKObject& record) const
+{
+    if (!IsChoice())
+        refuse(*this, "choice");
+    m_clearSelection(record);
 }
 
 const MemberInfo* RecordInfo::FindMember(const QString& name) const

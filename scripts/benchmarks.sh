@@ -11,9 +11,11 @@ cd "$(dirname "$0")/.."
 
 install_missing cmake g++ libbenchmark-dev ninja-build qtbase5-dev
 folder=build/benchmarks
-cmake -S . -B $folder -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DROUTERINTERFACE_BENCHMARKS=ON \
-    -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF -DROUTERINTERFACE_TOOLS=OFF >$folder.log
-grep "Benchmarks without" $folder.log >&2 || true
+mkdir -p $folder
+cmake -S . -B $folder -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER=g++ \
+    -DROUTERINTERFACE_BENCHMARKS=ON -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF \
+    -DROUTERINTERFACE_TOOLS=OFF >$folder/configure.log
+grep "Benchmarks without" $folder/configure.log >&2 || true
 cmake --build $folder >/dev/null || cmake --build $folder
 
 run() { $folder/benchmarks/benchmarks --benchmark_enable_random_interleaving=true --benchmark_min_time=0.05 "$@"; }
@@ -24,6 +26,7 @@ if [ "${1:-}" != --update ]; then
 fi
 page=docs/performance.md
 measured='<!-- measured -->'
+trap 'rm -f "$page.new"' EXIT
 {
     sed "/$measured/,\$d" $page
     echo "$measured"

@@ -1,17 +1,21 @@
 #!/usr/bin/env bash
-# Builds the program routermsg and runs it with the given arguments; without any it is shown at work on
-# the example documents.
+# Builds the program routermsg and runs it with the given arguments in the current folder; without any it is
+# shown at work on the example documents.
 set -euo pipefail
+folder=$PWD
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
 install_missing cmake g++ libcli11-dev ninja-build qtbase5-dev
-echo "Building..."
-cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DROUTERINTERFACE_TESTS=OFF >/dev/null
-cmake --build build/demo >/dev/null || cmake --build build/demo
+echo "Building..." >&2
+cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER=g++ \
+    -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF >/dev/null
+cmake --build build/demo >/dev/null || cmake --build build/demo >&2
 routermsg=build/demo/tools/routermsg
 
 if [ $# -gt 0 ]; then
+    routermsg=$PWD/$routermsg
+    cd "$folder"
     exec "$routermsg" "$@"
 fi
 show() {

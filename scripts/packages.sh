@@ -10,7 +10,7 @@ install_missing() {
     if [ "$(id -u)" -ne 0 ]; then
         as_root=(sudo)
     fi
-    echo "Installing Debian packages: ${missing[*]}"
+    echo "Installing Debian packages: ${missing[*]}" >&2
     "${as_root[@]}" apt-get update -qq
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

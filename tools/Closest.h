@@ -7,12 +7,11 @@
 
 namespace routermsg {
 
-/// The word that is most like \a word, if any is like it: by other case, as its beginning or a part of it, or
-/// by few edits. Of several the first.
-QString closest(const QString& word, const QStringList& words);
-
 /// " Did you mean X?" with the closest word, or nothing.
 QString didYouMean(const QString& word, const QStringList& words);
+
+/// " Did you mean X?" with that word, or nothing when it is empty.
+QString didYouMean(const QString& meant);
 
 /// "a, b and c".
 QString enumerated(const QStringList& words);

@@ -1,5 +1,6 @@
 #include "Finding.h"
 
+#include "Closest.h"
 #include "Terminal.h"
 
 namespace routermsg {
@@ -13,6 +14,19 @@ MODELKIT::Place inFile(MODELKIT::Place place, const QString& file)
     return place;
 }
 
+// What the exception says, with the value that it is about and what may have been meant.
+QString textOf(const ModelKitException& exception)
+{
+    QString text = exception.GetText();
+    const auto* outOfRange = dynamic_cast<const OutOfRangeException*>(&exception);
+    if (!outOfRange || outOfRange->GetOffendingValue().isNull())
+        return text;
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    return text + QLatin1String(": ") + quoted(abbreviated(outOfRange->GetOffendingValue()))
+           + QLatin1Char('.') + didYouMean(outOfRange->GetClosest());
+}
+
 } // namespace
 
 Finding Finding::of(const MODELKIT::Failure& failure, const QString& file)
@@ -23,7 +37,7 @@ Finding Finding::of(const MODELKIT::Failure& failure, const QString& file)
 
 Finding Finding::of(const ModelKitException& exception, const QString& file)
 {
-    return {Error, Found, exception.GetText(), inFile(exception.GetPlace(), file)};
+    return {Error, Found, textOf(exception), inFile(exception.GetPlace(), file)};
 }
 
 Finding Finding::ofFile(const QString& file, const QString& text)

@@ -34,13 +34,14 @@ struct Finding
     Severity severity = Error;
     /// What the finding does to the exit status.
     Status status = Found;
-    /// One sentence without the place, as the library says it; it may hold text from the document.
+    /// What is wrong, without the place, as the library says it; it may hold text from the document.
     QString text;
     /// The file is named as the user named it. For JSON the path is one such as "$.DF_Params.Frequency".
     MODELKIT::Place place;
 
     /// \a file counts when the failure does not know its file.
     static Finding of(const MODELKIT::Failure& failure, const QString& file);
+    /// Of a value that is no enumerator the finding also tells the value and what may have been meant.
     static Finding of(const ModelKitException& exception, const QString& file);
     /// A file that cannot be read or written.
     static Finding ofFile(const QString& file, const QString& text);

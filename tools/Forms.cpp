@@ -5,13 +5,12 @@
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/Limits.h"
+#include "modelkit/ReplaceFile.h"
 #include "modelkit/XmlPlaces.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
-#include <QtCore/QXmlStreamReader>
 #include <QtCore/QtEndian>
 
 #include <csignal>
@@ -19,6 +18,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace routermsg {
 
@@ -43,22 +43,19 @@ const RecordInfo* classOfFrame(const QByteArray& bytes)
     return bytes.size() < 4 ? nullptr : RecordInfo::FindByFrameId(qFromBigEndian<quint32>(bytes.constData()));
 }
 
-const RecordInfo* classOfRootElement(const QByteArray& xml)
-{
-    QXmlStreamReader reader(xml);
-    reader.readNextStartElement();
-    return RecordInfo::Find(reader.name().toString());
-}
-
 bool isTextByte(char byte)
 {
     return static_cast<unsigned char>(byte) >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-bool beginsAsUtf16(const QByteArray& bytes)
+// UTF-16 and UTF-32, with and without a mark.
+bool beginsAsWideXml(const QByteArray& bytes)
 {
-    return bytes.startsWith("\xFE\xFF") || bytes.startsWith("\xFF\xFE")
-           || bytes.startsWith(QByteArray("\0<", 2)) || bytes.startsWith(QByteArray("<\0", 2));
+    static const QByteArray beginnings[] = {QByteArray("\xFE\xFF"),        QByteArray("\xFF\xFE"),
+                                            QByteArray("\0\0\xFE\xFF", 4), QByteArray("\0<", 2),
+                                            QByteArray("<\0", 2),          QByteArray("\0\0\0<", 4)};
+    return std::any_of(std::begin(beginnings), std::end(beginnings),
+                       [&bytes](const QByteArray& beginning) { return bytes.startsWith(beginning); });
 }
 
 bool beginsAsJson(const QByteArray& bytes)
@@ -109,7 +106,7 @@ Form formOfContent(const QByteArray& bytes)
         return Form::Compressed;
     if (classOfFrame(bytes))
         return Form::Binary;
-    if (beginsAsUtf16(bytes))
+    if (beginsAsWideXml(bytes))
         return Form::Xml;
     if (beginsAsJson(bytes))
         return Form::Json;
@@ -174,37 +171,11 @@ QByteArray readAll(QFile& file, const QString& path)
     }
 }
 
-// Bytes for the operations that read from an open file. They tell of the file by its name.
-class BytesAsFile : public QFile
-{
-public:
-    BytesAsFile(const QByteArray& bytes, const QString& name) : QFile(name), m_bytes(bytes)
-    {
-        QIODevice::open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    }
-
-    bool isSequential() const override { return true; }
-    bool atEnd() const override { return m_position == m_bytes.size(); }
-
-protected:
-    qint64 readData(char* data, qint64 size) override
-    {
-        const qint64 count = std::min<qint64>(size, m_bytes.size() - m_position);
-        std::memcpy(data, m_bytes.constData() + m_position, static_cast<size_t>(count));
-        m_position += count;
-        return count;
-    }
-
-private:
-    QByteArray m_bytes;
-    qint64 m_position = 0;
-};
-
 // The class that the bytes are of, which the library has found not to be the document's.
 const RecordInfo* classOf(const QByteArray& bytes, Form form)
 {
     if (form == Form::Xml)
-        return classOfRootElement(bytes);
+        return RecordInfo::Find(MODELKIT::RootNameOfXml(bytes));
     if (form == Form::Binary)
         return classOfFrame(bytes);
     QByteArray plain;
@@ -214,13 +185,13 @@ const RecordInfo* classOf(const QByteArray& bytes, Form form)
 }
 
 // The record; null, with the failure explained, when the bytes are none of the class.
-std::unique_ptr<MODELKIT::IMKObject> readAs(const RecordInfo& info, const QByteArray& bytes,
-                                            const QString& name, Form form, bool validate)
+std::unique_ptr<MODELKIT::IMKObject> readAs(const RecordInfo& info, const QByteArray& bytes, Form form,
+                                            bool validate)
 {
     auto record = info.Create();
     record->SetValidate(validate);
-    BytesAsFile file(bytes, name);
-    const bool isRead = form == Form::Xml ? record->LoadXml(&file) : record->LoadBinary(&file);
+    const bool isRead =
+        form == Form::Xml ? record->SetXmlBytes(bytes) : record->SetBinaryRepresentation(bytes);
     return isRead ? std::move(record) : nullptr;
 }
 
@@ -228,12 +199,12 @@ std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, cons
                                                    bool validate)
 {
     using MODELKIT::Failure;
-    auto record = readAs(RecordInfo::Document(), bytes, name, form, validate);
+    auto record = readAs(RecordInfo::Document(), bytes, form, validate);
     // Whatever it is, the document's class says best what it is not.
     const Failure failure = MODELKIT::IMKObject::GetLastFailure();
     if (failure.kind == Failure::WrongRoot || failure.kind == Failure::WrongClass)
         if (const RecordInfo* info = classOf(bytes, form))
-            record = readAs(*info, bytes, name, form, validate);
+            record = readAs(*info, bytes, form, validate);
     if (!record)
         throw Refusal(Finding::of(MODELKIT::IMKObject::GetLastFailure(), name));
     return record;
@@ -305,21 +276,13 @@ Loaded parse(const QByteArray& bytes, const QString& name, const ReadingOptions&
 
 namespace {
 
-// The library's text has the encoding in its declaration only when it goes to a file.
-QByteArray encodeXml(MODELKIT::IMKObject& record, const QString& name)
-{
-    const QString xml = record.GetXmlString();
-    if (xml.isNull())
-        throw Refusal(Finding::of(MODELKIT::IMKObject::GetLastFailure(), name));
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"" + xml.mid(xml.indexOf(QLatin1String("?>"))).toUtf8();
-}
-
-QByteArray encodeUnchecked(MODELKIT::IMKObject& record, Form form, const QString& name)
+// Empty when the form cannot carry the record.
+QByteArray encodeUnchecked(MODELKIT::IMKObject& record, Form form)
 {
     constexpr int usualLevel = -1;
     switch (form) {
     case Form::Xml:
-        return encodeXml(record, name);
+        return record.GetXmlBytes();
     case Form::Binary:
         return record.GetBinaryRepresentationAsQByteArray();
     case Form::Compressed:
@@ -361,21 +324,12 @@ private:
     sigset_t m_before{};
 };
 
-[[noreturn]] void refuseToWrite(const QString& path, const QString& reason)
-{
-    throw Refusal(Finding::ofFile(path, QStringLiteral("The file cannot be written: %1.").arg(reason)));
-}
-
 void writeToFile(const QByteArray& bytes, const QString& path)
 {
-    // Replacing a device or a pipe by a file is not what writing to it means.
-    const QFileInfo existing(path);
-    if (existing.exists() && !existing.isFile())
-        refuseToWrite(path, QStringLiteral("it exists and is no regular file"));
     const Uninterrupted uninterrupted;
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        refuseToWrite(path, file.errorString());
+    MODELKIT::Failure failure;
+    if (!MODELKIT::ReplaceFile(path, bytes, failure))
+        throw Refusal(Finding::of(failure, path));
 }
 
 } // namespace
@@ -386,7 +340,10 @@ QByteArray encode(MODELKIT::IMKObject& record, Form form, const QString& name)
         if (record.GetValidate() && !record.HasData())
             throw IncompleteDefinitionException(
                 QStringLiteral("%1 holds no data.").arg(record.GetObjectName()));
-        return encodeUnchecked(record, form, name);
+        const QByteArray bytes = encodeUnchecked(record, form);
+        if (bytes.isEmpty())
+            throw Refusal(Finding::of(MODELKIT::IMKObject::GetLastFailure(), name));
+        return bytes;
     });
 }
 

@@ -27,13 +27,6 @@ using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
-// Keys and texts in messages.
-QString abbreviated(const QString& text)
-{
-    constexpr int shown = 40;
-    return text.size() > shown ? text.left(shown) + QLatin1String("...") : text;
-}
-
 // --- paths ----------------------------------------------------------------------------------
 
 // The way to a value. It costs nothing until somebody asks for the text.
@@ -375,13 +368,15 @@ QVariant textOf(const QJsonValue& json, const Path& path)
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-QVariant enumeratorOf(const MemberInfo& member, const QJsonValue& json, const Path& path)
+QVariant enumeratorOf(const MemberInfo& member, const QJsonValue& json, bool validate, const Path& path)
 {
     constexpr int none = -1;
+    const QStringList& names = member.GetNames();
+    if (json.isNull() && validate)
+        path.refuse(QStringLiteral("null is none of %1.").arg(enumerated(names)));
     if (json.isNull())
         return none;
     requireType(json, QJsonValue::String, path);
-    const QStringList& names = member.GetNames();
     const auto value = names.indexOf(json.toString());
     if (value < 0)
         path.refuse(QStringLiteral("%1 is none of %2.%3")
@@ -435,7 +430,7 @@ void readMember(const QJsonValue& json, const MemberInfo& member, IMKObject& rec
     case MemberInfo::Text:
         return set(textOf(json, path));
     case MemberInfo::Enumeration:
-        return set(enumeratorOf(member, json, path));
+        return set(enumeratorOf(member, json, record.GetValidate(), path));
     case MemberInfo::Record:
         return readRecord(json, member.EditRecord(record), path);
     case MemberInfo::List:

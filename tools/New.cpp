@@ -4,6 +4,8 @@
 #include "Save.h"
 #include "UsageError.h"
 
+#include "modelkit/ClosestName.h"
+
 #include <QtCore/QPair>
 #include <QtCore/QVariant>
 #include <QtCore/QVector>
@@ -441,7 +443,7 @@ QString didYouMeanWord(const QString& word)
 {
     QStringList names = possibleWords();
     names.replaceInStrings(QStringLiteral("="), QString());
-    const QString meant = closest(word, names);
+    const QString meant = MODELKIT::ClosestName(word, names);
     return meant.isEmpty()
                ? QString()
                : QStringLiteral(" Did you mean %1?").arg(possibleWords().at(names.indexOf(meant)));

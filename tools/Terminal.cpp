@@ -108,6 +108,12 @@ QString quoted(const QString& text)
     return QLatin1Char('"') + printable(inside) + QLatin1Char('"');
 }
 
+QString abbreviated(const QString& text)
+{
+    constexpr int shown = 40;
+    return text.size() > shown ? text.left(shown) + QLatin1String("...") : text;
+}
+
 QString showableJson(const QString& json) { return escaped(json, escapedAsInJson, true); }
 
 QString showableXml(const QString& xml) { return escaped(xml, escapedAsInXml, true); }

@@ -60,6 +60,9 @@ QString printable(const QString& text);
 /// The printable text in double quotes, with quotes and backslashes in it escaped: a JSON string.
 QString quoted(const QString& text);
 
+/// The beginning of a text that is too long for a message.
+QString abbreviated(const QString& text);
+
 /// A whole JSON or XML document with the same content that is safe to be shown: in it such characters
 /// stand in texts only, where both have escapes for them.
 /// @{

@@ -92,7 +92,8 @@ bool readPayload(R& record, BinarySource& source, const Slot& slot, const Binary
     Utf8Text text;
     if (!source.text(text))
         return false;
-    setMember<Member>(record, fromText<Member>(record, slot, text, notify));
+    setMember<Member>(record, fromText<Member>(record, slot, text, notify),
+                      [&text] { return text.toString(); });
     return true;
 }
 

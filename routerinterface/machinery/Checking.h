@@ -33,14 +33,16 @@ template <class Member, class R, class E>
 void checkMember(const R& record, const DataOf<R>& data, const Enumerated<E>& enumerated, bool)
 {
     if (data.set.test(Member::index) && !isEnumerator(enumerated.value))
-        throw OutOfRangeException(setProperlyText(record, Member::nameText()));
+        refuseEnumerator<E>(setProperlyText(record, Member::nameText()), numberText(enumerated.value));
 }
 
 template <class Member, class R, class E>
 void checkMember(const R& record, const DataOf<R>& data, const Mandatory<E>& enumerated, bool)
 {
-    if (!data.set.test(Member::index) || !isEnumerator(enumerated.value))
+    if (!data.set.test(Member::index))
         throw OutOfRangeException(setProperlyText(record, Member::nameText()));
+    if (!isEnumerator(enumerated.value))
+        refuseEnumerator<E>(setProperlyText(record, Member::nameText()), numberText(enumerated.value));
 }
 
 template <class Member, class R, class N>

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "routerinterface/RecordInfo.h"
+#include "routerinterface/machinery/Items.h"
 #include "routerinterface/machinery/Lifecycle.h"
+#include "routerinterface/machinery/Variants.h"
 
 #include <memory>
+#include <optional>
 #include <typeinfo>
 
 namespace PELLU300ROUTERINTERFACEXML {
@@ -54,6 +57,31 @@ const RecordInfo* classIn(const List<R>*)
 }
 inline const RecordInfo* classIn(const void*) { return nullptr; }
 
+// What a QVariant holds for a slot; none when it is no value of it.
+inline auto valueIn(const QVariant& variant, const Value<unsigned int>*) { return unsignedIn(variant); }
+inline auto valueIn(const QVariant& variant, const Value<double>*) { return decimalIn(variant); }
+inline auto valueIn(const QVariant& variant, const Value<bool>*) { return booleanIn(variant); }
+template <class T>
+auto valueIn(const QVariant& variant, const Text<T>*)
+{
+    return textIn(variant);
+}
+template <class E>
+std::optional<E> valueIn(const QVariant& variant, const Enumerated<E>*)
+{
+    const auto number = enumeratorIn(variant, NamesOf(E()));
+    return number ? std::make_optional(static_cast<E>(*number)) : std::nullopt;
+}
+
+template <class T>
+QVariant variantOf(const T& value)
+{
+    if constexpr (std::is_enum_v<T>)
+        return static_cast<int>(value);
+    else
+        return value;
+}
+
 template <class R, class Member>
 class MemberDescription final : public MemberInfo
 {
@@ -77,24 +105,57 @@ public:
         return data->set.test(Member::index) && isCurrent(*data, Member{});
     }
 
+    void Reset(MODELKIT::IMKObject& object) const override { resetMember<Member>(record(object)); }
+
+    bool IsDefaultSet(const MODELKIT::IMKObject& object) const override
+    {
+        const auto* data = existingData(record(object));
+        return data && data->defaultSet.test(Member::index);
+    }
+
     QVariant GetValue(const MODELKIT::IMKObject& object) const override
     {
-        if constexpr (kindOf(slot) == Enumeration)
-            return static_cast<int>(viewMember<Member>(record(object)));
-        else if constexpr (isScalar)
-            return viewMember<Member>(record(object));
+        if constexpr (isScalar)
+            return variantOf(viewMember<Member>(record(object)));
         else
             return MemberInfo::GetValue(object);
     }
 
     void SetValue(MODELKIT::IMKObject& object, const QVariant& value) const override
     {
-        if constexpr (kindOf(slot) == Enumeration)
-            setMember<Member>(record(object), static_cast<decltype(Slot::value)>(value.toInt()));
-        else if constexpr (isScalar)
-            setMember<Member>(record(object), value.value<decltype(Slot::value)>());
+        if constexpr (isScalar)
+            setMember<Member>(record(object), valueFor(record(object), value));
         else
             MemberInfo::SetValue(object, value);
+    }
+
+    bool IsValid(const QVariant& value) const override
+    {
+        if constexpr (isScalar) {
+            const auto held = valueIn(value, slot);
+            if constexpr (IsEnumerated<Slot>::value)
+                return held && isEnumerator(*held);
+            else
+                return held && Slot::isValid(*held);
+        } else {
+            return MemberInfo::IsValid(value);
+        }
+    }
+
+    QVariant GetDefault(const MODELKIT::IMKObject& object) const override
+    {
+        if constexpr (isScalar)
+            return variantOf(defaultOf<Member>(record(object)));
+        else
+            return MemberInfo::GetDefault(object);
+    }
+
+    void SetDefault(MODELKIT::IMKObject& object, const QVariant& value) const override
+    {
+        if constexpr (isScalar)
+            setDefault<Member>(record(object), valueFor(record(object), value));
+        else
+            MemberInfo::SetDefault(object, value);
     }
 
     const MODELKIT::IMKObject& GetRecord(const MODELKIT::IMKObject& object) const override
@@ -113,6 +174,38 @@ public:
             return MemberInfo::EditRecord(object);
     }
 
+    void SetRecord(MODELKIT::IMKObject& object, const MODELKIT::IMKObject& value) const override
+    {
+        if constexpr (IsNested<Slot>::value)
+            setMember<Member>(record(object), owned(value));
+        else
+            MemberInfo::SetRecord(object, value);
+    }
+
+    void Select(MODELKIT::IMKObject& object) const override
+    {
+        if constexpr (isChoice<DataOf<R>>)
+            editMember<Member>(record(object));
+        else
+            MemberInfo::Select(object);
+    }
+
+    const MODELKIT::IMKObject& GetDefaultRecord(const MODELKIT::IMKObject& object) const override
+    {
+        if constexpr (!isScalar)
+            return defaultOf<Member>(record(object));
+        else
+            return MemberInfo::GetDefaultRecord(object);
+    }
+
+    void SetDefaultRecord(MODELKIT::IMKObject& object, const MODELKIT::IMKObject& value) const override
+    {
+        if constexpr (!isScalar)
+            setDefault<Member>(record(object), owned(value));
+        else
+            MemberInfo::SetDefaultRecord(object, value);
+    }
+
     int CountItems(const MODELKIT::IMKObject& object) const override
     {
         if constexpr (IsList<Slot>::value)
@@ -124,17 +217,49 @@ public:
     const MODELKIT::IMKObject& GetItem(const MODELKIT::IMKObject& object, int index) const override
     {
         if constexpr (IsList<Slot>::value)
-            return viewMember<Member>(record(object)).at(index);
+            return viewItem<Member>(record(object), index);
         else
             return MemberInfo::GetItem(object, index);
+    }
+
+    MODELKIT::IMKObject& EditItem(MODELKIT::IMKObject& object, int index) const override
+    {
+        if constexpr (IsList<Slot>::value)
+            return editItem<Member>(record(object), index);
+        else
+            return MemberInfo::EditItem(object, index);
     }
 
     void AppendItem(MODELKIT::IMKObject& object, const MODELKIT::IMKObject& item) const override
     {
         if constexpr (IsList<Slot>::value)
-            append<Member>(record(object), dynamic_cast<const RecordIn<Slot>&>(item));
+            append<Member>(record(object), owned(item));
         else
             MemberInfo::AppendItem(object, item);
+    }
+
+    void InsertItem(MODELKIT::IMKObject& object, int index, const MODELKIT::IMKObject& item) const override
+    {
+        if constexpr (IsList<Slot>::value)
+            insert<Member>(record(object), index, owned(item));
+        else
+            MemberInfo::InsertItem(object, index, item);
+    }
+
+    void RemoveItem(MODELKIT::IMKObject& object, int index) const override
+    {
+        if constexpr (IsList<Slot>::value)
+            removeItem<Member>(record(object), index);
+        else
+            MemberInfo::RemoveItem(object, index);
+    }
+
+    void MoveItem(MODELKIT::IMKObject& object, int from, int to) const override
+    {
+        if constexpr (IsList<Slot>::value)
+            moveItem<Member>(record(object), from, to);
+        else
+            MemberInfo::MoveItem(object, from, to);
     }
 
 private:
@@ -142,6 +267,20 @@ private:
 
     static const R& record(const MODELKIT::IMKObject& object) { return dynamic_cast<const R&>(object); }
     static R& record(MODELKIT::IMKObject& object) { return dynamic_cast<R&>(object); }
+
+    // A record for the member itself.
+    static const auto& owned(const MODELKIT::IMKObject& object)
+    {
+        return dynamic_cast<const RecordIn<Slot>&>(object);
+    }
+
+    auto valueFor(const R& record, const QVariant& variant) const
+    {
+        const auto held = valueIn(variant, slot);
+        if (!held)
+            refuseVariant(record.GetObjectName(), *this, variant);
+        return *held;
+    }
 };
 
 struct Description
@@ -160,7 +299,15 @@ private:
         std::unique_ptr<RecordInfo> info(new RecordInfo);
         info->m_name = DataOf<R>::className();
         info->m_id = R::id;
-        info->m_isChoice = isChoice<DataOf<R>>;
+        if constexpr (isChoice<DataOf<R>>) {
+            info->m_selected = [](const MODELKIT::IMKObject& object) {
+                const auto* data = existingData(dynamic_cast<const R&>(object));
+                return data && data->choice != data->invalidChoice ? static_cast<int>(data->choice) : -1;
+            };
+            info->m_clearSelection = [](MODELKIT::IMKObject& object) {
+                clearChoice(dynamic_cast<R&>(object));
+            };
+        }
         info->m_create = [] { return std::unique_ptr<MODELKIT::IMKObject>(new R); };
         DataOf<R>::Members::forEach(
             [&info](auto member) { info->m_members.append(new MemberDescription<R, decltype(member)>); });

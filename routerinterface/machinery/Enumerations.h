@@ -8,6 +8,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <type_traits>
+
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
@@ -23,6 +25,16 @@ template <class E>
 QString nameOf(E value)
 {
     return isEnumerator(value) ? NamesOf(E()).at(value) : QString();
+}
+
+// A value as the offending one of an exception; null for what is no enumeration.
+template <class T>
+QString numberText([[maybe_unused]] const T& value)
+{
+    if constexpr (std::is_enum_v<T>)
+        return QString::number(static_cast<int>(value));
+    else
+        return QString();
 }
 
 // The enumerator of that name, compared exactly; otherwise invalid.

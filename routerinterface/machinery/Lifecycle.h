@@ -64,19 +64,26 @@ bool isSet(const R& record)
     return data && data->set.test(Member::index);
 }
 
-// Stores a value, or throws what the member's rule says about it and stores nothing.
-template <class Member, class R, class T>
-void setMember(R& record, const T& value)
+// Stores a value, or throws what the member's rule says about it and stores nothing. Given: makes the
+// text from which the value was read.
+template <class Member, class R, class T, class Given>
+void setMember(R& record, const T& value, const Given& given)
 {
     auto& data = initData(record);
     if (record.GetValidate())
-        requireAcceptable<Member>(record, value);
+        requireAcceptable<Member>(record, value, given);
     if constexpr (IsNested<typename Member::Slot>::value)
         nestedRecord<Member>(data) = value;
     else
         Member::slot(data).value = value;
     data.set.set(Member::index);
     makeCurrent(data, Member{});
+}
+
+template <class Member, class R, class T>
+void setMember(R& record, const T& value)
+{
+    setMember<Member>(record, value, [&value] { return numberText(value); });
 }
 
 // Hands out a nested record or a list for changing in place, which counts as setting it.
@@ -200,6 +207,13 @@ void resetValues(const R& record)
         if constexpr (isChoice<DataOf<R>>)
             data->choice = data->invalidChoice;
     }
+}
+
+template <class R>
+void clearChoice(const R& record)
+{
+    if (auto* data = existingData(record))
+        data->choice = data->invalidChoice;
 }
 
 template <class R>

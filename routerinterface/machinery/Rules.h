@@ -1,6 +1,7 @@
 // What the value of a member must fulfil, and the texts of all messages.
 #pragma once
 
+#include "modelkit/ClosestName.h"
 #include "modelkit/Exceptions.h"
 #include "routerinterface/machinery/Access.h"
 #include "routerinterface/machinery/Enumerations.h"
@@ -103,10 +104,18 @@ void doAtRecords(const List<R>& list, const Action& action)
     });
 }
 
+// Refuses what is no enumerator of E. Given: the value as it was read or passed.
+template <class E>
+[[noreturn]] void refuseEnumerator(const QString& text, const QString& given)
+{
+    throw OutOfRangeException(text, given, MODELKIT::ClosestName(given, NamesOf(E())));
+}
+
 // What a setter demands of a new value while validation is on. Any value will do unless the kind of
-// member says otherwise.
-template <class Member, class R, class T>
-void requireAcceptable([[maybe_unused]] const R& record, [[maybe_unused]] const T& value)
+// member says otherwise. Given: makes the text of the value, for the exception.
+template <class Member, class R, class T, class Given>
+void requireAcceptable([[maybe_unused]] const R& record, [[maybe_unused]] const T& value,
+                       [[maybe_unused]] const Given& given)
 {
     using Slot = typename Member::Slot;
     if constexpr (IsText<Slot>::value) {
@@ -114,7 +123,7 @@ void requireAcceptable([[maybe_unused]] const R& record, [[maybe_unused]] const 
             throw OutOfRangeException(setProperlyText(record, Member::nameText()));
     } else if constexpr (IsEnumerated<Slot>::value) {
         if (!isEnumerator(value))
-            throw OutOfRangeException(notAnEnumeratorText(DataOf<R>::className(), Member::fieldName()));
+            refuseEnumerator<T>(notAnEnumeratorText(DataOf<R>::className(), Member::fieldName()), given());
     }
 }
 

@@ -51,11 +51,6 @@ using Notice = MODELKIT::ReadingReport::Kind;
 
 using MODELKIT::quoted;
 
-inline QString replacedText(const QString& text)
-{
-    return QStringLiteral("In %1 something that is no character was replaced.").arg(quoted(text));
-}
-
 // Notices what the written form of the value does not keep of the text from which it was read.
 template <class Notify>
 void noticeLostDigits(const QString& text, double value, const Notify& notify)
@@ -122,7 +117,9 @@ template <class Member, class R, class T, class Characters, class Notify>
 T fromText(const R&, const Text<T>&, const Characters& text, const Notify& notify)
 {
     if (notify && !text.isIntact())
-        notify(Notice::ReplacedCharacters, replacedText(text.toString()));
+        notify(Notice::ReplacedCharacters,
+               QStringLiteral("In %1 something that is no character was replaced.")
+                   .arg(quoted(text.toString())));
     return text.toString();
 }
 

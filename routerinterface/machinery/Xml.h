@@ -112,13 +112,6 @@ inline void noticeTag(const XmlNotify& notify)
                QStringLiteral("The attribute %1 was ignored.").arg(attribute.qualifiedName().toString()));
 }
 
-inline void noticeReplaced(const Utf16Text& text, const XmlNotify& notify)
-{
-    if (notify && notify.reading.context->HasForeignEncoding()
-        && text.toString().contains(QChar(QChar::ReplacementCharacter)))
-        notify(Notice::ReplacedCharacters, replacedText(text.toString()));
-}
-
 // Leaves an unknown element. The walk compares names only: it stops early on a nested start element
 // of the same name, whose content is then taken for the record's own.
 template <class R>
@@ -178,9 +171,8 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
             text.append(piece.data(), static_cast<int>(piece.size()));
         });
         const Utf16Text given(text.constData(), text.size());
-        if constexpr (IsText<Slot>::value)
-            noticeReplaced(given, notify);
-        setMember<Member>(record, fromText<Member>(record, Member::slot(data), given, notify));
+        setMember<Member>(record, fromText<Member>(record, Member::slot(data), given, notify),
+                          [&given] { return given.toString(); });
     }
 }
 

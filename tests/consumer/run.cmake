@@ -1,4 +1,6 @@
-# Installs the build BUILD into a folder of its own, builds the consumer against it and runs it.
+# Installs the build BUILD into a folder of its own and uses it from there as other people's programs do.
+cmake_minimum_required(VERSION 3.21)
+
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT result EQUAL 0)
@@ -6,10 +8,33 @@ function(run)
     endif()
 endfunction()
 
+# What is installed must find its libraries by itself, and is installed where this says.
+unset(ENV{LD_LIBRARY_PATH})
+unset(ENV{DESTDIR})
+set(installed ${FOLDER}/installed)
+
 file(REMOVE_RECURSE ${FOLDER})
-run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/installed)
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${installed})
+
+# The package, with CMake.
+string(REPLACE ";" "\\;" prefix_path "${installed};${PREFIX_PATH}")
 run(${CMAKE_COMMAND} -S ${SOURCE} -B ${FOLDER}/build -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${COMPILER}
-    -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_PREFIX_PATH=${FOLDER}/installed -DPACKAGE=${PACKAGE}
-    -DINCLUDE_FOLDER=${FOLDER}/installed/${INCLUDE_FOLDER})
+    "-DCMAKE_CXX_FLAGS=${FLAGS}" "-DCMAKE_PREFIX_PATH=${prefix_path}" -DPACKAGE=${PACKAGE}
+    -DINCLUDE_FOLDER=${installed}/${INCLUDE_FOLDER})
 run(${CMAKE_COMMAND} --build ${FOLDER}/build)
 run(${FOLDER}/build/consumer)
+
+# One library and Qt, with the compiler alone. The program knows where that library is; the library must know
+# where the other one is. The folder is moved, so that no path of the installation can help.
+set(moved ${FOLDER}/moved)
+file(RENAME ${installed} ${moved})
+separate_arguments(flags UNIX_COMMAND "${FLAGS}")
+list(TRANSFORM QT_INCLUDE_FOLDERS PREPEND "-isystem;" OUTPUT_VARIABLE qt_includes)
+run(${COMPILER} ${flags} -std=c++17 -fPIC -Wall -Wextra -Werror ${qt_includes} -I${moved}/${INCLUDE_FOLDER}
+    ${SOURCE}/one_record.cpp -o ${FOLDER}/one_record
+    -L${moved}/${LIBRARY_FOLDER} -l${LIBRARY} -Wl,-rpath,${moved}/${LIBRARY_FOLDER} ${QT_LIBRARY})
+run(${FOLDER}/one_record)
+
+foreach(program IN LISTS PROGRAMS)
+    run(${moved}/${PROGRAM_FOLDER}/${program} --version)
+endforeach()

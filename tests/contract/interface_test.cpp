@@ -63,7 +63,7 @@ EXPECT_OPERATION(IMKObject, GetCompressedBinaryRepresentation, void (IMKObject::
 EXPECT_OPERATION(IMKObject, GetCompressedBinaryRepresentationAsQByteArray, QByteArray (IMKObject::*)(int));
 EXPECT_OVERLOAD(IMKObject, LoadXml, bool (IMKObject::*)(const QString&));
 EXPECT_OVERLOAD(IMKObject, LoadXml, bool (IMKObject::*)(QFile*));
-EXPECT_OPERATION(IMKObject, LoadBinary, bool (IMKObject::*)(QFile*));
+EXPECT_OVERLOAD(IMKObject, LoadBinary, bool (IMKObject::*)(QFile*));
 EXPECT_OPERATION(IMKObject, SaveXml, bool (IMKObject::*)(const QString&) const);
 EXPECT_OPERATION(IMKObject, SetValidate, void (IMKObject::*)(bool) const);
 EXPECT_OPERATION(IMKObject, GetValidate, bool (IMKObject::*)() const);
@@ -197,7 +197,7 @@ constexpr bool hasCommonInterface()
     EXPECT_OPERATION(R, GetCompressedBinaryRepresentationAsQByteArray, QByteArray(IMKObject::*)(int));
     EXPECT_OVERLOAD(R, LoadXml, bool(IMKObject::*)(const QString&));
     EXPECT_OVERLOAD(R, LoadXml, bool(IMKObject::*)(QFile*));
-    EXPECT_OPERATION(R, LoadBinary, bool(IMKObject::*)(QFile*));
+    EXPECT_OVERLOAD(R, LoadBinary, bool(IMKObject::*)(QFile*));
     EXPECT_OPERATION(R, SaveXml, bool(IMKObject::*)(const QString&) const);
     EXPECT_OPERATION(R, GetValidate, bool(IMKObject::*)() const);
     EXPECT_OPERATION(R, ResetLogger, void(IMKObject::*)() const);

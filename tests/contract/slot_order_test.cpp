@@ -127,7 +127,7 @@ std::vector<Operation> Opened<Class>::operations()
         OPERATION(GetCompressedBinaryRepresentationAsQByteArray),
         OVERLOAD(LoadXml, bool, (const QString&)),
         OVERLOAD(LoadXml, bool, (QFile*)),
-        OPERATION(LoadBinary),
+        OVERLOAD(LoadBinary, bool, (QFile*)),
         OPERATION(SaveXml),
         OPERATION(SetValidate),
         OPERATION(GetValidate),

@@ -5,22 +5,31 @@ set -euo pipefail
 program=$1
 rounds=${2:-1000}
 folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
+saver=
+trap '[ -z "$saver" ] || kill -9 $saver 2>/dev/null || true; rm -rf "$folder"' EXIT
 file=$folder/document.xml
+
+# Killing it fails when it has ended by itself, as it does when it cannot save.
+kill_saver() {
+    if ! kill -9 $saver 2>/dev/null; then
+        echo "The program ended by itself."
+        exit 1
+    fi
+    wait $saver 2>/dev/null || true
+    saver=
+}
 
 "$program" "$file" &
 saver=$!
-until [ -s "$file" ]; do sleep 0.01; done
-kill -9 $saver
-wait $saver 2>/dev/null || true
+until [ -s "$file" ] || ! kill -0 $saver 2>/dev/null; do sleep 0.01; done
+kill_saver
 
 unfinished=0
 for ((round = 1; round <= rounds; round++)); do
     "$program" "$file" &
     saver=$!
     sleep "0.0$((RANDOM % 30 + 10))"
-    kill -9 $saver
-    wait $saver 2>/dev/null || true
+    kill_saver
     if ! "$program" --check "$file"; then
         echo "Round $round: the file is damaged."
         exit 1

@@ -904,12 +904,23 @@ TEST(ExplainedReport, TheLimitOfPathsIsOneForEachDocument)
     EXPECT_EQ(report.GetDropped(), 0);
 }
 
-TEST(ExplainedReport, EntriesAreKeptAndPlacedAlsoWhenReadingFails)
+TEST(ExplainedReport, ADocumentThatIsNotWellFormedLeavesNoEntries)
 {
     ReadingReport report;
     PelLu300RouterInterfaceXml document;
-    const QString xml = inMessage(text("\n<x/>\r <x/>\r\n<Type>"));
-    EXPECT_FALSE(document.SetXmlString(xml, false));
+    EXPECT_TRUE(document.SetXmlString(inMessage(text("<Type>Event</Type><y/>")), false));
+    EXPECT_FALSE(document.SetXmlString(inMessage(text("\n<x/>\r <x/>\r\n<Type>")), false));
+    ASSERT_EQ(report.GetEntries().size(), 1);
+    EXPECT_EQ(report.GetEntries().at(0).place.path, text(messagePath) + text("/y"));
+}
+
+TEST(ExplainedReport, EntriesAreKeptAndPlacedAlsoWhenARecordRefuses)
+{
+    ReadingReport report;
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    const QString xml = inMessage(text("\n<x/>\r <x/>\r\n<Type>No</Type>"));
+    EXPECT_THROW(document.SetXmlString(xml, false), OutOfRangeException);
     ASSERT_EQ(report.GetEntries().size(), 2);
     EXPECT_EQ(report.GetEntries().at(0).place.ToString(), text("2:1"));
     EXPECT_EQ(report.GetEntries().at(1).place.ToString(), text("3:2"));
@@ -1108,7 +1119,7 @@ bool saveBinary(const IMKObject& document, const QString& path)
     if (file.open(QIODevice::WriteOnly)) {
         QDataStream stream(&file);
         document.GetBinaryRepresentation(stream);
-        if (IMKObject::GetLastFailure().kind == Failure::None && file.pos() > 0)
+        if (IMKObject::GetLastFailure().kind == Failure::None)
             return file.commit();
     }
     return false;
@@ -1163,7 +1174,7 @@ TEST(SavingABinaryFile, ARecordOfWhichValidationLetsNothingBeWrittenLeavesTheOld
     const Fragment fragment;
     fragment.SetValidate(true);
     EXPECT_FALSE(saveBinary(fragment, folder.path()));
-    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NothingToWrite);
     EXPECT_EQ(folder.read(), QByteArray("old"));
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }

@@ -1,16 +1,14 @@
-// What the operations on whole XML documents and on whole binary forms share. Not installed.
+// How the operations on whole documents begin and end. Not installed.
 #pragma once
 
+#include "modelkit/Exceptions.h"
 #include "modelkit/Failure.h"
-#include "modelkit/IMKObject.h"
-#include "modelkit/Limits.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QString>
 
-class QIODevice;
-
 namespace MODELKIT {
+
+class IMKObject;
 
 // One operation on a whole document: begins with a clean slate and notes how it ended, for
 // GetLastFailure() and in the logger.
@@ -18,6 +16,10 @@ class DocumentOperation
 {
 public:
     DocumentOperation(const IMKObject& object, const QString& file);
+    DocumentOperation(const DocumentOperation&) = delete;
+    DocumentOperation& operator=(const DocumentOperation&) = delete;
+    // An exception that nobody has refused is noted as an interruption.
+    ~DocumentOperation();
 
     // Notes the failure and returns false.
     bool Fail(const Failure& failure);
@@ -28,18 +30,19 @@ public:
 
     const QString& GetFile() const { return m_file; }
 
+    // That of the thread's last operation.
+    static const Failure& GetLastFailure();
+
 private:
+    void Log() const;
+
     const IMKObject& m_object;
     QString m_file;
+    int m_exceptionsBefore;
+    Failure m_failure;
 };
 
-// Reads what is left of the device, waiting for one that cannot seek, but no more than limit allows.
-// On failure the failure says why.
-bool readDevice(QIODevice& device, qint64 limit, QByteArray& bytes, Failure& failure);
-
-Failure inputTooLarge(qint64 limit);
-
-// Opens the file, if it is closed, and reads it with readDevice(); closes it again if it was closed.
-bool readFile(QFile& file, QByteArray& bytes, Failure& failure);
+// That validation lets nothing of the object be written.
+Failure nothingToWrite(const IMKObject& object);
 
 } // namespace MODELKIT

@@ -1,0 +1,80 @@
+#include "modelkit/DocumentOperation.h"
+
+#include "modelkit/IMKObject.h"
+
+#include <exception>
+
+namespace MODELKIT {
+
+namespace {
+
+thread_local Failure lastFailure;
+
+} // namespace
+
+const Failure& DocumentOperation::GetLastFailure() { return lastFailure; }
+
+DocumentOperation::DocumentOperation(const IMKObject& object, const QString& file)
+    : m_object(object), m_file(file), m_exceptionsBefore(std::uncaught_exceptions())
+{
+    lastFailure = Failure();
+}
+
+DocumentOperation::~DocumentOperation()
+{
+    if (m_failure.kind == Failure::None && std::uncaught_exceptions() > m_exceptionsBefore) {
+        m_failure.kind = Failure::Interrupted;
+        m_failure.text =
+            QStringLiteral("The operation was interrupted by an exception that is none of a record.");
+        m_failure.place.file = m_file;
+        try {
+            Log();
+        } catch (...) {
+            // The other exception is on its way already.
+        }
+    }
+    // A device or a log sink may have called other operations in between.
+    lastFailure = m_failure;
+}
+
+bool DocumentOperation::Fail(const Failure& failure)
+{
+    m_failure = failure;
+    m_failure.place.file = m_file;
+    lastFailure = m_failure;
+    Log();
+    return false;
+}
+
+bool DocumentOperation::Fail(Failure::Kind kind, const QString& text, const Place& place)
+{
+    Failure failure;
+    failure.kind = kind;
+    failure.text = text;
+    failure.place = place;
+    return Fail(failure);
+}
+
+void DocumentOperation::Refuse(ModelKitException& exception, Place place)
+{
+    place.file = m_file;
+    exception.SetPlace(place);
+    Fail(Failure::Refused, exception.GetText(), place);
+}
+
+void DocumentOperation::Log() const
+{
+    if (const auto logger = m_object.GetLogger())
+        logger->Log(Logger::Error, m_failure.GetSentence());
+}
+
+Failure nothingToWrite(const IMKObject& object)
+{
+    Failure failure;
+    failure.kind = Failure::NothingToWrite;
+    failure.text = QStringLiteral("Nothing was written: %1 lacks the data without which it is not valid.")
+                       .arg(object.GetObjectName());
+    return failure;
+}
+
+} // namespace MODELKIT

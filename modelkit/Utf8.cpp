@@ -1,0 +1,104 @@
+#include "modelkit/Utf8.h"
+
+#include "modelkit/QtVersion.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace MODELKIT {
+
+namespace {
+
+// The number of bytes of the character that begins there; 0 when none does.
+int characterSize(const unsigned char* at, const unsigned char* end)
+{
+    const unsigned char first = *at;
+    if (first < 0x80)
+        return 1;
+    // The second byte decides about what is too long, a surrogate or beyond U+10FFFF.
+    int size = 0;
+    unsigned char least = 0x80;
+    unsigned char most = 0xBF;
+    if (first >= 0xC2 && first <= 0xDF) {
+        size = 2;
+    } else if (first >= 0xE0 && first <= 0xEF) {
+        size = 3;
+        if (first == 0xE0)
+            least = 0xA0;
+        else if (first == 0xED)
+            most = 0x9F;
+    } else if (first >= 0xF0 && first <= 0xF4) {
+        size = 4;
+        if (first == 0xF0)
+            least = 0x90;
+        else if (first == 0xF4)
+            most = 0x8F;
+    }
+    if (size == 0 || end - at < size || at[1] < least || at[1] > most)
+        return 0;
+    for (int i = 2; i < size; ++i)
+        if (at[i] < 0x80 || at[i] > 0xBF)
+            return 0;
+    return size;
+}
+
+bool isAsciiWord(const unsigned char* at)
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    return (word & 0x8080808080808080U) == 0;
+}
+
+} // namespace
+
+qint64 wellFormedUtf8(const char* bytes, qint64 size)
+{
+    const auto* const begin = reinterpret_cast<const unsigned char*>(bytes);
+    const unsigned char* const end = begin + size;
+    const unsigned char* at = begin;
+    while (at != end) {
+        constexpr int word = sizeof(std::uint64_t);
+        if (end - at >= word && isAsciiWord(at)) {
+            at += word;
+            continue;
+        }
+        const int character = characterSize(at, end);
+        if (character == 0)
+            break;
+        at += character;
+    }
+    return at - begin;
+}
+
+QString textOfUtf8(const char* bytes, qint64 size)
+{
+    constexpr char mark[] = {'\xEF', '\xBB', '\xBF'};
+    constexpr int markSize = sizeof mark;
+    int marks = 0;
+    while (size >= markSize && std::memcmp(bytes, mark, sizeof mark) == 0) {
+        ++marks;
+        bytes += markSize;
+        size -= markSize;
+    }
+    if (size == 0 && marks == 0)
+        return QString(QLatin1String(""));
+    QString text(marks, QChar(QChar::ByteOrderMark));
+    text += QString::fromUtf8(bytes, static_cast<QtVersion::Size>(size));
+    return text;
+}
+
+qint64 loneSurrogate(const QString& text)
+{
+    const auto size = text.size();
+    for (QtVersion::Size i = 0; i < size; ++i) {
+        if (!text.at(i).isSurrogate())
+            continue;
+        if (text.at(i).isHighSurrogate() && i + 1 < size && text.at(i + 1).isLowSurrogate())
+            ++i;
+        else
+            return i;
+    }
+    return -1;
+}
+
+} // namespace MODELKIT

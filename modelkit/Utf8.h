@@ -1,0 +1,20 @@
+// Texts in UTF-8 and UTF-16 that may be damaged. Not installed.
+#pragma once
+
+#include "modelkit/Export.h"
+
+#include <QtCore/QString>
+#include <QtCore/QtGlobal>
+
+namespace MODELKIT {
+
+// The number of bytes up to the first that is not part of a character in UTF-8; size when all are.
+MODELKIT_EXPORT qint64 wellFormedUtf8(const char* bytes, qint64 size);
+
+// The text; never null. Unlike QString::fromUtf8() it keeps U+FEFF at the beginning.
+MODELKIT_EXPORT QString textOfUtf8(const char* bytes, qint64 size);
+
+// The position of the first half of a surrogate pair without its other half; -1 when there is none.
+MODELKIT_EXPORT qint64 loneSurrogate(const QString& text);
+
+} // namespace MODELKIT

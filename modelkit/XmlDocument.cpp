@@ -1,0 +1,359 @@
+// The operations on whole XML documents.
+
+#include "modelkit/Devices.h"
+#include "modelkit/DocumentContext.h"
+#include "modelkit/DocumentOperation.h"
+#include "modelkit/IMKObject.h"
+#include "modelkit/ReplaceFile.h"
+#include "modelkit/Utf8.h"
+#include "modelkit/XmlDecoding.h"
+#include "modelkit/XmlPath.h"
+#include "modelkit/XmlText.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QIODevice>
+#include <QtCore/QXmlStreamReader>
+#include <QtCore/QXmlStreamWriter>
+
+#include <algorithm>
+
+namespace MODELKIT {
+
+namespace {
+
+// --- reading --------------------------------------------------------------------------------
+
+// Where the reader has stopped over an error of its own.
+Place placeOfError(const QString& text, const QXmlStreamReader& reader)
+{
+    Place place = XmlPath(text).Find(reader.characterOffset());
+    place.line = reader.lineNumber();
+    place.column = std::max<qint64>(reader.columnNumber(), 1);
+    return place;
+}
+
+// One document that is read into an object.
+class DocumentReading
+{
+public:
+    // Ending: why the device broke off behind the text, if it did.
+    DocumentReading(DocumentOperation& operation, IMKObject& object, const DecodedXml& input,
+                    const Failure& ending = Failure())
+        : m_operation(operation), m_object(object), m_input(input), m_text(input.text), m_ending(ending),
+          m_context(DocumentContext::Purpose::Reading)
+    {}
+
+    bool Read()
+    {
+        bool isRead = false;
+        try {
+            isRead = AdmitsText() && ReadRoot();
+        } catch (...) {
+            try {
+                PlaceReport();
+            } catch (...) {
+                // What has been noticed stays, without its places.
+            }
+            throw;
+        }
+        PlaceReport();
+        return isRead;
+    }
+
+private:
+    bool Refuse(const Failure& failure)
+    {
+        m_context.DropReport();
+        return m_operation.Fail(failure);
+    }
+
+    bool Refuse(Failure::Kind kind, const QString& text, const Place& place)
+    {
+        m_context.DropReport();
+        return m_operation.Fail(kind, text, place);
+    }
+
+    // Whether a reader may see the text: it is whole, and there is no trap in it.
+    bool AdmitsText()
+    {
+        if (!m_input.refusedEncoding.isEmpty()) {
+            Place place;
+            place.line = 1;
+            place.column = 1;
+            return Refuse(Failure::EncodingRefused,
+                          QStringLiteral("The encoding %1 is not accepted.").arg(m_input.refusedEncoding),
+                          place);
+        }
+        const int limit = m_context.GetLimits().attributes;
+        const Trap trap = findTrap(m_text, limit);
+        if (trap.kind == Trap::Doctype)
+            return Refuse(Failure::DoctypeRefused,
+                          QStringLiteral("A document type declaration is not accepted."),
+                          XmlPath(m_text).FindPosition(trap.characterOffset));
+        if (trap.kind == Trap::Attributes)
+            return Refuse(Failure::TooManyAttributes,
+                          QStringLiteral("An element has more attributes than the limit of %1.").arg(limit),
+                          XmlPath(m_text).FindPosition(trap.characterOffset));
+        if (!m_input.isWhole && m_ending.kind != Failure::None)
+            return Refuse(m_ending);
+        return m_input.isWhole
+               || Refuse(Failure::NotWellFormed, QStringLiteral("Encountered incorrectly encoded content."),
+                         XmlPath(m_text).FindPosition(m_text.size()));
+    }
+
+    // Reads the next token behind the records.
+    void Next(QXmlStreamReader& reader)
+    {
+        reader.readNext();
+        m_context.CountToken(reader);
+    }
+
+    bool ReadRoot()
+    {
+        QXmlStreamReader reader(m_text);
+        // The dialect has no namespaces, and looking prefixes up can take long.
+        reader.setNamespaceProcessing(false);
+        while (!reader.atEnd() && !reader.isStartElement())
+            Next(reader);
+        if (reader.isStartElement()) {
+            if (reader.name() != m_object.GetObjectName())
+                return Refuse(Failure::WrongRoot,
+                              QStringLiteral("The root element is %1, expected is %2.")
+                                  .arg(reader.name().toString(), m_object.GetObjectName()),
+                              XmlPath(m_text).Find(reader.characterOffset()));
+            ReadObject(reader);
+            while (!reader.atEnd())
+                Next(reader);
+        }
+        if (m_context.GetFailure().kind != Failure::None) {
+            Failure failure = m_context.GetFailure();
+            failure.place = placeOfError(m_text, reader);
+            return Refuse(failure);
+        }
+        if (!reader.hasError())
+            return true;
+        const Place place = placeOfError(m_text, reader);
+        if (reader.error() == QXmlStreamReader::PrematureEndOfDocumentError && m_ending.kind != Failure::None)
+            return Refuse(m_ending.kind, m_ending.text, place);
+        return Refuse(Failure::NotWellFormed, reader.errorString(), place);
+    }
+
+    void ReadObject(QXmlStreamReader& reader)
+    {
+        try {
+            m_object.Reset();
+            m_object.ProcessXml(reader);
+        } catch (ModelKitException& exception) {
+            // What is missing from a document that breaks off is not the record's to complain about.
+            if (m_context.GetFailure().kind != Failure::None || reader.hasError())
+                return;
+            m_operation.Refuse(exception, XmlPath(m_text).Find(reader.characterOffset()));
+            throw;
+        }
+    }
+
+    // Gives the entries of the report, which the reading has noted as offsets, their places.
+    void PlaceReport()
+    {
+        if (m_context.GetUnplaced().isEmpty())
+            return;
+        XmlPath path(m_text);
+        m_context.PlaceReport([&](qint64 characterOffset) {
+            Place place = path.Find(characterOffset);
+            place.file = m_operation.GetFile();
+            return place;
+        });
+    }
+
+    DocumentOperation& m_operation;
+    IMKObject& m_object;
+    const DecodedXml& m_input;
+    const QString& m_text;
+    Failure m_ending;
+    DocumentContext m_context;
+};
+
+bool readText(DocumentOperation& operation, IMKObject& object, const DecodedXml& input, bool check)
+{
+    if (!DocumentReading(operation, object, input).Read())
+        return false;
+    if (check) {
+        try {
+            object.Check();
+        } catch (ModelKitException& exception) {
+            operation.Refuse(exception, XmlPath(input.text).FindElement(exception.GetPlace().path));
+            throw;
+        }
+    }
+    return true;
+}
+
+template <class Text>
+bool isTooLarge(DocumentOperation& operation, const Text& text)
+{
+    const qint64 limit = Limits::Get().inputSize;
+    return text.size() > limit && !operation.Fail(inputTooLarge(limit));
+}
+
+bool loadFrom(IMKObject& object, QIODevice* device)
+{
+    DocumentOperation operation(object, fileNameOf(device));
+    if (!device)
+        return operation.Fail(Failure::InputOutput, QStringLiteral("No file was given."));
+    Input input;
+    Failure failure;
+    if (!readToEnd(*device, input, failure))
+        return operation.Fail(failure);
+    const DecodedXml decoded = decodeXml(input.bytes);
+    input.bytes.clear();
+    return DocumentReading(operation, object, decoded, input.ending).Read();
+}
+
+// --- writing --------------------------------------------------------------------------------
+
+// Keeps what a writer writes and notes how much that was when the writer first met a character that
+// XML cannot carry: the writer leaves the character out and only raises its error.
+class ErrorLocator : public QIODevice
+{
+public:
+    ErrorLocator() { open(QIODevice::WriteOnly); }
+
+    void Watch(const QXmlStreamWriter& writer) { m_writer = &writer; }
+
+    Place Find() const
+    {
+        const auto characters = QString::fromUtf8(m_bytes.left(m_sizeAtError)).size();
+        return XmlPath(QString::fromUtf8(m_bytes)).Find(characters);
+    }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        m_bytes.append(data, static_cast<int>(size));
+        if (m_sizeAtError < 0 && m_writer && m_writer->hasError())
+            m_sizeAtError = static_cast<int>(m_bytes.size());
+        return size;
+    }
+
+private:
+    const QXmlStreamWriter* m_writer = nullptr;
+    QByteArray m_bytes;
+    int m_sizeAtError = -1;
+};
+
+// Whether the text is to become bytes, whose encoding the declaration names.
+enum class Declare
+{
+    Version,
+    Encoding
+};
+
+void writeDocument(const IMKObject& object, QXmlStreamWriter& writer, XmlLayout layout, Declare declare)
+{
+    // The text is encoded behind the writer's back.
+    if (declare == Declare::Encoding)
+        writer.writeProcessingInstruction(QStringLiteral("xml"),
+                                          QStringLiteral("version=\"1.0\" encoding=\"UTF-8\""));
+    else
+        writer.writeStartDocument();
+    writer.setAutoFormatting(layout == XmlLayout::Indented);
+    writer.setAutoFormattingIndent(2);
+    object.GetXml(writer);
+    writer.writeEndDocument();
+}
+
+// The document; a null string when the operation failed.
+QString writeText(DocumentOperation& operation, const IMKObject& object, XmlLayout layout, Declare declare)
+{
+    QString xml;
+    try {
+        QXmlStreamWriter writer(&xml);
+        writeDocument(object, writer, layout, declare);
+        const QString unrepresentable = QStringLiteral("A text holds a character that XML cannot carry.");
+        if (writer.hasError()) {
+            ErrorLocator locator;
+            QXmlStreamWriter second(&locator);
+            locator.Watch(second);
+            writeDocument(object, second, layout, declare);
+            operation.Fail(Failure::NotRepresentable, unrepresentable, locator.Find());
+            return QString();
+        }
+        const qint64 position = loneSurrogate(xml);
+        if (position >= 0) {
+            operation.Fail(Failure::NotRepresentable, unrepresentable, XmlPath(xml).Find(position));
+            return QString();
+        }
+    } catch (ModelKitException& exception) {
+        operation.Refuse(exception, exception.GetPlace());
+        throw;
+    }
+    if (object.GetValidate() && !object.HasData()) {
+        operation.Fail(nothingToWrite(object));
+        return QString();
+    }
+    // A reader takes a carriage return for the end of a line, unless it is written as a reference.
+    xml.replace(QLatin1Char('\r'), QLatin1String("&#13;"));
+    return xml;
+}
+
+QByteArray writeBytes(DocumentOperation& operation, const IMKObject& object, XmlLayout layout)
+{
+    return writeText(operation, object, layout, Declare::Encoding).toUtf8();
+}
+
+bool save(const IMKObject& object, const QString& path, XmlLayout layout)
+{
+    DocumentOperation operation(object, path);
+    const QByteArray bytes = writeBytes(operation, object, layout);
+    Failure failure;
+    return !bytes.isNull() && (ReplaceFile(path, bytes, failure) || operation.Fail(failure));
+}
+
+} // namespace
+
+bool IMKObject::SetXmlString(const QString& xml, bool check)
+{
+    DocumentOperation operation(*this, QString());
+    return !isTooLarge(operation, xml) && readText(operation, *this, decodeXml(xml), check);
+}
+
+bool IMKObject::SetXmlBytes(const QByteArray& xml, bool check)
+{
+    DocumentOperation operation(*this, QString());
+    return !isTooLarge(operation, xml) && readText(operation, *this, decodeXml(xml), check);
+}
+
+QString IMKObject::GetXmlString()
+{
+    DocumentOperation operation(*this, QString());
+    return writeText(operation, *this, XmlLayout::Indented, Declare::Version);
+}
+
+QString IMKObject::GetCompactXmlString() const
+{
+    DocumentOperation operation(*this, QString());
+    return writeText(operation, *this, XmlLayout::Compact, Declare::Version);
+}
+
+QByteArray IMKObject::GetXmlBytes(XmlLayout layout) const
+{
+    DocumentOperation operation(*this, QString());
+    return writeBytes(operation, *this, layout);
+}
+
+bool IMKObject::LoadXml(const QString& path)
+{
+    QFile file(path);
+    return LoadXml(&file);
+}
+
+bool IMKObject::LoadXml(QFile* file) { return loadFrom(*this, file); }
+bool IMKObject::LoadXml(QIODevice* device) { return loadFrom(*this, device); }
+bool IMKObject::LoadXml(std::nullptr_t) { return loadFrom(*this, nullptr); }
+
+bool IMKObject::SaveXml(const QString& path) const { return save(*this, path, XmlLayout::Indented); }
+bool IMKObject::SaveCompactXml(const QString& path) const { return save(*this, path, XmlLayout::Compact); }
+
+} // namespace MODELKIT

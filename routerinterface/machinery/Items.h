@@ -1,0 +1,75 @@
+// Changing a list item by item. What all of it has in common: the list is made the record's own, so that no
+// item loses its settings, and is marked as set, as by every way of changing it.
+#pragma once
+
+#include "routerinterface/machinery/Lifecycle.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+// Refuses an index that is not below the limit.
+template <class Member>
+void requireIndex(int index, QtVersion::Size limit)
+{
+    if (index < 0 || index >= limit)
+        throw std::out_of_range(Member::nameText().toStdString() + " has no place " + std::to_string(index));
+}
+
+template <class Member, class R>
+auto& editItems(R& record)
+{
+    editMember<Member>(record);
+    return Member::slot(initData(record)).ownItems();
+}
+
+template <class Member, class R>
+const auto& viewItem(const R& record, int index)
+{
+    const auto& items = viewMember<Member>(record);
+    requireIndex<Member>(index, items.size());
+    return items.at(index);
+}
+
+template <class Member, class R>
+auto& editItem(R& record, int index)
+{
+    viewItem<Member>(record, index);
+    return editItems<Member>(record)[index];
+}
+
+template <class Member, class R>
+void removeItem(R& record, int index)
+{
+    viewItem<Member>(record, index);
+    editItems<Member>(record).removeAt(index);
+}
+
+// To: the index that the item then has.
+template <class Member, class R>
+void moveItem(R& record, int from, int to)
+{
+    viewItem<Member>(record, from);
+    viewItem<Member>(record, to);
+    auto& items = editItems<Member>(record);
+    // An item is more than its data: it also has settings, which assigning would leave behind.
+    RecordIn<typename Member::Slot> moved;
+    duplicate(moved, items.at(from));
+    items.removeAt(from);
+    items.insert(to, RecordIn<typename Member::Slot>());
+    duplicate(items[to], moved);
+}
+
+template <class Member, class R, class Item>
+void insert(R& record, int index, const Item& item)
+{
+    const auto count = viewMember<Member>(record).size();
+    requireIndex<Member>(index, count + 1);
+    append<Member>(record, item);
+    moveItem<Member>(record, static_cast<int>(count), index);
+}
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML

@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# compare_samples.sh [--update]: the code on the pages must be that of the tests in this folder.
+#
+# The C++ blocks of docs/NAME.md are, in their order, the regions of NAME_page_test.cpp (with _ for -). A
+# region stands between two lines "//! [what it shows]" and is indented as they are. --update writes the
+# regions into the pages, whose number of blocks must fit.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+# code_of PAGE: its blocks, each behind a line ----.
+code_of() {
+    awk '/^```cpp$/ { inside = 1; print "----"; next } /^```/ { inside = 0 } inside' "$1"
+}
+
+# regions_of SOURCE: the same of a test.
+regions_of() {
+    awk '/^ *\/\/! \[.*\]$/ { inside = !inside; match($0, /^ */); indent = RLENGTH; if (inside) print "----"; next }
+         inside { print substr($0, indent + 1) }' "$1"
+}
+
+# with_regions PAGE SOURCE: the page with the regions in place of its blocks.
+with_regions() {
+    awk 'FNR == NR { if ($0 == "----") ++regions; else code[regions] = code[regions] $0 "\n"; next }
+         /^```cpp$/ { inside = 1; print; printf "%s", code[++blocks]; next }
+         /^```/ { inside = 0 }
+         !inside' <(regions_of "$2") "$1"
+}
+
+failed=0
+for page in docs/*.md; do
+    name=$(basename "$page" .md)
+    source=tests/documentation/${name//-/_}_page_test.cpp
+    [ -e "$source" ] || source=/dev/null
+    if [ "${1:-}" = --update ] && [ $source != /dev/null ]; then
+        with_regions "$page" "$source" >"$page.new"
+        mv "$page.new" "$page"
+    fi
+    diff -u --label "$page" --label "$source" <(code_of "$page") <(regions_of "$source") || failed=1
+done
+exit $failed

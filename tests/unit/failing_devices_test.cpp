@@ -1,0 +1,287 @@
+// Whole documents written to devices of which some call fails: whatever call it is, whether it is the only
+// one or the first of many, the failure is told with the device's own reason.
+
+#include "TestSupport.h"
+
+#include "modelkit/LogSinks.h"
+
+#include <QtCore/QIODevice>
+
+#include <QtCore/QFile>
+#include <QtCore/QSaveFile>
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+#include <csignal>
+#include <cstring>
+
+#include <sys/resource.h>
+
+using namespace testing_support;
+using MODELKIT::Failure;
+using MODELKIT::IMKObject;
+
+namespace {
+
+// How a device fails.
+struct Fault
+{
+    enum Call
+    {
+        Write,      // nothing is taken
+        ShortWrite, // one byte is left over
+        Seek
+    };
+
+    Call call = Write;
+    // The number of the failing call, from 1.
+    int at = 0;
+    // Otherwise everything works again after that call. With the next success the device forgets its reason.
+    bool isLasting = false;
+};
+
+const char* const faultNames[] = {"write", "short write", "seek"};
+
+// Keeps what is written, and can seek. It is no QBuffer, so nobody knows that it is memory.
+class FailingDevice : public QIODevice
+{
+public:
+    explicit FailingDevice(const Fault& fault) : m_fault(fault)
+    {
+        open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+    }
+
+    bool hasFailed() const { return m_hasFailed; }
+    qint64 size() const override { return content.size(); }
+
+    bool seek(qint64 position) override
+    {
+        // The base class calls this itself to stay where it is.
+        if (position != pos() && fails(Fault::Seek))
+            return false;
+        return QIODevice::seek(position);
+    }
+
+    QByteArray content;
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        const qint64 read = std::clamp<qint64>(content.size() - pos(), 0, size);
+        std::memcpy(data, content.constData() + pos(), static_cast<std::size_t>(read));
+        return read;
+    }
+
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        if (fails(Fault::Write))
+            return -1;
+        if (fails(Fault::ShortWrite))
+            --size;
+        content.replace(static_cast<int>(pos()), static_cast<int>(size),
+                        QByteArray(data, static_cast<int>(size)));
+        return size;
+    }
+
+private:
+    bool fails(Fault::Call call)
+    {
+        m_calls += call == m_fault.call;
+        const bool isNow =
+            call == m_fault.call && (m_fault.isLasting ? m_calls >= m_fault.at : m_calls == m_fault.at);
+        m_hasFailed = m_hasFailed || isNow;
+        setErrorString(isNow ? QStringLiteral("The tape is torn") : QString());
+        return isNow;
+    }
+
+    Fault m_fault;
+    int m_calls = 0;
+    bool m_hasFailed = false;
+};
+
+PelLu300RouterMessage sample()
+{
+    PelLu300RouterMessage message;
+    message.SetType(PelLu300RouterMessage::Reply);
+    message.SetMessageID(7);
+    Fragment fragment;
+    fragment.GetPelVtConnectServer().SetAddress(QStringLiteral("router"));
+    fragment.GetPelVtConnectServer().SetPort(5000);
+    message.AppendFragment(fragment);
+    message.AppendFragment(fragment);
+    return message;
+}
+
+struct Logged
+{
+    std::shared_ptr<MODELKIT::MemoryLogSink> sink = std::make_shared<MODELKIT::MemoryLogSink>();
+    std::shared_ptr<MODELKIT::Logger> logger = std::make_shared<MODELKIT::Logger>(sink);
+
+    QStringList texts() const
+    {
+        QStringList texts;
+        for (const auto& entry : sink->GetEntries())
+            texts.append(entry.text);
+        return texts;
+    }
+};
+
+// Writes the sample to a device with that fault, behind four bytes that are there already. False when the
+// call that was to fail did not come.
+template <class Write>
+bool tryWith(const Fault& fault, const QByteArray& form, const Write& write)
+{
+    SCOPED_TRACE(::testing::Message() << faultNames[fault.call] << " number " << fault.at
+                                      << (fault.isLasting ? " and all that follow" : ""));
+    PelLu300RouterMessage message = sample();
+    const Logged logged;
+    message.SetLogger(logged.logger);
+    FailingDevice device(fault);
+    device.content = "head";
+    device.QIODevice::seek(4);
+    QDataStream stream(&device);
+    write(message, stream);
+
+    const Failure failure = IMKObject::GetLastFailure();
+    // A device that took less than it was given may be asked again.
+    const bool mayRecover = fault.call == Fault::ShortWrite && !fault.isLasting;
+    if (!device.hasFailed() || (mayRecover && failure.kind == Failure::None)) {
+        EXPECT_EQ(failure.kind, Failure::None);
+        EXPECT_EQ(stream.status(), QDataStream::Ok);
+        EXPECT_EQ(device.content, "head" + form);
+        EXPECT_TRUE(logged.texts().isEmpty());
+        return device.hasFailed();
+    }
+    const QString sentence = QStringLiteral("The binary form cannot be written: The tape is torn.");
+    EXPECT_EQ(failure.kind, Failure::InputOutput);
+    EXPECT_EQ(failure.GetSentence(), sentence);
+    EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+    EXPECT_TRUE(logged.texts() == QStringList(sentence)) << logged.texts().join('\n').toStdString();
+    EXPECT_TRUE(message == sample());
+    return true;
+}
+
+// Lets each of the calls fail in turn; the number of those that came.
+template <class Write>
+int tryEveryCall(Fault::Call call, bool isLasting, const QByteArray& form, const Write& write)
+{
+    Fault fault;
+    fault.call = call;
+    fault.isLasting = isLasting;
+    fault.at = 1;
+    while (fault.at < 1000 && tryWith(fault, form, write))
+        ++fault.at;
+    return fault.at - 1;
+}
+
+template <class Write>
+void tryEveryFault(const QByteArray& form, const Write& write)
+{
+    for (const bool isLasting : {false, true}) {
+        // A device may be sought or not, but is written to.
+        EXPECT_GT(tryEveryCall(Fault::Write, isLasting, form, write), 0);
+        EXPECT_GT(tryEveryCall(Fault::ShortWrite, isLasting, form, write), 0);
+        tryEveryCall(Fault::Seek, isLasting, form, write);
+    }
+}
+
+// No file gets larger as long as it exists.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(int bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit limit = m_before;
+        limit.rlim_cur = static_cast<rlim_t>(bytes);
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+
+private:
+    rlimit m_before = {};
+};
+
+// Writes the sample to a file that can take no more than so many bytes.
+template <class File>
+void tryFile(const QString& path, int room, QIODevice::OpenMode mode)
+{
+    SCOPED_TRACE(::testing::Message() << room << " bytes, mode " << static_cast<int>(mode));
+    const QByteArray form = sample().GetBinaryRepresentationAsQByteArray();
+    File file(path);
+    ASSERT_TRUE(file.open(mode));
+    QDataStream stream(&file);
+    {
+        const FileSizeLimit limit(room);
+        sample().GetBinaryRepresentation(stream);
+    }
+    if (room < form.size()) {
+        EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+                  path + QStringLiteral(": The binary form cannot be written: File too large."));
+        EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+    } else {
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+        EXPECT_EQ(stream.status(), QDataStream::Ok);
+        EXPECT_EQ(file.pos(), form.size());
+    }
+}
+
+} // namespace
+
+TEST(FailingFile, EverySizeThatIsTooLargeIsToldWithAndWithoutBuffer)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("message.bin"));
+    const int size = static_cast<int>(sample().GetBinaryRepresentationAsQByteArray().size());
+    for (int room = 0; room <= size; ++room) {
+        tryFile<QFile>(path, room, QIODevice::WriteOnly);
+        tryFile<QFile>(path, room, QIODevice::WriteOnly | QIODevice::Unbuffered);
+        tryFile<QSaveFile>(path, room, QIODevice::WriteOnly);
+    }
+}
+
+TEST(FailingDevice, EveryFailingCallOfAPlainFormIsTold)
+{
+    tryEveryFault(sample().GetBinaryRepresentationAsQByteArray(),
+                  [](const PelLu300RouterMessage& message, QDataStream& stream) {
+                      message.GetBinaryRepresentation(stream);
+                  });
+}
+
+TEST(FailingDevice, EveryFailingCallOfACompressedFormIsTold)
+{
+    tryEveryFault(sample().GetCompressedBinaryRepresentationAsQByteArray(9),
+                  [](const PelLu300RouterMessage& message, QDataStream& stream) {
+                      message.GetCompressedBinaryRepresentation(stream, 9);
+                  });
+}
+
+TEST(FailingDevice, AStreamThatHasFailedBeforeIsTold)
+{
+    FailingDevice device(Fault{});
+    QDataStream stream(&device);
+    stream.setStatus(QDataStream::WriteFailed);
+    sample().GetBinaryRepresentation(stream);
+    EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+}
+
+TEST(FailingDevice, ADeviceThatCannotBeWrittenToIsTold)
+{
+    for (const bool isCompressed : {false, true}) {
+        FailingDevice device(Fault{});
+        device.close();
+        ASSERT_TRUE(device.open(QIODevice::ReadOnly));
+        QDataStream stream(&device);
+        if (isCompressed)
+            sample().GetCompressedBinaryRepresentation(stream, -1);
+        else
+            sample().GetBinaryRepresentation(stream);
+        EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+        EXPECT_TRUE(device.content.isEmpty());
+    }
+}

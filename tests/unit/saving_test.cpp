@@ -1,0 +1,419 @@
+// Saving and loading whole documents by name, through any device, and as bytes.
+
+#include "TestSupport.h"
+
+#include "modelkit/LogSinks.h"
+#include "modelkit/ReadingReport.h"
+#include "modelkit/ReplaceFile.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+#include <functional>
+#include <stdexcept>
+
+#include <sys/stat.h>
+
+using namespace testing_support;
+using MODELKIT::Failure;
+using MODELKIT::IMKObject;
+using MODELKIT::XmlLayout;
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+PelLu300RouterMessage sample()
+{
+    PelLu300RouterMessage message;
+    message.SetType(PelLu300RouterMessage::Event);
+    Fragment fragment;
+    fragment.GetPelVtConnectServer().SetAddress(text("\xC3\xA4\r\n<&>"));
+    message.AppendFragment(fragment);
+    return message;
+}
+
+const char* const compactXml =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?><PelLu300RouterMessage><Type>Event</Type>"
+    "<Fragment><PelVtConnectServer><Address>\xC3\xA4&#13;\n&lt;&amp;&gt;</Address>"
+    "</PelVtConnectServer></Fragment></PelLu300RouterMessage>\n";
+
+const char* const indentedXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<PelLu300RouterMessage>\n"
+                                "  <Type>Event</Type>\n  <Fragment>\n    <PelVtConnectServer>\n"
+                                "      <Address>\xC3\xA4&#13;\n&lt;&amp;&gt;</Address>\n"
+                                "    </PelVtConnectServer>\n  </Fragment>\n</PelLu300RouterMessage>\n";
+
+class Folder
+{
+public:
+    QString path() const { return m_folder.filePath(text("document")); }
+    QStringList entries() const
+    {
+        return QDir(m_folder.path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+    void write(const QByteArray& content) const
+    {
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(content), content.size());
+    }
+    QByteArray read() const
+    {
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+void expectFailure(Failure::Kind kind, const QString& sentence)
+{
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, kind);
+    EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), sentence);
+}
+
+} // namespace
+
+TEST(Saving, WritesTheBytesOfEachForm)
+{
+    const Folder folder;
+    PelLu300RouterMessage message = sample();
+    folder.write("old");
+    ASSERT_TRUE(message.SaveBinary(folder.path()));
+    EXPECT_EQ(folder.read(), message.GetBinaryRepresentationAsQByteArray());
+    ASSERT_TRUE(message.SaveCompressed(folder.path()));
+    EXPECT_EQ(folder.read(), message.GetCompressedBinaryRepresentationAsQByteArray(-1));
+    ASSERT_TRUE(message.SaveCompressed(folder.path(), 0));
+    EXPECT_EQ(folder.read(), message.GetCompressedBinaryRepresentationAsQByteArray(0));
+    ASSERT_TRUE(message.SaveXml(folder.path()));
+    EXPECT_EQ(folder.read(), QByteArray(indentedXml));
+    ASSERT_TRUE(message.SaveCompactXml(folder.path()));
+    EXPECT_EQ(folder.read(), QByteArray(compactXml));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+}
+
+TEST(Saving, IsReadBack)
+{
+    const Folder folder;
+    const PelLu300RouterMessage message = sample();
+    PelLu300RouterMessage read;
+    ASSERT_TRUE(message.SaveBinary(folder.path()));
+    EXPECT_TRUE(read.LoadBinary(folder.path()));
+    EXPECT_TRUE(read == message);
+    read.Reset();
+    ASSERT_TRUE(message.SaveCompressed(folder.path(), 9));
+    EXPECT_TRUE(read.LoadBinary(folder.path()));
+    EXPECT_TRUE(read == message);
+    read.Reset();
+    ASSERT_TRUE(message.SaveCompactXml(folder.path()));
+    EXPECT_TRUE(read.LoadXml(folder.path()));
+    EXPECT_TRUE(read == message);
+}
+
+TEST(Saving, LeavesTheOldFileWhenNothingCanBeSaved)
+{
+    const Folder folder;
+    folder.write("old");
+    const auto expectOld = [&folder] {
+        EXPECT_EQ(folder.read(), QByteArray("old"));
+        EXPECT_EQ(folder.entries(), QStringList(text("document")));
+    };
+    const QString prefix = folder.path() + text(": ");
+    // Validation refuses it,
+    PelLu300RouterMessage withoutType;
+    withoutType.SetMessageID(1);
+    withoutType.SetValidate(true);
+    EXPECT_THROW(withoutType.SaveBinary(folder.path()), OutOfRangeException);
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::Refused);
+    EXPECT_THROW(withoutType.SaveCompressed(folder.path()), OutOfRangeException);
+    EXPECT_THROW(withoutType.SaveCompactXml(folder.path()), OutOfRangeException);
+    expectOld();
+    // or lets nothing of it be written,
+    const Fragment empty;
+    empty.SetValidate(true);
+    const QString nothing =
+        prefix + text("Nothing was written: Fragment lacks the data without which it is not valid.");
+    EXPECT_FALSE(empty.SaveXml(folder.path()));
+    expectFailure(Failure::NothingToWrite, nothing);
+    EXPECT_FALSE(empty.SaveCompactXml(folder.path()));
+    expectFailure(Failure::NothingToWrite, nothing);
+    EXPECT_FALSE(empty.SaveBinary(folder.path()));
+    expectFailure(Failure::NothingToWrite, nothing);
+    EXPECT_FALSE(empty.SaveCompressed(folder.path()));
+    expectFailure(Failure::NothingToWrite, nothing);
+    expectOld();
+    // or the form cannot carry it.
+    PelVtConnectServer server;
+    server.SetAddress(QString(QChar(0xD800)));
+    EXPECT_FALSE(server.SaveBinary(folder.path()));
+    const QString surrogate = text("A text holds a character that the binary form cannot carry. "
+                                   "(in /PelVtConnectServer/Address)");
+    expectFailure(Failure::NotRepresentable, prefix + surrogate);
+    EXPECT_FALSE(server.SaveCompressed(folder.path()));
+    expectFailure(Failure::NotRepresentable, prefix + surrogate);
+    expectOld();
+    EXPECT_TRUE(server.GetBinaryRepresentationAsQByteArray().isEmpty());
+    expectFailure(Failure::NotRepresentable, surrogate);
+    EXPECT_TRUE(server.GetCompressedBinaryRepresentationAsQByteArray(1).isEmpty());
+    expectFailure(Failure::NotRepresentable, surrogate);
+    PelVtConnectServer other;
+    other.SetPort(3);
+    EXPECT_FALSE(other.MergeMKObject(server));
+    expectFailure(Failure::NotRepresentable, surrogate);
+    EXPECT_FALSE(other.IsAddressSet());
+}
+
+TEST(Saving, OfNothingUnderValidationIsToldByAllThatWrite)
+{
+    Fragment empty;
+    empty.SetValidate(true);
+    const QString nothing =
+        text("Nothing was written: Fragment lacks the data without which it is not valid.");
+    EXPECT_TRUE(empty.GetXmlString().isNull());
+    expectFailure(Failure::NothingToWrite, nothing);
+    EXPECT_TRUE(empty.GetCompactXmlString().isNull());
+    expectFailure(Failure::NothingToWrite, nothing);
+    EXPECT_TRUE(empty.GetXmlBytes().isNull());
+    expectFailure(Failure::NothingToWrite, nothing);
+    EXPECT_TRUE(empty.GetBinaryRepresentationAsQByteArray().isEmpty());
+    expectFailure(Failure::NothingToWrite, nothing);
+    QByteArray written;
+    QDataStream stream(&written, QIODevice::WriteOnly);
+    empty.GetBinaryRepresentation(stream);
+    expectFailure(Failure::NothingToWrite, nothing);
+    empty.GetCompressedBinaryRepresentation(stream, 3);
+    expectFailure(Failure::NothingToWrite, nothing);
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
+    EXPECT_TRUE(written.isEmpty());
+}
+
+TEST(Saving, ReplacesNoDevicePipeOrFolder)
+{
+    const Folder folder;
+    const QString reason = text(": The file cannot be written: it exists and is no regular file.");
+    EXPECT_FALSE(sample().SaveBinary(text("/dev/null")));
+    expectFailure(Failure::InputOutput, text("/dev/null") + reason);
+    EXPECT_FALSE(sample().SaveCompressed(QDir::tempPath()));
+    expectFailure(Failure::InputOutput, QDir::tempPath() + reason);
+    ASSERT_EQ(::mkfifo(folder.path().toLocal8Bit().constData(), 0600), 0);
+    EXPECT_FALSE(sample().SaveBinary(folder.path()));
+    expectFailure(Failure::InputOutput, folder.path() + reason);
+    EXPECT_FALSE(sample().SaveBinary(folder.path() + text("/below")));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+    Failure failure;
+    EXPECT_FALSE(MODELKIT::ReplaceFile(folder.path(), "x", failure));
+    EXPECT_EQ(failure.GetSentence(), text("The file cannot be written: it exists and is no regular file."));
+}
+
+TEST(Bytes, AreTheFileThatWouldBeSaved)
+{
+    const PelLu300RouterMessage message = sample();
+    EXPECT_EQ(message.GetXmlBytes(), QByteArray(indentedXml));
+    EXPECT_EQ(message.GetXmlBytes(XmlLayout::Compact), QByteArray(compactXml));
+    EXPECT_EQ(message.GetCompactXmlString(),
+              QString::fromUtf8(compactXml).replace(text(" encoding=\"UTF-8\""), QString()));
+    for (const char* const xml : {indentedXml, compactXml}) {
+        PelLu300RouterMessage read;
+        EXPECT_TRUE(read.SetXmlBytes(xml));
+        EXPECT_TRUE(read == message);
+    }
+    PelLu300RouterMessage withoutType;
+    EXPECT_TRUE(withoutType.SetXmlBytes("<PelLu300RouterMessage/>"));
+    EXPECT_THROW(withoutType.SetXmlBytes("<PelLu300RouterMessage/>", true), OutOfRangeException);
+    EXPECT_EQ(IMKObject::GetLastFailure().place.ToString(), text("1:1"));
+}
+
+TEST(Bytes, MayBeConstAndTemporary)
+{
+    PelLu300RouterMessage message = sample();
+    PelLu300RouterMessage read;
+    EXPECT_TRUE(read.SetBinaryRepresentation(message.GetBinaryRepresentationAsQByteArray()));
+    EXPECT_TRUE(read == message);
+    const QByteArray form = message.GetCompressedBinaryRepresentationAsQByteArray(1);
+    read.Reset();
+    EXPECT_TRUE(read.SetBinaryRepresentation(form));
+    EXPECT_TRUE(read == message);
+}
+
+TEST(AnyDevice, IsReadFromItsPositionAndClosedAsItWas)
+{
+    PelLu300RouterMessage message = sample();
+    QByteArray xml(compactXml);
+    QBuffer closed(&xml);
+    PelLu300RouterMessage read;
+    EXPECT_TRUE(read.LoadXml(static_cast<QIODevice*>(&closed)));
+    EXPECT_TRUE(read == message);
+    EXPECT_FALSE(closed.isOpen());
+    QByteArray form = "xx" + message.GetBinaryRepresentationAsQByteArray();
+    QBuffer open(&form);
+    ASSERT_TRUE(open.open(QIODevice::ReadOnly));
+    open.seek(2);
+    read.Reset();
+    EXPECT_TRUE(read.LoadBinary(&open));
+    EXPECT_TRUE(read == message);
+    EXPECT_TRUE(open.isOpen());
+    EXPECT_TRUE(open.atEnd());
+}
+
+TEST(AnyDevice, ThatIsNoneIsToldSo)
+{
+    PelLu300RouterMessage message;
+    EXPECT_FALSE(message.LoadXml(nullptr));
+    expectFailure(Failure::InputOutput, text("No file was given."));
+    EXPECT_FALSE(message.LoadBinary(nullptr));
+    expectFailure(Failure::InputOutput, text("No file was given."));
+    EXPECT_FALSE(message.LoadXml(static_cast<QIODevice*>(nullptr)));
+    EXPECT_FALSE(message.LoadBinary(static_cast<QFile*>(nullptr)));
+    expectFailure(Failure::InputOutput, text("No file was given."));
+    QDataStream stream;
+    EXPECT_FALSE(message.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+}
+
+TEST(AnyDevice, ThatIsOpenForWritingOnlyIsNoInput)
+{
+    const Folder folder;
+    QFile file(folder.path());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    PelLu300RouterMessage message;
+    const QString reason = folder.path() + text(": The file cannot be read: it is not open for reading.");
+    EXPECT_FALSE(message.LoadXml(&file));
+    expectFailure(Failure::InputOutput, reason);
+    EXPECT_FALSE(message.LoadBinary(&file));
+    expectFailure(Failure::InputOutput, reason);
+    QDataStream stream(&file);
+    EXPECT_FALSE(message.SetBinaryRepresentation(stream));
+    expectFailure(Failure::InputOutput, reason);
+}
+
+namespace {
+
+// Delivers some bytes and then fails in a way of the test's own.
+class Failing : public QIODevice
+{
+public:
+    enum Way
+    {
+        Returns,
+        Throws
+    };
+
+    Failing(const QByteArray& content, Way way, bool isSequential)
+        : m_content(content), m_way(way), m_isSequential(isSequential)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    bool isSequential() const override { return m_isSequential; }
+    qint64 size() const override { return m_content.size() + 100; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        const qint64 there = std::min<qint64>(size, m_content.size() - m_at);
+        if (there == 0) {
+            if (m_way == Throws)
+                throw std::runtime_error("the cable is out");
+            setErrorString(text("the cable is out"));
+            return -1;
+        }
+        std::copy_n(m_content.constData() + m_at, there, data);
+        m_at += there;
+        return there;
+    }
+    qint64 writeData(const char*, qint64) override { throw std::runtime_error("the cable is out"); }
+
+private:
+    QByteArray m_content;
+    Way m_way;
+    bool m_isSequential;
+    qint64 m_at = 0;
+};
+
+} // namespace
+
+TEST(AnyDevice, ThatFailsIsNotTakenForTheEnd)
+{
+    const QByteArray form = sample().GetBinaryRepresentationAsQByteArray();
+    const QString reason = text("The device cannot be read: the cable is out.");
+    for (const bool isSequential : {false, true}) {
+        for (const int size : {0, 4, 8, 20}) {
+            SCOPED_TRACE(size);
+            PelLu300RouterMessage message;
+            Failing device(form.left(size), Failing::Returns, isSequential);
+            QDataStream stream(&device);
+            EXPECT_FALSE(message.SetBinaryRepresentation(stream));
+            expectFailure(Failure::InputOutput, reason);
+            EXPECT_FALSE(message.IsInitialized());
+            Failing whole(form.left(size), Failing::Returns, isSequential);
+            EXPECT_FALSE(message.LoadBinary(&whole));
+            EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+            Failing xml(QByteArray(compactXml).left(size), Failing::Returns, isSequential);
+            EXPECT_FALSE(message.LoadXml(&xml));
+            EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+        }
+    }
+}
+
+TEST(AnyDevice, ThatThrowsLeavesAFailureBehind)
+{
+    const QString sentence = text("The operation was interrupted by an exception that is none of a record.");
+    const auto sink = std::make_shared<MODELKIT::MemoryLogSink>();
+    PelLu300RouterMessage message = sample();
+    message.SetLogger(std::make_shared<MODELKIT::Logger>(sink));
+    const auto expectInterrupted = [&](const std::function<void(QIODevice&)>& operation) {
+        sink->Clear();
+        Failing device(QByteArray("<Pel"), Failing::Throws, true);
+        EXPECT_THROW(operation(device), std::runtime_error);
+        expectFailure(Failure::Interrupted, sentence);
+        ASSERT_EQ(sink->GetEntries().size(), 1);
+        EXPECT_EQ(sink->GetEntries().at(0).text, sentence);
+    };
+    expectInterrupted([&](QIODevice& device) { message.LoadXml(&device); });
+    expectInterrupted([&](QIODevice& device) { message.LoadBinary(&device); });
+    expectInterrupted([&](QIODevice& device) {
+        QDataStream stream(&device);
+        message.SetBinaryRepresentation(stream);
+    });
+    expectInterrupted([&](QIODevice& device) {
+        device.close();
+        device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        QDataStream stream(&device);
+        message.GetBinaryRepresentation(stream);
+    });
+    expectInterrupted([&](QIODevice& device) {
+        device.close();
+        device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+        QDataStream stream(&device);
+        message.GetCompressedBinaryRepresentation(stream, 1);
+    });
+    // The next operation begins with a clean slate.
+    EXPECT_FALSE(message.GetXmlBytes().isEmpty());
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+}
+
+TEST(AnyDevice, MayUseOtherOperationsMeanwhile)
+{
+    struct Nosy : QBuffer
+    {
+        bool isInnerRead = true;
+        qint64 readData(char* data, qint64 size) override
+        {
+            PelLu300RouterMessage other;
+            isInnerRead = other.SetXmlBytes("no document");
+            return QBuffer::readData(data, size);
+        }
+    } device;
+    device.setData(compactXml);
+    ASSERT_TRUE(device.open(QIODevice::ReadOnly));
+    PelLu300RouterMessage message;
+    EXPECT_TRUE(message.LoadXml(&device));
+    EXPECT_FALSE(device.isInnerRead);
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+}

@@ -1,0 +1,265 @@
+// Devices that deliver later: what has arrived by half is waited for no longer than the limits say, and
+// nothing is lost by trying too early.
+
+#include "TestSupport.h"
+
+#include "modelkit/LogSinks.h"
+#include "modelkit/ReadingReport.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <memory>
+#include <thread>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+using namespace testing_support;
+using MODELKIT::Failure;
+using MODELKIT::IMKObject;
+using MODELKIT::Limits;
+using MODELKIT::LimitsInScope;
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+QByteArray portForm() { return bytes("7F012EB8 00000010 1F980517 00000008 0000000000001388"); }
+
+Limits waiting(int milliseconds)
+{
+    Limits limits;
+    limits.waitingTime = milliseconds;
+    return limits;
+}
+
+// One end of a socket as a device that delivers what has arrived and can be waited for, as the sockets of a
+// network do.
+class Socket : public QIODevice
+{
+public:
+    explicit Socket(int descriptor) : m_descriptor(descriptor) { open(QIODevice::ReadOnly); }
+    ~Socket() override { ::close(m_descriptor); }
+
+    bool isSequential() const override { return true; }
+
+    bool waitForReadyRead(int milliseconds) override
+    {
+        ++waits;
+        pollfd waited = {m_descriptor, POLLIN, 0};
+        if (::poll(&waited, 1, milliseconds) <= 0)
+            return false;
+        char byte = 0;
+        return ::recv(m_descriptor, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+    }
+
+    int waits = 0;
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        const ssize_t got = ::recv(m_descriptor, data, static_cast<size_t>(size), MSG_DONTWAIT);
+        if (got > 0)
+            return got;
+        if (got < 0 && errno == EAGAIN)
+            return 0;
+        setErrorString(text("The remote host closed the connection"));
+        return -1;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    int m_descriptor;
+};
+
+// A socket and the other end, at which a test writes.
+struct Connection
+{
+    Connection()
+    {
+        int ends[2] = {-1, -1};
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+        socket = std::make_unique<Socket>(ends[0]);
+        far = ends[1];
+    }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection() { end(); }
+
+    void send(const QByteArray& content) const
+    {
+        EXPECT_EQ(::send(far, content.constData(), static_cast<size_t>(content.size()), 0), content.size());
+    }
+    void end()
+    {
+        if (far >= 0)
+            ::close(far);
+        far = -1;
+    }
+
+    std::unique_ptr<Socket> socket;
+    int far = -1;
+};
+
+} // namespace
+
+TEST(Waiting, AFormThatHasArrivedByHalfIsNotWholeYet)
+{
+    const QByteArray form = portForm();
+    const LimitsInScope atOnce(waiting(0));
+    for (int size = 0; size < form.size(); ++size) {
+        SCOPED_TRACE(size);
+        Connection connection;
+        connection.send(form.left(size));
+        QDataStream stream(connection.socket.get());
+        OstraInterfacePort record;
+        record.SetPort(7);
+        EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+        EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+                  text("Only %1 bytes of the binary form have arrived.").arg(size));
+        EXPECT_EQ(stream.status(), QDataStream::Ok);
+        EXPECT_EQ(record.GetPort(), 7U);
+        EXPECT_EQ(connection.socket->waits, 0);
+        connection.send(form.mid(size) + form);
+        EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+        EXPECT_EQ(record.GetPort(), 5000U);
+        EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+        EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+        EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+                  text("Only 0 bytes of the binary form have arrived."));
+    }
+}
+
+TEST(Waiting, EndsWhenTheTimeIsOver)
+{
+    const LimitsInScope shortly(waiting(30));
+    Connection connection;
+    connection.send(portForm().left(10));
+    QDataStream stream(connection.socket.get());
+    OstraInterfacePort record;
+    EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+    EXPECT_GE(connection.socket->waits, 1);
+    EXPECT_FALSE(record.IsInitialized());
+    // The time is one for the whole operation, however the bytes trickle in.
+    const QByteArray rest = portForm().mid(10);
+    std::thread sender([&] {
+        for (const char byte : rest) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            connection.send(QByteArray(1, byte));
+        }
+    });
+    EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+    sender.join();
+    EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(record.GetPort(), 5000U);
+}
+
+TEST(Waiting, TakesWhatArrivesMeanwhile)
+{
+    Connection connection;
+    std::thread sender([&] {
+        for (const char byte : portForm()) {
+            connection.send(QByteArray(1, byte));
+            std::this_thread::sleep_for(std::chrono::microseconds(200));
+        }
+    });
+    QDataStream stream(connection.socket.get());
+    OstraInterfacePort record;
+    EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+    sender.join();
+    EXPECT_EQ(record.GetPort(), 5000U);
+}
+
+TEST(Waiting, AConnectionThatEndedHasItsReasonTold)
+{
+    Connection connection;
+    connection.send(portForm().left(10));
+    connection.end();
+    QDataStream stream(connection.socket.get());
+    OstraInterfacePort record;
+    EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+    EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+              text("The device cannot be read: The remote host closed the connection."));
+    EXPECT_EQ(stream.status(), QDataStream::ReadPastEnd);
+}
+
+TEST(Waiting, AStreamsOwnTransactionIsLeftToTheStream)
+{
+    const LimitsInScope atOnce(waiting(0));
+    Connection connection;
+    connection.send(portForm().left(20));
+    QDataStream stream(connection.socket.get());
+    OstraInterfacePort record;
+    stream.startTransaction();
+    EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+    EXPECT_FALSE(stream.commitTransaction());
+    connection.send(portForm().mid(20));
+    stream.startTransaction();
+    EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+    EXPECT_TRUE(stream.commitTransaction());
+    EXPECT_EQ(record.GetPort(), 5000U);
+}
+
+TEST(Waiting, ADocumentGoesToTheEndOfTheConnection)
+{
+    const QByteArray xml = "<OstraInterfacePort><Port>5000</Port></OstraInterfacePort>";
+    {
+        Connection connection;
+        connection.send(xml);
+        const LimitsInScope atOnce(waiting(0));
+        OstraInterfacePort record;
+        EXPECT_FALSE(record.LoadXml(connection.socket.get()));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+        EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+                  text("The end of the document has not arrived."));
+        EXPECT_FALSE(record.IsInitialized());
+        connection.end();
+        EXPECT_TRUE(record.LoadXml(connection.socket.get()));
+        EXPECT_EQ(record.GetPort(), 5000U);
+    }
+    {
+        Connection connection;
+        connection.send(portForm());
+        connection.end();
+        OstraInterfacePort record;
+        EXPECT_TRUE(record.LoadBinary(connection.socket.get()));
+        EXPECT_EQ(record.GetPort(), 5000U);
+    }
+    // What breaks off is explained by the connection, and what is wrong by itself.
+    const auto kindOf = [](const QByteArray& content) {
+        Connection connection;
+        connection.send(content);
+        connection.end();
+        OstraInterfacePort record;
+        EXPECT_FALSE(record.LoadXml(connection.socket.get()));
+        return IMKObject::GetLastFailure().kind;
+    };
+    EXPECT_EQ(kindOf(xml.left(30)), Failure::InputOutput);
+    EXPECT_EQ(kindOf(xml.left(30) + "\xC3"), Failure::InputOutput);
+    EXPECT_EQ(kindOf(xml + "x"), Failure::NotWellFormed);
+    EXPECT_EQ(kindOf("<OstraInterfacePort></x>"), Failure::NotWellFormed);
+}
+
+TEST(Waiting, AFormThatIsCutOffInMemoryIsPutBack)
+{
+    QByteArray content = portForm().left(20);
+    QBuffer buffer(&content);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadWrite));
+    QDataStream stream(&buffer);
+    OstraInterfacePort record;
+    EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotABinaryForm);
+    EXPECT_EQ(stream.status(), QDataStream::ReadPastEnd);
+    EXPECT_EQ(buffer.pos(), 0);
+    buffer.buffer() += portForm().mid(20);
+    stream.resetStatus();
+    EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(record.GetPort(), 5000U);
+}
