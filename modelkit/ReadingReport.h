@@ -20,6 +20,26 @@ namespace MODELKIT {
 /// A document that is refused because it is not well-formed, is no whole form or exceeds a limit leaves no
 /// entries.
 ///
+/// **When reading succeeds without an entry, and none was dropped, nothing was lost.** Writing the record
+/// again in the form from which it was read, with validation on or off, either is refused or gives the
+/// same information; and reading that, by a record with the same defaults and invalid values, gives an
+/// equal record.
+///
+/// Information is which members are there, their values, and the order of the items in lists. These are
+/// not:
+/// - in XML comments, processing instructions, the declaration and the encoding, white space between
+///   elements, and how characters are written: as they stand, as references or as CDATA;
+/// - the order of members, other than the items of a list;
+/// - the spelling of values: numbers such as `007`, `+7`, `1e3`, `2.5` or `-0`, white space around them,
+///   and `0`, `1`, `TRUE` or `False` for truth values;
+/// - whether a list without items is there;
+/// - whether the name of an enumerator that is none is an empty or a null text;
+/// - in the binary form the byte order, and how the compressed form is cut and compressed.
+///
+/// The promise is for one form. What the other form cannot carry is no entry: a number above 2147483647
+/// is kept by the binary form, but XML does not give it back. Nor can it cover what a derived class does
+/// when it reads in its own way.
+///
 /// \code
 /// MODELKIT::ReadingReport report;
 /// document.LoadXml(path);
@@ -32,15 +52,26 @@ public:
     /// What was accepted.
     enum Kind : int
     {
-        UnknownElement, ///< an element that the record does not know was skipped
-        UnknownTag,     ///< a binary entry that the record does not know was skipped
-        RepeatedMember, ///< a member came again; the last one counts
-        Attribute,      ///< an attribute was ignored
-        NotANumber,     ///< a text that is no number of the member's type was taken for 0
-        WrappedNumber,  ///< a negative number was stored as 4294967296 more
-        LostDecimals,   ///< a number has more than the two decimals that are written
-        UnusualBoolean, ///< a text other than true, false, 1 and 0 was taken for true or false
-        BytesBehind     ///< bytes behind a binary form were ignored
+        UnknownElement,  ///< an element that the record does not know was skipped
+        UnknownTag,      ///< a binary entry that the record does not know was skipped
+        RepeatedMember,  ///< a member came again; the last one counts, a record is read on top of the first
+        Attribute,       ///< an attribute was ignored
+        NotANumber,      ///< a text that is no number of the member's type was taken for 0 or infinity
+        WrappedNumber,   ///< of a number that is negative or too large the low 32 bits were stored
+        LostDecimals,    ///< a number has more than the two decimals that are written, or too many digits
+        UnusualBoolean,  ///< a text other than true, false, 1 and 0 was taken for true or false
+        BytesBehind,     ///< bytes behind the form, or behind the plain form inside a compressed one, were
+                         ///< ignored
+        ReplacedPayload, ///< a payload of a fragment came before another; only the last one counts
+        IgnoredText,     ///< a text between the elements of a record was ignored
+        ElementInText,   ///< an element inside the text of a member was skipped
+        ReplacedCharacters, ///< bytes of a text that stand for no character were replaced
+        NotFinite,          ///< a number is infinite or none at all ("nan", which equals nothing)
+        UnknownName,        ///< a text that is no enumerator's name was taken for the invalid value
+        MissingMember,      ///< a member is missing that is written all the same, and then is there
+        MissingPayload,     ///< a fragment has no payload and so is not written under validation
+        Prefix,             ///< the namespace prefix of a name was left out
+        WrongLength         ///< a binary entry announces another length than its value takes
     };
 
     struct Entry

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "modelkit/DocumentContext.h"
+#include "modelkit/Quoted.h"
 
 #include <QtCore/QString>
 #include <QtCore/QXmlStreamReader>
+
+#include <algorithm>
 
 namespace MODELKIT {
 
@@ -15,6 +18,31 @@ inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, DocumentC
     if (context)
         context->CountToken(reader);
     return token;
+}
+
+// White space is none in the report, even if it is written as references or as CDATA.
+inline void noticeTextBetween(const QXmlStreamReader& reader, DocumentContext* context)
+{
+    if (!context || !context->IsReporting() || reader.isWhitespace())
+        return;
+    const QString text = reader.text().toString();
+    const auto isWhiteSpace = [](QChar character) {
+        return character == QLatin1Char(' ') || character == QLatin1Char('\t')
+               || character == QLatin1Char('\n') || character == QLatin1Char('\r');
+    };
+    if (!std::all_of(text.begin(), text.end(), isWhiteSpace))
+        context->Report(
+            ReadingReport::IgnoredText,
+            QStringLiteral("The text %1 between elements was ignored.").arg(quoted(text.trimmed())), reader);
+}
+
+inline void noticeElementInText(const QXmlStreamReader& reader, DocumentContext* context)
+{
+    if (context && context->IsReporting())
+        context->Report(
+            ReadingReport::ElementInText,
+            QStringLiteral("The element %1 inside a text was skipped.").arg(reader.name().toString()),
+            reader);
 }
 
 // Calls readChild() for each start element inside the element on whose start the reader stands. Ends on
@@ -37,6 +65,7 @@ void walkElement(QXmlStreamReader& reader, DocumentContext* context, const Name&
                 return;
             break;
         case QXmlStreamReader::Characters:
+            noticeTextBetween(reader, context);
             break;
         default:
             if (reader.atEnd())
@@ -56,7 +85,8 @@ void walkText(QXmlStreamReader& reader, DocumentContext* context, const Append& 
     while (true) {
         switch (readToken(reader, context)) {
         case QXmlStreamReader::StartElement:
-            ++depth;
+            if (depth++ == 0)
+                noticeElementInText(reader, context);
             break;
         case QXmlStreamReader::EndElement:
             if (depth-- == 0)

@@ -3,6 +3,7 @@
 
 #include "routerinterface/machinery/BinaryStreams.h"
 #include "routerinterface/machinery/Checking.h"
+#include "routerinterface/machinery/Notices.h"
 #include "routerinterface/machinery/TextForms.h"
 
 #include <QtCore/QByteArray>
@@ -52,7 +53,7 @@ struct BinaryNotify
     qint64 offset;
     QString member;
 
-    explicit operator bool() const { return reading.context && reading.context->IsReporting(); }
+    explicit operator bool() const { return reading.isReporting(); }
 
     void operator()(Notice kind, const QString& text) const
     {
@@ -186,8 +187,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 template <class Step, class Read>
 void readAt(const Reading& reading, qint64 offset, const Step& step, const Read& read)
 {
-    MODELKIT::DocumentContext* const reporting =
-        reading.context && reading.context->IsReporting() ? reading.context : nullptr;
+    MODELKIT::DocumentContext* const reporting = reading.isReporting() ? reading.context : nullptr;
     if (reporting)
         reporting->Enter(step());
     doAt(step, read, offset);
@@ -255,11 +255,20 @@ bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Readi
     return whole;
 }
 
+// Two wrong lengths can make up for each other in the sum.
+inline void noticeLength(int announced, qint64 taken, const BinaryNotify& notify)
+{
+    if (taken != announced)
+        notify(Notice::WrongLength,
+               QStringLiteral("The entry announces %1 bytes and takes %2.").arg(announced).arg(taken));
+}
+
 template <class R>
 void readEntries(R& record, BinarySource& source, qint64 length, Reading& reading)
 {
     settle(record, reading);
     initData(record);
+    const bool isReporting = reading.isReporting();
     const qint64 begin = source.consumed();
     qint64 remaining = length;
     bool whole = true;
@@ -275,11 +284,13 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
             using Member = decltype(member);
             if (static_cast<std::uint32_t>(tag) != Member::binaryTag)
                 return false;
-            if (!IsList<typename Member::Slot>::value && seen.test(Member::index))
-                if (const BinaryNotify notify{reading, offset, Member::nameText()})
-                    notify(Notice::RepeatedMember, repeatedText(Member::nameText()));
+            if (isReporting)
+                noticeComingAgain<Member>(record, seen, BinaryNotify{reading, offset, Member::nameText()});
             seen.set(Member::index);
             whole = readEntry<Member>(record, source, entryLength, offset, reading);
+            if (isReporting && whole)
+                noticeLength(entryLength, source.consumed() - offset - 8,
+                             BinaryNotify{reading, offset, Member::nameText()});
             return true;
         });
         if (known)
@@ -298,6 +309,8 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
         exception.SetPlace(place);
         throw exception;
     }
+    if (isReporting)
+        noticeMissing(record, BinaryNotify{reading, begin, QString()});
 }
 
 template <class R>

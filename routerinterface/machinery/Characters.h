@@ -4,6 +4,7 @@
 
 #include "modelkit/QtVersion.h"
 
+#include <QtCore/QByteArray>
 #include <QtCore/QChar>
 #include <QtCore/QLatin1String>
 #include <QtCore/QString>
@@ -26,6 +27,8 @@ public:
     {
         return m_size == 0 ? QString(QLatin1String("")) : QString(m_characters, m_size);
     }
+
+    bool isIntact() const { return true; }
 
 private:
     const QChar* m_characters;
@@ -51,6 +54,9 @@ public:
             return QString();
         return m_size == 0 ? QString(QLatin1String("")) : QString::fromUtf8(m_bytes, m_size);
     }
+
+    // Whether the string is the same text: bytes that are no UTF-8 are replaced in it.
+    bool isIntact() const { return toString().toUtf8() == QByteArray::fromRawData(m_bytes, size()); }
 
 private:
     const char* m_bytes = nullptr;

@@ -2,6 +2,10 @@
 // same result for what they do.
 #pragma once
 
+#include <QtCore/QChar>
+#include <QtCore/QLatin1String>
+#include <QtCore/QString>
+
 #include <cmath>
 #include <cstdint>
 
@@ -113,6 +117,40 @@ bool readDecimal(const Characters& text, double& value)
     const double magnitude = static_cast<double>(digits) / powers[decimals];
     value = negative ? -magnitude : magnitude;
     return true;
+}
+
+// The value of a decimal number as text: the same for "-0012.50", "-12.5" and "-1.25e1". A zero has no
+// sign.
+inline QString numberWithoutSpelling(const QString& number)
+{
+    QString digits;
+    bool negative = false;
+    bool point = false;
+    int exponent = 0;
+    for (int i = 0; i < static_cast<int>(number.size()); ++i) {
+        const QChar character = number.at(i);
+        if (character == QLatin1Char('-')) {
+            negative = true;
+        } else if (character == QLatin1Char('.')) {
+            point = true;
+        } else if (character == QLatin1Char('e') || character == QLatin1Char('E')) {
+            exponent += number.mid(i + 1).toInt();
+            break;
+        } else if (character >= QLatin1Char('0') && character <= QLatin1Char('9')) {
+            if (!digits.isEmpty() || character != QLatin1Char('0'))
+                digits += character;
+            if (point)
+                --exponent;
+        }
+    }
+    if (digits.isEmpty())
+        return QStringLiteral("0");
+    while (digits.endsWith(QLatin1Char('0'))) {
+        digits.chop(1);
+        ++exponent;
+    }
+    return (negative ? QLatin1String("-") : QLatin1String("")) + digits + QLatin1Char('e')
+           + QString::number(exponent);
 }
 
 } // namespace machinery

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "modelkit/DocumentContext.h"
+#include "modelkit/Quoted.h"
 #include "routerinterface/machinery/Numbers.h"
 #include "routerinterface/machinery/Rules.h"
 
@@ -48,16 +49,22 @@ QString textOf(const Enumerated<E>& slot)
 // get an object that is true in that case and can then be called with the kind and the text.
 using Notice = MODELKIT::ReadingReport::Kind;
 
-inline QString quoted(const QString& text)
-{
-    constexpr int shown = 40;
-    return QLatin1Char('"') + (text.size() > shown ? text.left(shown) + QLatin1String("...") : text)
-           + QLatin1Char('"');
-}
+using MODELKIT::quoted;
 
-inline QString repeatedText(const QString& member)
+// Notices what the written form of the value does not keep of the text from which it was read.
+template <class Notify>
+void noticeLostDigits(const QString& text, double value, const Notify& notify)
 {
-    return QStringLiteral("%1 came before; the last one counts.").arg(member);
+    const QString written = toText(value);
+    if (!std::isfinite(value))
+        notify(Notice::NotFinite,
+               QStringLiteral("%1 is no finite number and was taken for %2.").arg(quoted(text), written));
+    else if (written.toDouble() != value)
+        notify(Notice::LostDecimals,
+               QStringLiteral("%1 has more than the two decimals that are written.").arg(quoted(text)));
+    else if (numberWithoutSpelling(written) != numberWithoutSpelling(text))
+        notify(Notice::LostDecimals,
+               QStringLiteral("%1 cannot be kept exactly and was taken for %2.").arg(quoted(text), written));
 }
 
 // Reading is lenient: what is no number becomes 0. Numbers are read as signed ones, so that those
@@ -89,9 +96,8 @@ double fromText(const R&, const Value<double>&, const Characters& text, const No
     if (notify && !converted)
         notify(Notice::NotANumber, QStringLiteral("%1 is no number and was taken for %2.")
                                        .arg(quoted(text.toString()), toText(value)));
-    else if (notify && !std::isnan(value) && toText(value).toDouble() != value)
-        notify(Notice::LostDecimals, QStringLiteral("%1 has more than the two decimals that are written.")
-                                         .arg(quoted(text.toString())));
+    else if (notify)
+        noticeLostDigits(text.toString(), value, notify);
     return value;
 }
 
@@ -108,15 +114,24 @@ bool fromText(const R& record, const Value<bool>&, const Characters& text, const
 }
 
 template <class Member, class R, class T, class Characters, class Notify>
-T fromText(const R&, const Text<T>&, const Characters& text, const Notify&)
+T fromText(const R&, const Text<T>&, const Characters& text, const Notify& notify)
 {
+    if (notify && !text.isIntact())
+        notify(Notice::ReplacedCharacters,
+               QStringLiteral("In %1 something that is no character was replaced.")
+                   .arg(quoted(text.toString())));
     return text.toString();
 }
 
 template <class Member, class R, class E, class Characters, class Notify>
-E fromText(const R&, const Enumerated<E>& slot, const Characters& text, const Notify&)
+E fromText(const R& record, const Enumerated<E>& slot, const Characters& text, const Notify& notify)
 {
-    return enumeratorOf(text, slot.invalid);
+    const E value = enumeratorOf(text, slot.invalid);
+    // The setter refuses what is no enumerator under validation.
+    if (notify && !isName(text, nameOf(value)) && (isEnumerator(value) || !record.GetValidate()))
+        notify(Notice::UnknownName, QStringLiteral("%1 is no value of %2 and was taken for the invalid one.")
+                                        .arg(quoted(text.toString()), Member::nameText()));
+    return value;
 }
 
 } // namespace machinery

@@ -38,6 +38,9 @@ struct Reading
 
     // The whole document that is being read, if it is one.
     MODELKIT::DocumentContext* context = nullptr;
+
+    // Whether somebody wants to know what is accepted in silence.
+    bool isReporting() const { return context && context->IsReporting(); }
 };
 
 template <class R>

@@ -4,6 +4,7 @@
 
 #include "modelkit/XmlWalk.h"
 #include "routerinterface/machinery/Checking.h"
+#include "routerinterface/machinery/Notices.h"
 #include "routerinterface/machinery/TextForms.h"
 #include "routerinterface/machinery/XmlSinks.h"
 
@@ -92,17 +93,23 @@ struct XmlNotify
     const Reading& reading;
     const QXmlStreamReader& reader;
 
-    explicit operator bool() const { return reading.context && reading.context->IsReporting(); }
+    explicit operator bool() const { return reading.isReporting(); }
 
     void operator()(Notice kind, const QString& text) const { reading.context->Report(kind, text, reader); }
 };
 
-inline void noticeAttributes(const XmlNotify& notify)
+// What the start tag of a known element holds beside the name.
+inline void noticeTag(const XmlNotify& notify)
 {
-    if (notify)
-        for (const QXmlStreamAttribute& attribute : notify.reader.attributes())
-            notify(Notice::Attribute,
-                   QStringLiteral("The attribute %1 was ignored.").arg(attribute.qualifiedName().toString()));
+    if (!notify)
+        return;
+    const QXmlStreamReader& reader = notify.reader;
+    if (!reader.prefix().isEmpty())
+        notify(Notice::Prefix, QStringLiteral("The prefix %1 of %2 was left out.")
+                                   .arg(reader.prefix().toString(), reader.name().toString()));
+    for (const QXmlStreamAttribute& attribute : reader.attributes())
+        notify(Notice::Attribute,
+               QStringLiteral("The attribute %1 was ignored.").arg(attribute.qualifiedName().toString()));
 }
 
 // Leaves an unknown element. The walk compares names only: it stops early on a nested start element
@@ -158,7 +165,7 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
         readItem<Member>(record, reader, reading);
     } else {
         const XmlNotify notify{reading, reader};
-        noticeAttributes(notify);
+        noticeTag(notify);
         QVarLengthArray<QChar, 128> text;
         MODELKIT::walkText(reader, reading.context, [&text](QtVersion::XmlView piece) {
             text.append(piece.data(), static_cast<int>(piece.size()));
@@ -180,9 +187,8 @@ void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& see
         using Member = decltype(member);
         if (!isName(name, elementName<Member>()))
             return false;
-        if (!IsList<typename Member::Slot>::value && seen.test(Member::index))
-            if (const XmlNotify notify{reading, reader})
-                notify(Notice::RepeatedMember, repeatedText(Member::nameText()));
+        if (const XmlNotify notify{reading, reader})
+            noticeComingAgain<Member>(record, seen, notify);
         seen.set(Member::index);
         readMember<Member>(record, reader, reading);
         return true;
@@ -196,24 +202,27 @@ template <class R, class Name>
 void readElement(R& record, QXmlStreamReader& reader, Reading& reading, const Name& name)
 {
     initData(record);
-    noticeAttributes(XmlNotify{reading, reader});
+    const XmlNotify notify{reading, reader};
+    noticeTag(notify);
     Flags seen;
     MODELKIT::walkElement(reader, reading.context, name, [&] {
         settle(record, reading);
         readChild(record, reader, reading, seen);
     });
+    if (reader.isEndElement())
+        noticeMissing(record, notify);
 }
 
 template <class R>
 void processXmlStartElement(R& record, QXmlStreamReader& reader)
 {
     handDown(record);
-    initData(record);
+    // A whole document begins with a reset: what is set has come before.
+    Flags seen = initData(record).set;
     Reading reading;
     reading.settled = true;
     reading.settledItems = numberOfItems(record);
     reading.context = MODELKIT::DocumentContext::Current();
-    Flags seen;
     readChild(record, reader, reading, seen);
 }
 
@@ -222,13 +231,17 @@ void processXml(R& record, QXmlStreamReader& reader)
 {
     // In a derived class, which may read child elements in its own way, the walk must call the
     // virtual operation; without one it may keep what it knows from one child to the next.
+    Reading reading;
+    reading.context = MODELKIT::DocumentContext::Current();
     if (isExactly(record)) {
-        Reading reading;
-        reading.context = MODELKIT::DocumentContext::Current();
         readElement(record, reader, reading, reader.name().toString());
     } else {
+        const XmlNotify notify{reading, reader};
         initData(record);
+        noticeTag(notify);
         record.MODELKIT::IMKObject::ProcessXml(reader);
+        if (reader.isEndElement())
+            noticeMissing(record, notify);
     }
 }
 

@@ -908,7 +908,7 @@ TEST(ExplainedReport, ADocumentThatIsNotWellFormedLeavesNoEntries)
 {
     ReadingReport report;
     PelLu300RouterInterfaceXml document;
-    EXPECT_TRUE(document.SetXmlString(inMessage(text("<y/>")), false));
+    EXPECT_TRUE(document.SetXmlString(inMessage(text("<Type>Event</Type><y/>")), false));
     EXPECT_FALSE(document.SetXmlString(inMessage(text("\n<x/>\r <x/>\r\n<Type>")), false));
     ASSERT_EQ(report.GetEntries().size(), 1);
     EXPECT_EQ(report.GetEntries().at(0).place.path, text(messagePath) + text("/y"));
@@ -1371,9 +1371,16 @@ void expectPlaces(const std::function<bool(PelLu300RouterInterfaceXml&, const QS
         document.SetValidate(false);
         ReadingReport report;
         EXPECT_TRUE(read(document, refusal(lineEnd).replace(text("Type>"), text("x>"))));
-        ASSERT_EQ(report.GetEntries().size(), 1);
-        EXPECT_EQ(report.GetEntries().first().place.line, 3);
-        EXPECT_EQ(report.GetEntries().first().place.column, 4);
+        ASSERT_EQ(report.GetEntries().size(), 3);
+        EXPECT_EQ(report.GetEntries().at(0).kind, ReadingReport::IgnoredText);
+        EXPECT_EQ(report.GetEntries().at(0).place.line, 2);
+        EXPECT_EQ(report.GetEntries().at(0).place.path, text(messagePath));
+        EXPECT_EQ(report.GetEntries().at(1).kind, ReadingReport::UnknownElement);
+        EXPECT_EQ(report.GetEntries().at(1).place.line, 3);
+        EXPECT_EQ(report.GetEntries().at(1).place.column, 4);
+        EXPECT_EQ(report.GetEntries().at(2).kind, ReadingReport::MissingMember);
+        EXPECT_EQ(report.GetEntries().at(2).place.line, 2);
+        EXPECT_EQ(report.GetEntries().at(2).place.path, text(messagePath));
     }
 }
 

@@ -24,7 +24,7 @@ void expectQtsText(double value)
 {
     const QString text = twoDecimals(value);
     if (!text.isEmpty()) {
-        ASSERT_EQ(text, QString::number(value, 'f', 2)) << value;
+        ASSERT_EQ(text, QStringLiteral("%1").arg(value, 0, 'f', 2)) << value;
     }
 }
 
@@ -56,6 +56,48 @@ TEST(Numbers, WriteTheUsualValuesThemselves)
     EXPECT_EQ(twoDecimals(0.999), QStringLiteral("1.00"));
     EXPECT_EQ(twoDecimals(0.125), QStringLiteral("0.13"));
     EXPECT_EQ(twoDecimals(9007199254740991.0), QStringLiteral("9007199254740991.00"));
+}
+
+// What QString::arg() gives on Qt 5 and on Qt 6: only a value that rounds to zero keeps its sign, a zero
+// has none.
+TEST(Numbers, AreWrittenAsQtWritesThemInBothForms)
+{
+    const struct
+    {
+        double value;
+        const char* text;
+    } cases[] = {{-0.001, "-0.00"},
+                 {-0.0, "0.00"},
+                 {0.0, "0.00"},
+                 {0.004, "0.00"},
+                 {-0.004, "-0.00"},
+                 {0.005, "0.01"},
+                 {-0.005, "-0.01"},
+                 {0.125, "0.13"},
+                 {2.675, "2.67"},
+                 {1234567.891, "1234567.89"},
+                 {9007199254740993.0, "9007199254740992.00"},
+                 {1e23, "99999999999999991611392.00"},
+                 {5e-324, "0.00"},
+                 {HUGE_VAL, "inf"},
+                 {-HUGE_VAL, "-inf"},
+                 {std::nan(""), "nan"}};
+    for (const auto& each : cases) {
+        const QString text = QLatin1String(each.text);
+        EXPECT_EQ(QStringLiteral("%1").arg(each.value, 0, 'f', 2), text);
+        DF_Params record;
+        record.SetFrequency(each.value);
+        EXPECT_EQ(xmlOf(record),
+                  QStringLiteral("<DF_Params><Frequency>%1</Frequency></DF_Params>").arg(text));
+        EXPECT_EQ(frameOf(record).mid(16), text.toUtf8());
+    }
+    DF_Params huge;
+    huge.SetFrequency(1e300);
+    const QString text = QStringLiteral("%1").arg(1e300, 0, 'f', 2);
+    EXPECT_EQ(text.size(), 304);
+    EXPECT_TRUE(text.startsWith(QStringLiteral("1000000000000000052504760255204420248704468581108159")));
+    EXPECT_EQ(xmlOf(huge), QStringLiteral("<DF_Params><Frequency>%1</Frequency></DF_Params>").arg(text));
+    EXPECT_EQ(frameOf(huge).mid(16), text.toUtf8());
 }
 
 TEST(Numbers, LeaveUnusualValuesToQt)

@@ -1,0 +1,16 @@
+// Values inside sentences. Not installed.
+#pragma once
+
+#include <QtCore/QString>
+
+namespace MODELKIT {
+
+// The text in quotation marks; a long one is cut.
+inline QString quoted(const QString& text)
+{
+    constexpr int shown = 40;
+    return QLatin1Char('"') + (text.size() > shown ? text.left(shown) + QLatin1String("...") : text)
+           + QLatin1Char('"');
+}
+
+} // namespace MODELKIT

@@ -1,0 +1,52 @@
+// What is noticed about the members of a record while it is read, in either form.
+#pragma once
+
+#include "routerinterface/machinery/Lifecycle.h"
+#include "routerinterface/machinery/TextForms.h"
+
+#include <QtCore/QString>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+// That a member comes although it, or another member of a choice, has come before. Seen: the members
+// that have come so far.
+template <class Member, class R, class Notify>
+void noticeComingAgain([[maybe_unused]] const R& record, const Flags& seen, const Notify& notify)
+{
+    using Data = DataOf<R>;
+    if (!IsList<typename Member::Slot>::value && seen.test(Member::index))
+        notify(Notice::RepeatedMember,
+               QStringLiteral("%1 came before; the last one counts.").arg(Member::nameText()));
+    if constexpr (isChoice<Data>) {
+        const auto& data = initData(record);
+        if (data.choice != data.invalidChoice && !isCurrent(data, Member{}))
+            notify(Notice::ReplacedPayload,
+                   QStringLiteral("%1 came before and is replaced.").arg(nameOf(data.choice)));
+    }
+}
+
+// What a record lacks at the end of reading and is not written as it was read.
+template <class R, class Notify>
+void noticeMissing([[maybe_unused]] const R& record, [[maybe_unused]] const Notify& notify)
+{
+    using Data = DataOf<R>;
+    if constexpr (isChoice<Data>) {
+        if (notify && !hasData(record))
+            notify(Notice::MissingPayload,
+                   QStringLiteral("%1 has no payload and is not written under validation.")
+                       .arg(record.GetObjectName()));
+    } else if constexpr (Data::Members::template has<IsMandatory>) {
+        if (!notify)
+            return;
+        const auto& data = initData(record);
+        Data::Members::forEach([&](auto member) {
+            if (IsMandatory<typename decltype(member)::Slot>::value && !data.set.test(member.index))
+                notify(Notice::MissingMember,
+                       QStringLiteral("%1 is missing and is written all the same.").arg(member.nameText()));
+        });
+    }
+}
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML
