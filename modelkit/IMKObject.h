@@ -84,11 +84,11 @@ public:
     /// Writes the object as one binary frame at the stream's position.
     ///
     /// The frame is \a id (only when \a writeId is true), the number of bytes that follow the
-    /// length, and the content. Lengths are filled in afterwards by seeking back; a device that cannot
-    /// seek, or appends, gets the frame in one piece. The stream's byte order is used as it stands.
+    /// length, and the content. A device outside memory gets it in one piece when it is complete; what
+    /// it does not take shows in the stream's status. The stream's byte order is used as it stands.
     /// \returns false when validation is on and `HasData()` is false; nothing is written then.
     /// \throws MKException what `Check()` throws, when validation is on; nothing is written then
-    /// unless it is an owned object that fails.
+    /// unless it is an owned object that fails; a device outside memory gets nothing even then.
     virtual bool GetBinary(QDataStream& stream, int id, bool writeId) const = 0;
 
     /// Reads the content of one binary frame of \a length bytes; the caller has consumed the id and

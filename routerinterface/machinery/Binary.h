@@ -5,13 +5,10 @@
 #include "routerinterface/machinery/Checking.h"
 #include "routerinterface/machinery/TextForms.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QDataStream>
-#include <QtCore/QIODevice>
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -103,7 +100,7 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
     auto& data = initData(record);
     if (writeId)
         sink.word(id);
-    const qint64 frame = sink.beginLength();
+    const int frame = sink.beginLength();
     DataOf<R>::Members::forEach([&](auto member) {
         using Slot = typename decltype(member)::Slot;
         if (!isWritten(data, member)
@@ -120,7 +117,7 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
                 if (slot.value.isEmpty())
                     return;
             sink.tag(member.binaryTag);
-            const qint64 entry = sink.beginLength();
+            const int entry = sink.beginLength();
             if constexpr (IsList<Slot>::value) {
                 sink.word(static_cast<int>(slot.value.size()));
                 doAtRecords(slot, [&](const RecordIn<Slot>& item) {
@@ -160,22 +157,9 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
         if (!record.HasData())
             return false;
     }
-    const auto writeTo = [&](QDataStream& target) {
-        BinarySink sink(target, isTransfer);
-        doAt(name, [&] { writeFrame(record, sink, id, writeId, validate); });
-    };
-    const QIODevice* device = stream.device();
-    if (!device || (!device->isSequential() && !(device->openMode() & QIODevice::Append))) {
-        writeTo(stream);
-        return true;
-    }
-    // Lengths cannot be filled in on a device that only takes bytes at its end; it gets the frame in
-    // one piece.
-    QByteArray frame;
-    QDataStream memory(&frame, QIODevice::WriteOnly);
-    memory.setByteOrder(stream.byteOrder());
-    writeTo(memory);
-    stream.writeRawData(frame.constData(), static_cast<int>(frame.size()));
+    BinarySink sink(stream, isTransfer);
+    doAt(name, [&] { writeFrame(record, sink, id, writeId, validate); });
+    sink.finish();
     return true;
 }
 

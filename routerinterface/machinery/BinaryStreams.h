@@ -1,10 +1,11 @@
 // Where the parts of a frame are written to and read from.
 //
 // Both ends work on a data stream. When its device is a plain buffer in memory they work on the buffer's
-// bytes and keep the device's position; otherwise every part goes through the stream, and lengths are
-// filled in by seeking. Bytes, positions and the stream's status are the same either way. Two things a
-// plain buffer does not do: whoever listens to its signals hears of one byte written instead of all, and
-// characters pushed back into it with ungetChar() are not seen.
+// bytes and keep the device's position. Otherwise a frame is put together in memory and handed to the
+// stream in one piece when it is complete, so that no device needs to seek, and every refusal shows in the
+// stream's status; reading goes through the stream part by part. Bytes, positions and the status are the
+// same either way. One thing a plain buffer does not do: whoever listens to its signals hears of one byte
+// written instead of all.
 #pragma once
 
 #include "routerinterface/machinery/Characters.h"
@@ -45,12 +46,10 @@ public:
     // Transfer: the frame only carries the members from one record to another; it holds what is set,
     // in full precision, and no rule is applied.
     BinarySink(QDataStream& stream, bool isTransfer)
-        : m_stream(stream), m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian),
-          m_isTransfer(isTransfer)
+        : m_stream(stream), m_buffer(writableBuffer(stream)),
+          m_target(m_buffer ? m_buffer->buffer() : m_frame),
+          m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian), m_isTransfer(isTransfer)
     {
-        // A stream with a bad status refuses to write.
-        if (stream.device() && stream.device()->isWritable() && stream.status() == QDataStream::Ok)
-            m_buffer = plainBuffer(stream.device());
         if (m_buffer) {
             m_sizeBefore = static_cast<int>(m_buffer->buffer().size());
             m_begin = static_cast<int>(m_buffer->pos());
@@ -82,6 +81,13 @@ public:
     }
 
     bool isTransfer() const { return m_isTransfer; }
+
+    // Called when the frame is complete.
+    void finish()
+    {
+        if (!m_buffer)
+            m_stream.writeRawData(m_bytes, m_at);
+    }
 
     void word(int value) { number(static_cast<qint32>(value)); }
     void tag(std::uint32_t value) { number(static_cast<quint32>(value)); }
@@ -119,21 +125,29 @@ public:
 
     // Writes a length word to be filled in by endLength() with the number of bytes that follow it.
     // Returns the place behind it.
-    qint64 beginLength()
+    int beginLength()
     {
         word(0);
-        return position();
+        return m_at;
     }
 
-    void endLength(qint64 begin)
+    void endLength(int begin)
     {
-        const qint64 end = position();
-        seek(begin - 4);
-        word(static_cast<int>(end - begin));
-        seek(end);
+        const int end = m_at;
+        m_at = begin - 4;
+        word(end - begin);
+        m_at = end;
     }
 
 private:
+    // A stream with a bad status refuses to write.
+    static QBuffer* writableBuffer(const QDataStream& stream)
+    {
+        const bool isWritable =
+            stream.device() && stream.device()->isWritable() && stream.status() == QDataStream::Ok;
+        return isWritable ? plainBuffer(stream.device()) : nullptr;
+    }
+
     static constexpr int asciiRoom = 64;
 
     static bool toAscii(const QString& value, char* to)
@@ -160,10 +174,6 @@ private:
 
     void put(const char* bytes, int size)
     {
-        if (!m_buffer) {
-            m_stream.writeRawData(bytes, size);
-            return;
-        }
         if (size > m_room - m_at)
             grow(size);
         std::memcpy(m_bytes + m_at, bytes, static_cast<std::size_t>(size));
@@ -178,30 +188,17 @@ private:
             throw std::bad_alloc();
         const auto wanted =
             static_cast<int>(std::clamp<qint64>(2 * qint64(m_room), std::max<qint64>(needed, 256), most));
-        QByteArray& bytes = m_buffer->buffer();
-        bytes.reserve(wanted);
-        bytes.resize(wanted);
-        m_room = static_cast<int>(bytes.size());
-        m_bytes = bytes.data();
-    }
-
-    qint64 position() const
-    {
-        if (m_buffer)
-            return m_at;
-        return m_stream.device() ? m_stream.device()->pos() : 0;
-    }
-
-    void seek(qint64 position)
-    {
-        if (m_buffer)
-            m_at = static_cast<int>(position);
-        else if (m_stream.device() && position >= 0)
-            m_stream.device()->seek(position);
+        m_target.reserve(wanted);
+        m_target.resize(wanted);
+        m_room = static_cast<int>(m_target.size());
+        m_bytes = m_target.data();
     }
 
     QDataStream& m_stream;
-    QBuffer* m_buffer = nullptr;
+    QBuffer* m_buffer;
+    QByteArray m_frame;
+    // The bytes of the buffer, or the frame.
+    QByteArray& m_target;
     char* m_bytes = nullptr;
     int m_begin = 0;
     int m_at = 0;

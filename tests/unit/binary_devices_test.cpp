@@ -47,6 +47,33 @@ protected:
     }
 };
 
+// Random access in memory, but no buffer; takes as many bytes as it has room for.
+class Disk : public QIODevice
+{
+public:
+    Disk() { open(QIODevice::ReadWrite | QIODevice::Unbuffered); }
+    qint64 size() const override { return content.size(); }
+    bool seek(qint64 position) override
+    {
+        ++seeks;
+        return QIODevice::seek(position);
+    }
+    QByteArray content;
+    int room = 1000;
+    int writes = 0;
+    int seeks = 0;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        ++writes;
+        const int taken = static_cast<int>(qMin<qint64>(size, room - pos()));
+        content.replace(static_cast<int>(pos()), taken, data, taken);
+        return taken;
+    }
+};
+
 class RefusingBuffer : public QBuffer
 {
 protected:
@@ -110,32 +137,85 @@ TEST(BinaryDevices, AFrameThatBeginsInsideABufferAndEndsBehindItsEndExtendsIt)
     EXPECT_EQ(buffer.data(), QByteArray(15, 'x') + bytes(portFrame));
 }
 
-TEST(BinaryDevices, AThrowHalfwayLeavesTheSameOnABufferAndInAFile)
+TEST(BinaryDevices, AThrowHalfwayLeavesTheBeginningInABuffer)
 {
     const QByteArray before(400, 'x');
     QBuffer buffer;
     buffer.setData(before);
     ASSERT_TRUE(buffer.open(QIODevice::ReadWrite));
+    buffer.seek(100);
+    QDataStream stream(&buffer);
+    EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
+    const int position = static_cast<int>(buffer.pos());
+    EXPECT_GT(position, 121);
+    // The lengths that were not yet known are 0.
+    EXPECT_EQ(buffer.data().left(100), before.left(100));
+    EXPECT_EQ(buffer.data().mid(100, 4), bytes("00000000"));
+    EXPECT_EQ(buffer.data().mid(104, 17), bytes("E1D9E008 00000009 00000005") + "Event");
+    EXPECT_EQ(buffer.data().mid(position), before.mid(position));
+}
+
+TEST(BinaryDevices, AThrowHalfwayLeavesAFileAsItWas)
+{
+    const QByteArray before(400, 'x');
     QTemporaryFile file;
     ASSERT_TRUE(file.open());
     file.write(before);
-    QByteArray content[2];
-    qint64 position[2] = {0, 0};
-    int i = 0;
-    for (QIODevice* device : {static_cast<QIODevice*>(&buffer), static_cast<QIODevice*>(&file)}) {
-        device->seek(100);
-        QDataStream stream(device);
-        EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
-        position[i] = device->pos();
-        device->seek(0);
-        content[i++] = device->readAll();
+    file.seek(100);
+    QDataStream stream(&file);
+    EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
+    EXPECT_EQ(file.pos(), 100);
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
+    file.seek(0);
+    EXPECT_EQ(file.readAll(), before);
+}
+
+TEST(BinaryDevices, AFileGetsTheFrameAtItsPosition)
+{
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(QByteArray(25, 'x'));
+    file.seek(15);
+    QDataStream stream(&file);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(file.pos(), 35);
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
+    file.seek(0);
+    EXPECT_EQ(file.readAll(), QByteArray(15, 'x') + bytes(portFrame));
+}
+
+TEST(BinaryDevices, ADeviceThatCanSeekGetsTheFrameInOnePieceWithoutSeeking)
+{
+    Disk disk;
+    QDataStream stream(&disk);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(disk.content, bytes(portFrame));
+    EXPECT_EQ(disk.writes, 1);
+    EXPECT_EQ(disk.seeks, 0);
+    EXPECT_EQ(disk.pos(), 20);
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
+}
+
+TEST(BinaryDevices, ADeviceThatTakesOnlyAPartShowsItInTheStatus)
+{
+    for (int room = 0; room < 20; ++room) {
+        SCOPED_TRACE(room);
+        Disk disk;
+        disk.room = room;
+        QDataStream stream(&disk);
+        port().GetBinary(stream, 0, false);
+        EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+        EXPECT_EQ(disk.content, bytes(portFrame).left(room));
     }
-    EXPECT_EQ(content[0], content[1]);
-    EXPECT_EQ(position[0], position[1]);
-    // The lengths that were not yet known are 0.
-    EXPECT_EQ(content[0].mid(100, 4), bytes("00000000"));
-    EXPECT_EQ(content[0].mid(104, 17), bytes("E1D9E008 00000009 00000005") + "Event");
-    EXPECT_EQ(content[0].mid(static_cast<int>(position[0])), before.mid(static_cast<int>(position[0])));
+}
+
+TEST(BinaryDevices, ABufferInTextModeIsWrittenThroughTheStream)
+{
+    QBuffer buffer;
+    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly | QIODevice::Text));
+    QDataStream stream(&buffer);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(buffer.data(), bytes(portFrame));
 }
 
 TEST(BinaryDevices, AShortReadConsumesWhatIsThereAndNotesItInTheStatus)
