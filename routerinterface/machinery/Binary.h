@@ -124,6 +124,8 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
                     Walks<RecordIn<Slot>>::writeOwned(item, sink, static_cast<int>(member.binaryTag), false,
                                                       validate, checksInto<R>(data, member));
                 });
+            } else if constexpr (IsText<Slot>::value) {
+                doAt(decltype(member)::nameText, [&] { writePayload(sink, slot); });
             } else {
                 writePayload(sink, slot);
             }
@@ -157,7 +159,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
         if (!record.HasData())
             return false;
     }
-    BinarySink sink(stream, isTransfer);
+    BinarySink sink(stream, context);
     doAt(name, [&] { writeFrame(record, sink, id, writeId, validate); });
     sink.finish();
     return true;

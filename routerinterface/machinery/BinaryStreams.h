@@ -8,6 +8,8 @@
 // written instead of all.
 #pragma once
 
+#include "modelkit/DocumentContext.h"
+#include "modelkit/NotRepresentableException.h"
 #include "routerinterface/machinery/Characters.h"
 
 #include <QtCore/QBuffer>
@@ -26,6 +28,17 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
+// Whether characters that were pushed back with ungetChar() stand in front of what the buffer holds. The
+// device keeps them to itself; but they alone are left where there is nothing else to be read.
+inline bool hasPushedBack(QBuffer& buffer)
+{
+    QByteArray nothing;
+    buffer.buffer().swap(nothing);
+    const bool isAtEnd = buffer.atEnd();
+    buffer.buffer().swap(nothing);
+    return !isAtEnd;
+}
+
 // The buffer on which the stream works, if it is a plain one on whose bytes one may work directly.
 inline QBuffer* plainBuffer(QIODevice* device)
 {
@@ -35,7 +48,8 @@ inline QBuffer* plainBuffer(QIODevice* device)
         return nullptr;
     auto* buffer = static_cast<QBuffer*>(device);
     constexpr qint64 largest = qint64(1) << 30;
-    if (buffer->pos() < 0 || buffer->pos() > buffer->size() || buffer->size() > largest)
+    if (buffer->pos() < 0 || buffer->pos() > buffer->size() || buffer->size() > largest
+        || hasPushedBack(*buffer))
         return nullptr;
     return buffer;
 }
@@ -43,12 +57,13 @@ inline QBuffer* plainBuffer(QIODevice* device)
 class BinarySink
 {
 public:
-    // Transfer: the frame only carries the members from one record to another; it holds what is set,
-    // in full precision, and no rule is applied.
-    BinarySink(QDataStream& stream, bool isTransfer)
+    // Context: the operation on a whole document that writes, if it is one.
+    BinarySink(QDataStream& stream, const MODELKIT::DocumentContext* context)
         : m_stream(stream), m_buffer(writableBuffer(stream)),
           m_target(m_buffer ? m_buffer->buffer() : m_frame),
-          m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian), m_isTransfer(isTransfer)
+          m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian),
+          m_isTransfer(context && context->IsTransfer()),
+          m_refusesUnrepresentable(context && context->RefusesUnrepresentable())
     {
         if (m_buffer) {
             m_sizeBefore = static_cast<int>(m_buffer->buffer().size());
@@ -80,6 +95,8 @@ public:
         }
     }
 
+    // Whether the frame only carries the members from one record to another: it holds what is set, in
+    // full precision, and no rule is applied.
     bool isTransfer() const { return m_isTransfer; }
 
     // Called when the frame is complete.
@@ -119,6 +136,9 @@ public:
             text(ascii, size);
             return;
         }
+        if (m_refusesUnrepresentable && !value.isValidUtf16())
+            throw MODELKIT::NotRepresentableException(
+                QStringLiteral("A text holds a character that the binary form cannot carry."));
         const QByteArray bytes = value.toUtf8();
         text(bytes.constData(), static_cast<int>(bytes.size()));
     }
@@ -206,6 +226,7 @@ private:
     int m_sizeBefore = 0;
     bool m_isBigEndian;
     bool m_isTransfer;
+    bool m_refusesUnrepresentable;
 };
 
 // Counts the bytes that are read. A part that the stream does not hold whole is not delivered: the call

@@ -8,6 +8,8 @@
 #include <QtCore/QLatin1String>
 #include <QtCore/QString>
 
+#include <cstring>
+
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
@@ -32,7 +34,7 @@ private:
     QtVersion::Size m_size;
 };
 
-// A text in UTF-8. A null text has no characters.
+// A text in UTF-8. A null text has no characters. A byte order mark is a character like any other.
 class Utf8Text
 {
 public:
@@ -49,10 +51,27 @@ public:
     {
         if (m_size == null)
             return QString();
-        return m_size == 0 ? QString(QLatin1String("")) : QString::fromUtf8(m_bytes, m_size);
+        if (m_size == 0)
+            return QString(QLatin1String(""));
+        // The conversion would drop the first one.
+        const int marks = leadingMarks();
+        if (marks == 0)
+            return QString::fromUtf8(m_bytes, m_size);
+        return QString(marks, QChar(QChar::ByteOrderMark))
+               + QString::fromUtf8(m_bytes + marks * markSize, m_size - marks * markSize);
     }
 
 private:
+    static constexpr int markSize = 3;
+
+    int leadingMarks() const
+    {
+        int at = 0;
+        while (m_size - at >= markSize && std::memcmp(m_bytes + at, "\xEF\xBB\xBF", markSize) == 0)
+            at += markSize;
+        return at / markSize;
+    }
+
     const char* m_bytes = nullptr;
     int m_size = null;
 };
