@@ -27,13 +27,26 @@ void Fragment::InitChoice(const ChoiceFragment& choice)
 {
     // The argument may be this record's own choice, which the reset changes.
     const ChoiceFragment chosen = choice;
-    Reset();
-    if (chosen == GetInvalidChoiceFragment())
-        throw OutOfRangeException(machinery::invalidChoiceText(*this));
-    Data::Members::forEach([&](auto member) {
+    const auto withChosen = [chosen](const auto& action) {
+        Data::Members::forEach([&](auto member) {
+            if (member.index == chosen)
+                action(member);
+        });
+    };
+    // What the payload needs memory for comes first: when it is lacking the record stays as it was.
+    withChosen([this](auto member) {
         using Member = decltype(member);
-        if (Member::index == chosen)
-            machinery::setMember<Member>(*this, machinery::defaultOf<Member>(*this));
+        machinery::orStayEmpty(*this, [this] {
+            machinery::defaultOf<Member>(*this);
+            machinery::initMember<Member>(*this);
+        });
+    });
+    Reset();
+    if (chosen == GetInvalidChoiceFragment() || (GetValidate() && !machinery::isEnumerator(chosen)))
+        throw OutOfRangeException(machinery::invalidChoiceText(*this));
+    withChosen([this](auto member) {
+        using Member = decltype(member);
+        machinery::setMember<Member>(*this, machinery::defaultOf<Member>(*this));
     });
 }
 

@@ -54,6 +54,12 @@ void Walks<R>::applySettings(const R& record, bool validate, const std::shared_p
 }
 
 template <class R>
+void Walks<R>::settleCopy(const R& record, bool validate)
+{
+    machinery::settleCopy(record, validate);
+}
+
+template <class R>
 QtVersion::Size Walks<R>::numberOfItems(const R& record)
 {
     return machinery::numberOfItems(record);

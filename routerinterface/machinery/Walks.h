@@ -50,6 +50,7 @@ struct Walks
     static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);
     static void applySettings(const R& record, bool validate,
                               const std::shared_ptr<MODELKIT::Logger>& logger);
+    static void settleCopy(const R& record, bool validate);
     static QtVersion::Size numberOfItems(const R& record);
     static void handDownToNewItems(const R& record, Reading& reading);
 
