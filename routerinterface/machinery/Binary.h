@@ -94,6 +94,26 @@ bool readPayload(R& record, BinarySource& source, const Slot& slot, const Binary
 
 // --- writing --------------------------------------------------------------------------------
 
+// The frames of the records that a member holds; those of list items do without the tag in front.
+template <class R, class Member>
+void writeRecords(const R& record, Member member, BinarySink& sink, bool validate)
+{
+    using Slot = typename Member::Slot;
+    using Owned = RecordIn<Slot>;
+    const DataOf<R>& data = *pointer(record);
+    const bool isDerived = !isExactly(record);
+    doAtRecords(Member::slot(data), [&](const Owned& owned) {
+        const auto write = [&](bool ownedValidate, bool applied) {
+            Walks<Owned>::writeOwned(owned, sink, static_cast<int>(Member::binaryTag), IsNested<Slot>::value,
+                                     ownedValidate, applied);
+        };
+        if (isDerived)
+            write(beginOwn(owned) && !sink.isTransfer(), false);
+        else
+            write(validate, checksInto<R>(data, member));
+    });
+}
+
 template <class R>
 void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool validate)
 {
@@ -108,10 +128,7 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
             return;
         const auto& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value) {
-            doAtRecords(slot, [&](const RecordIn<Slot>& nested) {
-                Walks<RecordIn<Slot>>::writeOwned(nested, sink, static_cast<int>(member.binaryTag), true,
-                                                  validate, checksInto<R>(data, member));
-            });
+            writeRecords(record, member, sink, validate);
         } else {
             if constexpr (IsList<Slot>::value)
                 if (slot.value.isEmpty())
@@ -120,10 +137,7 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
             const int entry = sink.beginLength();
             if constexpr (IsList<Slot>::value) {
                 sink.word(static_cast<int>(slot.value.size()));
-                doAtRecords(slot, [&](const RecordIn<Slot>& item) {
-                    Walks<RecordIn<Slot>>::writeOwned(item, sink, static_cast<int>(member.binaryTag), false,
-                                                      validate, checksInto<R>(data, member));
-                });
+                writeRecords(record, member, sink, validate);
             } else if constexpr (IsText<Slot>::value) {
                 doAt(decltype(member)::nameText, [&] { writePayload(sink, slot); });
             } else {
@@ -147,20 +161,13 @@ template <class R>
 bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 {
     handDown(record);
-    const auto name = [&record] { return record.GetObjectName(); };
     const MODELKIT::DocumentContext* context = MODELKIT::DocumentContext::Current();
     const bool isTransfer = context && context->IsTransfer();
-    const bool validate = record.GetValidate() && !isTransfer;
-    if (validate) {
-        if (isExactly(record))
-            doAt(name, [&] { applyRules(record, false); });
-        else
-            record.Check(false);
-        if (!record.HasData())
-            return false;
-    }
+    if (!isTransfer && !isToBeWritten(record, [&record] { record.Check(false); }))
+        return false;
     BinarySink sink(stream, context);
-    doAt(name, [&] { writeFrame(record, sink, id, writeId, validate); });
+    doAt([&record] { return record.GetObjectName(); },
+         [&] { writeFrame(record, sink, id, writeId, record.GetValidate() && !isTransfer); });
     sink.finish();
     return true;
 }
@@ -206,8 +213,7 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
         readAt(reading, offset, step, [&] {
             if (reading.context && !reading.context->AdmitsItem(items.size()))
                 throw BinaryParsingException(lengthErrorText(record));
-            Reading itemReading;
-            itemReading.context = reading.context;
+            Reading itemReading(reading.context);
             appendRead<Member>(
                 record, [&](Item& item) { Walks<Item>::readEntries(item, source, itemLength, itemReading); });
         });
@@ -224,11 +230,19 @@ bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Readi
     auto& data = initData(record);
     bool whole = true;
     if constexpr (IsNested<Slot>::value) {
+        auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});
-        const auto step = [] { return QString(Walks<RecordIn<Slot>>::className()); };
-        readAt(reading, offset, step, [&] {
-            Walks<RecordIn<Slot>>::readEntries(nestedRecord<Member>(data), source, length, reading);
-        });
+        const auto step = [&nested] { return nested.GetObjectName(); };
+        const auto read = [&](Reading& nestedReading) {
+            readAt(reading, offset, step,
+                   [&] { Walks<RecordIn<Slot>>::readEntries(nested, source, length, nestedReading); });
+        };
+        if (reading.isDerived) {
+            Reading own(reading.context);
+            read(own);
+        } else {
+            read(reading);
+        }
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
         whole = readList<Member>(record, source, length, reading);
@@ -290,10 +304,10 @@ void setBinary(R& record, QDataStream& stream, int length)
 {
     handDown(record);
     BinarySource source(stream);
-    Reading reading;
+    Reading reading(MODELKIT::DocumentContext::Current());
     reading.settled = true;
     reading.settledItems = numberOfItems(record);
-    reading.context = MODELKIT::DocumentContext::Current();
+    reading.isDerived = !isExactly(record);
     readAt(
         reading, 0, [&] { return record.GetObjectName(); },
         [&] { readEntries(record, source, length, reading); });

@@ -86,7 +86,7 @@ void Walks<R>::writeOwned(const R& record, QXmlStreamWriter& writer, bool valida
 template <class R>
 void Walks<R>::readOwned(R& record, QXmlStreamReader& reader, Reading& reading)
 {
-    machinery::readElement(record, reader, reading, className());
+    machinery::readElement(record, reader, reading, record.GetObjectName());
 }
 
 template <class R>
