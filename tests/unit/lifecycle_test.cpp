@@ -1782,15 +1782,18 @@ TEST(OutOfMemory, APayloadThatCannotBeMadeIsNotSelectedByReading)
         SCOPED_TRACE(asXml);
         Fragment record;
         record.SetAcquireMastership(acquired(true));
-        // The reader and the stream need memory before the payload does.
         bool hasFailed = false;
         for (long successes = 0;; ++successes) {
             Fragment target(record);
+            QXmlStreamReader reader(QStringLiteral("<Fragment><DF_Params/></Fragment>"));
+            ASSERT_TRUE(reader.readNextStartElement());
+            const QByteArray entry = bytes("BE2DFF74 00000000");
+            QDataStream stream(entry);
             const auto read = [&] {
                 if (asXml)
-                    readXml(target, QStringLiteral("<Fragment><DF_Params/></Fragment>"));
+                    target.ProcessXml(reader);
                 else
-                    readFrame(target, bytes("00000008 BE2DFF74 00000000"));
+                    target.SetBinary(stream, 8);
             };
             if (!failsOutOfMemory(successes, read))
                 break;
