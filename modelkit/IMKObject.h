@@ -87,11 +87,13 @@ public:
     /// Writes the object as one binary frame at the stream's position.
     ///
     /// The frame is \a id (only when \a writeId is true), the number of bytes that follow the
-    /// length, and the content. Lengths are filled in afterwards by seeking back; a device that cannot
-    /// seek, or appends, gets the frame in one piece. The stream's byte order is used as it stands.
+    /// length, and the content. A device outside memory gets it in one piece when it is complete; what
+    /// it does not take shows in the stream's status. The stream's byte order is used as it stands.
+    /// A lone surrogate in a text is written as a question mark; the operations on whole documents
+    /// refuse it instead.
     /// \returns false when validation is on and `HasData()` is false; nothing is written then.
     /// \throws MKException what `Check()` throws, when validation is on; nothing is written then
-    /// unless it is an owned object that fails.
+    /// unless it is an owned object that fails; a device outside memory gets nothing even then.
     virtual bool GetBinary(QDataStream& stream, int id, bool writeId) const = 0;
 
     /// Reads the content of one binary frame of \a length bytes; the caller has consumed the id and
@@ -302,9 +304,10 @@ protected:
     QString GetTextValue(QXmlStreamReader& reader);
 
     /// \name Settings of owned objects
-    /// For an owner that knows the class of what it owns: validation flag and logger without virtual
-    /// calls. Nothing is handed further down.
+    /// For an owner that knows the class of what it owns: name, validation flag and logger without
+    /// virtual calls. Nothing is handed further down.
     /// @{
+    const QString& OwnName() const { return m_objectName; }
     bool OwnValidate() const { return m_validate; }
     const std::shared_ptr<Logger>& OwnLogger() const { return m_logger; }
     void ApplySettings(bool validate, const std::shared_ptr<Logger>& logger) const

@@ -72,19 +72,16 @@ qint64 wellFormedUtf8(const char* bytes, qint64 size)
 
 QString textOfUtf8(const char* bytes, qint64 size)
 {
-    constexpr char mark[] = {'\xEF', '\xBB', '\xBF'};
-    constexpr int markSize = sizeof mark;
-    int marks = 0;
-    while (size >= markSize && std::memcmp(bytes, mark, sizeof mark) == 0) {
-        ++marks;
-        bytes += markSize;
-        size -= markSize;
-    }
-    if (size == 0 && marks == 0)
+    if (size == 0)
         return QString(QLatin1String(""));
-    QString text(marks, QChar(QChar::ByteOrderMark));
-    text += QString::fromUtf8(bytes, static_cast<QtVersion::Size>(size));
-    return text;
+    constexpr qint64 markSize = 3;
+    qint64 marks = 0;
+    while (size - marks >= markSize && std::memcmp(bytes + marks, "\xEF\xBB\xBF", markSize) == 0)
+        marks += markSize;
+    const QString text = QString::fromUtf8(bytes + marks, static_cast<QtVersion::Size>(size - marks));
+    return marks == 0
+               ? text
+               : QString(static_cast<QtVersion::Size>(marks / markSize), QChar(QChar::ByteOrderMark)) + text;
 }
 
 qint64 loneSurrogate(const QString& text)

@@ -27,14 +27,27 @@ void Fragment::InitChoice(const ChoiceFragment& choice)
 {
     // The argument may be this record's own choice, which the reset changes.
     const ChoiceFragment chosen = choice;
+    const auto withChosen = [chosen](const auto& action) {
+        Data::Members::forEach([&](auto member) {
+            if (member.index == chosen)
+                action(member);
+        });
+    };
+    // What the payload needs memory for comes first: when it is lacking the record stays as it was.
+    withChosen([this](auto member) {
+        using Member = decltype(member);
+        machinery::orStayEmpty(*this, [this] {
+            machinery::defaultOf<Member>(*this);
+            machinery::initMember<Member>(*this);
+        });
+    });
     Reset();
-    if (chosen == GetInvalidChoiceFragment())
+    if (chosen == GetInvalidChoiceFragment() || (GetValidate() && !machinery::isEnumerator(chosen)))
         machinery::refuseEnumerator<ChoiceFragment>(machinery::invalidChoiceText(*this),
                                                     machinery::numberText(chosen));
-    Data::Members::forEach([&](auto member) {
+    withChosen([this](auto member) {
         using Member = decltype(member);
-        if (Member::index == chosen)
-            machinery::setMember<Member>(*this, machinery::defaultOf<Member>(*this));
+        machinery::setMember<Member>(*this, machinery::defaultOf<Member>(*this));
     });
 }
 

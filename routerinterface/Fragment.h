@@ -117,9 +117,10 @@ public:
     /// the choice in place until the record is next copied.
     const ChoiceFragment& GetChoiceFragment() const;
     /// Resets the record and selects a payload, which then holds its default and is marked as set. A
-    /// number that is neither an enumerator nor the invalid value leaves the record reset.
+    /// number that is neither an enumerator nor the invalid value is refused as that is while validation
+    /// is on; otherwise it leaves the record reset, with nothing selected.
     /// \throws OutOfRangeException "Invalid enum value set in 'Fragment'." when \a choice is the
-    /// invalid value; the record is reset.
+    /// invalid value, whether validation is on or off; the record is reset.
     void InitChoice(const ChoiceFragment& choice);
     /// Selects nothing; the payloads stay as they are.
     void ResetChoiceFragment();

@@ -44,6 +44,20 @@ struct Access
     }
 
     template <class R>
+    static const QString& name(const R& record)
+    {
+        return record.OwnName();
+    }
+
+    // Mostly the name is the class's, and the same already.
+    template <class R>
+    static void shareName(R& to, const R& from)
+    {
+        if (name(to).constData() != name(from).constData())
+            to.SetObjectName(name(from));
+    }
+
+    template <class R>
     static void identify(R& record, const QString& className)
     {
         record.SetObjectName(className);

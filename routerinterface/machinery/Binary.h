@@ -6,13 +6,10 @@
 #include "routerinterface/machinery/Notices.h"
 #include "routerinterface/machinery/TextForms.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QDataStream>
-#include <QtCore/QIODevice>
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -99,13 +96,33 @@ bool readPayload(R& record, BinarySource& source, const Slot& slot, const Binary
 
 // --- writing --------------------------------------------------------------------------------
 
+// The frames of the records that a member holds; those of list items do without the tag in front.
+template <class R, class Member>
+void writeRecords(const R& record, Member member, BinarySink& sink, bool validate)
+{
+    using Slot = typename Member::Slot;
+    using Owned = RecordIn<Slot>;
+    const DataOf<R>& data = *pointer(record);
+    const bool isDerived = !isExactly(record);
+    doAtRecords(Member::slot(data), [&](const Owned& owned) {
+        const auto write = [&](bool ownedValidate, bool applied) {
+            Walks<Owned>::writeOwned(owned, sink, static_cast<int>(Member::binaryTag), IsNested<Slot>::value,
+                                     ownedValidate, applied);
+        };
+        if (isDerived)
+            write(beginOwn(owned) && !sink.isTransfer(), false);
+        else
+            write(validate, checksInto<R>(data, member));
+    });
+}
+
 template <class R>
 void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool validate)
 {
     auto& data = initData(record);
     if (writeId)
         sink.word(id);
-    const qint64 frame = sink.beginLength();
+    const int frame = sink.beginLength();
     DataOf<R>::Members::forEach([&](auto member) {
         using Slot = typename decltype(member)::Slot;
         if (!isWritten(data, member)
@@ -113,22 +130,18 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
             return;
         const auto& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value) {
-            doAtRecords(slot, [&](const RecordIn<Slot>& nested) {
-                Walks<RecordIn<Slot>>::writeOwned(nested, sink, static_cast<int>(member.binaryTag), true,
-                                                  validate, checksInto<R>(data, member));
-            });
+            writeRecords(record, member, sink, validate);
         } else {
             if constexpr (IsList<Slot>::value)
                 if (slot.value.isEmpty())
                     return;
             sink.tag(member.binaryTag);
-            const qint64 entry = sink.beginLength();
+            const int entry = sink.beginLength();
             if constexpr (IsList<Slot>::value) {
                 sink.word(static_cast<int>(slot.value.size()));
-                doAtRecords(slot, [&](const RecordIn<Slot>& item) {
-                    Walks<RecordIn<Slot>>::writeOwned(item, sink, static_cast<int>(member.binaryTag), false,
-                                                      validate, checksInto<R>(data, member));
-                });
+                writeRecords(record, member, sink, validate);
+            } else if constexpr (IsText<Slot>::value) {
+                doAt(decltype(member)::nameText, [&] { writePayload(sink, slot); });
             } else {
                 writePayload(sink, slot);
             }
@@ -150,34 +163,14 @@ template <class R>
 bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 {
     handDown(record);
-    const auto name = [&record] { return record.GetObjectName(); };
     const MODELKIT::DocumentContext* context = MODELKIT::DocumentContext::Current();
     const bool isTransfer = context && context->IsTransfer();
-    const bool validate = record.GetValidate() && !isTransfer;
-    if (validate) {
-        if (isExactly(record))
-            doAt(name, [&] { applyRules(record, false); });
-        else
-            record.Check(false);
-        if (!record.HasData())
-            return false;
-    }
-    const auto writeTo = [&](QDataStream& target) {
-        BinarySink sink(target, isTransfer);
-        doAt(name, [&] { writeFrame(record, sink, id, writeId, validate); });
-    };
-    const QIODevice* device = stream.device();
-    if (!device || (!device->isSequential() && !(device->openMode() & QIODevice::Append))) {
-        writeTo(stream);
-        return true;
-    }
-    // Lengths cannot be filled in on a device that only takes bytes at its end; it gets the frame in
-    // one piece.
-    QByteArray frame;
-    QDataStream memory(&frame, QIODevice::WriteOnly);
-    memory.setByteOrder(stream.byteOrder());
-    writeTo(memory);
-    stream.writeRawData(frame.constData(), static_cast<int>(frame.size()));
+    if (!isTransfer && !isToBeWritten(record, [&record] { record.Check(false); }))
+        return false;
+    BinarySink sink(stream, context);
+    doAt([&record] { return record.GetObjectName(); },
+         [&] { writeFrame(record, sink, id, writeId, record.GetValidate() && !isTransfer); });
+    sink.finish();
     return true;
 }
 
@@ -221,8 +214,7 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
         readAt(reading, offset, step, [&] {
             if (reading.context && !reading.context->AdmitsItem(items.size()))
                 throw BinaryParsingException(lengthErrorText(record));
-            Reading itemReading;
-            itemReading.context = reading.context;
+            Reading itemReading(reading.context);
             appendRead<Member>(
                 record, [&](Item& item) { Walks<Item>::readEntries(item, source, itemLength, itemReading); });
         });
@@ -239,11 +231,19 @@ bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Readi
     auto& data = initData(record);
     bool whole = true;
     if constexpr (IsNested<Slot>::value) {
+        auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});
-        const auto step = [] { return QString(Walks<RecordIn<Slot>>::className()); };
-        readAt(reading, offset, step, [&] {
-            Walks<RecordIn<Slot>>::readEntries(nestedRecord<Member>(data), source, length, reading);
-        });
+        const auto step = [&nested] { return nested.GetObjectName(); };
+        const auto read = [&](Reading& nestedReading) {
+            readAt(reading, offset, step,
+                   [&] { Walks<RecordIn<Slot>>::readEntries(nested, source, length, nestedReading); });
+        };
+        if (reading.isDerived) {
+            Reading own(reading.context);
+            read(own);
+        } else {
+            read(reading);
+        }
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
         whole = readList<Member>(record, source, length, reading);
@@ -318,10 +318,10 @@ void setBinary(R& record, QDataStream& stream, int length)
 {
     handDown(record);
     BinarySource source(stream);
-    Reading reading;
+    Reading reading(MODELKIT::DocumentContext::Current());
     reading.settled = true;
     reading.settledItems = numberOfItems(record);
-    reading.context = MODELKIT::DocumentContext::Current();
+    reading.isDerived = !isExactly(record);
     readAt(
         reading, 0, [&] { return record.GetObjectName(); },
         [&] { readEntries(record, source, length, reading); });

@@ -1,12 +1,15 @@
 // Where the parts of a frame are written to and read from.
 //
 // Both ends work on a data stream. When its device is a plain buffer in memory they work on the buffer's
-// bytes and keep the device's position; otherwise every part goes through the stream, and lengths are
-// filled in by seeking. Bytes, positions and the stream's status are the same either way. Two things a
-// plain buffer does not do: whoever listens to its signals hears of one byte written instead of all, and
-// characters pushed back into it with ungetChar() are not seen.
+// bytes and keep the device's position. Otherwise a frame is put together in memory and handed to the
+// stream in one piece when it is complete, so that no device needs to seek, and every refusal shows in the
+// stream's status; reading goes through the stream part by part. Bytes, positions and the status are the
+// same either way. One thing a plain buffer does not do: whoever listens to its signals hears of one byte
+// written instead of all.
 #pragma once
 
+#include "modelkit/DocumentContext.h"
+#include "modelkit/NotRepresentableException.h"
 #include "routerinterface/machinery/Characters.h"
 
 #include <QtCore/QBuffer>
@@ -25,6 +28,17 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
+// Whether characters that were pushed back with ungetChar() stand in front of what the buffer holds. The
+// device keeps them to itself; but they alone are left where there is nothing else to be read.
+inline bool hasPushedBack(QBuffer& buffer)
+{
+    QByteArray nothing;
+    buffer.buffer().swap(nothing);
+    const bool isAtEnd = buffer.atEnd();
+    buffer.buffer().swap(nothing);
+    return !isAtEnd;
+}
+
 // The buffer on which the stream works, if it is a plain one on whose bytes one may work directly.
 inline QBuffer* plainBuffer(QIODevice* device)
 {
@@ -34,7 +48,8 @@ inline QBuffer* plainBuffer(QIODevice* device)
         return nullptr;
     auto* buffer = static_cast<QBuffer*>(device);
     constexpr qint64 largest = qint64(1) << 30;
-    if (buffer->pos() < 0 || buffer->pos() > buffer->size() || buffer->size() > largest)
+    if (buffer->pos() < 0 || buffer->pos() > buffer->size() || buffer->size() > largest
+        || hasPushedBack(*buffer))
         return nullptr;
     return buffer;
 }
@@ -42,15 +57,14 @@ inline QBuffer* plainBuffer(QIODevice* device)
 class BinarySink
 {
 public:
-    // Transfer: the frame only carries the members from one record to another; it holds what is set,
-    // in full precision, and no rule is applied.
-    BinarySink(QDataStream& stream, bool isTransfer)
-        : m_stream(stream), m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian),
-          m_isTransfer(isTransfer)
+    // Context: the operation on a whole document that writes, if it is one.
+    BinarySink(QDataStream& stream, const MODELKIT::DocumentContext* context)
+        : m_stream(stream), m_buffer(writableBuffer(stream)),
+          m_target(m_buffer ? m_buffer->buffer() : m_frame),
+          m_isBigEndian(stream.byteOrder() == QDataStream::BigEndian),
+          m_isTransfer(context && context->IsTransfer()),
+          m_refusesUnrepresentable(context && context->RefusesUnrepresentable())
     {
-        // A stream with a bad status refuses to write.
-        if (stream.device() && stream.device()->isWritable() && stream.status() == QDataStream::Ok)
-            m_buffer = plainBuffer(stream.device());
         if (m_buffer) {
             m_sizeBefore = static_cast<int>(m_buffer->buffer().size());
             m_begin = static_cast<int>(m_buffer->pos());
@@ -81,7 +95,16 @@ public:
         }
     }
 
+    // Whether the frame only carries the members from one record to another: it holds what is set, in
+    // full precision, and no rule is applied.
     bool isTransfer() const { return m_isTransfer; }
+
+    // Called when the frame is complete.
+    void finish()
+    {
+        if (!m_buffer)
+            m_stream.writeRawData(m_bytes, m_at);
+    }
 
     void word(int value) { number(static_cast<qint32>(value)); }
     void tag(std::uint32_t value) { number(static_cast<quint32>(value)); }
@@ -113,27 +136,38 @@ public:
             text(ascii, size);
             return;
         }
+        if (m_refusesUnrepresentable && !value.isValidUtf16())
+            throw MODELKIT::NotRepresentableException(
+                QStringLiteral("A text holds a character that the binary form cannot carry."));
         const QByteArray bytes = value.toUtf8();
         text(bytes.constData(), static_cast<int>(bytes.size()));
     }
 
     // Writes a length word to be filled in by endLength() with the number of bytes that follow it.
     // Returns the place behind it.
-    qint64 beginLength()
+    int beginLength()
     {
         word(0);
-        return position();
+        return m_at;
     }
 
-    void endLength(qint64 begin)
+    void endLength(int begin)
     {
-        const qint64 end = position();
-        seek(begin - 4);
-        word(static_cast<int>(end - begin));
-        seek(end);
+        const int end = m_at;
+        m_at = begin - 4;
+        word(end - begin);
+        m_at = end;
     }
 
 private:
+    // A stream with a bad status refuses to write.
+    static QBuffer* writableBuffer(const QDataStream& stream)
+    {
+        const bool isWritable =
+            stream.device() && stream.device()->isWritable() && stream.status() == QDataStream::Ok;
+        return isWritable ? plainBuffer(stream.device()) : nullptr;
+    }
+
     static constexpr int asciiRoom = 64;
 
     static bool toAscii(const QString& value, char* to)
@@ -160,10 +194,6 @@ private:
 
     void put(const char* bytes, int size)
     {
-        if (!m_buffer) {
-            m_stream.writeRawData(bytes, size);
-            return;
-        }
         if (size > m_room - m_at)
             grow(size);
         std::memcpy(m_bytes + m_at, bytes, static_cast<std::size_t>(size));
@@ -178,30 +208,17 @@ private:
             throw std::bad_alloc();
         const auto wanted =
             static_cast<int>(std::clamp<qint64>(2 * qint64(m_room), std::max<qint64>(needed, 256), most));
-        QByteArray& bytes = m_buffer->buffer();
-        bytes.reserve(wanted);
-        bytes.resize(wanted);
-        m_room = static_cast<int>(bytes.size());
-        m_bytes = bytes.data();
-    }
-
-    qint64 position() const
-    {
-        if (m_buffer)
-            return m_at;
-        return m_stream.device() ? m_stream.device()->pos() : 0;
-    }
-
-    void seek(qint64 position)
-    {
-        if (m_buffer)
-            m_at = static_cast<int>(position);
-        else if (m_stream.device() && position >= 0)
-            m_stream.device()->seek(position);
+        m_target.reserve(wanted);
+        m_target.resize(wanted);
+        m_room = static_cast<int>(m_target.size());
+        m_bytes = m_target.data();
     }
 
     QDataStream& m_stream;
-    QBuffer* m_buffer = nullptr;
+    QBuffer* m_buffer;
+    QByteArray m_frame;
+    // The bytes of the buffer, or the frame.
+    QByteArray& m_target;
     char* m_bytes = nullptr;
     int m_begin = 0;
     int m_at = 0;
@@ -209,6 +226,7 @@ private:
     int m_sizeBefore = 0;
     bool m_isBigEndian;
     bool m_isTransfer;
+    bool m_refusesUnrepresentable;
 };
 
 // Counts the bytes that are read. A part that the stream does not hold whole is not delivered: the call

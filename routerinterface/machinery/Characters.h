@@ -3,6 +3,7 @@
 #pragma once
 
 #include "modelkit/QtVersion.h"
+#include "modelkit/Utf8.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QChar>
@@ -35,7 +36,7 @@ private:
     QtVersion::Size m_size;
 };
 
-// A text in UTF-8. A null text has no characters.
+// A text in UTF-8. A null text has no characters. A byte order mark is a character like any other.
 class Utf8Text
 {
 public:
@@ -48,15 +49,10 @@ public:
     unsigned int operator[](int i) const { return static_cast<unsigned char>(m_bytes[i]); }
 
     // With the size given: a null character is a part of the text.
-    QString toString() const
-    {
-        if (m_size == null)
-            return QString();
-        return m_size == 0 ? QString(QLatin1String("")) : QString::fromUtf8(m_bytes, m_size);
-    }
+    QString toString() const { return m_size == null ? QString() : MODELKIT::textOfUtf8(m_bytes, m_size); }
 
-    // Whether the string is the same text: bytes that are no UTF-8 are replaced in it.
-    bool isIntact() const { return toString().toUtf8() == QByteArray::fromRawData(m_bytes, size()); }
+    // Whether all bytes are UTF-8; others are replaced in the string.
+    bool isIntact() const { return MODELKIT::wellFormedUtf8(m_bytes, size()) == size(); }
 
 private:
     const char* m_bytes = nullptr;

@@ -17,6 +17,19 @@ bool checksInto(const DataOf<R>& data, Member)
            && !isChoice<DataOf<R>> && data.set.test(Member::index);
 }
 
+// The rules of the records that a slot holds.
+template <class R, class Slot>
+void checkRecords(const R& record, const Slot& slot, bool flag)
+{
+    using Owned = RecordIn<Slot>;
+    const bool isDerived = !isExactly(record);
+    doAtRecords(slot, [&](const Owned& owned) {
+        if (isDerived)
+            beginOwn(owned);
+        Walks<Owned>::applyRules(owned, flag);
+    });
+}
+
 // The rules of one member, by the kind of its slot. They do not ask the validation flag.
 template <class Member, class R, class T>
 void checkMember(const R&, const DataOf<R>&, const Value<T>&, bool)
@@ -54,15 +67,15 @@ void checkMember(const R& record, const DataOf<R>& data, const Nested<N>&, [[may
             && !nestedRecord<Member>(data).HasData() && record.GetValidate())
             throw IncompleteDefinitionException(incompleteChoiceText(record, Member::fieldName()));
     } else if (checksInto<R>(data, Member{})) {
-        doAtRecords(Member::slot(data), [flag](const N& nested) { Walks<N>::applyRules(nested, flag); });
+        checkRecords(record, Member::slot(data), flag);
     }
 }
 
 template <class Member, class R, class N>
-void checkMember(const R&, const DataOf<R>& data, const List<N>& list, bool flag)
+void checkMember(const R& record, const DataOf<R>& data, const List<N>& list, bool flag)
 {
     if (checksInto<R>(data, Member{}))
-        doAtRecords(list, [flag](const N& item) { Walks<N>::applyRules(item, flag); });
+        checkRecords(record, list, flag);
 }
 
 // The rules in member order; the settings have been handed down.
@@ -84,6 +97,20 @@ bool mayBeWritten(const R& record, bool applied)
     if (!applied)
         applyRules(record, false);
     return hasData(record);
+}
+
+// Whether a record that a caller wants written is to be. In a derived class, whose virtual operations may
+// change the flag, applyVirtually() calls its check.
+template <class R, class ApplyVirtually>
+bool isToBeWritten(const R& record, const ApplyVirtually& applyVirtually)
+{
+    if (!record.GetValidate())
+        return true;
+    if (isExactly(record))
+        doAt([&] { return record.GetObjectName(); }, [&] { applyRules(record, false); });
+    else
+        applyVirtually();
+    return !record.GetValidate() || record.HasData();
 }
 
 template <class R>

@@ -27,11 +27,11 @@ void detach(const R& record)
         return;
     using Data = DataOf<R>;
     MODELKIT::BlockPointer<Data> own(new Data(*block));
-    if constexpr (hasNested<Data>)
-        Data::Members::forEach([&](auto member) {
-            if constexpr (IsNested<typename decltype(member)::Slot>::value)
-                member.slot(*own).copyFrom(member.slot(*block));
-        });
+    if constexpr (hasNested<Data>) {
+        forEachNested<Data>([&](auto member) { member.slot(*own).copyFrom(member.slot(*block)); });
+        if (block->hasDefaults())
+            forEachNested<Data>([&](auto member) { member.slot(*own).copyDefaultFrom(member.slot(*block)); });
+    }
     own.swap(block);
 }
 
@@ -51,6 +51,24 @@ void forEachOwned(Data& data, Apply&& apply)
                 apply(std::as_const(item));
         }
     });
+}
+
+// The same for the records that are defaults.
+template <class Data, class Apply>
+void forEachDefault(const Data& data, Apply&& apply)
+{
+    const auto visit = [&](auto member) {
+        if (const auto* standard = member.slot(data).existingDefault())
+            apply(*standard);
+    };
+    if constexpr (hasNested<Data>)
+        if (data.hasDefaults())
+            forEachNested<Data>(visit);
+    if constexpr (hasList<Data>)
+        Data::Members::forEach([&](auto member) {
+            if constexpr (IsList<typename decltype(member)::Slot>::value)
+                visit(member);
+        });
 }
 
 template <class R>
@@ -110,6 +128,34 @@ void applySettings(const R& record, bool validate, const std::shared_ptr<MODELKI
     }
 }
 
+// The settings of a copy: the flag, handed down, and no logger. Defaults, which no owner hands anything,
+// keep their flag.
+template <class R>
+void settleCopy(const R& record, bool validate)
+{
+    const auto& logger = Access::logger(record);
+    if (logger || logger.use_count() > 0)
+        record.MODELKIT::IMKObject::ResetLogger();
+    Access::applySettings(record, validate, logger);
+    using Data = DataOf<R>;
+    if constexpr (ownsRecords<Data>) {
+        if (!pointer(record))
+            return;
+        detach(record);
+        Data& data = *pointer(record);
+        if constexpr (hasNested<Data>) {
+            data.validate = validate;
+            data.logger.reset();
+        }
+        forEachOwned(data, [validate](const auto& owned) {
+            Walks<std::decay_t<decltype(owned)>>::settleCopy(owned, validate);
+        });
+        forEachDefault(data, [](const auto& standard) {
+            Walks<std::decay_t<decltype(standard)>>::settleCopy(standard, Access::validate(standard));
+        });
+    }
+}
+
 // Whether the record is not one of a derived class, which may have virtual operations of its own.
 template <class R>
 bool isExactly(const R& record)
@@ -128,6 +174,16 @@ void handDown(const R& record)
     }
     record.SetValidate(record.GetValidate());
     record.SetLogger(record.GetLogger());
+}
+
+// Begins an operation of an owned record's own: hands the record's settings down and returns its flag. A
+// record of a derived class may have kept its own from what it owns, and its check may have looked away;
+// what it owns then takes nothing for granted. Owned records themselves are never of derived classes.
+template <class R>
+bool beginOwn(const R& owned)
+{
+    Walks<R>::applySettings(owned, Access::validate(owned), Access::logger(owned));
+    return Access::validate(owned);
 }
 
 // The number of items in the list that the record, or a record nested in it, holds.
@@ -154,7 +210,7 @@ QtVersion::Size numberOfItems([[maybe_unused]] const R& record)
 }
 
 // Hands the settings down to the list items behind the settled ones, wherever below the record the
-// list is. What these own got its settings when it was read, as an item does with its payload.
+// list is.
 template <class R>
 void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {
@@ -171,7 +227,8 @@ void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Readi
             } else if constexpr (IsList<Slot>::value) {
                 auto& items = member.slot(data).value;
                 for (auto i = reading.settledItems; i < items.size(); ++i)
-                    Access::applySettings(items[i], record.GetValidate(), Access::logger(record));
+                    Walks<RecordIn<Slot>>::applySettings(items[i], record.GetValidate(),
+                                                         Access::logger(record));
                 reading.settledItems = items.size();
             }
         });

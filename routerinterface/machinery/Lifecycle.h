@@ -5,6 +5,7 @@
 #include "routerinterface/machinery/Diagnostics.h"
 #include "routerinterface/machinery/Rules.h"
 
+#include <new>
 #include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
@@ -24,6 +25,37 @@ DataOf<R>& initData(const R& record)
     return *block;
 }
 
+// Does something for which memory may be lacking. A record without a block then stays without one.
+template <class R, class Action>
+decltype(auto) orStayEmpty(const R& record, const Action& action)
+{
+    auto& block = pointer(record);
+    const bool isEmpty = !block;
+    try {
+        return action();
+    } catch (const std::bad_alloc&) {
+        if (isEmpty)
+            MODELKIT::BlockPointer<DataOf<R>>().swap(block);
+        throw;
+    }
+}
+
+// The same as initData() with all that changing the member needs memory for.
+template <class Member, class R>
+DataOf<R>& initMember(const R& record)
+{
+    using Slot = typename Member::Slot;
+    if constexpr (IsNested<Slot>::value) {
+        return orStayEmpty(record, [&record]() -> DataOf<R>& {
+            auto& data = initData(record);
+            nestedRecord<Member>(data);
+            return data;
+        });
+    } else {
+        return initData(record);
+    }
+}
+
 // The record's block, if it has one, made its own: even reading a shared block ends the sharing.
 template <class R>
 DataOf<R>* existingData(const R& record)
@@ -39,7 +71,7 @@ void copyConstruct(R& record, const R& source)
     pointer(record) = pointer(source);
     detach(record);
     Access::identify(record, DataOf<R>::className());
-    record.SetValidate(source.GetValidate());
+    Walks<R>::settleCopy(record, source.GetValidate());
 }
 
 // Exchanges the contents of two records of one class.
@@ -69,7 +101,7 @@ bool isSet(const R& record)
 template <class Member, class R, class T, class Given>
 void setMember(R& record, const T& value, const Given& given)
 {
-    auto& data = initData(record);
+    auto& data = initMember<Member>(record);
     if (record.GetValidate())
         requireAcceptable<Member>(record, value, given);
     if constexpr (IsNested<typename Member::Slot>::value)
@@ -90,19 +122,24 @@ void setMember(R& record, const T& value)
 template <class Member, class R>
 auto& editMember(R& record)
 {
-    auto& data = initData(record);
+    auto& data = initMember<Member>(record);
+    const auto handOut = [&data]() -> auto&
+    {
+        if constexpr (IsNested<typename Member::Slot>::value)
+            return nestedRecord<Member>(data);
+        else
+            return Member::slot(data).ownItems();
+    };
+    auto& member = handOut();
     data.set.set(Member::index);
     makeCurrent(data, Member{});
-    if constexpr (IsNested<typename Member::Slot>::value)
-        return nestedRecord<Member>(data);
-    else
-        return Member::slot(data).value;
+    return member;
 }
 
 template <class Member, class R>
 const auto& viewMember(const R& record)
 {
-    auto& data = initData(record);
+    auto& data = initMember<Member>(record);
     if constexpr (IsNested<typename Member::Slot>::value)
         return nestedRecord<Member>(data);
     else
@@ -113,8 +150,8 @@ template <class Member, class R>
 void resetMember(R& record)
 {
     if (auto* data = existingData(record)) {
-        data->set.clear(Member::index);
         Member::slot(*data).reset();
+        data->set.clear(Member::index);
     }
 }
 
@@ -122,15 +159,17 @@ void resetMember(R& record)
 template <class Member, class R>
 auto& defaultOf(const R& record)
 {
-    auto& data = initData(record);
-    auto&& slot = Member::slot(data);
-    using Slot = typename Member::Slot;
-    if constexpr (IsNested<Slot>::value)
-        return slot.defaultValue();
-    else if constexpr (IsList<Slot>::value)
-        return slot.defaultItem();
-    else
-        return slot.defaultValue;
+    return orStayEmpty(
+        record, [&record]() -> auto& {
+            auto&& slot = Member::slot(initData(record));
+            using Slot = typename Member::Slot;
+            if constexpr (IsNested<Slot>::value)
+                return slot.defaultValue();
+            else if constexpr (IsList<Slot>::value)
+                return slot.defaultItem();
+            else
+                return slot.defaultValue;
+        });
 }
 
 template <class Member, class R, class T>
@@ -161,7 +200,7 @@ void appendContent(R& record, Item& item)
 }
 
 // Appends a new item into which read() puts the content. When that fails or brings too little the
-// list stays as it was. The item itself gets the logger, as any other, with the next operation.
+// list stays as it was. As any other, it gets the logger with the next operation.
 template <class Member, class R, class Read>
 void appendRead(R& record, const Read& read)
 {
@@ -180,10 +219,9 @@ void appendRead(R& record, const Read& read)
     items.resize(items.size() + 1);
     Removal removal{items, true};
     auto& item = items.last();
-    Access::applySettings(item, record.GetValidate(), Access::logger(record));
+    Access::applySettings(item, record.GetValidate(), Access::logger(item));
     read(item);
     requireData<Member>(record, item);
-    item.ResetLogger();
     removal.isDue = false;
     data.set.set(Member::index);
 }
@@ -191,10 +229,12 @@ void appendRead(R& record, const Read& read)
 template <class Member, class R, class Item>
 void append(R& record, const Item& item)
 {
-    initData(record);
-    requireData<Member>(record, item);
-    Item copy(item);
-    appendContent<Member>(record, copy);
+    orStayEmpty(record, [&] {
+        initData(record);
+        requireData<Member>(record, item);
+        Item copy(item);
+        appendContent<Member>(record, copy);
+    });
 }
 
 // --- the whole record -----------------------------------------------------------------------
@@ -220,6 +260,8 @@ template <class R>
 void reset(R& record)
 {
     if (auto* data = existingData(record)) {
+        if constexpr (hasNested<DataOf<R>>)
+            forEachNested<DataOf<R>>([&](auto member) { member.slot(*data).prepareReset(); });
         data->set.clearAll();
         resetValues(record);
     }

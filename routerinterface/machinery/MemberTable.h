@@ -117,6 +117,16 @@ constexpr bool hasList = Data::Members::template has<IsList>;
 template <class Data>
 constexpr bool ownsRecords = hasNested<Data> || hasList<Data>;
 
+// Calls visit(member) for every member that is a nested record.
+template <class Data, class Visit>
+void forEachNested(Visit&& visit)
+{
+    Data::Members::forEach([&](auto member) {
+        if constexpr (IsNested<typename decltype(member)::Slot>::value)
+            visit(member);
+    });
+}
+
 template <class E>
 std::true_type choiceTest(const ChoiceBlock<E>*);
 std::false_type choiceTest(const void*);

@@ -54,6 +54,12 @@ void Walks<R>::applySettings(const R& record, bool validate, const std::shared_p
 }
 
 template <class R>
+void Walks<R>::settleCopy(const R& record, bool validate)
+{
+    machinery::settleCopy(record, validate);
+}
+
+template <class R>
 QtVersion::Size Walks<R>::numberOfItems(const R& record)
 {
     return machinery::numberOfItems(record);
@@ -80,7 +86,7 @@ void Walks<R>::writeOwned(const R& record, QXmlStreamWriter& writer, bool valida
 template <class R>
 void Walks<R>::readOwned(R& record, QXmlStreamReader& reader, Reading& reading)
 {
-    machinery::readElement(record, reader, reading, className());
+    machinery::readElement(record, reader, reading, record.GetObjectName());
 }
 
 template <class R>

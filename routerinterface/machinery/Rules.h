@@ -11,6 +11,8 @@
 #include <QtCore/QChar>
 #include <QtCore/QString>
 
+#include <algorithm>
+
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
@@ -84,11 +86,12 @@ void doAt(const Step& step, const Action& action, qint64 offset = -1)
     }
 }
 
-// Does the same to every record that a slot holds.
+// Does the same to every record that a slot holds. As in XML, a step is called as the record.
 template <class R, class Action>
 void doAtRecords(const Nested<R>& nested, const Action& action)
 {
-    doAt([] { return QString(Walks<R>::className()); }, [&] { action(nested.value()); });
+    const R& record = nested.value();
+    doAt([&record] { return record.GetObjectName(); }, [&] { action(record); });
 }
 
 template <class R, class Action>
@@ -96,7 +99,9 @@ void doAtRecords(const List<R>& list, const Action& action)
 {
     auto item = list.value.cbegin();
     const auto step = [&] {
-        return MODELKIT::Place::Step(Walks<R>::className(), item - list.value.cbegin() + 1);
+        const QString& name = item->GetObjectName();
+        const auto isNamesake = [&name](const R& other) { return other.GetObjectName() == name; };
+        return MODELKIT::Place::Step(name, std::count_if(list.value.cbegin(), item + 1, isNamesake));
     };
     doAt(step, [&] {
         for (; item != list.value.cend(); ++item)

@@ -6,10 +6,12 @@
 #include "modelkit/QtVersion.h"
 #include "modelkit/SharedBlock.h"
 #include "routerinterface/machinery/Access.h"
+#include "routerinterface/machinery/Walks.h"
 
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -70,12 +72,13 @@ struct Mandatory : Enumerated<E>
 };
 
 // Makes a new record the same as another: it shares the data, as every assignment does, and takes over
-// flag and logger without handing them down. So the records below keep theirs, whatever they are.
+// name, flag and logger without handing them down. So the records below keep theirs, whatever they are.
 template <class R>
 void duplicate(R& to, const R& from)
 {
     to = from;
     Access::applySettings(to, Access::validate(from), Access::logger(from));
+    Access::shareName(to, from);
 }
 
 // A list of records and a default item.
@@ -110,9 +113,16 @@ public:
         return *m_defaultItem;
     }
 
+    R* existingDefault() const { return m_defaultItem.get(); }
+
     void reset() { value = Items(); }
     bool holdsData(bool) const { return !value.isEmpty(); }
-    bool equals(const List& other) const { return value == other.value; }
+    // By items, which need not equal themselves; the container goes by its storage first.
+    bool equals(const List& other) const
+    {
+        return value.size() == other.value.size()
+               && std::equal(value.cbegin(), value.cend(), other.value.cbegin());
+    }
     static bool isValid(const Items&) { return true; }
 
     Items value;
@@ -164,6 +174,7 @@ class OwnerBlock : public Block
 private:
     static constexpr std::int8_t none = -1;
     mutable std::int8_t m_firstKey = none;
+    mutable bool m_hasDefaults = false;
 
 public:
     bool validate = false;
@@ -196,6 +207,9 @@ public:
         return nullptr;
     }
 
+    // Whether the search for a default can find one.
+    bool hasDefaults() const { return m_hasDefaults; }
+
     // Creates a record that find() does not find yet. It stays where it is.
     template <class R>
     R& create(int index, Role role) const
@@ -206,6 +220,7 @@ public:
         if (m_firstKey == none) {
             R* record = new (&m_first) R;
             m_firstKey = static_cast<std::int8_t>(key);
+            m_hasDefaults |= role == Default;
             return *record;
         }
         auto other = std::make_unique<Other>();
@@ -215,6 +230,7 @@ public:
         other->record = std::move(record);
         other->next = std::move(m_others);
         m_others = std::move(other);
+        m_hasDefaults |= role == Default;
         return created;
     }
 
@@ -273,10 +289,22 @@ public:
         return *record;
     }
 
+    R* existingDefault() const
+    {
+        return m_block.hasDefaults() ? m_block.find<R>(m_index, OwnerBlock::Default) : nullptr;
+    }
+
     R& defaultValue() const
     {
         R* standard = existingDefault();
         return standard ? *standard : m_block.create<R>(m_index, OwnerBlock::Default);
+    }
+
+    // Afterwards reset() needs no memory.
+    void prepareReset() const
+    {
+        if (existingDefault())
+            value();
     }
 
     void reset() const
@@ -287,14 +315,19 @@ public:
             *record = R();
     }
 
-    // Takes over the records of another block into one that has none yet, but for those that nobody
-    // could tell from untouched ones.
+    // Takes over the record of another block into one that has none yet, unless nobody could tell it from
+    // an untouched one.
     void copyFrom(const Nested& other) const
     {
         if (const R* record = other.existing())
             if (Access::pointer(*record) || Access::validate(*record) != m_block.validate
-                || Access::logger(*record) != m_block.logger)
+                || Access::logger(*record) != m_block.logger
+                || Access::name(*record) != Walks<R>::className())
                 duplicate(m_block.create<R>(m_index, OwnerBlock::Current), *record);
+    }
+
+    void copyDefaultFrom(const Nested& other) const
+    {
         if (const R* standard = other.existingDefault())
             duplicate(m_block.create<R>(m_index, OwnerBlock::Default), *standard);
     }
@@ -308,8 +341,6 @@ public:
     static bool isValid(const R&) { return true; }
 
 private:
-    R* existingDefault() const { return m_block.find<R>(m_index, OwnerBlock::Default); }
-
     const OwnerBlock& m_block;
     int m_index;
 };

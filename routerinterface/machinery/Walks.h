@@ -5,9 +5,9 @@
 // its settings down, which sets them apart from the record's virtual operations.
 #pragma once
 
+#include "modelkit/DocumentContext.h"
 #include "modelkit/Logger.h"
 #include "modelkit/QtVersion.h"
-#include "modelkit/DocumentContext.h"
 
 #include <QtCore/QLatin1String>
 
@@ -30,14 +30,20 @@ class BinarySource;
 // A reading operation, or the part of one that fills a list item.
 struct Reading
 {
+    explicit Reading(MODELKIT::DocumentContext* operation) : context(operation) {}
+
     // What is known about the settings of the records below the one that is filled: whether they
     // have been handed down, and how many list items have them. A record and the records nested in
     // it share this knowledge; every list item is read with its own.
     bool settled = false;
     QtVersion::Size settledItems = 0;
 
+    // Whether the record that is filled is of a derived class, which may hand its settings down in its own
+    // way: the records nested in it are then read with a knowledge of their own, too.
+    bool isDerived = false;
+
     // The whole document that is being read, if it is one.
-    MODELKIT::DocumentContext* context = nullptr;
+    MODELKIT::DocumentContext* context;
 
     // Whether somebody wants to know what is accepted in silence.
     bool isReporting() const { return context && context->IsReporting(); }
@@ -53,6 +59,7 @@ struct Walks
     static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);
     static void applySettings(const R& record, bool validate,
                               const std::shared_ptr<MODELKIT::Logger>& logger);
+    static void settleCopy(const R& record, bool validate);
     static QtVersion::Size numberOfItems(const R& record);
     static void handDownToNewItems(const R& record, Reading& reading);
 

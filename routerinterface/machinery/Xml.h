@@ -17,12 +17,17 @@ namespace machinery {
 
 // --- writing --------------------------------------------------------------------------------
 
-template <class Slot, class Sink>
-void writeRecords(const Slot& slot, Sink& sink, bool validate, bool applied)
+template <class R, class Slot, class Sink>
+void writeRecords(const R& record, const Slot& slot, Sink& sink, bool validate, bool applied)
 {
     using Owned = RecordIn<Slot>;
-    doAtRecords(
-        slot, [&](const Owned& owned) { Walks<Owned>::writeOwned(owned, sink.writer(), validate, applied); });
+    const bool isDerived = !isExactly(record);
+    doAtRecords(slot, [&](const Owned& owned) {
+        if (isDerived)
+            Walks<Owned>::writeOwned(owned, sink.writer(), beginOwn(owned), false);
+        else
+            Walks<Owned>::writeOwned(owned, sink.writer(), validate, applied);
+    });
 }
 
 template <class R, class Sink>
@@ -36,7 +41,7 @@ void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]]
             return;
         const auto& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value || IsList<Slot>::value) {
-            writeRecords(slot, sink, validate, checksInto<R>(data, member));
+            writeRecords(record, slot, sink, validate, checksInto<R>(data, member));
         } else {
             sink.textElement(member.nameText(), slot);
         }
@@ -69,20 +74,13 @@ template <class R>
 void getXml(const R& record, QXmlStreamWriter& writer)
 {
     handDown(record);
-    const auto name = [&record] { return record.GetObjectName(); };
-    const bool validate = record.GetValidate();
-    if (validate) {
-        if (isExactly(record))
-            doAt(name, [&] { applyRules(record, false); });
-        else
-            record.Check();
-        if (!record.HasData())
-            return;
-    }
-    doAt(name, [&] {
-        XmlCalls calls(writer);
-        writeElement(record, calls, validate);
-    });
+    if (!isToBeWritten(record, [&record] { record.Check(); }))
+        return;
+    doAt([&record] { return record.GetObjectName(); },
+         [&] {
+             XmlCalls calls(writer);
+             writeElement(record, calls, record.GetValidate());
+         });
 }
 
 // --- reading --------------------------------------------------------------------------------
@@ -128,15 +126,19 @@ void skipElement(const R& record, QXmlStreamReader& reader, const Reading& readi
     }
 }
 
-// The element name by which a member is read: its own name, or that of the records it holds.
-template <class Member>
-QLatin1String elementName()
+// Whether an element of that name is read into the member: its own name, or the object name of the record
+// it holds. A record that is still to come into being is called as its class.
+template <class Member, class Data>
+bool isElementOf([[maybe_unused]] const Data& data, const Utf16Text& name)
 {
     using Slot = typename Member::Slot;
+    if constexpr (IsNested<Slot>::value)
+        if (const auto* nested = Member::slot(data).existing())
+            return isName(name, nested->GetObjectName());
     if constexpr (IsNested<Slot>::value || IsList<Slot>::value)
-        return Walks<RecordIn<Slot>>::className();
+        return isName(name, Walks<RecordIn<Slot>>::className());
     else
-        return Member::name();
+        return isName(name, Member::name());
 }
 
 template <class Member, class R>
@@ -147,8 +149,7 @@ void readItem(R& record, QXmlStreamReader& reader, const Reading& reading)
         return;
     }
     using Item = RecordIn<typename Member::Slot>;
-    Reading itemReading;
-    itemReading.context = reading.context;
+    Reading itemReading(reading.context);
     appendRead<Member>(record, [&](Item& item) { Walks<Item>::readOwned(item, reader, itemReading); });
 }
 
@@ -158,8 +159,14 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
     using Slot = typename Member::Slot;
     auto& data = initData(record);
     if constexpr (IsNested<Slot>::value) {
+        auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});
-        Walks<RecordIn<Slot>>::readOwned(nestedRecord<Member>(data), reader, reading);
+        if (reading.isDerived) {
+            Reading own(reading.context);
+            Walks<RecordIn<Slot>>::readOwned(nested, reader, own);
+        } else {
+            Walks<RecordIn<Slot>>::readOwned(nested, reader, reading);
+        }
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
         readItem<Member>(record, reader, reading);
@@ -183,9 +190,10 @@ void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& see
 {
     const auto view = reader.name();
     const Utf16Text name(view.data(), view.size());
+    const auto& data = initData(record);
     const bool known = DataOf<R>::Members::any([&](auto member) {
         using Member = decltype(member);
-        if (!isName(name, elementName<Member>()))
+        if (!isElementOf<Member>(data, name))
             return false;
         if (const XmlNotify notify{reading, reader})
             noticeComingAgain<Member>(record, seen, notify);
@@ -219,10 +227,10 @@ void processXmlStartElement(R& record, QXmlStreamReader& reader)
     handDown(record);
     // A whole document begins with a reset: what is set has come before.
     Flags seen = initData(record).set;
-    Reading reading;
+    Reading reading(MODELKIT::DocumentContext::Current());
     reading.settled = true;
     reading.settledItems = numberOfItems(record);
-    reading.context = MODELKIT::DocumentContext::Current();
+    reading.isDerived = !isExactly(record);
     readChild(record, reader, reading, seen);
 }
 
@@ -231,8 +239,7 @@ void processXml(R& record, QXmlStreamReader& reader)
 {
     // In a derived class, which may read child elements in its own way, the walk must call the
     // virtual operation; without one it may keep what it knows from one child to the next.
-    Reading reading;
-    reading.context = MODELKIT::DocumentContext::Current();
+    Reading reading(MODELKIT::DocumentContext::Current());
     if (isExactly(record)) {
         readElement(record, reader, reading, reader.name().toString());
     } else {

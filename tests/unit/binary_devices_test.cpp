@@ -47,6 +47,33 @@ protected:
     }
 };
 
+// Random access in memory, but no buffer; takes as many bytes as it has room for.
+class Disk : public QIODevice
+{
+public:
+    Disk() { open(QIODevice::ReadWrite | QIODevice::Unbuffered); }
+    qint64 size() const override { return content.size(); }
+    bool seek(qint64 position) override
+    {
+        ++seeks;
+        return QIODevice::seek(position);
+    }
+    QByteArray content;
+    int room = 1000;
+    int writes = 0;
+    int seeks = 0;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        ++writes;
+        const int taken = static_cast<int>(qMin<qint64>(size, room - pos()));
+        content.replace(static_cast<int>(pos()), taken, data, taken);
+        return taken;
+    }
+};
+
 class RefusingBuffer : public QBuffer
 {
 protected:
@@ -110,32 +137,85 @@ TEST(BinaryDevices, AFrameThatBeginsInsideABufferAndEndsBehindItsEndExtendsIt)
     EXPECT_EQ(buffer.data(), QByteArray(15, 'x') + bytes(portFrame));
 }
 
-TEST(BinaryDevices, AThrowHalfwayLeavesTheSameOnABufferAndInAFile)
+TEST(BinaryDevices, AThrowHalfwayLeavesTheBeginningInABuffer)
 {
     const QByteArray before(400, 'x');
     QBuffer buffer;
     buffer.setData(before);
     ASSERT_TRUE(buffer.open(QIODevice::ReadWrite));
+    buffer.seek(100);
+    QDataStream stream(&buffer);
+    EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
+    const int position = static_cast<int>(buffer.pos());
+    EXPECT_GT(position, 121);
+    // The lengths that were not yet known are 0.
+    EXPECT_EQ(buffer.data().left(100), before.left(100));
+    EXPECT_EQ(buffer.data().mid(100, 4), bytes("00000000"));
+    EXPECT_EQ(buffer.data().mid(104, 17), bytes("E1D9E008 00000009 00000005") + "Event");
+    EXPECT_EQ(buffer.data().mid(position), before.mid(position));
+}
+
+TEST(BinaryDevices, AThrowHalfwayLeavesAFileAsItWas)
+{
+    const QByteArray before(400, 'x');
     QTemporaryFile file;
     ASSERT_TRUE(file.open());
     file.write(before);
-    QByteArray content[2];
-    qint64 position[2] = {0, 0};
-    int i = 0;
-    for (QIODevice* device : {static_cast<QIODevice*>(&buffer), static_cast<QIODevice*>(&file)}) {
-        device->seek(100);
-        QDataStream stream(device);
-        EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
-        position[i] = device->pos();
-        device->seek(0);
-        content[i++] = device->readAll();
+    file.seek(100);
+    QDataStream stream(&file);
+    EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
+    EXPECT_EQ(file.pos(), 100);
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
+    file.seek(0);
+    EXPECT_EQ(file.readAll(), before);
+}
+
+TEST(BinaryDevices, AFileGetsTheFrameAtItsPosition)
+{
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(QByteArray(25, 'x'));
+    file.seek(15);
+    QDataStream stream(&file);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(file.pos(), 35);
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
+    file.seek(0);
+    EXPECT_EQ(file.readAll(), QByteArray(15, 'x') + bytes(portFrame));
+}
+
+TEST(BinaryDevices, ADeviceThatCanSeekGetsTheFrameInOnePieceWithoutSeeking)
+{
+    Disk disk;
+    QDataStream stream(&disk);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(disk.content, bytes(portFrame));
+    EXPECT_EQ(disk.writes, 1);
+    EXPECT_EQ(disk.seeks, 0);
+    EXPECT_EQ(disk.pos(), 20);
+    EXPECT_EQ(stream.status(), QDataStream::Ok);
+}
+
+TEST(BinaryDevices, ADeviceThatTakesOnlyAPartShowsItInTheStatus)
+{
+    for (int room = 0; room < 20; ++room) {
+        SCOPED_TRACE(room);
+        Disk disk;
+        disk.room = room;
+        QDataStream stream(&disk);
+        port().GetBinary(stream, 0, false);
+        EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
+        EXPECT_EQ(disk.content, bytes(portFrame).left(room));
     }
-    EXPECT_EQ(content[0], content[1]);
-    EXPECT_EQ(position[0], position[1]);
-    // The lengths that were not yet known are 0.
-    EXPECT_EQ(content[0].mid(100, 4), bytes("00000000"));
-    EXPECT_EQ(content[0].mid(104, 17), bytes("E1D9E008 00000009 00000005") + "Event");
-    EXPECT_EQ(content[0].mid(static_cast<int>(position[0])), before.mid(static_cast<int>(position[0])));
+}
+
+TEST(BinaryDevices, ABufferInTextModeIsWrittenThroughTheStream)
+{
+    QBuffer buffer;
+    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly | QIODevice::Text));
+    QDataStream stream(&buffer);
+    EXPECT_TRUE(port().GetBinary(stream, 0, false));
+    EXPECT_EQ(buffer.data(), bytes(portFrame));
 }
 
 TEST(BinaryDevices, AShortReadConsumesWhatIsThereAndNotesItInTheStatus)
@@ -185,6 +265,156 @@ TEST(BinaryDevices, ACharacterPushedBackAtTheBeginningDoesNoHarmToWriting)
     QDataStream stream(&buffer);
     port().GetBinary(stream, 0, false);
     EXPECT_LE(content.size(), 20);
+}
+
+// Reads a character and puts another one in its place.
+void exchangeNext(QBuffer& buffer, char character)
+{
+    char taken = 0;
+    ASSERT_TRUE(buffer.getChar(&taken));
+    buffer.ungetChar(character);
+}
+
+TEST(BinaryDevices, ACharacterPushedBackIsRead)
+{
+    for (int place = 0; place < 16; ++place) {
+        SCOPED_TRACE(place);
+        QByteArray entry = bytes("1F980517 00000008 0000000000001388");
+        QByteArray read = entry + "rest";
+        QBuffer buffer(&read);
+        ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+        entry[place] = static_cast<char>(entry[place] ^ 1);
+        // Those in front are pushed back, too, as they were.
+        buffer.read(place + 1);
+        for (int i = place; i >= 0; --i)
+            buffer.ungetChar(entry[i]);
+        ASSERT_EQ(buffer.pos(), 0);
+
+        // The same bytes without pushing back anything.
+        QByteArray plain = entry + "rest";
+        QBuffer plainBuffer(&plain);
+        ASSERT_TRUE(plainBuffer.open(QIODevice::ReadOnly));
+        OstraInterfacePort expected;
+        QDataStream plainStream(&plainBuffer);
+        QString expectedText;
+        try {
+            expected.SetBinary(plainStream, 16);
+        } catch (const BinaryParsingException& exception) {
+            expectedText = exception.GetText();
+        }
+        OstraInterfacePort record;
+        QDataStream stream(&buffer);
+        QString text;
+        try {
+            record.SetBinary(stream, 16);
+        } catch (const BinaryParsingException& exception) {
+            text = exception.GetText();
+        }
+        EXPECT_EQ(record.IsPortSet(), expected.IsPortSet());
+        EXPECT_EQ(record.GetPort(), expected.GetPort());
+        EXPECT_EQ(text, expectedText);
+        EXPECT_EQ(buffer.pos(), plainBuffer.pos());
+        EXPECT_EQ(buffer.readAll(), plainBuffer.readAll());
+    }
+}
+
+TEST(BinaryDevices, ACharacterPushedBackBehindTheFrameStaysThere)
+{
+    QByteArray content = bytes("1F980517 00000008 0000000000001388") + "rest";
+    QBuffer buffer(&content);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    buffer.read(18);
+    buffer.ungetChar('E');
+    for (int i = 16; i >= 0; --i)
+        buffer.ungetChar(content[i]);
+    OstraInterfacePort record;
+    QDataStream stream(&buffer);
+    record.SetBinary(stream, 16);
+    EXPECT_EQ(record.GetPort(), 5000U);
+    EXPECT_EQ(buffer.readAll(), QByteArray("rEst"));
+}
+
+TEST(BinaryDevices, ACharacterPushedBackInTheSecondOfTwoFramesIsRead)
+{
+    const QByteArray entry = bytes("1F980517 00000008 0000000000001388");
+    QByteArray content = entry + entry;
+    QBuffer buffer(&content);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    QDataStream stream(&buffer);
+    OstraInterfacePort record;
+    record.SetBinary(stream, 16);
+    buffer.read(15);
+    exchangeNext(buffer, '\x89');
+    for (int i = 14; i >= 0; --i)
+        buffer.ungetChar(entry[i]);
+    record.SetBinary(stream, 16);
+    EXPECT_EQ(record.GetPort(), 5001U);
+    EXPECT_TRUE(buffer.atEnd());
+}
+
+// Far behind the beginning of a large frame, in the middle of a text and between unknown entries.
+TEST(BinaryDevices, CharactersPushedBackFarInsideAFrameAreRead)
+{
+    PelVtConnectServer server;
+    server.SetAddress(QString(200000, QLatin1Char('a')));
+    server.SetPort(7);
+    const QByteArray unknown = bytes("00000001 00000004 00000000");
+    QByteArray content = frameOf(server).mid(4) + unknown;
+    const int length = static_cast<int>(content.size());
+    QBuffer buffer(&content);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    const QByteArray taken = buffer.read(100000);
+    buffer.ungetChar('b');
+    for (int i = 99998; i >= 0; --i)
+        buffer.ungetChar(taken[i]);
+    QDataStream stream(&buffer);
+    PelVtConnectServer record;
+    record.SetBinary(stream, length);
+    QString expected(200000, QLatin1Char('a'));
+    expected[99999 - 12] = QLatin1Char('b');
+    EXPECT_TRUE(record.GetAddress() == expected);
+    EXPECT_EQ(record.GetPort(), 7U);
+    EXPECT_TRUE(buffer.atEnd());
+}
+
+// Entries that reach over the end of the frame take what is there, pushed back or not.
+TEST(BinaryDevices, AnEntryThatReachesOverTheEndOfTheFrameTakesTheBytesBehindIt)
+{
+    for (const bool pushBack : {false, true}) {
+        SCOPED_TRACE(pushBack);
+        QByteArray content = bytes("1F980517 00000008 0000000000001388") + "rest";
+        QBuffer buffer(&content);
+        ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+        if (pushBack) {
+            buffer.read(16);
+            buffer.ungetChar('\x89');
+            for (int i = 14; i >= 0; --i)
+                buffer.ungetChar(content[i]);
+        }
+        QDataStream stream(&buffer);
+        OstraInterfacePort record;
+        EXPECT_THROW(record.SetBinary(stream, 12), BinaryParsingException);
+        EXPECT_EQ(record.GetPort(), pushBack ? 5001U : 5000U);
+        EXPECT_EQ(buffer.readAll(), QByteArray("rest"));
+        EXPECT_EQ(stream.status(), QDataStream::Ok);
+    }
+}
+
+TEST(BinaryDevices, ManyUnknownEntriesInALargeFrameAreSkippedOneByOne)
+{
+    QByteArray content;
+    for (int i = 0; i < 40000; ++i)
+        content += bytes("00000001 00000002 0000");
+    content += bytes("1F980517 00000008 0000000000001388");
+    const int length = static_cast<int>(content.size());
+    content += "rest";
+    QBuffer buffer(&content);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    QDataStream stream(&buffer);
+    OstraInterfacePort record;
+    record.SetBinary(stream, length);
+    EXPECT_EQ(record.GetPort(), 5000U);
+    EXPECT_EQ(buffer.readAll(), QByteArray("rest"));
 }
 
 TEST(BinaryDevices, ATransactionCanBeRolledBack)

@@ -987,19 +987,24 @@ TEST(FragmentChoice, InitChoiceTakesTheOwnChoiceOfASharedFragment)
     EXPECT_EQ(sharing.GetChoiceFragment(), Fragment::DF_Params);
 }
 
-TEST(FragmentChoice, InitChoiceWithAnyOtherNumberLeavesTheFragmentReset)
+TEST(FragmentChoice, InitChoiceWithAnyOtherNumberResetsAndUnderValidationThrows)
 {
-    for (const int number : {7, 9, -2, 2147483647, -2147483647 - 1}) {
-        Fragment f = withEverythingSet();
-        f.SetDefaultDF_Params(withOtherContent<DF_ParamsPayload>());
-        f.SetValidate(true);
-        EXPECT_NO_THROW(f.InitChoice(static_cast<Choice>(number))) << number;
-        EXPECT_EQ(f.GetChoiceFragment(), none) << number;
-        EXPECT_EQ(flagsOf(f), noneSet) << number;
-        EXPECT_FALSE(f.AnyData()) << number;
-        EXPECT_FALSE(f.HasData()) << number;
-        EXPECT_TRUE(std::as_const(f).GetDF_Params() == withOtherContent<DF_ParamsPayload>()) << number;
-    }
+    for (const bool validate : {false, true})
+        for (const int number : {7, 9, -2, 2147483647, -2147483647 - 1}) {
+            Fragment f = withEverythingSet();
+            f.SetDefaultDF_Params(withOtherContent<DF_ParamsPayload>());
+            f.SetValidate(validate);
+            const auto choose = [&f, number] { f.InitChoice(static_cast<Choice>(number)); };
+            if (validate)
+                expectThrow<OutOfRangeException>(choose, "Invalid enum value set in 'Fragment'.");
+            else
+                EXPECT_NO_THROW(choose()) << number;
+            EXPECT_EQ(f.GetChoiceFragment(), none) << number;
+            EXPECT_EQ(flagsOf(f), noneSet) << number;
+            EXPECT_FALSE(f.AnyData()) << number;
+            EXPECT_FALSE(f.HasData()) << number;
+            EXPECT_TRUE(std::as_const(f).GetDF_Params() == withOtherContent<DF_ParamsPayload>()) << number;
+        }
 }
 
 TEST(FragmentChoice, InitChoiceResetsThroughTheVirtualOperation)

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string>
@@ -1672,6 +1673,171 @@ TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesTheBlockShared)
     // Still shared: the source leaves the block to the target.
     EXPECT_NE(place(source), before);
     EXPECT_EQ(place(target), before);
+}
+
+// What a record shows, put together without creating anything in it that it does not have.
+template <class R>
+QString contentOf(const R& record)
+{
+    if (!record.IsInitialized())
+        return QStringLiteral("empty");
+    R copy(record);
+    QString content = xmlOf(copy);
+    if constexpr (std::is_same_v<R, Fragment>)
+        content += QString::number(copy.GetChoiceFragment());
+    Of<R>::Members::forEach([&](auto member) { content += QString::number(member.isSet(copy)); });
+    return content;
+}
+
+// Changes that may run out of memory half-way, on an empty record and on one that holds something.
+template <class R>
+void expectAllOrNothing(const std::function<void(R&)>& prepare, const std::function<void(R&)>& change)
+{
+    for (const bool isEmpty : {true, false}) {
+        SCOPED_TRACE(isEmpty ? "empty" : "prepared");
+        long successes = 0;
+        for (;; ++successes) {
+            R record;
+            if (!isEmpty)
+                prepare(record);
+            const QString before = contentOf(record);
+            if (!failsOutOfMemory(successes, [&] { change(record); }))
+                break;
+            EXPECT_EQ(contentOf(record), before) << "after " << successes << " allocations";
+        }
+        EXPECT_GT(successes, 0);
+    }
+}
+
+TEST(OutOfMemory, AFailedHandingOutOfAMemberSelectsAndMarksNothing)
+{
+    const auto prepare = [](Fragment& record) { record.SetAcquireMastership(acquired(true)); };
+    expectAllOrNothing<Fragment>(prepare, [](Fragment& record) { record.GetDF_Params(); });
+    expectAllOrNothing<Fragment>(prepare, [](Fragment& record) { record.GetMastershipState(); });
+    expectAllOrNothing<Fragment>(prepare,
+                                 [](Fragment& record) { std::as_const(record).GetPelVtConnectServer(); });
+    expectAllOrNothing<Fragment>(prepare,
+                                 [](Fragment& record) { record.SetOstraInterfacePort(ostraPort(1)); });
+    expectAllOrNothing<Fragment>(prepare, [](Fragment& record) { record.GetDefaultDF_Params(); });
+    expectAllOrNothing<Fragment>(
+        prepare, [](Fragment& record) { record.SetDefaultPelVtConnectServer(server("one")); });
+    expectAllOrNothing<PelLu300RouterInterfaceXml>(
+        [](PelLu300RouterInterfaceXml& record) { record.SetDefaultPelLu300RouterMessage(message(1)); },
+        [](PelLu300RouterInterfaceXml& record) { record.GetPelLu300RouterMessage(); });
+}
+
+TEST(OutOfMemory, AFailedChangeOfAMessageLeavesItAsItWas)
+{
+    const QVector<Fragment> items{fragment("a"), fragment("b")};
+    const auto prepare = [&items](PelLu300RouterMessage& record) {
+        record.SetFragment(items);
+        record.ResetFragment();
+        record.SetFragment(items);
+    };
+    expectAllOrNothing<PelLu300RouterMessage>(
+        prepare, [](PelLu300RouterMessage& record) { record.SetDefaultFragment(Fragment()); });
+    const Fragment item = fragment("c");
+    expectAllOrNothing<PelLu300RouterMessage>(
+        prepare, [&item](PelLu300RouterMessage& record) { record.AppendFragment(item); });
+}
+
+TEST(OutOfMemory, AFailedInitChoiceLeavesTheChoiceAndEveryPayload)
+{
+    const auto prepare = [](Fragment& record) {
+        record.SetAcquireMastership(acquired(true));
+        record.SetDefaultDF_Params(params(2));
+        record.SetDefaultPelVtConnectServer(server("one"));
+    };
+    for (const auto choice : {Fragment::DF_Params, Fragment::MastershipState, Fragment::AcquireMastership})
+        expectAllOrNothing<Fragment>(prepare, [choice](Fragment& record) { record.InitChoice(choice); });
+}
+
+TEST(OutOfMemory, AFailedResetLeavesEveryMember)
+{
+    const auto prepare = [](Fragment& record) {
+        record.SetAcquireMastership(acquired(true));
+        record.SetDefaultDF_Params(params(2));
+        record.SetDefaultPelVtConnectServer(server("one"));
+    };
+    long successes = 0;
+    for (;; ++successes) {
+        Fragment record;
+        prepare(record);
+        const QString before = contentOf(record);
+        if (!failsOutOfMemory(successes, [&] { record.Reset(); }))
+            break;
+        EXPECT_EQ(contentOf(record), before);
+    }
+    EXPECT_GT(successes, 0);
+    Fragment record;
+    record.SetDefaultDF_Params(params(2));
+    record.GetAcquireMastership();
+    EXPECT_TRUE(failsOutOfMemory(0, [&] { record.ResetDF_Params(); }));
+    EXPECT_EQ(record.GetChoiceFragment(), Fragment::AcquireMastership);
+}
+
+TEST(OutOfMemory, APayloadThatCannotBeMadeIsNotSelectedByReading)
+{
+    for (const bool asXml : {true, false}) {
+        SCOPED_TRACE(asXml);
+        Fragment record;
+        record.SetAcquireMastership(acquired(true));
+        bool hasFailed = false;
+        for (long successes = 0;; ++successes) {
+            Fragment target(record);
+            QXmlStreamReader reader(QStringLiteral("<Fragment><DF_Params/></Fragment>"));
+            ASSERT_TRUE(reader.readNextStartElement());
+            const QByteArray entry = bytes("BE2DFF74 00000000");
+            QDataStream stream(entry);
+            const auto read = [&] {
+                if (asXml)
+                    target.ProcessXml(reader);
+                else
+                    target.SetBinary(stream, 8);
+            };
+            if (!failsOutOfMemory(successes, read))
+                break;
+            hasFailed = true;
+            // Once it is there it is selected, whatever happens next.
+            bool isThere = true;
+            const Fragment& view = target;
+            allocationsLeft = 0;
+            try {
+                view.GetDF_Params();
+            } catch (const std::bad_alloc&) {
+                isThere = false;
+            }
+            allocationsLeft = -1;
+            EXPECT_EQ(target.GetChoiceFragment(),
+                      isThere ? Fragment::DF_Params : Fragment::AcquireMastership);
+        }
+        EXPECT_TRUE(hasFailed);
+    }
+}
+
+TEST(MessageLifecycle, ListsAreComparedByTheirItems)
+{
+    // What is no number equals nothing, not even itself.
+    Fragment item;
+    item.GetDF_Params().SetFrequency(std::numeric_limits<double>::quiet_NaN());
+    const QVector<Fragment> items{item};
+    PelLu300RouterMessage a;
+    a.SetFragment(items);
+    PelLu300RouterMessage b;
+    b.SetFragment(items);
+    EXPECT_FALSE(a == b) << "with shared items";
+    b.GetFragment()[0].SetDF_Params(item.GetDF_Params());
+    EXPECT_FALSE(a == b) << "with items of their own";
+    EXPECT_FALSE(a == a);
+    PelLu300RouterMessage sharing;
+    sharing = a;
+    EXPECT_FALSE(a == sharing);
+    a.GetFragment()[0].GetDF_Params().SetFrequency(1);
+    b = a;
+    EXPECT_TRUE(a == b);
+    b.AppendFragment(fragment("a"));
+    EXPECT_FALSE(a == b);
+    EXPECT_FALSE(b == a);
 }
 
 TEST(MessageLifecycle, AFailedAppendLeavesTheListAsItWas)
