@@ -176,18 +176,22 @@ public:
         return header.id == m_id ? ReadPlain(content, m_order, behind) : ReadCompressed(content, behind);
     }
 
-    bool ReadBytes(const QByteArray& bytes)
+    // Ending: why the device broke off behind the bytes, if it did.
+    bool ReadBytes(const QByteArray& bytes, const Failure& ending = Failure())
     {
+        const auto fallShort = [&] {
+            return m_operation.Fail(ending.kind == Failure::None ? cutOff(bytes.size()) : ending);
+        };
         if (bytes.size() > m_limits.inputSize)
             return m_operation.Fail(inputTooLarge(m_limits.inputSize));
         if (bytes.size() < headerSize)
-            return m_operation.Fail(cutOff(bytes.size()));
+            return fallShort();
         const Header header(bytes.constData(), m_order);
         if (!Admits(header))
             return false;
         const qint64 behind = bytes.size() - headerSize - header.length;
         if (behind < 0)
-            return m_operation.Fail(cutOff(bytes.size()));
+            return fallShort();
         return Read(header, QByteArray::fromRawData(bytes.constData() + headerSize, header.length), behind);
     }
 
@@ -492,7 +496,8 @@ bool IMKObject::LoadBinary(QIODevice* device)
     Failure failure;
     if (!readToEnd(*device, input, failure))
         return operation.Fail(failure);
-    return FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian).ReadBytes(input.bytes);
+    return FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian)
+        .ReadBytes(input.bytes, input.ending);
 }
 
 } // namespace MODELKIT

@@ -256,7 +256,7 @@ TEST(RecordsPage, ALoggerIsHandedDownAtOnceAndToWhatComesLaterAtTheNextOperation
     EXPECT_EQ(message.GetFragment().last().GetLogger(), logger);
 }
 
-TEST(RecordsPage, ACopyHasNoLoggerAndItsRecordsFollow)
+TEST(RecordsPage, ACopyHasNoLoggerAtAnyDepthAndWhatIsAssignedFollowsLater)
 {
     const auto logger = std::make_shared<Logger>();
     PelLu300RouterInterfaceXml document = sample();
@@ -264,12 +264,14 @@ TEST(RecordsPage, ACopyHasNoLoggerAndItsRecordsFollow)
     PelLu300RouterInterfaceXml copy(document);
     PelLu300RouterInterfaceXml assigned;
     assigned = document;
-    for (const PelLu300RouterInterfaceXml* other : {&copy, &assigned}) {
-        EXPECT_EQ(other->GetLogger(), nullptr);
-        EXPECT_EQ(other->GetPelLu300RouterMessage().GetLogger(), logger);
-        other->Check();
-        EXPECT_EQ(other->GetPelLu300RouterMessage().GetLogger(), nullptr);
-    }
+    const PelLu300RouterInterfaceXml& copied = copy;
+    EXPECT_EQ(copied.GetLogger(), nullptr);
+    EXPECT_EQ(copied.GetPelLu300RouterMessage().GetLogger(), nullptr);
+    const PelLu300RouterInterfaceXml& given = assigned;
+    EXPECT_EQ(given.GetLogger(), nullptr);
+    EXPECT_EQ(given.GetPelLu300RouterMessage().GetLogger(), logger);
+    given.Check();
+    EXPECT_EQ(given.GetPelLu300RouterMessage().GetLogger(), nullptr);
     EXPECT_EQ(document.GetPelLu300RouterMessage().GetLogger(), logger);
 }
 
