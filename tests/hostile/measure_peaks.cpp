@@ -86,6 +86,21 @@ QByteArray utf16(const QString& text)
 
 QByteArray utf16WithMark(const QByteArray& utf8) { return "\xFF\xFE" + utf16(QString::fromUtf8(utf8)); }
 
+// UTF-32 in big-endian byte order, without a mark.
+QByteArray utf32(const QByteArray& utf8)
+{
+    QByteArray result;
+    QDataStream stream(&result, QIODevice::WriteOnly);
+    for (const uint code : QString::fromUtf8(utf8).toUcs4())
+        stream << quint32(code);
+    return result;
+}
+
+QByteArray declared(const QByteArray& encoding)
+{
+    return "<?xml version='1.0' encoding='" + encoding + "'?>";
+}
+
 // As many attributes as the limit admits, each with that behind its name.
 QByteArray mostAttributes(const QByteArray& before = " a", const QByteArray& behind = "=''")
 {
@@ -222,6 +237,33 @@ const Case cases[] = {
      [](int n) { return utf16WithMark(emptyItems(n)); }},
     {"xml-utf16-distinct-names-and-error", "unknown elements in UTF-16, each of another name, then cut off",
      Form::XmlFile, false, 500000, [](int n) { return utf16WithMark(distinctNamesCutOff(n)); }},
+    {"xml-utf32-distinct-names-and-error", "the same in UTF-32", Form::XmlFile, false, 500000,
+     [](int n) { return utf32(distinctNamesCutOff(n)); }},
+    {"xml-declared-utf8-and-error", "the same, declared as `UTF8`", Form::XmlFile, false, 500000,
+     [](int n) { return declared("UTF8") + distinctNamesCutOff(n); }},
+    {"xml-mentioning-and-error", "the same behind an instruction that mentions an encoding", Form::XmlFile,
+     false, 500000, [](int n) { return "<?x encoding='EUC-JP'?>" + distinctNamesCutOff(n); }},
+    {"xml-euc-jp-and-error", "the same in EUC-JP", Form::XmlFile, false, 500000,
+     [](int n) { return declared("EUC-JP") + "<!--\xC6\xFC-->" + distinctNamesCutOff(n); }},
+    {"xml-shift-jis-and-error", "the same in Shift_JIS", Form::XmlFile, false, 500000,
+     [](int n) { return declared("Shift_JIS") + "<!--\x95\x5C-->" + distinctNamesCutOff(n); }},
+    {"xml-gb18030-and-error", "the same in GB18030", Form::XmlFile, false, 500000,
+     [](int n) { return declared("GB18030") + "<!--\xD6\xD0-->" + distinctNamesCutOff(n); }},
+    {"xml-big5-and-error", "the same in Big5", Form::XmlFile, false, 500000,
+     [](int n) { return declared("Big5") + "<!--\xA5\x5C-->" + distinctNamesCutOff(n); }},
+    {"xml-iso-2022", "the same in ISO-2022-JP", Form::XmlFile, false, 500000,
+     [](int n) { return declared("ISO-2022-JP") + distinctNamesCutOff(n); }},
+    {"xml-badly-encoded", "the same, the last byte no UTF-8", Form::XmlFile, false, 500000,
+     [](int n) { return distinctNamesCutOff(n) + '\xFF'; }},
+    {"xml-utf32-attributes-on-one", "attributes on one element, in UTF-32", Form::XmlFile, false, 1000000,
+     [](int n) { return utf32(inMessage("<Type" + numbered(" a", n, "=''") + "/>")); }},
+    {"xml-turning-utf16", "the same in UTF-16 that changes its order behind the declaration", Form::XmlFile,
+     false, 1000000,
+     [](int n) {
+         const QByteArray turned =
+             utf16(QString::fromUtf8(inMessage("<Type" + numbered(" a", n, "=''") + "/>")));
+         return utf16WithMark(declared("UTF-16BE")) + turned.mid(1) + ' ';
+     }},
     {"xml-attributes-on-one", "attributes on one element", Form::XmlFile, false, 1000000,
      [](int n) { return inMessage("<Type" + numbered(" a", n, "=''") + "/>"); }},
     {"xml-utf16-attributes-on-one", "attributes on one element, in UTF-16", Form::XmlFile, false, 1000000,
