@@ -766,6 +766,40 @@ TEST(LogSinks, ADeviceGetsOneLinePerEntry)
     EXPECT_EQ(buffer.data(), QByteArray("INFO: one\nERROR: two l\303\274nes \n"));
 }
 
+TEST(LogSinks, ADeviceGetsNoCharacterThatMakesAnEntryLookLikeAnother)
+{
+    QBuffer buffer;
+    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+    MODELKIT::DeviceLogSink sink(buffer);
+    for (const int deceiving :
+         {0x00,   0x09,   0x0A,   0x0D,   0x1B,   0x7F,   0x85,   0x9B,   0x2028, 0x2029, 0x061C,
+          0x200E, 0x200F, 0x202A, 0x202B, 0x202C, 0x202D, 0x202E, 0x2066, 0x2067, 0x2068, 0x2069}) {
+        SCOPED_TRACE(deceiving);
+        buffer.buffer().clear();
+        buffer.seek(0);
+        sink.Write(MODELKIT::Logger::Error, QLatin1Char('a') + QString(QChar(deceiving)) + QLatin1Char('b'));
+        EXPECT_EQ(buffer.data(), QByteArray("ERROR: a b\n"));
+    }
+    for (const char* const harmless :
+         {"\xC2\xA0", "\xE2\x80\xAF", "\xE2\x80\x90", "\xE2\x81\xAA", "\xF0\x9F\x98\x80"}) {
+        buffer.buffer().clear();
+        buffer.seek(0);
+        sink.Write(MODELKIT::Logger::Info, QString::fromUtf8(harmless));
+        EXPECT_EQ(buffer.data(), QByteArray("INFO: ") + harmless + '\n');
+    }
+    EXPECT_EQ(sink.GetLost(), 0);
+}
+
+TEST(LogSinks, ADeviceThatTakesNoEntryHasItCounted)
+{
+    QFile full(QStringLiteral("/dev/full"));
+    ASSERT_TRUE(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    MODELKIT::DeviceLogSink sink(full);
+    sink.Write(MODELKIT::Logger::Info, QStringLiteral("one"));
+    sink.Write(MODELKIT::Logger::Info, QStringLiteral("two"));
+    EXPECT_EQ(sink.GetLost(), 2);
+}
+
 namespace {
 
 QStringList caught;
