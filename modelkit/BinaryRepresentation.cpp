@@ -236,6 +236,10 @@ private:
                 failure.place = place;
                 return m_operation.Fail(failure);
             }
+            // Where the lengths are wrong, what was noticed may have been none of the entries that were
+            // meant.
+            if (dynamic_cast<const BinaryParsingException*>(&exception))
+                context.DropReport();
             m_operation.Refuse(exception, place);
             throw;
         }

@@ -17,7 +17,7 @@ namespace MODELKIT {
 /// may be destroyed in any order and in any thread; only the thread of a report may look into it while it
 /// collects.
 ///
-/// A document that is refused because it is not well-formed, is no whole form or exceeds a limit leaves no
+/// A document that is refused because it is not well-formed, has wrong lengths or exceeds a limit leaves no
 /// entries.
 ///
 /// **When reading succeeds without an entry, and none was dropped, nothing was lost.** Writing the record

@@ -169,6 +169,11 @@ TEST(ReadingReports, KeepNothingOfDocumentsThatAreNone)
             bytes("EAC09D5A 0000001C 00000001 00000000 61023A90 0000000C 00000002 00000000 00000000")));
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::TooManyItems);
     }
+    // An unknown entry, and then one whose length is wrong.
+    OstraInterfacePort port;
+    EXPECT_THROW(
+        port.SetBinaryRepresentation(bytes("7F012EB8 00000011 00000001 00000000 1F980517 00000001 00")),
+        BinaryParsingException);
     EXPECT_EQ(names(report), list({"before"}));
     EXPECT_EQ(report.GetDropped(), 0);
 }
