@@ -50,7 +50,7 @@ struct BinaryNotify
     qint64 offset;
     QString member;
 
-    explicit operator bool() const { return reading.isReporting(); }
+    explicit operator bool() const { return reading.isReporting; }
 
     void operator()(Notice kind, const QString& text) const
     {
@@ -180,7 +180,7 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
 template <class Step, class Read>
 void readAt(const Reading& reading, qint64 offset, const Step& step, const Read& read)
 {
-    MODELKIT::DocumentContext* const reporting = reading.isReporting() ? reading.context : nullptr;
+    MODELKIT::DocumentContext* const reporting = reading.isReporting ? reading.context : nullptr;
     if (reporting)
         reporting->Enter(step());
     doAt(step, read, offset);
@@ -214,7 +214,7 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
         readAt(reading, offset, step, [&] {
             if (reading.context && !reading.context->AdmitsItem(items.size()))
                 throw BinaryParsingException(lengthErrorText(record));
-            Reading itemReading(reading.context);
+            Reading itemReading = Reading::ofNewItem(reading);
             appendRead<Member>(
                 record, [&](Item& item) { Walks<Item>::readEntries(item, source, itemLength, itemReading); });
         });
@@ -268,7 +268,7 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
 {
     settle(record, reading);
     initData(record);
-    const bool isReporting = reading.isReporting();
+    const bool isReporting = reading.isReporting;
     const qint64 begin = source.consumed();
     qint64 remaining = length;
     bool whole = true;

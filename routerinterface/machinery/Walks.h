@@ -30,7 +30,17 @@ class BinarySource;
 // A reading operation, or the part of one that fills a list item.
 struct Reading
 {
-    explicit Reading(MODELKIT::DocumentContext* operation) : context(operation) {}
+    explicit Reading(MODELKIT::DocumentContext* operation)
+        : context(operation), isReporting(operation && operation->IsReporting())
+    {}
+
+    // Of an item that has just been appended: it has its settings, and no records below it.
+    static Reading ofNewItem(const Reading& list)
+    {
+        Reading item(list.context);
+        item.settled = true;
+        return item;
+    }
 
     // What is known about the settings of the records below the one that is filled: whether they
     // have been handed down, and how many list items have them. A record and the records nested in
@@ -46,7 +56,7 @@ struct Reading
     MODELKIT::DocumentContext* context;
 
     // Whether somebody wants to know what is accepted in silence.
-    bool isReporting() const { return context && context->IsReporting(); }
+    bool isReporting;
 };
 
 template <class R>

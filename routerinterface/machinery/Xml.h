@@ -91,7 +91,7 @@ struct XmlNotify
     const Reading& reading;
     const QXmlStreamReader& reader;
 
-    explicit operator bool() const { return reading.isReporting(); }
+    explicit operator bool() const { return reading.isReporting; }
 
     void operator()(Notice kind, const QString& text) const { reading.context->Report(kind, text, reader); }
 };
@@ -149,7 +149,7 @@ void readItem(R& record, QXmlStreamReader& reader, const Reading& reading)
         return;
     }
     using Item = RecordIn<typename Member::Slot>;
-    Reading itemReading(reading.context);
+    Reading itemReading = Reading::ofNewItem(reading);
     appendRead<Member>(record, [&](Item& item) { Walks<Item>::readOwned(item, reader, itemReading); });
 }
 
