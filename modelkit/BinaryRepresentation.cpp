@@ -170,6 +170,14 @@ public:
                || m_operation.Fail(failure);
     }
 
+    // The same for the form inside of a compressed one, whose size has its own limit.
+    bool AdmitsInside(const Header& header)
+    {
+        Failure failure;
+        return accepts(header, m_id, m_object.GetObjectName(), Limits::anySize, failure)
+               || m_operation.Fail(failure);
+    }
+
     // Reads the form whose header has been admitted. Behind: the number of bytes behind it that are ignored.
     bool Read(const Header& header, const QByteArray& content, qint64 behind)
     {
@@ -208,7 +216,7 @@ private:
         if (inner.id == compressedMarker)
             return m_operation.Fail(
                 notAForm(QStringLiteral("The compressed form holds another compressed form.")));
-        if (!Admits(inner))
+        if (!AdmitsInside(inner))
             return false;
         const qint64 behindInside = plain.size() - headerSize - inner.length;
         if (behindInside < 0)
@@ -221,11 +229,40 @@ private:
     {
         DocumentContext context(DocumentContext::Purpose::Reading);
         context.SetBaseOffset(headerSize);
+        bool isRead = false;
+        try {
+            isRead = ReadContent(context, content, order);
+        } catch (...) {
+            try {
+                DeliverReport(context);
+            } catch (...) {
+                // The other exception is on its way already.
+            }
+            throw;
+        }
+        if (isRead && behind > 0 && context.IsReporting())
+            context.Report(ReadingReport::BytesBehind,
+                           (behind == 1 ? QStringLiteral("%1 byte behind the binary form was ignored.")
+                                        : QStringLiteral("%1 bytes behind the binary form were ignored."))
+                               .arg(behind),
+                           content.size(), QString());
+        DeliverReport(context);
+        return isRead;
+    }
+
+    static void DeliverReport(DocumentContext& context)
+    {
+        context.DeliverReport([](qint64) { return Place(); });
+    }
+
+    bool ReadContent(DocumentContext& context, const QByteArray& content, QDataStream::ByteOrder order)
+    {
         try {
             m_object.Reset();
             QDataStream stream(content);
             stream.setByteOrder(order);
             m_object.SetBinary(stream, static_cast<int>(content.size()));
+            return true;
         } catch (ModelKitException& exception) {
             Place place = exception.GetPlace();
             if (place.offset >= 0)
@@ -243,13 +280,6 @@ private:
             m_operation.Refuse(exception, place);
             throw;
         }
-        if (behind > 0 && context.IsReporting())
-            context.Report(ReadingReport::BytesBehind,
-                           (behind == 1 ? QStringLiteral("%1 byte behind the binary form was ignored.")
-                                        : QStringLiteral("%1 bytes behind the binary form were ignored."))
-                               .arg(behind),
-                           content.size(), QString());
-        return true;
     }
 
     DocumentOperation& m_operation;
@@ -259,52 +289,54 @@ private:
     Limits m_limits;
 };
 
-// Takes a form from the device of a stream.
-class StreamIntake
+// Takes a form from the device of a stream until there are so many bytes of it; false, with the failure
+// noted, when they are not there.
+bool takeForm(DocumentOperation& operation, QDataStream& stream, Intake& intake, qint64 size,
+              QByteArray& form)
 {
-public:
-    StreamIntake(DocumentOperation& operation, QDataStream& stream, QIODevice& device, int waitingTime)
-        : m_operation(operation), m_stream(stream), m_device(device), m_intake(device, waitingTime)
-    {}
-
-    // Takes so many bytes; false, with the failure noted, when they are not there.
-    bool Take(qint64 size, QByteArray& bytes)
-    {
-        const auto outcome = m_intake.Take(size, bytes);
-        m_taken += bytes.size();
-        if (outcome == Intake::Whole)
-            return true;
-        if (outcome == Intake::Late) {
-            m_intake.PutBack();
-            // A transaction of the stream's own is rolled back by who began it.
-            if (m_device.isTransactionStarted())
-                m_stream.setStatus(QDataStream::ReadPastEnd);
-            return m_operation.Fail(
-                Failure::NotWholeYet,
-                QStringLiteral("Only %1 bytes of the binary form have arrived.").arg(m_taken));
-        }
-        m_stream.setStatus(QDataStream::ReadPastEnd);
-        return m_operation.Fail(outcome == Intake::Broken ? cannotRead(&m_device, m_intake.GetReason())
-                                                          : cutOff(m_taken));
+    QIODevice* const device = stream.device();
+    switch (intake.Take(size, form)) {
+    case Intake::Whole:
+        return true;
+    case Intake::Late:
+    case Intake::Quiet:
+        putBack(*device, form);
+        // A transaction of the stream's own is rolled back by who began it.
+        if (device->isTransactionStarted())
+            stream.setStatus(QDataStream::ReadPastEnd);
+        return operation.Fail(
+            Failure::NotWholeYet,
+            QStringLiteral("Only %1 bytes of the binary form have arrived.").arg(form.size()));
+    case Intake::Broken:
+        stream.setStatus(QDataStream::ReadPastEnd);
+        return operation.Fail(cannotRead(device, intake.GetReason()));
+    case Intake::Ended:
+        break;
     }
+    stream.setStatus(QDataStream::ReadPastEnd);
+    return operation.Fail(cutOff(form.size()));
+}
 
-private:
-    DocumentOperation& m_operation;
-    QDataStream& m_stream;
-    QIODevice& m_device;
-    Intake m_intake;
-    qint64 m_taken = 0;
-};
-
-bool readForm(DocumentOperation& operation, FormReading& reading, QDataStream& stream, QIODevice& device)
+bool readForm(DocumentOperation& operation, FormReading& reading, QDataStream& stream)
 {
-    QByteArray head;
-    QByteArray content;
-    StreamIntake intake(operation, stream, device, reading.GetLimits().waitingTime);
-    if (!intake.Take(headerSize, head))
+    QByteArray form;
+    Intake intake(*stream.device(), reading.GetLimits().waitingTime);
+    if (!takeForm(operation, stream, intake, headerSize, form))
         return false;
-    const Header header(head.constData(), stream.byteOrder());
-    return reading.Admits(header) && intake.Take(header.length, content) && reading.Read(header, content, 0);
+    const Header header(form.constData(), stream.byteOrder());
+    if (!reading.Admits(header)) {
+        putBack(*stream.device(), form);
+        return false;
+    }
+    return takeForm(operation, stream, intake, headerSize + qint64(header.length), form)
+           && reading.Read(header, QByteArray::fromRawData(form.constData() + headerSize, header.length), 0);
+}
+
+// A form that was refused can be tried again by an object of another class.
+void seekBack(QDataStream& stream, qint64 begin)
+{
+    if (begin >= 0 && !stream.device()->seek(begin))
+        stream.setStatus(QDataStream::ReadCorruptData);
 }
 
 bool readStream(DocumentOperation& operation, IMKObject& object, int id, QDataStream& stream)
@@ -314,11 +346,16 @@ bool readStream(DocumentOperation& operation, IMKObject& object, int id, QDataSt
         return operation.Fail(cannotRead(device, QStringLiteral("it is not open for reading")));
     FormReading reading(operation, object, id, stream.byteOrder());
     const qint64 begin = device->isSequential() ? -1 : device->pos();
-    if (readForm(operation, reading, stream, *device))
-        return true;
-    // A form that was refused can be tried again by an object of another class.
-    if (begin >= 0 && !device->seek(begin))
-        stream.setStatus(QDataStream::ReadCorruptData);
+    try {
+        if (readForm(operation, reading, stream))
+            return true;
+    } catch (ModelKitException&) {
+        throw;
+    } catch (...) {
+        seekBack(stream, begin);
+        throw;
+    }
+    seekBack(stream, begin);
     return false;
 }
 
@@ -372,8 +409,8 @@ void write(DocumentOperation& operation, QDataStream& stream, const QByteArray& 
         return fail(QStringLiteral("No device"));
     if (stream.status() != QDataStream::Ok)
         return fail(QStringLiteral("the stream has failed before"));
-    QString reason;
-    if (writeAll(*device, form, reason) && flush(*device, reason))
+    QString reason = QStringLiteral("it is not open for writing");
+    if (device->isWritable() && writeAll(*device, form, reason) && flush(*device, reason))
         return;
     stream.setStatus(QDataStream::WriteFailed);
     fail(reason);
@@ -500,8 +537,12 @@ bool IMKObject::LoadBinary(QIODevice* device)
     Failure failure;
     if (!readToEnd(*device, input, failure))
         return operation.Fail(failure);
-    return FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian)
-        .ReadBytes(input.bytes, input.ending);
+    if (FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian)
+            .ReadBytes(input.bytes, input.ending))
+        return true;
+    if (GetLastFailure().kind == Failure::NotWholeYet)
+        putBack(*device, input.bytes);
+    return false;
 }
 
 } // namespace MODELKIT

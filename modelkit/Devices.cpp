@@ -68,26 +68,17 @@ Intake::Intake(QIODevice& device, int waitingTime)
     : m_device(device), m_deadline(deadlineAfter(waitingTime)),
       // Reading a file waits by itself, also where it is a pipe.
       m_waits(device.isSequential() && !qobject_cast<QFileDevice*>(&device))
-{
-    if (m_waits && !device.isTransactionStarted()) {
-        device.startTransaction();
-        m_inTransaction = true;
-    }
-}
-
-Intake::~Intake()
-{
-    if (m_inTransaction)
-        m_device.commitTransaction();
-}
+{}
 
 Intake::Outcome Intake::Take(qint64 size, QByteArray& bytes)
 {
     constexpr qint64 step = qint64(1) << 20;
     constexpr qint64 leastStep = qint64(4) << 10;
+    bool hasWaitedInVain = false;
     while (bytes.size() < size) {
         const qint64 have = bytes.size();
-        const qint64 expected = m_device.isSequential() ? step : m_device.size() - m_device.pos();
+        const qint64 expected =
+            m_device.isSequential() ? m_device.bytesAvailable() : m_device.size() - m_device.pos();
         const qint64 wanted = std::min(size - have, std::clamp(expected, leastStep, step));
         bytes.resize(static_cast<int>(have + wanted));
         const qint64 got = m_device.read(bytes.data() + have, wanted);
@@ -96,59 +87,62 @@ Intake::Outcome Intake::Take(qint64 size, QByteArray& bytes)
             m_reason = reasonOf(m_device);
             return Broken;
         }
-        if (got == 0 && !Wait())
-            return m_waits && m_deadline.hasExpired() ? Late : Ended;
+        if (got > 0) {
+            hasWaitedInVain = false;
+            continue;
+        }
+        if (!m_waits)
+            return Ended;
+        // Why waiting was in vain, reading tells: by then more may have come, or the device has ended.
+        if (hasWaitedInVain)
+            return m_deadline.hasExpired() ? Late : Quiet;
+        hasWaitedInVain = !Wait();
     }
     return Whole;
 }
 
 bool Intake::Wait()
 {
-    return m_waits && !m_deadline.hasExpired()
+    return !m_deadline.hasExpired()
            && m_device.waitForReadyRead(static_cast<int>(m_deadline.remainingTime()));
 }
 
-void Intake::PutBack()
+void putBack(QIODevice& device, const QByteArray& bytes)
 {
-    if (m_inTransaction)
-        m_device.rollbackTransaction();
-    m_inTransaction = false;
+    if (!device.isOpen() || !device.isSequential() || device.isTransactionStarted())
+        return;
+    for (auto at = bytes.size(); at > 0; --at)
+        device.ungetChar(bytes.at(at - 1));
 }
 
-bool readToEnd(QIODevice& device, Input& input, Failure& failure)
+namespace {
+
+Failure notWholeYet(const QString& text)
+{
+    Failure failure;
+    failure.kind = Failure::NotWholeYet;
+    failure.text = text;
+    return failure;
+}
+
+bool readOpenToEnd(QIODevice& device, Input& input, Failure& failure)
 {
     const Limits limits = Limits::Get();
-    const bool wasOpen = device.isOpen();
-    if (!wasOpen && !device.open(QIODevice::ReadOnly)) {
-        failure = cannotRead(&device, reasonOf(device));
-        return false;
-    }
-    struct Closing
-    {
-        QIODevice& device;
-        bool isDue;
-        ~Closing()
-        {
-            if (isDue)
-                device.close();
-        }
-    } const closing{device, !wasOpen};
+    const qint64 limit = std::min(limits.inputSize, mostBytes - 1);
     if (!device.isReadable()) {
         failure = cannotRead(&device, QStringLiteral("it is not open for reading"));
         return false;
     }
     Intake intake(device, limits.waitingTime);
     if (!device.isSequential())
-        input.bytes.reserve(static_cast<int>(
-            std::clamp<qint64>(device.size() - device.pos(), 0, std::min(limits.inputSize, mostBytes))));
-    switch (intake.Take(std::min(limits.inputSize, mostBytes - 1) + 1, input.bytes)) {
+        input.bytes.reserve(static_cast<int>(std::clamp<qint64>(device.size() - device.pos(), 0, limit)));
+    switch (intake.Take(limit + 1, input.bytes)) {
     case Intake::Whole:
-        failure = inputTooLarge(std::min(limits.inputSize, mostBytes - 1));
+        failure = inputTooLarge(limit);
         return false;
     case Intake::Late:
-        failure.kind = Failure::NotWholeYet;
-        failure.text = QStringLiteral("The end of the document has not arrived.");
-        intake.PutBack();
+        failure = notWholeYet(QStringLiteral("The end of the document has not arrived."));
+        putBack(device, input.bytes);
         return false;
     case Intake::Broken:
         input.ending = cannotRead(&device, intake.GetReason());
@@ -156,10 +150,37 @@ bool readToEnd(QIODevice& device, Input& input, Failure& failure)
             return true;
         failure = input.ending;
         return false;
+    case Intake::Quiet:
+        input.ending = notWholeYet(QStringLiteral("The end of the document has not arrived."));
+        break;
     case Intake::Ended:
         break;
     }
     return true;
+}
+
+} // namespace
+
+bool readToEnd(QIODevice& device, Input& input, Failure& failure)
+{
+    if (device.isOpen())
+        return readOpenToEnd(device, input, failure);
+    if (!device.open(QIODevice::ReadOnly)) {
+        failure = cannotRead(&device, reasonOf(device));
+        return false;
+    }
+    try {
+        const bool isRead = readOpenToEnd(device, input, failure);
+        device.close();
+        return isRead;
+    } catch (...) {
+        try {
+            device.close();
+        } catch (...) {
+            // The other exception is on its way already.
+        }
+        throw;
+    }
 }
 
 bool writeAll(QIODevice& device, const QByteArray& bytes, QString& reason)
@@ -178,12 +199,22 @@ bool writeAll(QIODevice& device, const QByteArray& bytes, QString& reason)
 
 bool flush(QIODevice& device, QString& reason)
 {
-    auto* file = qobject_cast<QFileDevice*>(&device);
-    // As above: the first time only a part may have been written, for no reason that the system gives.
-    if (!file || file->flush() || file->flush())
+    auto* const file = qobject_cast<QFileDevice*>(&device);
+    if (!file)
         return true;
-    reason = reasonOf(device);
-    return false;
+    // As above: one time only a part may be written, for no reason that the system gives.
+    qint64 left = file->bytesToWrite();
+    while (true) {
+        const bool isFlushed = file->flush();
+        const qint64 stillLeft = file->bytesToWrite();
+        if (isFlushed && stillLeft == 0)
+            return true;
+        if (stillLeft >= left) {
+            reason = reasonOf(device);
+            return false;
+        }
+        left = stillLeft;
+    }
 }
 
 } // namespace MODELKIT

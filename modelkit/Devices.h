@@ -28,23 +28,17 @@ public:
     {
         Whole,
         Ended, // the device has no more to give
+        Quiet, // it has nothing now and cannot be waited for, but does not say that it has ended
         Late,  // the time is over, and more may come
-        Broken // the device failed; GetReason() says why
+        Broken // the device failed or was closed; GetReason() says why
     };
 
     // WaitingTime: in milliseconds, for all calls together.
     Intake(QIODevice& device, int waitingTime);
-    Intake(const Intake&) = delete;
-    Intake& operator=(const Intake&) = delete;
-    ~Intake();
-
     // Takes bytes until there are that many. Memory grows with what comes.
     Outcome Take(qint64 size, QByteArray& bytes);
 
     const QString& GetReason() const { return m_reason; }
-
-    // Gives everything back to a device that was waited for.
-    void PutBack();
 
 private:
     bool Wait();
@@ -52,16 +46,19 @@ private:
     QIODevice& m_device;
     QDeadlineTimer m_deadline;
     bool m_waits;
-    bool m_inTransaction = false;
     QString m_reason;
 };
+
+// Gives the bytes that were taken last back to a device that cannot seek. In a transaction that is left to
+// who began it.
+void putBack(QIODevice& device, const QByteArray& bytes);
 
 // What is left in a device.
 struct Input
 {
     QByteArray bytes;
-    // Why the device broke off behind the bytes, if it did. A connection that was closed does: whether
-    // something is missing is for the bytes to tell.
+    // Why nothing came behind the bytes, unless the device told its end. A connection that was closed fails,
+    // and another device may only be quiet: whether something is missing is for the bytes to tell.
     Failure ending;
 };
 

@@ -16,10 +16,6 @@ DocumentContext::DocumentContext(Purpose purpose)
     : m_purpose(purpose), m_limits(Limits::Get()),
       m_report(purpose == Purpose::Reading ? ReadingReport::Current() : nullptr), m_outer(currentContext)
 {
-    if (m_report) {
-        m_entriesBefore = static_cast<int>(m_report->entries.size());
-        m_droppedBefore = m_report->dropped;
-    }
     currentContext = this;
 }
 
@@ -57,50 +53,42 @@ bool DocumentContext::AdmitsItem(qint64 items)
     return false;
 }
 
-bool DocumentContext::Keep(const ReadingReport::Entry& entry)
+void DocumentContext::Notice(const Noticed& noticed)
 {
-    if (m_report->entries.size() >= ReadingReport::maximalEntries) {
-        ++m_report->dropped;
+    if (m_noticed.size() < ReadingReport::maximalEntries)
+        m_noticed.append(noticed);
+    else
+        ++m_dropped;
+}
+
+bool DocumentContext::Deliver(const ReadingReport::Entry& entry)
+{
+    m_pathCharacters += entry.place.path.size();
+    if (m_pathCharacters > ReadingReport::maximalPathCharacters
+        || m_report->entries.size() >= ReadingReport::maximalEntries)
         return false;
-    }
     m_report->entries.append(entry);
+    ++m_delivered;
     return true;
+}
+
+void DocumentContext::EndReport()
+{
+    if (m_report)
+        m_report->dropped += m_dropped + m_noticed.size() - m_delivered;
+    DropReport();
 }
 
 void DocumentContext::DropReport()
 {
-    if (!m_report)
-        return;
-    m_report->entries.resize(std::min<int>(m_entriesBefore, static_cast<int>(m_report->entries.size())));
-    m_report->dropped = m_droppedBefore;
-    m_unplaced.clear();
-}
-
-bool DocumentContext::SetPlace(const Unplaced& unplaced, const Place& place)
-{
-    auto& entries = m_report->entries;
-    // The program may have cleared the report, for example in a device that it reads from.
-    if (unplaced.index >= entries.size())
-        return false;
-    if (!HasRoomFor(place)) {
-        m_report->dropped += entries.size() - unplaced.index;
-        entries.resize(unplaced.index);
-        return false;
-    }
-    entries[unplaced.index].place = place;
-    return true;
-}
-
-bool DocumentContext::HasRoomFor(const Place& place)
-{
-    m_pathCharacters += place.path.size();
-    return m_pathCharacters <= ReadingReport::maximalPathCharacters;
+    m_noticed.clear();
+    m_delivered = 0;
+    m_dropped = 0;
 }
 
 void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader)
 {
-    if (Keep({kind, text, Place()}))
-        m_unplaced.append({static_cast<int>(m_report->entries.size()) - 1, reader.characterOffset()});
+    Notice({{kind, text, Place()}, reader.characterOffset()});
 }
 
 void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, qint64 offset,
@@ -112,10 +100,7 @@ void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, qint
         place.path += QLatin1Char('/') + name;
     if (!member.isEmpty())
         place.path += QLatin1Char('/') + member;
-    if (HasRoomFor(place))
-        Keep({kind, text, place});
-    else
-        ++m_report->dropped;
+    Notice({{kind, text, place}, -1});
 }
 
 } // namespace MODELKIT

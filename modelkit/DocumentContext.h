@@ -66,45 +66,48 @@ public:
     void Enter(const QString& name) { m_path.append(name); }
     void Leave() { m_path.removeLast(); }
 
-    // Takes back the entries of a document that turns out to be none.
+    // Forgets the entries of a document that turns out to be none.
     void DropReport();
 
-    // An entry of an XML document whose place is still to be found, and the reader's offset there.
-    struct Unplaced
-    {
-        int index;
-        qint64 characterOffset;
-    };
-    const QVector<Unplaced>& GetUnplaced() const { return m_unplaced; }
-
-    // Gives those entries the places that find(characterOffset) returns. Names can be long and paths
-    // deep: entries for whose paths there is no room are dropped.
+    // Hands the entries to the report. Those of an XML document get the places that find(characterOffset)
+    // returns. Names can be long and paths deep: entries for whose paths there is no room are dropped.
     template <class Find>
-    void PlaceReport(const Find& find)
+    void DeliverReport(const Find& find)
     {
-        for (const Unplaced& unplaced : m_unplaced)
-            if (!SetPlace(unplaced, find(unplaced.characterOffset)))
-                return;
+        for (Noticed& noticed : m_noticed) {
+            if (noticed.characterOffset >= 0)
+                noticed.entry.place = find(noticed.characterOffset);
+            if (!Deliver(noticed.entry))
+                break;
+        }
+        EndReport();
     }
+    bool HasNoticed() const { return !m_noticed.isEmpty(); }
 
 private:
-    bool SetPlace(const Unplaced& unplaced, const Place& place);
-    bool HasRoomFor(const Place& place);
-    bool Keep(const ReadingReport::Entry& entry);
+    // An entry, and where the reader stood in an XML document.
+    struct Noticed
+    {
+        ReadingReport::Entry entry;
+        qint64 characterOffset;
+    };
+
+    void Notice(const Noticed& noticed);
+    bool Deliver(const ReadingReport::Entry& entry);
+    void EndReport();
 
     Purpose m_purpose;
     Limits m_limits;
     std::shared_ptr<ReadingReport::Collected> m_report;
-    // What the report held before this document.
-    int m_entriesBefore = 0;
-    qint64 m_droppedBefore = 0;
     DocumentContext* m_outer;
     Failure m_failure;
     int m_depth = 0;
     qint64 m_baseOffset = 0;
     qint64 m_pathCharacters = 0;
     QStringList m_path;
-    QVector<Unplaced> m_unplaced;
+    QVector<Noticed> m_noticed;
+    int m_delivered = 0;
+    qint64 m_dropped = 0;
 };
 
 } // namespace MODELKIT

@@ -1,6 +1,7 @@
 #include "modelkit/DocumentOperation.h"
 
 #include "modelkit/IMKObject.h"
+#include "modelkit/ThreadStack.h"
 
 #include <exception>
 
@@ -8,24 +9,32 @@ namespace MODELKIT {
 
 namespace {
 
-thread_local Failure lastFailure;
+void setLastFailure(const Failure& failure)
+{
+    if (Failure* const last = OfThread<Failure>::get())
+        *last = failure;
+}
 
 } // namespace
 
-const Failure& DocumentOperation::GetLastFailure() { return lastFailure; }
+const Failure& DocumentOperation::GetLastFailure()
+{
+    static const auto* const none = new Failure;
+    const Failure* const last = OfThread<Failure>::get();
+    return last ? *last : *none;
+}
 
 DocumentOperation::DocumentOperation(const IMKObject& object, const QString& file)
     : m_object(object), m_file(file), m_exceptionsBefore(std::uncaught_exceptions())
 {
-    lastFailure = Failure();
+    setLastFailure(Failure());
 }
 
 DocumentOperation::~DocumentOperation()
 {
     if (m_failure.kind == Failure::None && std::uncaught_exceptions() > m_exceptionsBefore) {
         m_failure.kind = Failure::Interrupted;
-        m_failure.text =
-            QStringLiteral("The operation was interrupted by an exception that is none of a record.");
+        m_failure.text = QStringLiteral("The operation was interrupted by an exception.");
         m_failure.place.file = m_file;
         try {
             Log();
@@ -34,14 +43,14 @@ DocumentOperation::~DocumentOperation()
         }
     }
     // A device or a log sink may have called other operations in between.
-    lastFailure = m_failure;
+    setLastFailure(m_failure);
 }
 
 bool DocumentOperation::Fail(const Failure& failure)
 {
     m_failure = failure;
     m_failure.place.file = m_file;
-    lastFailure = m_failure;
+    setLastFailure(m_failure);
     Log();
     return false;
 }

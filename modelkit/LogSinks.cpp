@@ -1,5 +1,7 @@
 #include "modelkit/LogSinks.h"
 
+#include "modelkit/Devices.h"
+
 #include <QtCore/QIODevice>
 #include <QtCore/QLoggingCategory>
 
@@ -46,8 +48,8 @@ void DeviceLogSink::Write(Logger::Level level, const QString& text)
     for (QChar& character : line)
         if (deceives(character))
             character = QLatin1Char(' ');
-    const QByteArray bytes = line.toUtf8() + '\n';
-    if (m_device.write(bytes) != bytes.size())
+    QString reason;
+    if (!writeAll(m_device, line.toUtf8() + '\n', reason) || !flush(m_device, reason))
         ++m_lost;
 }
 

@@ -19,7 +19,8 @@ public:
 };
 
 /// Writes each entry as a line in UTF-8, "ERROR: text", to an open device that outlives the sink. Line
-/// breaks, other control characters and marks that change the direction of a text are written as blanks.
+/// breaks, other control characters and marks that change the direction of a text are written as blanks. A
+/// file is flushed after each entry.
 class MODELKIT_EXPORT DeviceLogSink : public LogSink
 {
 public:

@@ -7,8 +7,10 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
+#include <thread>
 
 namespace MODELKIT {
 
@@ -36,7 +38,8 @@ public:
     Logger& operator=(const Logger&) = delete;
     virtual ~Logger();
 
-    /// Hands one entry to the sink, if there is one. What the sink throws passes through.
+    /// Hands one entry to the sink, if there is one. What the sink throws passes through. An entry that the
+    /// sink itself causes, for example by a failing operation on an object with the same logger, is dropped.
     void Log(Level level, const QString& text);
 
     /// The names "INFO", "WARNING" and "ERROR", in the order of the levels.
@@ -44,6 +47,8 @@ public:
 
 private:
     std::mutex m_mutex;
+    // The thread that is in the sink.
+    std::atomic<std::thread::id> m_writer{};
     std::shared_ptr<LogSink> m_sink;
 };
 

@@ -15,7 +15,7 @@ namespace MODELKIT {
 /// Collects what the operations on whole documents accept in silence, from its construction to its
 /// destruction and in the thread that constructed it. Of several reports only the newest collects. Reports
 /// may be destroyed in any order and in any thread; only the thread of a report may look into it while it
-/// collects.
+/// collects. The entries of a document come when its reading ends.
 ///
 /// A document that is refused because it is not well-formed, has wrong lengths or exceeds a limit leaves no
 /// entries.
@@ -23,7 +23,8 @@ namespace MODELKIT {
 /// **When reading succeeds without an entry, and none was dropped, nothing was lost.** Writing the record
 /// again in the form from which it was read, with validation on or off, either is refused or gives the
 /// same information; and reading that, by a record with the same defaults and invalid values, gives an
-/// equal record.
+/// equal record. That holds as long as the defaults of nested records hold no data: reading begins with a
+/// reset, which takes them over.
 ///
 /// Information is which members are there, their values, and the order of the items in lists. These are
 /// not:

@@ -9,16 +9,40 @@
 
 namespace MODELKIT {
 
+// One object for each thread. Static objects may still be at work when those of the main thread are gone.
+template <class T>
+class OfThread
+{
+public:
+    // Null when it is gone.
+    static T* get()
+    {
+        static thread_local bool isGone = false;
+        struct Holder
+        {
+            T value{};
+            ~Holder() { isGone = true; }
+        };
+        static thread_local Holder holder;
+        return isGone ? nullptr : &holder.value;
+    }
+};
+
 // Keeps a value in force in the thread that constructs it, until it is destroyed. It may be destroyed in any
 // order with others and in any thread: whoever uses the value at that time shares it.
 template <class T>
 class InThread
 {
 public:
-    explicit InThread(std::shared_ptr<T> value) : m_stack(stack()), m_value(std::move(value))
+    explicit InThread(std::shared_ptr<T> value) : m_value(std::move(value))
     {
-        if (!m_stack)
-            m_stack = stack() = std::make_shared<Stack>();
+        auto* const own = OfThread<std::shared_ptr<Stack>>::get();
+        if (own && *own)
+            m_stack = *own;
+        else
+            m_stack = std::make_shared<Stack>();
+        if (own)
+            *own = m_stack;
         const std::lock_guard<std::mutex> lock(m_stack->mutex);
         m_stack->values.push_back(m_value);
     }
@@ -37,11 +61,11 @@ public:
     // The newest value of the calling thread, or none.
     static std::shared_ptr<T> newest()
     {
-        const auto& own = stack();
-        if (!own)
+        const auto* const own = OfThread<std::shared_ptr<Stack>>::get();
+        if (!own || !*own)
             return nullptr;
-        const std::lock_guard<std::mutex> lock(own->mutex);
-        return own->values.empty() ? nullptr : own->values.back();
+        const std::lock_guard<std::mutex> lock((*own)->mutex);
+        return (*own)->values.empty() ? nullptr : (*own)->values.back();
     }
 
 private:
@@ -50,12 +74,6 @@ private:
         std::mutex mutex;
         std::vector<std::shared_ptr<T>> values;
     };
-
-    static std::shared_ptr<Stack>& stack()
-    {
-        static thread_local std::shared_ptr<Stack> own;
-        return own;
-    }
 
     std::shared_ptr<Stack> m_stack;
     std::shared_ptr<T> m_value;

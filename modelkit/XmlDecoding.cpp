@@ -113,11 +113,12 @@ bool isAccepted(const QString& name)
 {
     static const char* const families[] = {"iso8859", "latin", "windows125", "cp125"};
     static const char* const names[] = {
-        "usascii",  "ascii",      "utf8",       "koi8r",      "koi8u",      "ibm437", "cp437",  "ibm850",
-        "cp850",    "ibm852",     "cp852",      "ibm855",     "cp855",      "ibm866", "cp866",  "tis620",
-        "eucjp",    "macintosh",  "windows874", "euckr",      "windows949", "cp949",  "sjis",   "xsjis",
-        "shiftjis", "windows31j", "windows932", "cp932",      "gb18030",    "gbk",    "gb2312", "windows936",
-        "cp936",    "big5",       "big5hkscs",  "windows950", "cp950"};
+        "usascii", "ascii",  "utf8",       "koi8r",    "koi8u",      "ibm437",     "cp437",      "ibm850",
+        "cp850",   "ibm852", "cp852",      "ibm855",   "cp855",      "ibm866",     "cp866",      "ibm775",
+        "cp775",   "ibm819", "cp819",      "ibm857",   "cp857",      "ibm858",     "cp858",      "ibm862",
+        "cp862",   "l1",     "tis620",     "eucjp",    "macintosh",  "windows874", "euckr",      "windows949",
+        "cp949",   "sjis",   "xsjis",      "shiftjis", "windows31j", "windows932", "cp932",      "gb18030",
+        "gbk",     "gb2312", "windows936", "cp936",    "big5",       "big5hkscs",  "windows950", "cp950"};
     const auto isIt = [&name](const char* known) { return name == QLatin1String(known); };
     const auto isOfIt = [&name](const char* family) { return isNumbered(name, family); };
     return std::any_of(std::begin(names), std::end(names), isIt)
@@ -249,6 +250,11 @@ DecodedXml examined(DecodedXml decoded)
     const QString declared = Declaration(decoded.text).encoding();
     if (!declared.isEmpty() && !QtVersion::knowsEncoding(declared.toLatin1()))
         return refuse(declared);
+    // The reader would let a second mark aside in silence.
+    if (decoded.text.startsWith(QChar(QChar::ByteOrderMark))) {
+        decoded.text.clear();
+        decoded.isWhole = false;
+    }
     endAtLoneSurrogate(decoded);
     return decoded;
 }

@@ -23,13 +23,24 @@ namespace {
 
 // --- reading --------------------------------------------------------------------------------
 
-// Where the reader has stopped over an error of its own.
+// Where the reader has stopped over an error of its own, which is behind it.
 Place placeOfError(const QString& text, const QXmlStreamReader& reader)
 {
-    Place place = XmlPath(text).Find(reader.characterOffset());
-    place.line = reader.lineNumber();
-    place.column = std::max<qint64>(reader.columnNumber(), 1);
+    Place place = XmlPath(text).FindPosition(reader.characterOffset());
+    place.column = std::max<qint64>(place.column - 1, 1);
     return place;
+}
+
+// Whether something is missing at the end of the text. A reader must not see one with a trap.
+bool breaksOff(const DecodedXml& input)
+{
+    if (findTrap(input.text, Limits::Get().attributes).kind != Trap::None)
+        return false;
+    QXmlStreamReader reader(input.text);
+    reader.setNamespaceProcessing(false);
+    while (!reader.atEnd())
+        reader.readNext();
+    return reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
 }
 
 // One document that is read into an object.
@@ -50,13 +61,13 @@ public:
             isRead = AdmitsText() && ReadRoot();
         } catch (...) {
             try {
-                PlaceReport();
+                DeliverReport();
             } catch (...) {
-                // What has been noticed stays, without its places.
+                // The other exception is on its way already.
             }
             throw;
         }
-        PlaceReport();
+        DeliverReport();
         return isRead;
     }
 
@@ -152,13 +163,12 @@ private:
         }
     }
 
-    // Gives the entries of the report, which the reading has noted as offsets, their places.
-    void PlaceReport()
+    void DeliverReport()
     {
-        if (m_context.GetUnplaced().isEmpty())
+        if (!m_context.HasNoticed())
             return;
         XmlPath path(m_text);
-        m_context.PlaceReport([&](qint64 characterOffset) {
+        m_context.DeliverReport([&](qint64 characterOffset) {
             Place place = path.Find(characterOffset);
             place.file = m_operation.GetFile();
             return place;
@@ -205,6 +215,10 @@ bool loadFrom(IMKObject& object, QIODevice* device)
     if (!readToEnd(*device, input, failure))
         return operation.Fail(failure);
     const DecodedXml decoded = decodeXml(input.bytes);
+    if (input.ending.kind == Failure::NotWholeYet && breaksOff(decoded)) {
+        putBack(*device, input.bytes);
+        return operation.Fail(input.ending);
+    }
     input.bytes.clear();
     return DocumentReading(operation, object, decoded, input.ending).Read();
 }

@@ -120,7 +120,10 @@ const RecordInfo* RecordInfo::FindByFrameId(std::uint32_t frameId)
 
 const RecordInfo& RecordInfo::Of(const MODELKIT::IMKObject& record)
 {
+    // Mostly the name tells, and one question settles it.
     const RecordInfo* info = Find(record.GetObjectName());
+    if (!info || !info->m_describes(record))
+        info = findClass([&record](const RecordInfo* known) { return known->m_describes(record); });
     if (!info)
         throw std::bad_cast();
     return *info;

@@ -84,8 +84,8 @@ public:
     ///   or not.
     ///
     /// A text is a `QString`, or a `QByteArray` in UTF-8. A number is of any built-in number type but `bool`,
-    /// or a C++ enumerator; floating point numbers must be whole, except for decimals. A null `QVariant` of
-    /// another type holds no value, nor does an invalid one.
+    /// or a C++ enumerator that is not negative; floating point numbers must be whole, except for decimals. A
+    /// null `QVariant` of another type holds no value, nor does an invalid one.
     /// @{
 
     /// The current value, in a `QVariant` of the type that goes with the kind.
@@ -190,7 +190,7 @@ public:
     static const RecordInfo* Find(const QString& name);
     /// The class whose whole-object binary form begins with that word; null when there is none.
     static const RecordInfo* FindByFrameId(std::uint32_t frameId);
-    /// The class of a record.
+    /// The class of a record, whatever its name; for a derived class that of the record.
     /// \throws std::bad_cast when the object is no record of this library.
     static const RecordInfo& Of(const MODELKIT::IMKObject& record);
 
@@ -233,6 +233,7 @@ private:
     void (*m_clearSelection)(MODELKIT::IMKObject&) = nullptr;
     QVector<const MemberInfo*> m_members;
     std::unique_ptr<MODELKIT::IMKObject> (*m_create)() = nullptr;
+    bool (*m_describes)(const MODELKIT::IMKObject& object) = nullptr;
 };
 
 } // namespace PELLU300ROUTERINTERFACEXML

@@ -4,8 +4,9 @@
 // bytes and keep the device's position. Otherwise a frame is put together in memory and handed to the
 // stream in one piece when it is complete, so that no device needs to seek, and every refusal shows in the
 // stream's status; reading goes through the stream part by part. Bytes, positions and the status are the
-// same either way. One thing a plain buffer does not do: whoever listens to its signals hears of one byte
-// written instead of all.
+// same either way, with two exceptions: whoever listens to the signals of a plain buffer hears of one byte
+// written instead of all, and where an owned record throws half-way, the beginning of the frame stays in a
+// plain buffer while other devices get nothing.
 #pragma once
 
 #include "modelkit/DocumentContext.h"
@@ -284,7 +285,8 @@ public:
             value = Utf8Text();
             return true;
         }
-        const char* bytes = size < 0 ? fallShort() : take(size);
+        // The number is unsigned, so that more is announced than can be there.
+        const char* bytes = take(size < 0 ? std::numeric_limits<int>::max() : size);
         value = Utf8Text(bytes, size);
         return bytes != nullptr;
     }

@@ -309,6 +309,9 @@ private:
             };
         }
         info->m_create = [] { return std::unique_ptr<MODELKIT::IMKObject>(new R); };
+        info->m_describes = [](const MODELKIT::IMKObject& object) {
+            return dynamic_cast<const R*>(&object) != nullptr;
+        };
         DataOf<R>::Members::forEach(
             [&info](auto member) { info->m_members.append(new MemberDescription<R, decltype(member)>); });
         return info;

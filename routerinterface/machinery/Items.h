@@ -65,10 +65,12 @@ void moveItem(R& record, int from, int to)
 template <class Member, class R, class Item>
 void insert(R& record, int index, const Item& item)
 {
-    const auto count = viewMember<Member>(record).size();
-    requireIndex<Member>(index, count + 1);
-    append<Member>(record, item);
-    moveItem<Member>(record, static_cast<int>(count), index);
+    orStayEmpty(record, [&] {
+        const auto count = viewMember<Member>(record).size();
+        requireIndex<Member>(index, count + 1);
+        append<Member>(record, item);
+        moveItem<Member>(record, static_cast<int>(count), index);
+    });
 }
 
 } // namespace machinery

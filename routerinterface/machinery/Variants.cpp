@@ -53,10 +53,11 @@ std::optional<qint64> wholeNumberIn(const QVariant& variant)
     default:
         break;
     }
+    // Whether an enumeration is signed Qt does not know; it takes all of them for signed ones.
     bool isConverted = false;
     const qint64 number =
         QMetaType(type).flags() & QMetaType::IsEnumeration ? variant.toLongLong(&isConverted) : 0;
-    return isConverted ? std::make_optional(number) : std::nullopt;
+    return isConverted && number >= 0 ? std::make_optional(number) : std::nullopt;
 }
 
 template <class T>

@@ -390,6 +390,29 @@ TEST(Encodings, OfAStringThatBeginsWithAMarkLetItAside)
     EXPECT_EQ(report.GetEntries().at(0).place.ToString(), text("1:29"));
 }
 
+TEST(Encodings, WithTwoMarksAreNotWellFormed)
+{
+    PelLu300RouterInterfaceXml document;
+    const QString xml = QString(2, QChar(0xFEFF)) + text("<PelLu300RouterInterfaceXml/>");
+    EXPECT_FALSE(document.SetXmlString(xml, false));
+    EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+              text("1:1: Encountered incorrectly encoded content."));
+    EXPECT_FALSE(document.SetXmlBytes(xml.toUtf8()));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
+    EXPECT_FALSE(document.SetXmlBytes(utf16(xml, true, false)));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
+}
+
+TEST(Encodings, BreakOffInTheRightLine)
+{
+    for (const char* const lineEnd : {"\n", "\r\n", "\r"}) {
+        PelLu300RouterInterfaceXml document;
+        EXPECT_FALSE(document.SetXmlString(
+            text("<?xml version='1.0'?>%1<PelLu300RouterInterfaceXml>%1").arg(text(lineEnd)), false));
+        EXPECT_EQ(IMKObject::GetLastFailure().place.ToString(), text("3:1"));
+    }
+}
+
 TEST(Encodings, OfAStringWithHalfOfASurrogatePairIsToldWhereItStands)
 {
     PelLu300RouterInterfaceXml document;

@@ -137,6 +137,19 @@ TEST(Limits, AdmitExactlyTheirNumber)
     EXPECT_EQ(kindsUnder([](Limits& limits) { limits.attributes = 1; }).first(), Failure::TooManyAttributes);
 }
 
+TEST(Limits, OfTheInputDoNotCountWhatIsInside)
+{
+    PelVtConnectServer server;
+    server.SetAddress(QString(100000, QLatin1Char('x')));
+    const QByteArray compressed = server.GetCompressedBinaryRepresentationAsQByteArray(9);
+    Limits limits;
+    limits.inputSize = compressed.size();
+    const LimitsInScope inScope(limits);
+    PelVtConnectServer read;
+    EXPECT_TRUE(read.SetBinaryRepresentation(compressed));
+    EXPECT_TRUE(read == server);
+}
+
 TEST(LimitsInScope, HoldForTheThreadAndTheTimeOfTheObject)
 {
     const Limits program = Limits::Get();

@@ -15,6 +15,7 @@ namespace {
 
 using MODELKIT::Logger;
 using MODELKIT::LogSink;
+using namespace testing_support;
 
 static_assert(!std::is_copy_constructible_v<Logger> && !std::is_copy_assignable_v<Logger>);
 static_assert(!std::is_copy_constructible_v<LogSink> && !std::is_copy_assignable_v<LogSink>);
@@ -170,6 +171,32 @@ TEST(LoggerTest, ARecordHoldsItsLoggerButWritesNothing)
     EXPECT_EQ(xmlOf(server), QStringLiteral("<PelVtConnectServer><Port>0</Port></PelVtConnectServer>"));
     EXPECT_TRUE(sink->entries.empty());
     EXPECT_EQ(server.GetLogger().use_count(), 2) << "one is the record's, one is the answer";
+}
+
+// A sink that itself works with objects that have its logger.
+class BusySink : public LogSink
+{
+public:
+    void Write(Logger::Level, const QString& text) override
+    {
+        entries += text;
+        OstraInterfacePort record;
+        record.SetLogger(logger.lock());
+        EXPECT_FALSE(record.SetXmlString(QStringLiteral("none"), false));
+    }
+
+    std::weak_ptr<Logger> logger;
+    QStringList entries;
+};
+
+TEST(LoggerSink, AnEntryThatTheSinkCausesIsDropped)
+{
+    const auto sink = std::make_shared<BusySink>();
+    const auto logger = std::make_shared<Logger>(sink);
+    sink->logger = logger;
+    logger->Log(Logger::Info, QStringLiteral("one"));
+    logger->Log(Logger::Info, QStringLiteral("two"));
+    EXPECT_EQ(sink->entries, QStringList({QStringLiteral("one"), QStringLiteral("two")}));
 }
 
 } // namespace

@@ -130,7 +130,7 @@ TEST(ReadingReports, MayEndWhileTheyCollect)
     } letting;
     EXPECT_TRUE(letting.SetXmlString(text("<DF_Params><a/><b/></DF_Params>"), false));
     EXPECT_FALSE(letting.report);
-    // And clearing it there leaves nothing to place.
+    // Clearing it there forgets what other documents have left; the own entries come at the end.
     struct Clearing : DF_Params
     {
         ReadingReport report;
@@ -140,8 +140,14 @@ TEST(ReadingReports, MayEndWhileTheyCollect)
             report.Clear();
         }
     } clearing;
-    EXPECT_TRUE(clearing.SetXmlString(text("<DF_Params><a/><b/></DF_Params>"), false));
+    read("before");
+    EXPECT_EQ(names(clearing.report), list({"before"}));
+    EXPECT_TRUE(clearing.SetXmlString(text("<DF_Params><a/><b/>\n<c/></DF_Params>"), false));
+    EXPECT_EQ(names(clearing.report), list({"a", "b", "c"}));
+    EXPECT_EQ(clearing.report.GetEntries().at(2).place.ToString(), text("2:1"));
+    EXPECT_FALSE(clearing.SetXmlString(text("<DF_Params><a/><b/>\n<c/>"), false));
     EXPECT_TRUE(clearing.report.GetEntries().isEmpty());
+    EXPECT_EQ(clearing.report.GetDropped(), 0);
 }
 
 TEST(ReadingReports, KeepNothingOfDocumentsThatAreNone)

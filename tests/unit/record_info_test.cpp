@@ -225,4 +225,31 @@ TEST(RecordInfo, refusesOperationsOfAnotherKind)
     EXPECT_FALSE(port.IsPortSet());
 }
 
+TEST(RecordInfoOf, GoesByTheClassAndNotByTheName)
+{
+    struct Renamed : PelLu300RouterMessage
+    {
+        Renamed() { SetObjectName(QStringLiteral("MyMessage")); }
+    };
+    EXPECT_EQ(&RecordInfo::Of(Renamed()), RecordInfo::Find(QStringLiteral("PelLu300RouterMessage")));
+    struct Misnamed : DF_Params
+    {
+        Misnamed() { SetObjectName(QStringLiteral("Fragment")); }
+    };
+    EXPECT_EQ(&RecordInfo::Of(Misnamed()), RecordInfo::Find(QStringLiteral("DF_Params")));
+    struct Foreign : MODELKIT::IMKObject
+    {
+        Foreign() { SetObjectName(QStringLiteral("Fragment")); }
+        bool HasData() const override { return true; }
+        void Reset() override {}
+        void Check(bool) const override {}
+        void Check() const override {}
+        void GetXml(QXmlStreamWriter&) const override {}
+        bool GetBinary(QDataStream&, int, bool) const override { return false; }
+        void SetBinary(QDataStream&, int) override {}
+        void ProcessXmlStartElement(QXmlStreamReader&) override {}
+    };
+    EXPECT_THROW(RecordInfo::Of(Foreign()), std::bad_cast);
+}
+
 } // namespace

@@ -11,6 +11,7 @@
 #include <QtCore/QTemporaryDir>
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <stdexcept>
 
@@ -363,7 +364,7 @@ TEST(AnyDevice, ThatFailsIsNotTakenForTheEnd)
 
 TEST(AnyDevice, ThatThrowsLeavesAFailureBehind)
 {
-    const QString sentence = text("The operation was interrupted by an exception that is none of a record.");
+    const QString sentence = text("The operation was interrupted by an exception.");
     const auto sink = std::make_shared<MODELKIT::MemoryLogSink>();
     PelLu300RouterMessage message = sample();
     message.SetLogger(std::make_shared<MODELKIT::Logger>(sink));
@@ -396,6 +397,59 @@ TEST(AnyDevice, ThatThrowsLeavesAFailureBehind)
     // The next operation begins with a clean slate.
     EXPECT_FALSE(message.GetXmlBytes().isEmpty());
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
+}
+
+namespace {
+
+// Runs an operation when the objects of the main thread are gone already.
+struct AtExit
+{
+    ~AtExit()
+    {
+        OstraInterfacePort record;
+        // Qt 5 itself reads no XML any more by now.
+        const bool isRead = record.SetBinaryRepresentation(QByteArray("none"));
+        const MODELKIT::LimitsInScope inScope{MODELKIT::Limits()};
+        const MODELKIT::ReadingReport report;
+        if (isRead || !record.SetBinaryRepresentation(record.GetBinaryRepresentationAsQByteArray())
+            || !report.GetEntries().isEmpty())
+            std::abort();
+    }
+};
+
+const AtExit atExit;
+
+} // namespace
+
+TEST(AtTheEndOfTheProgram, OperationsAreStillThere)
+{
+    // Something to be destroyed before; what counts is how the program ends.
+    EXPECT_FALSE(OstraInterfacePort().LoadXml(text("/nowhere/%1").arg(1)));
+    const MODELKIT::LimitsInScope inScope{MODELKIT::Limits()};
+    const MODELKIT::ReadingReport report;
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+}
+
+TEST(AnyDevice, ThatThrowsWhenItIsClosedInterrupts)
+{
+    struct Device : QBuffer
+    {
+        void close() override { throw std::runtime_error("it does not close"); }
+    } device;
+    device.setData("<OstraInterfacePort/>");
+    OstraInterfacePort record;
+    EXPECT_THROW(record.LoadXml(&device), std::runtime_error);
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::Interrupted);
+}
+
+TEST(AnyDevice, ThatIsOpenForReadingOnlyTakesNothing)
+{
+    QBuffer device;
+    ASSERT_TRUE(device.open(QIODevice::ReadOnly));
+    QDataStream stream(&device);
+    sample().GetBinaryRepresentation(stream);
+    expectFailure(Failure::InputOutput,
+                  text("The binary form cannot be written: it is not open for writing."));
 }
 
 TEST(AnyDevice, MayUseOtherOperationsMeanwhile)

@@ -639,7 +639,8 @@ TEST(TricklingDevice, GivesFormsOneAfterTheOther)
     EXPECT_EQ(device.left(), 0);
 }
 
-TEST(TricklingDevice, ThatEndsTooEarlyIsCutOff)
+// It does not say that it has ended.
+TEST(TricklingDevice, ThatHasNoMoreIsNotWholeYet)
 {
     for (const int size : {0, 5, 8, 60}) {
         Trickle device(sampleForm().left(size));
@@ -647,19 +648,20 @@ TEST(TricklingDevice, ThatEndsTooEarlyIsCutOff)
         PelLu300RouterMessage message = sample();
         EXPECT_FALSE(message.SetBinaryRepresentation(stream));
         EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
-                  QStringLiteral("offset %1: The binary form is cut off.").arg(size));
+                  QStringLiteral("Only %1 bytes of the binary form have arrived.").arg(size));
         EXPECT_TRUE(message == sample());
+        EXPECT_EQ(device.bytesAvailable(), size);
     }
 }
 
-TEST(TricklingDevice, ThatAnnouncesMuchAndEndsIsCutOff)
+TEST(TricklingDevice, ThatAnnouncesMuchAndHasNoMoreIsNotWholeYet)
 {
     Trickle device(bytes("EAC09D5A 0FFFFFF0") + QByteArray(100, '\0'));
     QDataStream stream(&device);
     PelLu300RouterMessage message;
     EXPECT_FALSE(message.SetBinaryRepresentation(stream));
     EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
-              QStringLiteral("offset 108: The binary form is cut off."));
+              QStringLiteral("Only 108 bytes of the binary form have arrived."));
 }
 
 // --- writing --------------------------------------------------------------------------------------

@@ -6,6 +6,8 @@
 #include "modelkit/LogSinks.h"
 #include "modelkit/ReadingReport.h"
 
+#include <QtCore/QProcess>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -262,4 +264,147 @@ TEST(Waiting, AFormThatIsCutOffInMemoryIsPutBack)
     stream.resetStatus();
     EXPECT_TRUE(record.SetBinaryRepresentation(stream));
     EXPECT_EQ(record.GetPort(), 5000U);
+}
+
+namespace {
+
+// Delivers pieces, and in between nothing. Like many devices it cannot be waited for; it may tell its end.
+class QuietDevice : public QIODevice
+{
+public:
+    explicit QuietDevice(const QList<QByteArray>& pieces, bool tellsItsEnd = false)
+        : m_pieces(pieces), m_tellsItsEnd(tellsItsEnd)
+    {
+        open(QIODevice::ReadOnly);
+    }
+    bool isSequential() const override { return true; }
+
+    // Lets the next piece arrive.
+    void goOn() { m_isPausing = false; }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        if (m_pieces.isEmpty())
+            return m_tellsItsEnd ? -1 : 0;
+        if (m_isPausing)
+            return 0;
+        QByteArray& piece = m_pieces.first();
+        const QByteArray part = piece.left(static_cast<int>(size));
+        std::copy(part.begin(), part.end(), data);
+        piece.remove(0, part.size());
+        if (piece.isEmpty()) {
+            m_pieces.removeFirst();
+            m_isPausing = !m_pieces.isEmpty();
+        }
+        return part.size();
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QList<QByteArray> m_pieces;
+    bool m_tellsItsEnd;
+    bool m_isPausing = false;
+};
+
+} // namespace
+
+TEST(Waiting, ADeviceThatIsQuietInTheMiddleOfAFormHasNotEnded)
+{
+    const QByteArray form = portForm();
+    for (int size = 1; size < form.size(); ++size) {
+        SCOPED_TRACE(size);
+        QuietDevice device({form.left(size), form.mid(size) + "rest"});
+        QDataStream stream(&device);
+        OstraInterfacePort record;
+        record.SetPort(7);
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+            EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+            EXPECT_EQ(record.GetPort(), 7U);
+            EXPECT_EQ(stream.status(), QDataStream::Ok);
+        }
+        device.goOn();
+        EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+        EXPECT_EQ(record.GetPort(), 5000U);
+        EXPECT_EQ(device.read(10), QByteArray("rest"));
+    }
+}
+
+TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
+{
+    const QByteArray xml = "<OstraInterfacePort><Port>5000</Port><!--\xC3\xA4--></OstraInterfacePort>";
+    for (int size = 1; size < xml.size(); ++size) {
+        SCOPED_TRACE(size);
+        QuietDevice device({xml.left(size), xml.mid(size)});
+        OstraInterfacePort record;
+        record.SetPort(7);
+        EXPECT_FALSE(record.LoadXml(&device));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+        EXPECT_EQ(record.GetPort(), 7U);
+        device.goOn();
+        EXPECT_TRUE(record.LoadXml(&device)) << IMKObject::GetLastFailure().GetSentence().toStdString();
+        EXPECT_EQ(record.GetPort(), 5000U);
+        // The same for a binary form that goes to the end.
+        const QByteArray form = portForm();
+        const int half = std::min(size, static_cast<int>(form.size()) - 1);
+        QuietDevice binary({form.left(half), form.mid(half)});
+        record.SetPort(7);
+        EXPECT_FALSE(record.LoadBinary(&binary));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+        EXPECT_EQ(record.GetPort(), 7U);
+        binary.goOn();
+        EXPECT_TRUE(record.LoadBinary(&binary));
+        EXPECT_EQ(record.GetPort(), 5000U);
+    }
+    // What is wrong in itself is told at once.
+    OstraInterfacePort record;
+    QuietDevice wrong({QByteArray("<OstraInterfacePort></x>"), QByteArray("more")});
+    EXPECT_FALSE(record.LoadXml(&wrong));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
+    QuietDevice trap({QByteArray("<!DOCTYPE x><OstraInterfacePort>"), QByteArray("more")});
+    EXPECT_FALSE(record.LoadXml(&trap));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::DoctypeRefused);
+}
+
+TEST(Waiting, ADeviceThatTellsItsEndBreaksOff)
+{
+    QuietDevice device({portForm().left(20)}, true);
+    QDataStream stream(&device);
+    OstraInterfacePort record;
+    EXPECT_FALSE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
+              text("The device cannot be read: the device gives no reason."));
+    QuietDevice xml({QByteArray("<OstraInterfacePort/>")}, true);
+    EXPECT_TRUE(record.LoadXml(&xml));
+}
+
+TEST(Waiting, AFormOfAnotherClassCanBeReadByAnother)
+{
+    QuietDevice device({portForm()});
+    QDataStream stream(&device);
+    DF_Params other;
+    EXPECT_FALSE(other.SetBinaryRepresentation(stream));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::WrongClass);
+    OstraInterfacePort record;
+    EXPECT_TRUE(record.SetBinaryRepresentation(stream));
+    EXPECT_EQ(record.GetPort(), 5000U);
+}
+
+TEST(Waiting, AProcessIsWaitedForAndItsFailureTold)
+{
+    OstraInterfacePort record;
+    QProcess process;
+    process.start(text("/bin/sh"), {text("-c"), text("printf '<OstraInterfacePort>'; sleep 0.05; "
+                                                     "printf '<Port>5</Port></OstraInterfacePort>'")});
+    EXPECT_TRUE(record.LoadXml(&process)) << IMKObject::GetLastFailure().GetSentence().toStdString();
+    EXPECT_EQ(record.GetPort(), 5U);
+    process.waitForFinished();
+    process.start(text("/bin/sh"), {text("-c"), text("printf '<OstraInterfacePort>'; sleep 0.05")});
+    EXPECT_FALSE(record.LoadXml(&process));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+    process.waitForFinished();
+    process.start(text("/nowhere/program"), QStringList());
+    EXPECT_FALSE(record.LoadXml(&process));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
 }

@@ -792,12 +792,15 @@ TEST(LogSinks, ADeviceGetsNoCharacterThatMakesAnEntryLookLikeAnother)
 
 TEST(LogSinks, ADeviceThatTakesNoEntryHasItCounted)
 {
-    QFile full(QStringLiteral("/dev/full"));
-    ASSERT_TRUE(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    MODELKIT::DeviceLogSink sink(full);
-    sink.Write(MODELKIT::Logger::Info, QStringLiteral("one"));
-    sink.Write(MODELKIT::Logger::Info, QStringLiteral("two"));
-    EXPECT_EQ(sink.GetLost(), 2);
+    for (const QIODevice::OpenMode mode :
+         {QIODevice::OpenMode(), QIODevice::OpenMode(QIODevice::Unbuffered)}) {
+        QFile full(QStringLiteral("/dev/full"));
+        ASSERT_TRUE(full.open(QIODevice::WriteOnly | mode));
+        MODELKIT::DeviceLogSink sink(full);
+        sink.Write(MODELKIT::Logger::Info, QStringLiteral("one"));
+        sink.Write(MODELKIT::Logger::Info, QStringLiteral("two"));
+        EXPECT_EQ(sink.GetLost(), 2);
+    }
 }
 
 namespace {
