@@ -1,13 +1,13 @@
 #include "CommandLine.h"
 
-#include "Check.h"
-#include "Closest.h"
-#include "Convert.h"
-#include "Diff.h"
-#include "New.h"
-#include "Show.h"
-#include "Stats.h"
 #include "UsageError.h"
+#include "commands/CheckCommand.h"
+#include "commands/ConvertCommand.h"
+#include "commands/DiffCommand.h"
+#include "commands/NewCommand.h"
+#include "commands/ShowCommand.h"
+#include "commands/StatsCommand.h"
+#include "documents/Closest.h"
 
 #include "modelkit/Version.h"
 

@@ -1,7 +1,7 @@
 #include "Finding.h"
 
-#include "Closest.h"
 #include "Terminal.h"
+#include "documents/Closest.h"
 
 namespace routermsg {
 

@@ -1,8 +1,8 @@
 #include "HexView.h"
 
-#include "Dissection.h"
-#include "LargeJson.h"
 #include "Terminal.h"
+#include "documents/Dissection.h"
+#include "documents/LargeJson.h"
 
 #include "modelkit/BinaryForm.h"
 

@@ -1,8 +1,8 @@
 #include "Save.h"
 
-#include "Closest.h"
-#include "JsonForm.h"
 #include "UsageError.h"
+#include "documents/Closest.h"
+#include "documents/JsonForm.h"
 
 namespace routermsg {
 

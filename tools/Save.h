@@ -2,8 +2,8 @@
 /// Saving a document and telling the user of it.
 #pragma once
 
-#include "Forms.h"
 #include "Terminal.h"
+#include "documents/Forms.h"
 
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>

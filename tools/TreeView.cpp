@@ -1,7 +1,7 @@
 #include "TreeView.h"
 
 #include "Terminal.h"
-#include "Values.h"
+#include "documents/Values.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QStringList>

@@ -1,7 +1,7 @@
-#include "Stats.h"
+#include "StatsCommand.h"
 
-#include "Forms.h"
-#include "Statistics.h"
+#include "documents/Forms.h"
+#include "documents/Statistics.h"
 
 #include <QtCore/QJsonArray>
 

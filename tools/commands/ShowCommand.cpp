@@ -1,9 +1,9 @@
-#include "Show.h"
+#include "ShowCommand.h"
 
-#include "Forms.h"
 #include "HexView.h"
 #include "Save.h"
 #include "TreeView.h"
+#include "documents/Forms.h"
 
 namespace routermsg {
 

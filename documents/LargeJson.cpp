@@ -1,4 +1,4 @@
-#include "LargeJson.h"
+#include "documents/LargeJson.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>

@@ -1,4 +1,4 @@
-#include "Alignment.h"
+#include "documents/Alignment.h"
 
 #include <QtCore/QSet>
 

@@ -2,8 +2,8 @@
 /// The command `convert`: a document in another form.
 #pragma once
 
-#include "Forms.h"
 #include "Terminal.h"
+#include "documents/Forms.h"
 
 #include <QtCore/QString>
 

@@ -2,7 +2,7 @@
 /// What many documents hold.
 #pragma once
 
-#include "Forms.h"
+#include "documents/Forms.h"
 
 #include "routerinterface/RecordInfo.h"
 

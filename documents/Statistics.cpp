@@ -1,4 +1,4 @@
-#include "Statistics.h"
+#include "documents/Statistics.h"
 
 namespace routermsg {
 

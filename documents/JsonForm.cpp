@@ -1,8 +1,8 @@
-#include "JsonForm.h"
+#include "documents/JsonForm.h"
 
-#include "Closest.h"
 #include "Finding.h"
 #include "Terminal.h"
+#include "documents/Closest.h"
 
 #include "modelkit/Limits.h"
 #include "routerinterface/RecordInfo.h"

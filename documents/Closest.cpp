@@ -1,4 +1,4 @@
-#include "Closest.h"
+#include "documents/Closest.h"
 
 #include "modelkit/ClosestName.h"
 

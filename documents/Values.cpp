@@ -1,4 +1,4 @@
-#include "Values.h"
+#include "documents/Values.h"
 
 #include "Terminal.h"
 

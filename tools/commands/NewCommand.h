@@ -7,8 +7,8 @@
 ///     Request MessageID=7 AcquireMastership DF_Params Frequency=98.5e6
 #pragma once
 
-#include "Forms.h"
 #include "Terminal.h"
+#include "documents/Forms.h"
 
 #include "modelkit/IMKObject.h"
 

@@ -1,10 +1,10 @@
-#include "Difference.h"
+#include "documents/Difference.h"
 
-#include "Alignment.h"
-#include "Closest.h"
 #include "Terminal.h"
 #include "UsageError.h"
-#include "Values.h"
+#include "documents/Alignment.h"
+#include "documents/Closest.h"
+#include "documents/Values.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QDataStream>

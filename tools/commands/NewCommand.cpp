@@ -1,8 +1,8 @@
-#include "New.h"
+#include "NewCommand.h"
 
-#include "Closest.h"
 #include "Save.h"
 #include "UsageError.h"
+#include "documents/Closest.h"
 
 #include "modelkit/ClosestName.h"
 

@@ -1,7 +1,7 @@
-#include "Check.h"
+#include "CheckCommand.h"
 
-#include "Forms.h"
-#include "LargeJson.h"
+#include "documents/Forms.h"
+#include "documents/LargeJson.h"
 
 #include "modelkit/ReadingReport.h"
 

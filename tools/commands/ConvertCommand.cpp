@@ -1,4 +1,4 @@
-#include "Convert.h"
+#include "ConvertCommand.h"
 
 #include "Save.h"
 

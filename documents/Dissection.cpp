@@ -1,7 +1,7 @@
-#include "Dissection.h"
+#include "documents/Dissection.h"
 
 #include "Terminal.h"
-#include "Values.h"
+#include "documents/Values.h"
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/Place.h"

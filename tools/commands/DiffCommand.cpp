@@ -1,9 +1,9 @@
-#include "Diff.h"
+#include "DiffCommand.h"
 
-#include "Difference.h"
-#include "Forms.h"
-#include "LargeJson.h"
 #include "UsageError.h"
+#include "documents/Difference.h"
+#include "documents/Forms.h"
+#include "documents/LargeJson.h"
 
 #include <QtCore/QJsonObject>
 

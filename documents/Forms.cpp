@@ -1,7 +1,7 @@
-#include "Forms.h"
+#include "documents/Forms.h"
 
-#include "JsonForm.h"
 #include "Terminal.h"
+#include "documents/JsonForm.h"
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/Limits.h"
