@@ -1,7 +1,8 @@
 #include "documents/Forms.h"
 
-#include "Terminal.h"
+#include "Session.h"
 #include "documents/JsonForm.h"
+#include "documents/Text.h"
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/Limits.h"

@@ -1,5 +1,7 @@
 #include "documents/LargeJson.h"
 
+#include "documents/Text.h"
+
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 

@@ -2,7 +2,7 @@
 /// Results as JSON that are too many to be kept until all are known.
 #pragma once
 
-#include "Terminal.h"
+#include "Output.h"
 
 #include <QtCore/QJsonValue>
 #include <QtCore/QString>

@@ -1,6 +1,6 @@
 #include "documents/Values.h"
 
-#include "Terminal.h"
+#include "documents/Text.h"
 
 #include <QtCore/QJsonObject>
 #include <QtCore/QStringList>

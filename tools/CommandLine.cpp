@@ -8,6 +8,7 @@
 #include "commands/ShowCommand.h"
 #include "commands/StatsCommand.h"
 #include "documents/Closest.h"
+#include "documents/Text.h"
 
 #include "modelkit/Version.h"
 

@@ -1,7 +1,5 @@
 #include "CommandTables.h"
 
-#include "Terminal.h"
-
 #include <QtCore/QPair>
 
 #include <algorithm>

@@ -1,7 +1,8 @@
 #include "Finding.h"
 
-#include "Terminal.h"
+#include "Output.h"
 #include "documents/Closest.h"
+#include "documents/Text.h"
 
 namespace routermsg {
 

@@ -1,6 +1,6 @@
 #include "HexView.h"
 
-#include "Terminal.h"
+#include "Output.h"
 #include "documents/Dissection.h"
 #include "documents/LargeJson.h"
 

@@ -3,6 +3,7 @@
 #include "UsageError.h"
 #include "documents/Closest.h"
 #include "documents/JsonForm.h"
+#include "documents/Text.h"
 
 namespace routermsg {
 

@@ -2,7 +2,7 @@
 /// Saving a document and telling the user of it.
 #pragma once
 
-#include "Terminal.h"
+#include "Session.h"
 #include "documents/Forms.h"
 
 #include <QtCore/QJsonObject>

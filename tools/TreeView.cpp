@@ -1,6 +1,6 @@
 #include "TreeView.h"
 
-#include "Terminal.h"
+#include "Output.h"
 #include "documents/Values.h"
 
 #include <QtCore/QJsonArray>

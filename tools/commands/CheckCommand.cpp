@@ -1,7 +1,9 @@
 #include "CheckCommand.h"
 
+#include "Progress.h"
 #include "documents/Forms.h"
 #include "documents/LargeJson.h"
+#include "documents/Text.h"
 
 #include "modelkit/ReadingReport.h"
 

@@ -2,7 +2,7 @@
 /// The command `check`: are documents valid?
 #pragma once
 
-#include "Terminal.h"
+#include "Session.h"
 
 #include <QtCore/QStringList>
 

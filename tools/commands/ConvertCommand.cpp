@@ -1,5 +1,6 @@
 #include "ConvertCommand.h"
 
+#include "Progress.h"
 #include "Save.h"
 
 namespace routermsg {

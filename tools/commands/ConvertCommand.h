@@ -2,7 +2,7 @@
 /// The command `convert`: a document in another form.
 #pragma once
 
-#include "Terminal.h"
+#include "Session.h"
 #include "documents/Forms.h"
 
 #include <QtCore/QString>

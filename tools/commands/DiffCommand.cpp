@@ -1,5 +1,6 @@
 #include "DiffCommand.h"
 
+#include "Progress.h"
 #include "UsageError.h"
 #include "documents/Difference.h"
 #include "documents/Forms.h"

@@ -2,7 +2,7 @@
 /// The command `diff`: where two documents differ.
 #pragma once
 
-#include "Terminal.h"
+#include "Session.h"
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>

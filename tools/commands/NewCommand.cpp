@@ -3,6 +3,7 @@
 #include "Save.h"
 #include "UsageError.h"
 #include "documents/Closest.h"
+#include "documents/Text.h"
 
 #include "modelkit/ClosestName.h"
 

@@ -7,7 +7,7 @@
 ///     Request MessageID=7 AcquireMastership DF_Params Frequency=98.5e6
 #pragma once
 
-#include "Terminal.h"
+#include "Session.h"
 #include "documents/Forms.h"
 
 #include "modelkit/IMKObject.h"

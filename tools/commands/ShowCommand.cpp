@@ -1,6 +1,7 @@
 #include "ShowCommand.h"
 
 #include "HexView.h"
+#include "Progress.h"
 #include "Save.h"
 #include "TreeView.h"
 #include "documents/Forms.h"

@@ -2,7 +2,7 @@
 /// The command `show`: a document to be read by people.
 #pragma once
 
-#include "Terminal.h"
+#include "Session.h"
 
 #include <QtCore/QString>
 

@@ -1,7 +1,9 @@
 #include "StatsCommand.h"
 
+#include "Progress.h"
 #include "documents/Forms.h"
 #include "documents/Statistics.h"
+#include "documents/Text.h"
 
 #include <QtCore/QJsonArray>
 

@@ -2,7 +2,7 @@
 /// The command `stats`: what recorded documents hold.
 #pragma once
 
-#include "Terminal.h"
+#include "Session.h"
 
 #include <QtCore/QStringList>
 
