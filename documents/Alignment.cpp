@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 namespace {
 
@@ -188,4 +188,4 @@ Pairs Aligner::align(const Sequence& first, const Sequence& second)
     return pairs;
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

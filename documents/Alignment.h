@@ -5,7 +5,7 @@
 #include <QtCore/QPair>
 #include <QtCore/QVector>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 /// Finds elements that two sequences have in common, in order: the positions in both of a longest common
 /// subsequence, by the linear-space algorithm of E. W. Myers ("An O(ND) Difference Algorithm and Its
@@ -27,4 +27,4 @@ private:
     qint64 m_effort = 100000000;
 };
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

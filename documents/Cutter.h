@@ -10,7 +10,7 @@
 
 #include <algorithm>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 constexpr qint64 wordSize = 4;
 constexpr qint64 headerSize = 2 * wordSize;
@@ -162,4 +162,4 @@ private:
     QStringList m_path = {QString()};
 };
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -15,7 +15,7 @@
 #include <cmath>
 #include <limits>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
@@ -27,10 +27,10 @@ namespace {
 class Entered
 {
 public:
-    Entered(MemberPath& path, const MemberPath::Step& step) : m_path(path) { path.enter(step); }
+    Entered(MemberPath& path, const MemberPath::Step& step) : m_path(path) { path.Enter(step); }
     Entered(const Entered&) = delete;
     Entered& operator=(const Entered&) = delete;
-    ~Entered() { m_path.leave(); }
+    ~Entered() { m_path.Leave(); }
 
 private:
     MemberPath& m_path;
@@ -57,7 +57,7 @@ private:
             if (!member->IsSet(record))
                 continue;
             const Entered step(m_path, {member->GetName(), 0, 0});
-            if (m_ignored.contains(m_path))
+            if (m_ignored.Contains(m_path))
                 continue;
             stream << member->GetBinaryTag();
             write(record, *member, stream);
@@ -99,8 +99,8 @@ private:
     void writeItems(const IMKObject& record, const MemberInfo& member, QDataStream& stream)
     {
         for (int i = 0, count = member.CountItems(record); i < count; ++i) {
-            m_path.setNumbers(i + 1, i + 1);
-            if (!m_ignored.contains(m_path))
+            m_path.SetNumbers(i + 1, i + 1);
+            if (!m_ignored.Contains(m_path))
                 write(member.GetItem(record, i), stream);
         }
     }
@@ -146,7 +146,7 @@ public:
         const QString& secondClass = RecordInfo::Of(second).GetName();
         if (firstClass == secondClass) {
             const Entered step(m_path, {firstClass, 0, 0});
-            if (!m_ignored.contains(m_path))
+            if (!m_ignored.Contains(m_path))
                 compare(first, second);
             return;
         }
@@ -164,7 +164,7 @@ private:
     {
         for (const MemberInfo* member : RecordInfo::Of(first).GetMembers()) {
             const Entered step(m_path, {member->GetName(), 0, 0});
-            if (!m_ignored.contains(m_path))
+            if (!m_ignored.Contains(m_path))
                 compare(first, second, *member);
         }
     }
@@ -181,7 +181,7 @@ private:
             reportChange(first, second, member);
         else if (isInFirst && member.GetKind() == MemberInfo::Record)
             compare(member.GetRecord(first), member.GetRecord(second));
-        else if (isInFirst && !isSameValue(member, member.GetValue(first), member.GetValue(second)))
+        else if (isInFirst && !IsSameValue(member, member.GetValue(first), member.GetValue(second)))
             reportChange(first, second, member);
     }
 
@@ -205,8 +205,8 @@ private:
     {
         Items items{record, member, {}};
         for (int i = 0, count = member.CountItems(record); i < count; ++i) {
-            m_path.setNumbers(i + 1, i + 1);
-            if (!m_ignored.contains(m_path))
+            m_path.SetNumbers(i + 1, i + 1);
+            if (!m_ignored.Contains(m_path))
                 items.positions += i;
         }
         return items;
@@ -218,7 +218,7 @@ private:
         QVector<int> result;
         result.reserve(items.count());
         for (int i = 0; i < items.count(); ++i) {
-            m_path.setNumbers(items.number(i), items.number(i));
+            m_path.SetNumbers(items.number(i), items.number(i));
             const QByteArray bytes = Fingerprint(m_ignored, m_path).of(items.at(i));
             const auto number = static_cast<int>(known.size());
             const auto found = known.constFind(bytes);
@@ -255,7 +255,7 @@ private:
 
     void compareItems(const Items& inFirst, int i, const Items& inSecond, int j)
     {
-        m_path.setNumbers(inFirst.number(i), inSecond.number(j));
+        m_path.SetNumbers(inFirst.number(i), inSecond.number(j));
         compare(inFirst.at(i), inSecond.at(j));
     }
 
@@ -264,11 +264,11 @@ private:
         const bool isInFirst = kind == Difference::Removed;
         for (int i = begin; i < end; ++i) {
             const int number = items.number(i);
-            m_path.setNumbers(isInFirst ? number : 0, isInFirst ? 0 : number);
+            m_path.SetNumbers(isInFirst ? number : 0, isInFirst ? 0 : number);
             Difference difference;
             difference.kind = kind;
-            (isInFirst ? difference.first : difference.second) = summaryText(items.at(i));
-            (isInFirst ? difference.firstValue : difference.secondValue) = summaryJson(items.at(i));
+            (isInFirst ? difference.first : difference.second) = SummaryText(items.at(i));
+            (isInFirst ? difference.firstValue : difference.secondValue) = SummaryJson(items.at(i));
             report(difference);
         }
     }
@@ -276,10 +276,10 @@ private:
     void reportChange(const IMKObject& first, const IMKObject& second, const MemberInfo& member)
     {
         Difference difference;
-        difference.first = memberText(first, member);
-        difference.second = memberText(second, member);
-        difference.firstValue = memberJson(first, member);
-        difference.secondValue = memberJson(second, member);
+        difference.first = MemberText(first, member);
+        difference.second = MemberText(second, member);
+        difference.firstValue = MemberJson(first, member);
+        difference.secondValue = MemberJson(second, member);
         report(difference);
     }
 
@@ -297,10 +297,10 @@ private:
 
 } // namespace
 
-void compareRecords(const IMKObject& first, const IMKObject& second, const IgnoredMembers& ignored,
+void CompareRecords(const IMKObject& first, const IMKObject& second, const IgnoredMembers& ignored,
                     const std::function<void(const Difference&)>& visit)
 {
     Comparison(ignored, visit).compareRoots(first, second);
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

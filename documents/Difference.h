@@ -2,6 +2,7 @@
 /// Where two records differ.
 #pragma once
 
+#include "documents/Export.h"
 #include "documents/IgnoredMembers.h"
 #include "documents/MemberPath.h"
 
@@ -12,7 +13,7 @@
 
 #include <functional>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 /// One difference.
 struct Difference
@@ -36,8 +37,10 @@ struct Difference
 
 /// Calls visit() for every difference between the records, in the order of the members. Items of lists
 /// are aligned: what is the same in both goes together, and between that items that carry the same member, in
-/// order.
-void compareRecords(const MODELKIT::IMKObject& first, const MODELKIT::IMKObject& second,
-                    const IgnoredMembers& ignored, const std::function<void(const Difference&)>& visit);
+/// order. Of records of different classes that is the only difference. What visit() throws passes through.
+/// \throws std::bad_cast when an object is no record of the record library.
+ROUTERDOCUMENTS_EXPORT void CompareRecords(const MODELKIT::IMKObject& first,
+                                           const MODELKIT::IMKObject& second, const IgnoredMembers& ignored,
+                                           const std::function<void(const Difference&)>& visit);
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -5,14 +5,14 @@
 
 #include <QtCore/QString>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 
 namespace {
 
 // Both ends of a long text, without halves of surrogate pairs.
-QString abbreviated(const QString& text, QString (*safe)(const QString&))
+QString bothEnds(const QString& text, QString (*safe)(const QString&))
 {
     int begin = 40;
     int end = 16;
@@ -40,8 +40,8 @@ Part decimalPart(const MemberInfo& member, const QString& text)
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);
     if (isNumber)
-        return valuePart(abbreviated(text, printable), valueJson(member, number));
-    Part part = valuePart(abbreviated(text, quoted), 0);
+        return valuePart(bothEnds(text, Printable), ValueJson(member, number));
+    Part part = valuePart(bothEnds(text, Quoted), 0);
     part.note = QStringLiteral("It is no number and is read as 0.");
     return part;
 }
@@ -50,8 +50,8 @@ Part enumeratorPart(const MemberInfo& member, const QString& name)
 {
     const auto number = static_cast<int>(member.GetNames().indexOf(name));
     if (number >= 0)
-        return valuePart(valueText(member, number), name);
-    Part part = valuePart(abbreviated(name, quoted), name);
+        return valuePart(ValueText(member, number), name);
+    Part part = valuePart(bothEnds(name, Quoted), name);
     part.wrong = QStringLiteral("There is no such enumerator of %1.").arg(member.GetName());
     return part;
 }
@@ -81,10 +81,10 @@ Part textualPart(const MemberInfo& member, const QByteArray& bytes)
     const QString text = QString::fromUtf8(bytes);
     Part part = member.GetKind() == MemberInfo::Decimal       ? decimalPart(member, text)
                 : member.GetKind() == MemberInfo::Enumeration ? enumeratorPart(member, text)
-                                                              : valuePart(abbreviated(text, quoted), text);
+                                                              : valuePart(bothEnds(text, Quoted), text);
     if (text.toUtf8() != bytes && part.note.isEmpty())
         part.note = QStringLiteral("Not all of it is UTF-8.");
     return part;
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

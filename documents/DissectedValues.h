@@ -7,7 +7,7 @@
 
 #include <QtCore/QByteArray>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 // Without place and bytes, which the cutter knows.
 Part unsignedPart(qint64 number);
@@ -15,4 +15,4 @@ Part booleanPart(char byte);
 // A text, a decimal or an enumerator.
 Part textualPart(const PELLU300ROUTERINTERFACEXML::MemberInfo& member, const QByteArray& bytes);
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

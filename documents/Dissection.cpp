@@ -6,9 +6,9 @@
 
 #include <algorithm>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
-QString nameOf(Part::Kind kind)
+QString NameOf(Part::Kind kind)
 {
     switch (kind) {
     case Part::ClassId:
@@ -107,11 +107,16 @@ private:
 
 } // namespace
 
-void dissectCompressed(const QByteArray& form, QByteArray& plain, const PartVisitor& visit)
+void DissectCompressed(const QByteArray& form, QByteArray& plain, const PartVisitor& visit)
 {
+    plain.clear();
+    if (!MODELKIT::IsCompressedForm(form)) {
+        DissectPlain(form, visit);
+        return;
+    }
     MODELKIT::Failure failure;
     MODELKIT::InflateForm(form, plain, failure);
     CompressedForm(form, failure, visit).dissect();
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

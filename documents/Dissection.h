@@ -2,13 +2,15 @@
 /// The parts of a binary form, one by one, as far as they can be told apart, whatever is wrong with it.
 #pragma once
 
+#include "documents/Export.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonValue>
 #include <QtCore/QString>
 
 #include <functional>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 /// Some bytes that belong together.
 struct Part
@@ -49,18 +51,20 @@ struct Part
 };
 
 /// The name of a kind of part for programs: "classId", "tag".
-QString nameOf(Part::Kind kind);
+ROUTERDOCUMENTS_EXPORT QString NameOf(Part::Kind kind);
 
 using PartVisitor = std::function<void(const Part&)>;
 
 /// Calls visit() for all parts of a plain whole-object form in their order. All bytes are in one of them.
 ///
 /// Values are delimited as records delimit them when they read: a number or a text by itself, everything
-/// else by its length, but by no more than what it is part of.
-void dissectPlain(const QByteArray& form, const PartVisitor& visit);
+/// else by its length, but by no more than what it is part of. Whatever the bytes are, nothing is thrown but
+/// what visit() throws, which passes through.
+ROUTERDOCUMENTS_EXPORT void DissectPlain(const QByteArray& form, const PartVisitor& visit);
 
-/// As above, for bytes that begin as the compressed form does.
-/// \param plain gets the form inside, as far as it can be inflated
-void dissectCompressed(const QByteArray& form, QByteArray& plain, const PartVisitor& visit);
+/// As above, for bytes that begin as the compressed form does; all others are taken for a plain form.
+/// \param plain gets the form inside, as far as it can be inflated within the limits, or nothing
+ROUTERDOCUMENTS_EXPORT void DissectCompressed(const QByteArray& form, QByteArray& plain,
+                                              const PartVisitor& visit);
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -1,14 +1,14 @@
 #include "documents/IgnoredMembers.h"
 
-#include "UsageError.h"
-#include "documents/Closest.h"
+#include "documents/DocumentError.h"
+#include "documents/Sentences.h"
 #include "documents/Text.h"
 
 #include "routerinterface/RecordInfo.h"
 
 #include <algorithm>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 using PELLU300ROUTERINTERFACEXML::RecordInfo;
@@ -40,10 +40,10 @@ IgnoredMembers::Step IgnoredMembers::parseStep(const QString& text, const QStrin
     const QString number = text.mid(bracket + 1, text.size() - bracket - 2);
     step.number = number == QLatin1String("*") ? 0 : number.toInt();
     if (!text.endsWith(QLatin1Char(']')) || (step.number < 1 && number != QLatin1String("*")))
-        throw UsageError(
+        throw InvalidMemberPath(
             QStringLiteral(
                 "%1 in the path %2 is not understood. Items have numbers from 1, as in %3[2], or *.")
-                .arg(quoted(text), quoted(path), step.name));
+                .arg(Quoted(text), Quoted(path), step.name));
     return step;
 }
 
@@ -100,8 +100,8 @@ QStringList classNames()
 void IgnoredMembers::requireExisting(const Pattern& pattern, const QString& path)
 {
     const auto refuse = [&](const QString& what, const QString& name, const QStringList& names) {
-        throw UsageError(QStringLiteral("There is no %1 %2 where the path %3 has it.%4")
-                             .arg(what, quoted(name), quoted(path), didYouMean(name, names)));
+        throw InvalidMemberPath(QStringLiteral("There is no %1 %2 where the path %3 has it.%4")
+                                    .arg(what, Quoted(name), Quoted(path), DidYouMean(name, names)));
     };
     Classes classes = RecordInfo::All();
     auto step = pattern.steps.begin();
@@ -123,10 +123,10 @@ void IgnoredMembers::requireExisting(const Pattern& pattern, const QString& path
     }
 }
 
-bool IgnoredMembers::contains(const MemberPath& path) const
+bool IgnoredMembers::Contains(const MemberPath& path) const
 {
     return std::any_of(m_patterns.begin(), m_patterns.end(),
-                       [&](const Pattern& pattern) { return matches(pattern, path.steps()); });
+                       [&](const Pattern& pattern) { return matches(pattern, path.GetSteps()); });
 }
 
 bool IgnoredMembers::matches(const Pattern& pattern, const QVector<MemberPath::Step>& path)
@@ -142,4 +142,4 @@ bool IgnoredMembers::matches(const Pattern& pattern, const QVector<MemberPath::S
                       });
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -2,13 +2,14 @@
 /// Members that do not count in a comparison.
 #pragma once
 
+#include "documents/Export.h"
 #include "documents/MemberPath.h"
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 /// Members that do not count.
 ///
@@ -16,14 +17,15 @@ namespace routermsg {
 /// "DF_Params/Frequency". With a slash in front it begins with the class of the root. Of a list
 /// "Fragment[2]" is the second item, counted in each document by itself, and "Fragment" or "Fragment[*]" are
 /// all. What does not count, does not with all that is below.
-class IgnoredMembers
+class ROUTERDOCUMENTS_EXPORT IgnoredMembers
 {
 public:
-    /// \throws UsageError for a path that no record has, with the name that is closest.
+    /// \throws InvalidMemberPath for a path that no record has, with the name that is closest, and for one
+    /// that is not understood.
     explicit IgnoredMembers(const QStringList& paths = QStringList());
 
-    bool isEmpty() const { return m_patterns.isEmpty(); }
-    bool contains(const MemberPath& path) const;
+    bool IsEmpty() const { return m_patterns.isEmpty(); }
+    bool Contains(const MemberPath& path) const;
 
 private:
     struct Step
@@ -46,4 +48,4 @@ private:
     QVector<Pattern> m_patterns;
 };
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -11,25 +11,28 @@
 /// no number at all, and the sign of a zero.
 #pragma once
 
+#include "documents/Export.h"
+
 #include "modelkit/IMKObject.h"
 
 #include <QtCore/QByteArray>
 
 #include <memory>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 /// The record as JSON, indented by two blanks, with a line break at the end.
-/// \throws Refusal, with a path as fromJson() gives, for a decimal that JSON cannot carry.
-QByteArray toJson(const MODELKIT::IMKObject& record);
+/// \throws DocumentError, with a path as FromJson() gives, for a decimal that JSON cannot carry, and
+/// std::bad_cast when the object is no record of the record library.
+ROUTERDOCUMENTS_EXPORT QByteArray ToJson(const MODELKIT::IMKObject& record);
 
 /// The record that is written in \a json. Nothing is skipped and nothing converted: what the record does
 /// not know, values of another type or out of the range of their member, keys that come twice and more
-/// than one member of a record that carries one at a time are refused.
-/// \param validate whether the record gets its validation switched on before it is filled.
-/// \throws Refusal with line and column of what is no JSON, or else with the path of what is wrong; in
-/// it items count from 0: "$.PelLu300RouterMessage.Fragment[1].DF_Params.Frequency".
-/// \throws MKException what the record throws, with such a path as its place.
-std::unique_ptr<MODELKIT::IMKObject> fromJson(const QByteArray& json, bool validate);
+/// than one member of a record that carries one at a time are refused. Limits::inputSize and
+/// Limits::listItems apply. \param validate whether the record gets its validation switched on before it is
+/// filled. \throws DocumentError with line and column of what is no JSON, or else with the path of what is
+/// wrong; in it items count from 0: "$.PelLu300RouterMessage.Fragment[1].DF_Params.Frequency". \throws
+/// MKException what the record throws, with such a path as its place.
+ROUTERDOCUMENTS_EXPORT std::unique_ptr<MODELKIT::IMKObject> FromJson(const QByteArray& json, bool validate);
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

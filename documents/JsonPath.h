@@ -1,14 +1,14 @@
 // The way to a value in a JSON text. Not installed.
 #pragma once
 
-#include "Finding.h"
+#include "documents/DocumentError.h"
 #include "documents/Text.h"
 
 #include <QtCore/QString>
 
 #include <algorithm>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 // The way to a value. It costs nothing until somebody asks for the text.
 class JsonPath
@@ -20,12 +20,14 @@ public:
 
     QString toText() const { return m_outer ? m_outer->toText() + step() : QStringLiteral("$"); }
 
-    [[noreturn]] void refuse(const QString& text) const
+    [[noreturn]] void refuse(const QString& text,
+                             MODELKIT::Failure::Kind kind = MODELKIT::Failure::Refused) const
     {
-        Finding finding;
-        finding.text = text;
-        finding.place.path = toText();
-        throw Refusal(finding);
+        MODELKIT::Failure failure;
+        failure.kind = kind;
+        failure.text = text;
+        failure.place.path = toText();
+        throw DocumentError(failure);
     }
 
 private:
@@ -38,8 +40,8 @@ private:
                    && (character.isLetterOrNumber() || character == QLatin1Char('_'));
         });
         if (isPlain && !m_name.isEmpty())
-            return QLatin1Char('.') + abbreviated(m_name);
-        return QLatin1Char('[') + quoted(abbreviated(m_name)) + QLatin1Char(']');
+            return QLatin1Char('.') + Abbreviated(m_name);
+        return QLatin1Char('[') + Quoted(Abbreviated(m_name)) + QLatin1Char(']');
     }
 
     const JsonPath* m_outer = nullptr;
@@ -47,4 +49,4 @@ private:
     int m_index = -1;
 };
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -1,7 +1,8 @@
-#include "documents/Closest.h"
+#include "documents/DocumentError.h"
 #include "documents/JsonForm.h"
 #include "documents/JsonPath.h"
 #include "documents/JsonText.h"
+#include "documents/Sentences.h"
 #include "documents/Text.h"
 
 #include "modelkit/Limits.h"
@@ -16,7 +17,7 @@
 #include <cmath>
 #include <limits>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
@@ -24,7 +25,7 @@ using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
-QString typeName(QJsonValue::Type type)
+QString jsonTypeName(QJsonValue::Type type)
 {
     switch (type) {
     case QJsonValue::Null:
@@ -48,8 +49,8 @@ QString typeName(QJsonValue::Type type)
 void requireType(const QJsonValue& json, QJsonValue::Type type, const JsonPath& path)
 {
     if (json.type() != type)
-        path.refuse(
-            QStringLiteral("The value is %1, expected is %2.").arg(typeName(json.type()), typeName(type)));
+        path.refuse(QStringLiteral("The value is %1, expected is %2.")
+                        .arg(jsonTypeName(json.type()), jsonTypeName(type)));
 }
 
 QVariant unsignedOf(const QJsonValue& json, const JsonPath& path)
@@ -58,7 +59,7 @@ QVariant unsignedOf(const QJsonValue& json, const JsonPath& path)
     requireType(json, QJsonValue::Double, path);
     const double number = json.toDouble();
     if (!(number >= 0 && number <= largest) || number != std::floor(number))
-        path.refuse(QStringLiteral("%1 is no whole number from 0 to 4294967295.").arg(exactly(number)));
+        path.refuse(QStringLiteral("%1 is no whole number from 0 to 4294967295.").arg(Exactly(number)));
     return static_cast<unsigned int>(number);
 }
 
@@ -89,15 +90,15 @@ QVariant enumeratorOf(const MemberInfo& member, const QJsonValue& json, bool val
     constexpr int none = -1;
     const QStringList& names = member.GetNames();
     if (json.isNull() && validate)
-        path.refuse(QStringLiteral("null is none of %1.").arg(enumerated(names)));
+        path.refuse(QStringLiteral("null is none of %1.").arg(Enumerated(names)));
     if (json.isNull())
         return none;
     requireType(json, QJsonValue::String, path);
     const auto value = names.indexOf(json.toString());
     if (value < 0)
         path.refuse(QStringLiteral("%1 is none of %2.%3")
-                        .arg(quoted(abbreviated(json.toString())), enumerated(names),
-                             didYouMean(json.toString(), names)));
+                        .arg(Quoted(Abbreviated(json.toString())), Enumerated(names),
+                             DidYouMean(json.toString(), names)));
     return static_cast<int>(value);
 }
 
@@ -123,7 +124,8 @@ void readList(const QJsonValue& json, const MemberInfo& member, IMKObject& recor
     const QJsonArray array = json.toArray();
     const int limit = MODELKIT::Limits::Get().listItems;
     if (array.size() > limit)
-        path.refuse(QStringLiteral("A list holds more items than the limit of %1.").arg(limit));
+        path.refuse(QStringLiteral("A list holds more items than the limit of %1.").arg(limit),
+                    MODELKIT::Failure::TooManyItems);
     for (int i = 0; i < array.size(); ++i) {
         const JsonPath itemPath(path, i);
         const auto item = member.GetClass()->Create();
@@ -168,11 +170,11 @@ void requireKnownKeys(const QJsonObject& object, const RecordInfo& info, const J
         if (!info.FindMember(i.key()))
             JsonPath(path, i.key())
                 .refuse(QStringLiteral("%1 has no member %2.%3")
-                            .arg(info.GetName(), quoted(abbreviated(i.key())),
-                                 didYouMean(i.key(), namesOf(info.GetMembers()))));
+                            .arg(info.GetName(), Quoted(Abbreviated(i.key())),
+                                 DidYouMean(i.key(), namesOf(info.GetMembers()))));
     if (info.IsChoice() && object.size() > 1)
         path.refuse(QStringLiteral("%1 carries one of its members at a time; here are %2.")
-                        .arg(info.GetName(), enumerated(object.keys())));
+                        .arg(info.GetName(), Enumerated(object.keys())));
 }
 
 void readRecord(const QJsonValue& json, IMKObject& record, const JsonPath& path)
@@ -201,13 +203,24 @@ const RecordInfo& rootClass(const QJsonObject& object)
         names += info->GetName();
     JsonPath(JsonPath(), name)
         .refuse(QStringLiteral("There is no record %1.%2")
-                    .arg(quoted(abbreviated(name)), didYouMean(name, names)));
+                    .arg(Quoted(Abbreviated(name)), DidYouMean(name, names)));
+}
+
+void requireAllowedSize(const QByteArray& json)
+{
+    const qint64 limit = MODELKIT::Limits::Get().inputSize;
+    if (json.size() > limit)
+        throw DocumentError(
+            MODELKIT::Failure{MODELKIT::Failure::InputTooLarge,
+                              QStringLiteral("The input is larger than the limit of %1 bytes.").arg(limit),
+                              {}});
 }
 
 } // namespace
 
-std::unique_ptr<IMKObject> fromJson(const QByteArray& json, bool validate)
+std::unique_ptr<IMKObject> FromJson(const QByteArray& json, bool validate)
 {
+    requireAllowedSize(json);
     const QJsonValue root = parseText(json);
     requireType(root, QJsonValue::Object, JsonPath());
     const QJsonObject object = root.toObject();
@@ -219,4 +232,4 @@ std::unique_ptr<IMKObject> fromJson(const QByteArray& json, bool validate)
     return record;
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

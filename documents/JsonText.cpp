@@ -1,6 +1,6 @@
 #include "documents/JsonText.h"
 
-#include "Finding.h"
+#include "documents/DocumentError.h"
 #include "documents/Text.h"
 
 #include <QtCore/QJsonArray>
@@ -9,7 +9,7 @@
 #include <QtCore/QSet>
 #include <QtCore/QVector>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 namespace {
 
@@ -18,11 +18,12 @@ namespace {
 {
     const QByteArray before = json.left(offset);
     const auto lineBegin = before.lastIndexOf('\n') + 1;
-    Finding finding;
-    finding.text = text;
-    finding.place.line = before.count('\n') + 1;
-    finding.place.column = QString::fromUtf8(before.mid(lineBegin)).size() + 1;
-    throw Refusal(finding);
+    MODELKIT::Failure failure;
+    failure.kind = MODELKIT::Failure::NotWellFormed;
+    failure.text = text;
+    failure.place.line = before.count('\n') + 1;
+    failure.place.column = QString::fromUtf8(before.mid(lineBegin)).size() + 1;
+    throw DocumentError(failure);
 }
 
 // Finds keys that come twice in an object, of which Qt's parser keeps the last without a word. The text
@@ -79,7 +80,7 @@ private:
         if (keys.contains(key))
             refuseAt(m_json, offset,
                      QStringLiteral("The key %1 comes twice in its object.")
-                         .arg(quoted(abbreviated(QString::fromUtf8(key)))));
+                         .arg(Quoted(Abbreviated(QString::fromUtf8(key)))));
         keys.insert(key);
     }
 
@@ -109,4 +110,4 @@ QJsonValue parseText(const QByteArray& json)
     return document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array());
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

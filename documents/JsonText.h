@@ -4,9 +4,9 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonValue>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 // Refuses what is no JSON, and keys that come twice in an object.
 QJsonValue parseText(const QByteArray& json);
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
@@ -90,8 +90,9 @@ private:
     void writeDecimal(double value, const JsonPath& path)
     {
         if (!std::isfinite(value))
-            path.refuse(QStringLiteral("JSON cannot carry the number %1.").arg(exactly(value)));
-        m_json += exactly(value).toLatin1();
+            path.refuse(QStringLiteral("JSON cannot carry the number %1.").arg(Exactly(value)),
+                        MODELKIT::Failure::NotRepresentable);
+        m_json += Exactly(value).toLatin1();
     }
 
     void writeText(const QString& text)
@@ -161,6 +162,6 @@ private:
 
 } // namespace
 
-QByteArray toJson(const IMKObject& record) { return Writer().write(record); }
+QByteArray ToJson(const IMKObject& record) { return Writer().write(record); }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

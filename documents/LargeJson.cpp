@@ -5,7 +5,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 namespace {
 
@@ -13,39 +13,41 @@ namespace {
 QString oneLine(const QJsonValue& value)
 {
     const QString json = QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));
-    return showableJson(json.mid(1, json.size() - 2));
+    return ShowableJson(json.mid(1, json.size() - 2));
 }
 
 } // namespace
 
-void LargeJson::add(const QString& key, const QJsonValue& value)
+LargeJson::LargeJson(const Sink& sink) : m_sink(sink) { m_sink(QStringLiteral("{")); }
+
+void LargeJson::Add(const QString& key, const QJsonValue& value)
 {
     beginMember(key);
-    m_out.write(oneLine(value));
+    m_sink(oneLine(value));
 }
 
-void LargeJson::beginList(const QString& key)
+void LargeJson::BeginList(const QString& key)
 {
     beginMember(key);
-    m_out.write(QStringLiteral("["));
+    m_sink(QStringLiteral("["));
     m_isFirstItem = true;
 }
 
-void LargeJson::addItem(const QJsonValue& item)
+void LargeJson::AddItem(const QJsonValue& item)
 {
-    m_out.write((m_isFirstItem ? QStringLiteral("\n    ") : QStringLiteral(",\n    ")) + oneLine(item));
+    m_sink((m_isFirstItem ? QStringLiteral("\n    ") : QStringLiteral(",\n    ")) + oneLine(item));
     m_isFirstItem = false;
 }
 
-void LargeJson::endList() { m_out.write(m_isFirstItem ? QStringLiteral("]") : QStringLiteral("\n  ]")); }
+void LargeJson::EndList() { m_sink(m_isFirstItem ? QStringLiteral("]") : QStringLiteral("\n  ]")); }
 
-void LargeJson::end() { m_out.write(QStringLiteral("\n}\n")); }
+void LargeJson::End() { m_sink(QStringLiteral("\n}\n")); }
 
 void LargeJson::beginMember(const QString& key)
 {
-    m_out.write((m_isFirstMember ? QStringLiteral("\n  ") : QStringLiteral(",\n  ")) + quoted(key)
-                + QStringLiteral(": "));
+    m_sink((m_isFirstMember ? QStringLiteral("\n  ") : QStringLiteral(",\n  ")) + Quoted(key)
+           + QStringLiteral(": "));
     m_isFirstMember = false;
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -2,43 +2,49 @@
 /// Results as JSON that are too many to be kept until all are known.
 #pragma once
 
-#include "Output.h"
+#include "documents/Export.h"
 
 #include <QtCore/QJsonValue>
 #include <QtCore/QString>
 
-namespace routermsg {
+#include <functional>
 
-/// A JSON object that is written while it is made, with every item of its lists in a line of its own.
-/// Nothing in it can steer a terminal.
+namespace ROUTERDOCUMENTS {
+
+/// A JSON object that is handed out while it is made, with every item of its lists in a line of its own.
+/// Nothing in it can steer a terminal. What the sink throws passes through; the text then ends there.
 ///
 /// \code
-/// LargeJson json(session.out());
-/// json.beginList("differences");
-/// json.addItem(difference);
-/// json.endList();
-/// json.add("count", 1);
-/// json.end();
+/// LargeJson json([](const QString& text) { std::cout << text.toStdString(); });
+/// json.BeginList("differences");
+/// json.AddItem(difference);
+/// json.EndList();
+/// json.Add("count", 1);
+/// json.End();
 /// \endcode
-class LargeJson
+class ROUTERDOCUMENTS_EXPORT LargeJson
 {
 public:
-    explicit LargeJson(Output& out) : m_out(out) { m_out.write(QStringLiteral("{")); }
+    /// Takes the text piece by piece.
+    using Sink = std::function<void(const QString&)>;
+
+    /// Hands the beginning to the sink.
+    explicit LargeJson(const Sink& sink);
     LargeJson(const LargeJson&) = delete;
     LargeJson& operator=(const LargeJson&) = delete;
 
-    void add(const QString& key, const QJsonValue& value);
-    void beginList(const QString& key);
-    void addItem(const QJsonValue& item);
-    void endList();
-    void end();
+    void Add(const QString& key, const QJsonValue& value);
+    void BeginList(const QString& key);
+    void AddItem(const QJsonValue& item);
+    void EndList();
+    void End();
 
 private:
     void beginMember(const QString& key);
 
-    Output& m_out;
+    Sink m_sink;
     bool m_isFirstMember = true;
     bool m_isFirstItem = true;
 };
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 namespace {
 
@@ -27,7 +27,7 @@ QString numbered(const QString& name, const QString& number)
 
 } // namespace
 
-QString MemberPath::toText() const
+QString MemberPath::ToText() const
 {
     return pathText(m_steps, [](const Step& step) {
         if (step.first == step.second)
@@ -45,4 +45,4 @@ QString MemberPath::inOne(int Step::*number) const
     });
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -2,14 +2,16 @@
 /// The way to a member in two records that are compared.
 #pragma once
 
+#include "documents/Export.h"
+
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 /// The way to a member in two records that are compared: names from the root's class down, where items have
 /// their numbers in either of the two.
-class MemberPath
+class ROUTERDOCUMENTS_EXPORT MemberPath
 {
 public:
     struct Step
@@ -20,22 +22,22 @@ public:
         int second = 0;
     };
 
-    void enter(const Step& step) { m_steps.append(step); }
-    void leave() { m_steps.removeLast(); }
+    void Enter(const Step& step) { m_steps.append(step); }
+    void Leave() { m_steps.removeLast(); }
     /// Makes the last step that to an item, or to another one.
-    void setNumbers(int first, int second)
+    void SetNumbers(int first, int second)
     {
         m_steps.last().first = first;
         m_steps.last().second = second;
     }
-    const QVector<Step>& steps() const { return m_steps; }
+    const QVector<Step>& GetSteps() const { return m_steps; }
 
     /// Without the root: "PelLu300RouterMessage/Fragment[2]/DF_Params/Frequency". An item that has
     /// another number in the second record has both: "Fragment[2->3]".
-    QString toText() const;
+    QString ToText() const;
     /// The same in one of the records.
-    QString inFirst() const { return inOne(&Step::first); }
-    QString inSecond() const { return inOne(&Step::second); }
+    QString InFirst() const { return inOne(&Step::first); }
+    QString InSecond() const { return inOne(&Step::second); }
 
 private:
     QString inOne(int Step::*number) const;
@@ -43,4 +45,4 @@ private:
     QVector<Step> m_steps;
 };
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

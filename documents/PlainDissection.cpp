@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 using PELLU300ROUTERINTERFACEXML::RecordInfo;
@@ -128,7 +128,7 @@ private:
         Part part;
         part.kind = Part::Tag;
         if (member) {
-            part.meaning = QStringLiteral("%1 (%2)").arg(member->GetName(), typeName(*member));
+            part.meaning = QStringLiteral("%1 (%2)").arg(member->GetName(), TypeName(*member));
             part.value = member->GetName();
         } else {
             part.meaning = QStringLiteral("unknown tag");
@@ -302,6 +302,6 @@ private:
 
 } // namespace
 
-void dissectPlain(const QByteArray& form, const PartVisitor& visit) { PlainForm(form, visit).dissect(); }
+void DissectPlain(const QByteArray& form, const PartVisitor& visit) { PlainForm(form, visit).dissect(); }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

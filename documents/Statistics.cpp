@@ -1,19 +1,19 @@
 #include "documents/Statistics.h"
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using MODELKIT::IMKObject;
 
-void Histogram::add(qint64 number)
+void Histogram::Add(qint64 number)
 {
     ++m_counts[number];
     ++m_count;
     m_total += number;
 }
 
-double Histogram::median() const
+double Histogram::GetMedian() const
 {
-    if (isEmpty())
+    if (IsEmpty())
         return 0;
     return static_cast<double>(at((m_count - 1) / 2) + at(m_count / 2)) / 2;
 }
@@ -29,10 +29,10 @@ qint64 Histogram::at(qint64 position) const
     return 0;
 }
 
-void Statistics::add(const Loaded& document)
+void Statistics::Add(const Document& document)
 {
     ++m_documents;
-    m_sizes[document.form].add(document.size);
+    m_sizes[document.form].Add(document.size);
     ++m_roots[document.info];
     addRecord(*document.record);
 }
@@ -48,7 +48,7 @@ void Statistics::addRecord(const IMKObject& record)
 void Statistics::addMember(const IMKObject& record, const MemberInfo& member)
 {
     if (member.GetKind() == MemberInfo::List)
-        m_lists[&member].add(member.CountItems(record));
+        m_lists[&member].Add(member.CountItems(record));
     if (!member.IsSet(record))
         return;
     ++m_set[&member];
@@ -77,9 +77,9 @@ QStringList countColumn() { return {QStringLiteral("count")}; }
 
 QVector<double> numbersOf(const Histogram& histogram)
 {
-    return {static_cast<double>(histogram.count()), static_cast<double>(histogram.smallest()),
-            histogram.median(), static_cast<double>(histogram.largest()),
-            static_cast<double>(histogram.total())};
+    return {static_cast<double>(histogram.GetCount()), static_cast<double>(histogram.GetSmallest()),
+            histogram.GetMedian(), static_cast<double>(histogram.GetLargest()),
+            static_cast<double>(histogram.GetTotal())};
 }
 
 QStringList histogramColumns()
@@ -88,13 +88,13 @@ QStringList histogramColumns()
             QStringLiteral("total")};
 }
 
-void addRow(Table& table, const QString& name, qint64 count)
+void addRow(StatisticsTable& table, const QString& name, qint64 count)
 {
     table.rows.append({name, {static_cast<double>(count)}});
 }
 
 // Rows that need not be there when there is nothing to count.
-void addRowIfAny(Table& table, const QString& name, qint64 count)
+void addRowIfAny(StatisticsTable& table, const QString& name, qint64 count)
 {
     if (count > 0)
         addRow(table, name, count);
@@ -102,9 +102,9 @@ void addRowIfAny(Table& table, const QString& name, qint64 count)
 
 } // namespace
 
-QVector<Table> Statistics::tables() const
+QVector<StatisticsTable> Statistics::GetTables() const
 {
-    QVector<Table> tables;
+    QVector<StatisticsTable> tables;
     if (m_documents == 0)
         return tables;
     tables = {formTable(), rootTable()};
@@ -123,25 +123,25 @@ QVector<Table> Statistics::tables() const
     return tables;
 }
 
-Table Statistics::formTable() const
+StatisticsTable Statistics::formTable() const
 {
-    Table table{QStringLiteral("form (bytes)"), histogramColumns(), {}};
+    StatisticsTable table{QStringLiteral("form (bytes)"), histogramColumns(), {}};
     for (auto i = m_sizes.begin(); i != m_sizes.end(); ++i)
-        table.rows.append({nameOf(i.key()), numbersOf(i.value())});
+        table.rows.append({NameOf(i.key()), numbersOf(i.value())});
     return table;
 }
 
-Table Statistics::rootTable() const
+StatisticsTable Statistics::rootTable() const
 {
-    Table table{QStringLiteral("root"), countColumn(), {}};
+    StatisticsTable table{QStringLiteral("root"), countColumn(), {}};
     for (const RecordInfo* info : RecordInfo::All())
         addRowIfAny(table, info->GetName(), m_roots.value(info));
     return table;
 }
 
-Table Statistics::valueTable(const RecordInfo& info, const MemberInfo& member) const
+StatisticsTable Statistics::valueTable(const RecordInfo& info, const MemberInfo& member) const
 {
-    Table table{info.GetName() + QLatin1Char('/') + member.GetName(), countColumn(), {}};
+    StatisticsTable table{info.GetName() + QLatin1Char('/') + member.GetName(), countColumn(), {}};
     const QStringList names = member.GetKind() == MemberInfo::Enumeration
                                   ? member.GetNames()
                                   : QStringList{QStringLiteral("false"), QStringLiteral("true")};
@@ -156,9 +156,9 @@ Table Statistics::valueTable(const RecordInfo& info, const MemberInfo& member) c
     return table;
 }
 
-Table Statistics::choiceTable(const RecordInfo& info) const
+StatisticsTable Statistics::choiceTable(const RecordInfo& info) const
 {
-    Table table{info.GetName(), countColumn(), {}};
+    StatisticsTable table{info.GetName(), countColumn(), {}};
     qint64 known = 0;
     for (const MemberInfo* member : info.GetMembers()) {
         addRow(table, member->GetName(), m_set.value(member));
@@ -168,11 +168,11 @@ Table Statistics::choiceTable(const RecordInfo& info) const
     return table;
 }
 
-Table Statistics::listTable(const RecordInfo& info, const MemberInfo& member) const
+StatisticsTable Statistics::listTable(const RecordInfo& info, const MemberInfo& member) const
 {
     return {QStringLiteral("%1/%2 (items)").arg(info.GetName(), member.GetName()),
             histogramColumns(),
             {{QStringLiteral("lists"), numbersOf(m_lists.value(&member))}}};
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

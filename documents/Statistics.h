@@ -2,7 +2,8 @@
 /// What many documents hold.
 #pragma once
 
-#include "documents/Forms.h"
+#include "documents/Document.h"
+#include "documents/Export.h"
 
 #include "routerinterface/RecordInfo.h"
 
@@ -12,25 +13,25 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 /// Counts how often each number comes, of which all that is asked for follows exactly.
 ///
 /// It takes room for the different numbers only. Where the numbers are sizes of documents, n different
 /// ones stand for more than n * n / 2 bytes of documents, so that there are never many.
-class Histogram
+class ROUTERDOCUMENTS_EXPORT Histogram
 {
 public:
-    void add(qint64 number);
+    void Add(qint64 number);
 
-    bool isEmpty() const { return m_count == 0; }
-    qint64 count() const { return m_count; }
-    qint64 total() const { return m_total; }
+    bool IsEmpty() const { return m_count == 0; }
+    qint64 GetCount() const { return m_count; }
+    qint64 GetTotal() const { return m_total; }
     /// Of nothing all these are 0.
-    qint64 smallest() const { return isEmpty() ? 0 : m_counts.firstKey(); }
-    qint64 largest() const { return isEmpty() ? 0 : m_counts.lastKey(); }
+    qint64 GetSmallest() const { return IsEmpty() ? 0 : m_counts.firstKey(); }
+    qint64 GetLargest() const { return IsEmpty() ? 0 : m_counts.lastKey(); }
     /// The one in the middle, or the mean of the two there.
-    double median() const;
+    double GetMedian() const;
 
 private:
     // The number at a position among all in order.
@@ -42,7 +43,7 @@ private:
 };
 
 /// Numbers under names.
-struct Table
+struct StatisticsTable
 {
     struct Row
     {
@@ -56,19 +57,21 @@ struct Table
 };
 
 /// Counts what the documents hold that are added. Its size does not depend on how many they are.
-class Statistics
+class ROUTERDOCUMENTS_EXPORT Statistics
 {
 public:
-    void add(const Loaded& document);
-    void addUnreadable() { ++m_unreadable; }
+    /// \param document as ReadDocument() returns it
+    void Add(const Document& document);
+    /// Counts one that cannot be read.
+    void AddUnreadable() { ++m_unreadable; }
 
-    qint64 documents() const { return m_documents; }
-    qint64 unreadable() const { return m_unreadable; }
+    qint64 GetDocuments() const { return m_documents; }
+    qint64 GetUnreadable() const { return m_unreadable; }
 
     /// Sizes by form, the classes of the roots, and for all records in the documents what their enumerated
     /// members and truth values are, which members they carry that carry one at a time, and how long their
     /// lists are. Of records that there are none of there is no table.
-    QVector<Table> tables() const;
+    QVector<StatisticsTable> GetTables() const;
 
 private:
     using RecordInfo = PELLU300ROUTERINTERFACEXML::RecordInfo;
@@ -77,11 +80,11 @@ private:
     void addRecord(const MODELKIT::IMKObject& record);
     void addMember(const MODELKIT::IMKObject& record, const MemberInfo& member);
 
-    Table formTable() const;
-    Table rootTable() const;
-    Table valueTable(const RecordInfo& info, const MemberInfo& member) const;
-    Table choiceTable(const RecordInfo& info) const;
-    Table listTable(const RecordInfo& info, const MemberInfo& member) const;
+    StatisticsTable formTable() const;
+    StatisticsTable rootTable() const;
+    StatisticsTable valueTable(const RecordInfo& info, const MemberInfo& member) const;
+    StatisticsTable choiceTable(const RecordInfo& info) const;
+    StatisticsTable listTable(const RecordInfo& info, const MemberInfo& member) const;
 
     qint64 m_documents = 0;
     qint64 m_unreadable = 0;
@@ -95,4 +98,4 @@ private:
     QHash<const MemberInfo*, Histogram> m_lists;
 };
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

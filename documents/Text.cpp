@@ -5,7 +5,7 @@
 #include <cmath>
 #include <functional>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 namespace {
 
@@ -84,30 +84,30 @@ QString escapedAsInXml(QStringView units)
 
 } // namespace
 
-QString printable(const QString& text) { return escaped(text, escapedAsInJson, false); }
+QString Printable(const QString& text) { return escaped(text, escapedAsInJson, false); }
 
-QString quoted(const QString& text)
+QString Quoted(const QString& text)
 {
     QString inside = text;
     inside.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('"'), QLatin1String("\\\""));
-    return QLatin1Char('"') + printable(inside) + QLatin1Char('"');
+    return QLatin1Char('"') + Printable(inside) + QLatin1Char('"');
 }
 
-QString abbreviated(const QString& text)
+QString Abbreviated(const QString& text)
 {
     constexpr int shown = 40;
     return text.size() > shown ? text.left(shown) + QLatin1String("...") : text;
 }
 
-QString showableJson(const QString& json) { return escaped(json, escapedAsInJson, true); }
+QString ShowableJson(const QString& json) { return escaped(json, escapedAsInJson, true); }
 
-QString showableXml(const QString& xml) { return escaped(xml, escapedAsInXml, true); }
+QString ShowableXml(const QString& xml) { return escaped(xml, escapedAsInXml, true); }
 
-QString exactly(double value)
+QString Exactly(double value)
 {
     const double size = std::abs(value);
     const bool isUsual = value == 0 || (size >= 1e-6 && size < 1e15);
     return QString::number(value, isUsual ? 'f' : 'g', QLocale::FloatingPointShortest);
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -7,13 +7,13 @@
 
 #include <cmath>
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
 using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
-QString typeName(const MemberInfo& member)
+QString TypeName(const MemberInfo& member)
 {
     switch (member.GetKind()) {
     case MemberInfo::UnsignedInteger:
@@ -44,13 +44,13 @@ QString enumeratorText(const MemberInfo& member, int number)
 
 } // namespace
 
-QString valueText(const MemberInfo& member, const QVariant& value)
+QString ValueText(const MemberInfo& member, const QVariant& value)
 {
     switch (member.GetKind()) {
     case MemberInfo::Decimal:
-        return exactly(value.toDouble());
+        return Exactly(value.toDouble());
     case MemberInfo::Text:
-        return value.toString().isNull() ? QStringLiteral("null") : quoted(value.toString());
+        return value.toString().isNull() ? QStringLiteral("null") : Quoted(value.toString());
     case MemberInfo::Enumeration:
         return enumeratorText(member, value.toInt());
     case MemberInfo::UnsignedInteger:
@@ -62,12 +62,12 @@ QString valueText(const MemberInfo& member, const QVariant& value)
     return value.toString();
 }
 
-QJsonValue valueJson(const MemberInfo& member, const QVariant& value)
+QJsonValue ValueJson(const MemberInfo& member, const QVariant& value)
 {
     switch (member.GetKind()) {
     case MemberInfo::Decimal:
         return std::isfinite(value.toDouble()) ? QJsonValue(value.toDouble())
-                                               : QJsonValue(exactly(value.toDouble()));
+                                               : QJsonValue(Exactly(value.toDouble()));
     case MemberInfo::Text:
         return value.toString().isNull() ? QJsonValue() : QJsonValue(value.toString());
     case MemberInfo::Enumeration: {
@@ -85,7 +85,7 @@ QJsonValue valueJson(const MemberInfo& member, const QVariant& value)
     return QJsonValue();
 }
 
-bool isSameValue(const MemberInfo& member, const QVariant& a, const QVariant& b)
+bool IsSameValue(const MemberInfo& member, const QVariant& a, const QVariant& b)
 {
     switch (member.GetKind()) {
     case MemberInfo::Decimal:
@@ -102,44 +102,44 @@ bool isSameValue(const MemberInfo& member, const QVariant& a, const QVariant& b)
     return a == b;
 }
 
-QString memberText(const IMKObject& record, const MemberInfo& member)
+QString MemberText(const IMKObject& record, const MemberInfo& member)
 {
     if (!member.IsSet(record))
         return QStringLiteral("not set");
     if (member.GetKind() == MemberInfo::Record)
-        return summaryText(member.GetRecord(record));
+        return SummaryText(member.GetRecord(record));
     if (member.GetKind() == MemberInfo::List)
         return QStringLiteral("[%1]").arg(member.CountItems(record));
-    return valueText(member, member.GetValue(record));
+    return ValueText(member, member.GetValue(record));
 }
 
-QJsonValue memberJson(const IMKObject& record, const MemberInfo& member)
+QJsonValue MemberJson(const IMKObject& record, const MemberInfo& member)
 {
     if (!member.IsSet(record))
         return QJsonValue(QJsonValue::Undefined);
     if (member.GetKind() == MemberInfo::Record)
-        return summaryJson(member.GetRecord(record));
+        return SummaryJson(member.GetRecord(record));
     if (member.GetKind() == MemberInfo::List)
         return QJsonObject{{QStringLiteral("items"), member.CountItems(record)}};
-    return valueJson(member, member.GetValue(record));
+    return ValueJson(member, member.GetValue(record));
 }
 
-QString summaryText(const IMKObject& record)
+QString SummaryText(const IMKObject& record)
 {
     QStringList members;
     for (const MemberInfo* member : RecordInfo::Of(record).GetMembers())
         if (member->IsSet(record))
-            members += member->GetName() + QStringLiteral(": ") + memberText(record, *member);
+            members += member->GetName() + QStringLiteral(": ") + MemberText(record, *member);
     return QLatin1Char('{') + members.join(QStringLiteral(", ")) + QLatin1Char('}');
 }
 
-QJsonValue summaryJson(const IMKObject& record)
+QJsonValue SummaryJson(const IMKObject& record)
 {
     QJsonObject members;
     for (const MemberInfo* member : RecordInfo::Of(record).GetMembers())
         if (member->IsSet(record))
-            members[member->GetName()] = memberJson(record, *member);
+            members[member->GetName()] = MemberJson(record, *member);
     return members;
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS

@@ -7,7 +7,8 @@
 #include "commands/NewCommand.h"
 #include "commands/ShowCommand.h"
 #include "commands/StatsCommand.h"
-#include "documents/Closest.h"
+#include "documents/Forms.h"
+#include "documents/Sentences.h"
 #include "documents/Text.h"
 
 #include "modelkit/Version.h"
@@ -18,6 +19,8 @@
 #include <map>
 
 namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
 
 namespace {
 
@@ -44,7 +47,7 @@ QString unguarded(const std::string& argument)
 
 QString possible(const QStringList& words)
 {
-    return QStringLiteral(" Possible are %1.").arg(enumerated(words));
+    return QStringLiteral(" Possible are %1.").arg(Enumerated(words));
 }
 
 template <class Container>
@@ -185,8 +188,8 @@ private:
                 const auto index = choices.indexOf(unguarded(given));
                 if (index < 0)
                     refuse(app, QStringLiteral("%1 is no value of %2.%3%4")
-                                    .arg(quoted(unguarded(given)), QLatin1String(name),
-                                         didYouMean(unguarded(given), choices), possible(choices)));
+                                    .arg(Quoted(unguarded(given)), QLatin1String(name),
+                                         DidYouMean(unguarded(given), choices), possible(choices)));
                 set(static_cast<int>(index));
             },
             text);
@@ -196,7 +199,7 @@ private:
 
     void addForm(CLI::App& app, const char* name, const char* text, std::optional<Form>& target)
     {
-        addChoice(app, name, "FORM", formNames(), text,
+        addChoice(app, name, "FORM", FormNames(), text,
                   [&target](int index) { target = static_cast<Form>(index); });
     }
 
@@ -410,14 +413,14 @@ private:
         if (!word.startsWith(QLatin1Char('-')))
             refuse(m_program,
                    QStringLiteral("There is no command %1.%2%3")
-                       .arg(quoted(word), didYouMean(word, commandNames()), possible(commandNames())));
+                       .arg(Quoted(word), DidYouMean(word, commandNames()), possible(commandNames())));
         const QString name = word.section(QLatin1Char('='), 0, 0);
         for (const Command& command : m_commands)
             if (optionNames(*command.app).contains(name))
                 refuse(m_program, QStringLiteral("The option %1 belongs behind the command.").arg(name));
         refuse(
             m_program,
-            QStringLiteral("There is no option %1.%2").arg(name, didYouMean(name, optionNames(m_program))));
+            QStringLiteral("There is no option %1.%2").arg(name, DidYouMean(name, optionNames(m_program))));
     }
 
     // What the command has not taken.
@@ -432,9 +435,9 @@ private:
     {
         if (!word.startsWith(QLatin1Char('-')))
             refuse(*command.app, QStringLiteral("The command %1 takes no further argument %2.")
-                                     .arg(command.name(), quoted(word)));
+                                     .arg(command.name(), Quoted(word)));
         const QString name = word.section(QLatin1Char('='), 0, 0);
-        QString meant = didYouMean(name, optionNames(*command.app));
+        QString meant = DidYouMean(name, optionNames(*command.app));
         if (meant.isEmpty() && command.name() == QLatin1String("new"))
             meant = didYouMeanWord(QString(name).remove(QLatin1Char('-')));
         refuse(*command.app,
@@ -507,7 +510,7 @@ private:
              {QStringLiteral(
                   "A document has one of the forms %1. Reading recognises them by the content, writing "
                   "goes by the ending of the file's name: %2.")
-                  .arg(enumerated(formNames()), knownEndings()),
+                  .arg(Enumerated(FormNames()), KnownEndings()),
               QStringLiteral("JSON is the form that loses nothing; the others carry decimal numbers with two "
                              "decimals.")}},
             {QStringLiteral("Exit status"),

@@ -12,6 +12,8 @@
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
+
 namespace {
 
 // --- what is wrong first --------------------------------------------------------------------
@@ -139,7 +141,7 @@ private:
 
 QJsonObject partJson(const Part& part)
 {
-    QJsonObject json{{QStringLiteral("kind"), nameOf(part.kind)},
+    QJsonObject json{{QStringLiteral("kind"), NameOf(part.kind)},
                      {QStringLiteral("offset"), part.offset},
                      {QStringLiteral("bytes"), QString::fromLatin1(part.bytes.toHex(' ').toUpper())},
                      {QStringLiteral("path"), part.path}};
@@ -164,15 +166,15 @@ std::optional<Finding> writeHex(const QByteArray& form, Output& output)
     };
     text.writeHead();
     if (!MODELKIT::IsCompressedForm(form)) {
-        dissectPlain(form, write);
+        DissectPlain(form, write);
         return first.get();
     }
     QByteArray plain;
-    dissectCompressed(form, plain, write);
+    DissectCompressed(form, plain, write);
     if (!plain.isEmpty()) {
         output.writeLine(QStringLiteral("\nThe form inside, %1 bytes:").arg(plain.size()));
         text.writeHead();
-        dissectPlain(plain, write);
+        DissectPlain(plain, write);
     }
     return first.get();
 }
@@ -180,30 +182,30 @@ std::optional<Finding> writeHex(const QByteArray& form, Output& output)
 std::optional<Finding> writeHexJson(const QByteArray& form, const QJsonObject& head, Output& output)
 {
     FirstWrong first;
-    LargeJson json(output);
+    LargeJson json(output.writer());
     const auto write = [&](const Part& part) {
         first.note(part);
-        json.addItem(partJson(part));
+        json.AddItem(partJson(part));
     };
     for (auto i = head.begin(); i != head.end(); ++i)
-        json.add(i.key(), i.value());
+        json.Add(i.key(), i.value());
     QByteArray plain;
     const bool isCompressed = MODELKIT::IsCompressedForm(form);
-    json.beginList(QStringLiteral("parts"));
+    json.BeginList(QStringLiteral("parts"));
     if (isCompressed)
-        dissectCompressed(form, plain, write);
+        DissectCompressed(form, plain, write);
     else
-        dissectPlain(form, write);
-    json.endList();
+        DissectPlain(form, write);
+    json.EndList();
     if (isCompressed) {
-        json.beginList(QStringLiteral("inflated"));
+        json.BeginList(QStringLiteral("inflated"));
         if (!plain.isEmpty())
-            dissectPlain(plain, write);
-        json.endList();
+            DissectPlain(plain, write);
+        json.EndList();
     }
     if (first.get())
-        json.add(QStringLiteral("wrong"), first.get()->toJson());
-    json.end();
+        json.Add(QStringLiteral("wrong"), first.get()->toJson());
+    json.End();
     return first.get();
 }
 

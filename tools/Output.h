@@ -71,6 +71,11 @@ public:
     void writeLine(const QString& line = QString());
     void writeBytes(const QByteArray& bytes);
     void flush();
+    /// What writes text here, for those who know no output; good as long as the output.
+    std::function<void(const QString&)> writer()
+    {
+        return [this](const QString& text) { write(text); };
+    }
     /// @}
 
     using Action = std::function<void()>;

@@ -17,6 +17,8 @@
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
+
 // A thread of its own draws the bar: a step may take long.
 class ProgressBar
 {
@@ -87,7 +89,7 @@ private:
                                  .arg(done)
                                  .arg(m_total)
                                  .arg(seconds)
-                                 .arg(printable(m_name));
+                                 .arg(Printable(m_name));
         // Without wrapping the terminal itself cuts off what is too long.
         writeAll(m_descriptor, "\r\033[K\033[?7l" + text.toUtf8() + "\033[?7h");
         m_isVisible = true;

@@ -8,6 +8,8 @@
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
+
 Session::Session(const CommonOptions& options)
     : m_options(options), m_out(STDOUT_FILENO, QStringLiteral("standard output"), options.colour),
       m_err(STDERR_FILENO, QStringLiteral("standard error"), options.colour)
@@ -15,14 +17,14 @@ Session::Session(const CommonOptions& options)
 
 void Session::writeJson(const QJsonObject& result, Output& output)
 {
-    output.write(showableJson(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Indented))));
+    output.write(ShowableJson(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Indented))));
 }
 
 void Session::complain(const QString& text)
 {
     m_out.flush();
     m_err.writeLine(m_err.paint(Style::Place, QStringLiteral("routermsg:")) + QLatin1Char(' ')
-                    + printable(text));
+                    + Printable(text));
     m_err.flush();
 }
 

@@ -9,6 +9,7 @@
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
 using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 using PELLU300ROUTERINTERFACEXML::RecordInfo;
@@ -44,7 +45,7 @@ private:
 
     void writeMember(const IMKObject& record, const MemberInfo& member, int depth)
     {
-        const QString begin = name(member.GetName()) + faint(QStringLiteral(": ") + typeName(member));
+        const QString begin = name(member.GetName()) + faint(QStringLiteral(": ") + TypeName(member));
         switch (member.GetKind()) {
         case MemberInfo::Record:
             writeLine(depth, begin);
@@ -56,7 +57,7 @@ private:
             break;
         default:
             writeLine(depth, begin + faint(QStringLiteral(" = "))
-                                 + m_output.paint(Style::Value, valueText(member, member.GetValue(record))));
+                                 + m_output.paint(Style::Value, ValueText(member, member.GetValue(record))));
         }
     }
 
@@ -74,7 +75,7 @@ private:
         QStringList texts;
         for (const MemberInfo* member : members)
             texts += isChoice ? member->GetName()
-                              : QStringLiteral("%1 (%2)").arg(member->GetName(), typeName(*member));
+                              : QStringLiteral("%1 (%2)").arg(member->GetName(), TypeName(*member));
         writeLine(depth, faint((isChoice ? QStringLiteral("not set: one of ") : QStringLiteral("not set: "))
                                + texts.join(QStringLiteral(", "))));
     }
@@ -101,7 +102,7 @@ QJsonArray itemsJson(const IMKObject& record, const MemberInfo& member)
 QJsonObject memberTree(const IMKObject& record, const MemberInfo& member)
 {
     QJsonObject json{{QStringLiteral("name"), member.GetName()},
-                     {QStringLiteral("type"), typeName(member)},
+                     {QStringLiteral("type"), TypeName(member)},
                      {QStringLiteral("set"), member.IsSet(record)}};
     if (!member.IsSet(record))
         return json;
@@ -116,7 +117,7 @@ QJsonObject memberTree(const IMKObject& record, const MemberInfo& member)
         json[QStringLiteral("number")] = member.GetValue(record).toInt();
         [[fallthrough]];
     default:
-        json[QStringLiteral("value")] = valueJson(member, member.GetValue(record));
+        json[QStringLiteral("value")] = ValueJson(member, member.GetValue(record));
     }
     return json;
 }

@@ -1,7 +1,7 @@
 #include "CheckCommand.h"
 
+#include "InputFiles.h"
 #include "Progress.h"
-#include "documents/Forms.h"
 #include "documents/LargeJson.h"
 #include "documents/Text.h"
 
@@ -14,6 +14,7 @@
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
 using MODELKIT::IMKObject;
 using MODELKIT::Place;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
@@ -142,7 +143,7 @@ Verdict examine(const QString& path, bool strict)
     Verdict verdict{inputName(path), {}};
     const MODELKIT::ReadingReport report;
     try {
-        const Loaded loaded = load(path, {std::nullopt, true});
+        const Document loaded = load(path, {std::nullopt, true});
         if (strict) {
             addAcceptedInSilence(report, verdict);
             SenseWarnings(verdict.file, verdict.findings)
@@ -192,7 +193,7 @@ public:
                 out().writeLine(finding.toLine(out()));
         }
         if (verdict.findings.isEmpty() && !m_session.isQuiet())
-            out().writeLine(printable(verdict.file) + QStringLiteral(": ")
+            out().writeLine(Printable(verdict.file) + QStringLiteral(": ")
                             + out().paint(Style::Good, QStringLiteral("OK")));
     }
 
@@ -219,22 +220,22 @@ private:
 class JsonReport : public Report
 {
 public:
-    explicit JsonReport(Output& out) : m_json(out) { m_json.beginList(QStringLiteral("documents")); }
+    explicit JsonReport(Output& out) : m_json(out.writer()) { m_json.BeginList(QStringLiteral("documents")); }
 
     void add(const Verdict& verdict) override
     {
-        m_json.addItem(verdict.toJson());
+        m_json.AddItem(verdict.toJson());
         m_counts.add(verdict.status());
     }
 
     void end() override
     {
-        m_json.endList();
-        m_json.add(QStringLiteral("summary"), QJsonObject{{QStringLiteral("documents"), m_counts.all()},
+        m_json.EndList();
+        m_json.Add(QStringLiteral("summary"), QJsonObject{{QStringLiteral("documents"), m_counts.all()},
                                                           {QStringLiteral("ok"), m_counts.ok},
                                                           {QStringLiteral("notOk"), m_counts.wrong},
                                                           {QStringLiteral("notRead"), m_counts.unreadable}});
-        m_json.end();
+        m_json.End();
     }
 
 private:

@@ -1,9 +1,12 @@
 #include "ConvertCommand.h"
 
+#include "InputFiles.h"
 #include "Progress.h"
-#include "Save.h"
+#include "Saving.h"
 
 namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
 
 Status convert(const ConvertOptions& options, Session& session)
 {
@@ -11,9 +14,9 @@ Status convert(const ConvertOptions& options, Session& session)
     Progress progress(session, 1);
     progress.next(inputName(options.input));
 
-    const Loaded loaded = load(options.input, {options.from, options.validate});
-    const Copy input{inputName(options.input), loaded.form, loaded.size, std::nullopt};
-    const Copy output = save(*loaded.record, target, session);
+    const Document loaded = load(options.input, {options.from, options.validate});
+    const FileSummary input{inputName(options.input), loaded.form, loaded.size, std::nullopt};
+    const FileSummary output = save(*loaded.record, target, session);
 
     reportSaving(input.toText() + QStringLiteral(" -> ") + output.toText(),
                  {{QStringLiteral("input"), input.toJson()}, {QStringLiteral("output"), output.toJson()}},

@@ -16,9 +16,9 @@ struct ConvertOptions
     QString input;
     QString output;
     /// Without one it is told by the content.
-    std::optional<Form> from;
+    std::optional<ROUTERDOCUMENTS::Form> from;
     /// Without one it is told by the output's name; XML for standard output.
-    std::optional<Form> to;
+    std::optional<ROUTERDOCUMENTS::Form> to;
     /// Whether a document that is not valid is refused.
     bool validate = true;
 };

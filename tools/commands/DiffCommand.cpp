@@ -1,9 +1,9 @@
 #include "DiffCommand.h"
 
+#include "InputFiles.h"
 #include "Progress.h"
 #include "UsageError.h"
 #include "documents/Difference.h"
-#include "documents/Forms.h"
 #include "documents/LargeJson.h"
 
 #include <QtCore/QJsonObject>
@@ -11,6 +11,8 @@
 #include <utility>
 
 namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
 
 namespace {
 
@@ -31,7 +33,7 @@ public:
 
     void add(const Difference& difference) override
     {
-        const QString path = difference.path.toText() + QStringLiteral(": ");
+        const QString path = difference.path.ToText() + QStringLiteral(": ");
         switch (difference.kind) {
         case Difference::Changed:
             m_out.writeLine(m_out.paint(Style::Place, path) + m_out.paint(Style::Removed, difference.first)
@@ -65,15 +67,18 @@ private:
 class JsonReport : public Report
 {
 public:
-    explicit JsonReport(Output& out) : m_json(out) { m_json.beginList(QStringLiteral("differences")); }
+    explicit JsonReport(Output& out) : m_json(out.writer())
+    {
+        m_json.BeginList(QStringLiteral("differences"));
+    }
 
-    void add(const Difference& difference) override { m_json.addItem(toJson(difference)); }
+    void add(const Difference& difference) override { m_json.AddItem(toJson(difference)); }
 
     void end(qint64 count) override
     {
-        m_json.endList();
-        m_json.add(QStringLiteral("count"), count);
-        m_json.end();
+        m_json.EndList();
+        m_json.Add(QStringLiteral("count"), count);
+        m_json.End();
     }
 
 private:
@@ -82,9 +87,9 @@ private:
     {
         QJsonObject json{{QStringLiteral("kind"), nameOf(difference.kind)}};
         if (difference.kind != Difference::Added)
-            json[QStringLiteral("firstPath")] = difference.path.inFirst();
+            json[QStringLiteral("firstPath")] = difference.path.InFirst();
         if (difference.kind != Difference::Removed)
-            json[QStringLiteral("secondPath")] = difference.path.inSecond();
+            json[QStringLiteral("secondPath")] = difference.path.InSecond();
         if (!difference.firstValue.isUndefined())
             json[QStringLiteral("first")] = difference.firstValue;
         if (!difference.secondValue.isUndefined())
@@ -122,11 +127,20 @@ void requireDifferentInputs(const DiffOptions& options)
         throw UsageError(QStringLiteral("Only one of the documents can come from standard input."));
 }
 
-std::pair<Loaded, Loaded> loadBoth(const DiffOptions& options, Session& session)
+IgnoredMembers ignoredMembers(const DiffOptions& options)
+{
+    try {
+        return IgnoredMembers(options.ignored);
+    } catch (const InvalidMemberPath& error) {
+        throw UsageError(error.GetText());
+    }
+}
+
+std::pair<Document, Document> loadBoth(const DiffOptions& options, Session& session)
 {
     Progress progress(session, 2);
     progress.next(inputName(options.first));
-    Loaded first = load(options.first);
+    Document first = load(options.first);
     progress.next(inputName(options.second));
     return {std::move(first), load(options.second)};
 }
@@ -136,11 +150,11 @@ std::pair<Loaded, Loaded> loadBoth(const DiffOptions& options, Session& session)
 Status diff(const DiffOptions& options, Session& session)
 {
     requireDifferentInputs(options);
-    const IgnoredMembers ignored(options.ignored);
+    const IgnoredMembers ignored = ignoredMembers(options);
     const auto [first, second] = loadBoth(options, session);
     const auto report = makeReport(session);
     qint64 count = 0;
-    compareRecords(*first.record, *second.record, ignored, [&](const Difference& difference) {
+    CompareRecords(*first.record, *second.record, ignored, [&](const Difference& difference) {
         ++count;
         report->add(difference);
     });

@@ -1,8 +1,8 @@
 #include "NewCommand.h"
 
-#include "Save.h"
+#include "Saving.h"
 #include "UsageError.h"
-#include "documents/Closest.h"
+#include "documents/Sentences.h"
 #include "documents/Text.h"
 
 #include "modelkit/ClosestName.h"
@@ -19,6 +19,7 @@
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
 using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 using PELLU300ROUTERINTERFACEXML::RecordInfo;
@@ -63,7 +64,7 @@ QString possibleValues(const MemberInfo& member)
     case MemberInfo::Text:
         return QStringLiteral("a text");
     case MemberInfo::Enumeration:
-        return QStringLiteral("one of ") + enumerated(member.GetNames());
+        return QStringLiteral("one of ") + Enumerated(member.GetNames());
     case MemberInfo::Record:
     case MemberInfo::List:
         break;
@@ -296,8 +297,8 @@ private:
     [[noreturn]] static void refuseValue(const MemberInfo& member, const QString& text)
     {
         throw UsageError(QStringLiteral("%1 is no value of %2: it must be %3.%4")
-                             .arg(quoted(text), member.GetName(), possibleValues(member),
-                                  didYouMean(text, member.GetNames())));
+                             .arg(Quoted(text), member.GetName(), possibleValues(member),
+                                  DidYouMean(text, member.GetNames())));
     }
 
     [[noreturn]] void refuseMember(const QString& name, const QString& text) const
@@ -315,7 +316,7 @@ private:
         });
         names.removeDuplicates();
         throw UsageError(QStringLiteral("There is no member %1.%2 Possible are %3.")
-                             .arg(quoted(name), didYouMean(name, names), enumerated(names)));
+                             .arg(Quoted(name), DidYouMean(name, names), Enumerated(names)));
     }
 
     [[noreturn]] void refuseWord(const QString& word) const
@@ -331,7 +332,7 @@ private:
         if (words.contains(word + QLatin1Char('=')))
             throw UsageError(QStringLiteral("%1 needs a value: %1=...").arg(word));
         throw UsageError(QStringLiteral("The word %1 is not known.%2 Possible are %3.")
-                             .arg(quoted(word), didYouMeanWord(word), enumerated(words)));
+                             .arg(Quoted(word), didYouMeanWord(word), Enumerated(words)));
     }
 
     // The word belongs to records of which none is at hand.
@@ -340,12 +341,12 @@ private:
     {
         const auto nearest = std::find_if(owners.begin(), owners.end(),
                                           [&](const QString& owner) { return hasPlaceFor(owner); });
-        const QString belongs = QStringLiteral("%1 belongs to %2").arg(name, enumerated(owners));
+        const QString belongs = QStringLiteral("%1 belongs to %2").arg(name, Enumerated(owners));
         if (nearest == owners.end())
             throw UsageError(
                 QStringLiteral("%1, for which there is no place in %2.").arg(belongs, m_root.info.GetName()));
         throw UsageError(
-            QStringLiteral("%1. Name the record first: %2 %3").arg(belongs, *nearest, printable(word)));
+            QStringLiteral("%1. Name the record first: %2 %3").arg(belongs, *nearest, Printable(word)));
     }
 
     bool hasPlaceFor(const QString& record) const
@@ -390,7 +391,7 @@ const RecordInfo& rootOf(const QString& name)
         return *info;
     const QStringList names = recordNames();
     throw UsageError(QStringLiteral("There is no record %1.%2 Possible are %3.")
-                         .arg(quoted(name), didYouMean(name, names), enumerated(names)));
+                         .arg(Quoted(name), DidYouMean(name, names), Enumerated(names)));
 }
 
 } // namespace
@@ -414,9 +415,9 @@ Status makeNew(const NewOptions& options, Session& session)
         record = build(rootOf(options.root), options.words);
         record->Check();
     } catch (const ModelKitException& exception) {
-        throw Refusal(Finding::of(exception, QString()));
+        throw Refusal(Finding::of(DocumentError(exception), QString()));
     }
-    const Copy copy = save(*record, target, session);
+    const FileSummary copy = save(*record, target, session);
     reportSaving(copy.toText(), {{QStringLiteral("output"), copy.toJson()}}, target, session);
     return Fine;
 }

@@ -28,7 +28,7 @@ struct NewOptions
     QString root;
     QString output = QStringLiteral("-");
     /// Without one it is told by the output's name; XML for standard output.
-    std::optional<Form> to;
+    std::optional<ROUTERDOCUMENTS::Form> to;
 };
 
 Status makeNew(const NewOptions& options, Session& session);

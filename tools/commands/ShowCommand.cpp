@@ -1,12 +1,14 @@
 #include "ShowCommand.h"
 
 #include "HexView.h"
+#include "InputFiles.h"
 #include "Progress.h"
-#include "Save.h"
+#include "Saving.h"
 #include "TreeView.h"
-#include "documents/Forms.h"
 
 namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
 
 namespace {
 
@@ -17,7 +19,7 @@ void writeHead(const QString& text, Session& session)
         session.out().writeLine(session.out().paint(Style::Faint, text));
 }
 
-Loaded loadInput(const ShowOptions& options, Session& session)
+Document loadInput(const ShowOptions& options, Session& session)
 {
     Progress progress(session, 1);
     progress.next(inputName(options.input));
@@ -26,8 +28,8 @@ Loaded loadInput(const ShowOptions& options, Session& session)
 
 Status showTree(const ShowOptions& options, Session& session)
 {
-    const Loaded loaded = loadInput(options, session);
-    const Copy copy{inputName(options.input), loaded.form, loaded.size};
+    const Document loaded = loadInput(options, session);
+    const FileSummary copy{inputName(options.input), loaded.form, loaded.size};
     if (session.format() == Format::Json) {
         QJsonObject json = copy.toJson();
         json[QStringLiteral("document")] = treeJson(*loaded.record);
@@ -44,7 +46,7 @@ bool isBinary(Form form) { return form == Form::Binary || form == Form::Compress
 // What is no text is taken for a binary form even if nothing of it is as it should be.
 Form formToDissect(const QByteArray& bytes)
 {
-    const Form form = formOfContent(bytes);
+    const Form form = FormOfContent(bytes);
     return form == Form::Xml && !bytes.contains('<') ? Form::Binary : form;
 }
 
@@ -54,7 +56,7 @@ Status showHex(const ShowOptions& options, Session& session)
     const QString name = inputName(options.input);
     const QByteArray bytes = readInput(options.input);
     const Form form = formToDissect(bytes);
-    const Copy copy{name, form, bytes.size()};
+    const FileSummary copy{name, form, bytes.size()};
     const QByteArray shown =
         isBinary(form) ? bytes : encode(*parse(bytes, name, {form, false}).record, Form::Binary, name);
 

@@ -1,7 +1,7 @@
 #include "StatsCommand.h"
 
+#include "InputFiles.h"
 #include "Progress.h"
-#include "documents/Forms.h"
 #include "documents/Statistics.h"
 #include "documents/Text.h"
 
@@ -10,6 +10,8 @@
 #include <algorithm>
 
 namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
 
 namespace {
 
@@ -20,7 +22,7 @@ class TableText
 public:
     explicit TableText(Output& output) : m_output(output) {}
 
-    void write(const Table& table)
+    void write(const StatisticsTable& table)
     {
         const int nameWidth = widthOfNames(table);
         QString head = m_output.paint(Style::Name, table.title.leftJustified(nameWidth));
@@ -28,7 +30,7 @@ public:
             head += m_output.paint(Style::Faint, right(table.columns.at(column), widthOf(table, column)));
         m_output.writeLine();
         m_output.writeLine(head);
-        for (const Table::Row& row : table.rows)
+        for (const StatisticsTable::Row& row : table.rows)
             writeRow(table, row, nameWidth);
     }
 
@@ -36,30 +38,30 @@ private:
     static constexpr int indentation = 2;
     static constexpr int gap = 2;
 
-    void writeRow(const Table& table, const Table::Row& row, int nameWidth)
+    void writeRow(const StatisticsTable& table, const StatisticsTable::Row& row, int nameWidth)
     {
         QString line = (QString(indentation, QLatin1Char(' ')) + row.name).leftJustified(nameWidth);
         for (int column = 0; column < row.numbers.size(); ++column)
             line +=
-                m_output.paint(Style::Value, right(exactly(row.numbers.at(column)), widthOf(table, column)));
+                m_output.paint(Style::Value, right(Exactly(row.numbers.at(column)), widthOf(table, column)));
         m_output.writeLine(line);
     }
 
     static QString right(const QString& text, int width) { return text.rightJustified(width); }
 
-    static int widthOfNames(const Table& table)
+    static int widthOfNames(const StatisticsTable& table)
     {
         auto width = table.title.size();
-        for (const Table::Row& row : table.rows)
+        for (const StatisticsTable::Row& row : table.rows)
             width = std::max(width, row.name.size() + indentation);
         return static_cast<int>(width);
     }
 
-    static int widthOf(const Table& table, int column)
+    static int widthOf(const StatisticsTable& table, int column)
     {
         auto width = table.columns.at(column).size();
-        for (const Table::Row& row : table.rows)
-            width = std::max(width, exactly(row.numbers.at(column)).size());
+        for (const StatisticsTable::Row& row : table.rows)
+            width = std::max(width, Exactly(row.numbers.at(column)).size());
         return static_cast<int>(width) + gap;
     }
 
@@ -73,21 +75,21 @@ QString counted(qint64 count)
 
 void writeText(const Statistics& statistics, Output& output)
 {
-    QString line = counted(statistics.documents());
-    if (statistics.unreadable() > 0)
-        line += QStringLiteral(" read, %1 not read").arg(statistics.unreadable());
+    QString line = counted(statistics.GetDocuments());
+    if (statistics.GetUnreadable() > 0)
+        line += QStringLiteral(" read, %1 not read").arg(statistics.GetUnreadable());
     output.writeLine(line);
     TableText text(output);
-    for (const Table& table : statistics.tables())
+    for (const StatisticsTable& table : statistics.GetTables())
         text.write(table);
 }
 
 // --- JSON -----------------------------------------------------------------------------------
 
-QJsonObject toJson(const Table& table)
+QJsonObject toJson(const StatisticsTable& table)
 {
     QJsonArray rows;
-    for (const Table::Row& row : table.rows) {
+    for (const StatisticsTable::Row& row : table.rows) {
         QJsonObject json{{QStringLiteral("name"), row.name}};
         for (int column = 0; column < row.numbers.size(); ++column)
             json[table.columns.at(column)] = row.numbers.at(column);
@@ -99,10 +101,10 @@ QJsonObject toJson(const Table& table)
 QJsonObject toJson(const Statistics& statistics)
 {
     QJsonArray tables;
-    for (const Table& table : statistics.tables())
+    for (const StatisticsTable& table : statistics.GetTables())
         tables += toJson(table);
-    return {{QStringLiteral("documents"), statistics.documents()},
-            {QStringLiteral("notRead"), statistics.unreadable()},
+    return {{QStringLiteral("documents"), statistics.GetDocuments()},
+            {QStringLiteral("notRead"), statistics.GetUnreadable()},
             {QStringLiteral("tables"), tables}};
 }
 
@@ -118,10 +120,10 @@ Status stats(const StatsOptions& options, Session& session)
         for (const QString& file : files) {
             progress.next(file);
             try {
-                statistics.add(load(file));
+                statistics.Add(load(file));
             } catch (const Refusal& refusal) {
                 session.complain(refusal.finding());
-                statistics.addUnreadable();
+                statistics.AddUnreadable();
                 worst = std::max(worst, refusal.finding().status);
             }
         }

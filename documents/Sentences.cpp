@@ -1,20 +1,20 @@
-#include "documents/Closest.h"
+#include "documents/Sentences.h"
 
 #include "modelkit/ClosestName.h"
 
-namespace routermsg {
+namespace ROUTERDOCUMENTS {
 
-QString didYouMean(const QString& word, const QStringList& words)
+QString DidYouMean(const QString& word, const QStringList& words)
 {
-    return didYouMean(MODELKIT::ClosestName(word, words));
+    return DidYouMean(MODELKIT::ClosestName(word, words));
 }
 
-QString didYouMean(const QString& meant)
+QString DidYouMean(const QString& meant)
 {
     return meant.isEmpty() ? QString() : QStringLiteral(" Did you mean %1?").arg(meant);
 }
 
-QString enumerated(const QStringList& words)
+QString Enumerated(const QStringList& words)
 {
     if (words.size() < 2)
         return words.join(QString());
@@ -22,4 +22,4 @@ QString enumerated(const QStringList& words)
            + words.last();
 }
 
-} // namespace routermsg
+} // namespace ROUTERDOCUMENTS
