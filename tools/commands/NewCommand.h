@@ -1,22 +1,13 @@
 /// \file
-/// The command `new`: a document from words on the command line.
-///
-/// The words are names of records, `Member=value` and names of enumerators. They are understood one after
-/// the other and belong to the record that was named last or to one that owns it:
-///
-///     Request MessageID=7 AcquireMastership DF_Params Frequency=98.5e6
+/// The command `new`: a document from words on the command line; NewWords.h tells what they mean.
 #pragma once
 
 #include "Session.h"
 #include "documents/Forms.h"
 
-#include "modelkit/IMKObject.h"
-
 #include <QtCore/QString>
 #include <QtCore/QStringList>
-#include <QtCore/QVector>
 
-#include <memory>
 #include <optional>
 
 namespace routermsg {
@@ -32,31 +23,5 @@ struct NewOptions
 };
 
 Status makeNew(const NewOptions& options, Session& session);
-
-/// The record that the words describe. It has its validation switched on.
-/// \throws UsageError when a word is not understood.
-/// \throws MKException what the record's setters throw.
-std::unique_ptr<MODELKIT::IMKObject> build(const PELLU300ROUTERINTERFACEXML::RecordInfo& root,
-                                           const QStringList& words);
-
-/// The names of all records.
-QStringList recordNames();
-
-/// All words there are; those for members end with "=".
-QStringList possibleWords();
-
-/// " Did you mean X?" with the closest of them, or nothing.
-QString didYouMeanWord(const QString& word);
-
-/// The words that a record understands, to be read by people.
-struct RecordWords
-{
-    QString record;
-    /// Whether only one of the words can be used.
-    bool isChoice = false;
-    QStringList words;
-};
-
-QVector<RecordWords> describeWords();
 
 } // namespace routermsg
