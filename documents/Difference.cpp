@@ -21,6 +21,33 @@ using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
+QString NameOf(Difference::Kind kind)
+{
+    switch (kind) {
+    case Difference::Changed:
+        return QStringLiteral("changed");
+    case Difference::Removed:
+        return QStringLiteral("removed");
+    case Difference::Added:
+        return QStringLiteral("added");
+    }
+    return QString();
+}
+
+QJsonObject DifferenceJson(const Difference& difference)
+{
+    QJsonObject json{{QStringLiteral("kind"), NameOf(difference.kind)}};
+    if (difference.kind != Difference::Added)
+        json[QStringLiteral("firstPath")] = difference.path.InFirst();
+    if (difference.kind != Difference::Removed)
+        json[QStringLiteral("secondPath")] = difference.path.InSecond();
+    if (!difference.firstValue.isUndefined())
+        json[QStringLiteral("first")] = difference.firstValue;
+    if (!difference.secondValue.isUndefined())
+        json[QStringLiteral("second")] = difference.secondValue;
+    return json;
+}
+
 namespace {
 
 // Takes a step for as long as it lives.

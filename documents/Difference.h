@@ -8,6 +8,7 @@
 
 #include "modelkit/IMKObject.h"
 
+#include <QtCore/QJsonObject>
 #include <QtCore/QJsonValue>
 #include <QtCore/QString>
 
@@ -34,6 +35,13 @@ struct Difference
     QJsonValue firstValue = QJsonValue(QJsonValue::Undefined);
     QJsonValue secondValue = QJsonValue(QJsonValue::Undefined);
 };
+
+/// The name of a kind of difference for programs: "changed", "removed", "added".
+ROUTERDOCUMENTS_EXPORT QString NameOf(Difference::Kind kind);
+
+/// An object with kind, firstPath and secondPath, first and second. Of a removed or added item there is one
+/// path only; what is not set, or not there, has no value.
+ROUTERDOCUMENTS_EXPORT QJsonObject DifferenceJson(const Difference& difference);
 
 /// Calls visit() for every difference between the records, in the order of the members. Items of lists
 /// are aligned: what is the same in both goes together, and between that items that carry the same member, in

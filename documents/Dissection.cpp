@@ -39,6 +39,21 @@ QString NameOf(Part::Kind kind)
     return QString();
 }
 
+QJsonObject PartJson(const Part& part)
+{
+    QJsonObject json{{QStringLiteral("kind"), NameOf(part.kind)},
+                     {QStringLiteral("offset"), part.offset},
+                     {QStringLiteral("bytes"), QString::fromLatin1(part.bytes.toHex(' ').toUpper())},
+                     {QStringLiteral("path"), part.path}};
+    if (!part.value.isUndefined())
+        json[QStringLiteral("value")] = part.value;
+    if (!part.note.isEmpty())
+        json[QStringLiteral("note")] = part.note;
+    if (!part.wrong.isEmpty())
+        json[QStringLiteral("wrong")] = part.wrong;
+    return json;
+}
+
 namespace {
 
 class CompressedForm

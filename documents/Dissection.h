@@ -5,6 +5,7 @@
 #include "documents/Export.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QJsonObject>
 #include <QtCore/QJsonValue>
 #include <QtCore/QString>
 
@@ -53,6 +54,11 @@ struct Part
 /// The name of a kind of part for programs: "classId", "tag".
 ROUTERDOCUMENTS_EXPORT QString NameOf(Part::Kind kind);
 
+/// An object with kind, offset, bytes in hexadecimal digits and path and, where there is one, value, note and
+/// wrong.
+ROUTERDOCUMENTS_EXPORT QJsonObject PartJson(const Part& part);
+
+/// Takes one part after the other.
 using PartVisitor = std::function<void(const Part&)>;
 
 /// Calls visit() for all parts of a plain whole-object form in their order. All bytes are in one of them.

@@ -25,6 +25,7 @@ public:
     explicit IgnoredMembers(const QStringList& paths = QStringList());
 
     bool IsEmpty() const { return m_patterns.isEmpty(); }
+    /// Whether the member at the end of the path is one of them, or an item with either of its numbers.
     bool Contains(const MemberPath& path) const;
 
 private:

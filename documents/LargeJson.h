@@ -33,10 +33,13 @@ public:
     LargeJson(const LargeJson&) = delete;
     LargeJson& operator=(const LargeJson&) = delete;
 
+    /// A member of the object.
     void Add(const QString& key, const QJsonValue& value);
+    /// A member that is a list; until EndList() only items may be added.
     void BeginList(const QString& key);
     void AddItem(const QJsonValue& item);
     void EndList();
+    /// The end of the object.
     void End();
 
 private:

@@ -14,6 +14,7 @@ namespace ROUTERDOCUMENTS {
 class ROUTERDOCUMENTS_EXPORT MemberPath
 {
 public:
+    /// One name, of a member or of the root.
     struct Step
     {
         QString name;
@@ -22,22 +23,28 @@ public:
         int second = 0;
     };
 
+    /// Goes a step down, and back.
+    /// @{
     void Enter(const Step& step) { m_steps.append(step); }
     void Leave() { m_steps.removeLast(); }
+    /// @}
     /// Makes the last step that to an item, or to another one.
     void SetNumbers(int first, int second)
     {
         m_steps.last().first = first;
         m_steps.last().second = second;
     }
+    /// The root first.
     const QVector<Step>& GetSteps() const { return m_steps; }
 
     /// Without the root: "PelLu300RouterMessage/Fragment[2]/DF_Params/Frequency". An item that has
     /// another number in the second record has both: "Fragment[2->3]".
     QString ToText() const;
-    /// The same in one of the records.
+    /// The same in one of the records, with its numbers.
+    /// @{
     QString InFirst() const { return inOne(&Step::first); }
     QString InSecond() const { return inOne(&Step::second); }
+    /// @}
 
 private:
     QString inOne(int Step::*number) const;

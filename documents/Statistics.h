@@ -45,6 +45,7 @@ private:
 /// Numbers under names.
 struct StatisticsTable
 {
+    /// As many numbers as there are columns.
     struct Row
     {
         QString name;

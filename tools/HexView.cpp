@@ -137,23 +137,6 @@ private:
     Output& m_output;
 };
 
-// --- JSON -----------------------------------------------------------------------------------
-
-QJsonObject partJson(const Part& part)
-{
-    QJsonObject json{{QStringLiteral("kind"), NameOf(part.kind)},
-                     {QStringLiteral("offset"), part.offset},
-                     {QStringLiteral("bytes"), QString::fromLatin1(part.bytes.toHex(' ').toUpper())},
-                     {QStringLiteral("path"), part.path}};
-    if (!part.value.isUndefined())
-        json[QStringLiteral("value")] = part.value;
-    if (!part.note.isEmpty())
-        json[QStringLiteral("note")] = part.note;
-    if (!part.wrong.isEmpty())
-        json[QStringLiteral("wrong")] = part.wrong;
-    return json;
-}
-
 } // namespace
 
 std::optional<Finding> writeHex(const QByteArray& form, Output& output)
@@ -185,7 +168,7 @@ std::optional<Finding> writeHexJson(const QByteArray& form, const QJsonObject& h
     LargeJson json(output.writer());
     const auto write = [&](const Part& part) {
         first.note(part);
-        json.AddItem(partJson(part));
+        json.AddItem(PartJson(part));
     };
     for (auto i = head.begin(); i != head.end(); ++i)
         json.Add(i.key(), i.value());

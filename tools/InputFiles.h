@@ -11,10 +11,11 @@
 namespace routermsg {
 
 /// How messages call a file: "<stdin>" for "-", otherwise as it was given.
-ROUTERDOCUMENTS_EXPORT QString inputName(const QString& path);
+QString inputName(const QString& path);
+
 /// The whole content of a file, or of standard input for "-".
-/// \throws DocumentError when it cannot be read or is larger than Limits::inputSize.
-ROUTERDOCUMENTS_EXPORT QByteArray readInput(const QString& path);
+/// \throws Refusal when it cannot be read or is larger than Limits::inputSize.
+QByteArray readInput(const QString& path);
 
 /// Reads a document whose root may be any record.
 /// \param path a file, or "-" for standard input
@@ -28,6 +29,6 @@ ROUTERDOCUMENTS::Document parse(const QByteArray& bytes, const QString& name,
 /// All files among the paths: files as given, of folders and the folders in them those whose ending
 /// stands for a form, in the order of their names. What is hidden is left out, links to folders too. A
 /// folder without such a file is left among them: readInput() says what is wrong with it.
-ROUTERDOCUMENTS_EXPORT QStringList filesAmong(const QStringList& paths);
+QStringList filesAmong(const QStringList& paths);
 
 } // namespace routermsg

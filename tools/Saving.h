@@ -16,7 +16,7 @@
 namespace routermsg {
 
 /// "<stdout>" for "-", otherwise as it was given.
-ROUTERDOCUMENTS_EXPORT QString outputName(const QString& path);
+QString outputName(const QString& path);
 
 /// Where a document goes to.
 struct Target
@@ -51,8 +51,10 @@ QByteArray encode(MODELKIT::IMKObject& record, ROUTERDOCUMENTS::Form form, const
 
 /// Writes the document to a file, which changes at once or not at all, or for "-" to standard output. What
 /// could steer a terminal is escaped there by the means of the form. Warns when its form does not carry
-/// everything. \throws Refusal when the record does not pass its validation, the form cannot carry a text or
-/// the file cannot be written, or for binary bytes on a terminal.
+/// everything.
+///
+/// \throws Refusal when the record does not pass its validation, the form cannot carry a text or the file
+/// cannot be written, or for binary bytes on a terminal.
 FileSummary save(MODELKIT::IMKObject& record, const Target& target, Session& session);
 
 /// Tells of the work that ends with a saved document, as text or JSON. The report goes to standard error

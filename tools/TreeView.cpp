@@ -3,7 +3,6 @@
 #include "Output.h"
 #include "documents/Values.h"
 
-#include <QtCore/QJsonArray>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
@@ -91,48 +90,8 @@ private:
     Output& m_output;
 };
 
-QJsonArray itemsJson(const IMKObject& record, const MemberInfo& member)
-{
-    QJsonArray items;
-    for (int i = 0, count = member.CountItems(record); i < count; ++i)
-        items += treeJson(member.GetItem(record, i));
-    return items;
-}
-
-QJsonObject memberTree(const IMKObject& record, const MemberInfo& member)
-{
-    QJsonObject json{{QStringLiteral("name"), member.GetName()},
-                     {QStringLiteral("type"), TypeName(member)},
-                     {QStringLiteral("set"), member.IsSet(record)}};
-    if (!member.IsSet(record))
-        return json;
-    switch (member.GetKind()) {
-    case MemberInfo::Record:
-        json[QStringLiteral("value")] = treeJson(member.GetRecord(record));
-        break;
-    case MemberInfo::List:
-        json[QStringLiteral("items")] = itemsJson(record, member);
-        break;
-    case MemberInfo::Enumeration:
-        json[QStringLiteral("number")] = member.GetValue(record).toInt();
-        [[fallthrough]];
-    default:
-        json[QStringLiteral("value")] = ValueJson(member, member.GetValue(record));
-    }
-    return json;
-}
-
 } // namespace
 
 void writeTree(const IMKObject& record, Output& output) { Tree(output).writeRoot(record); }
-
-QJsonObject treeJson(const IMKObject& record)
-{
-    const RecordInfo& info = RecordInfo::Of(record);
-    QJsonArray members;
-    for (const MemberInfo* member : info.GetMembers())
-        members += memberTree(record, *member);
-    return {{QStringLiteral("record"), info.GetName()}, {QStringLiteral("members"), members}};
-}
 
 } // namespace routermsg

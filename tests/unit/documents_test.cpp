@@ -8,10 +8,13 @@
 #include "documents/JsonForm.h"
 #include "documents/LargeJson.h"
 #include "documents/Statistics.h"
+#include "documents/Tree.h"
 #include "documents/Values.h"
 
 #include "modelkit/Limits.h"
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
@@ -230,6 +233,16 @@ TEST(Documents, HaveTheirItemsAligned)
                            QStringLiteral("Fragment[2->3]/DF_Params/Frequency: 2 -> 3")}));
 }
 
+TEST(Documents, HaveDifferencesAsJson)
+{
+    QJsonArray all;
+    CompareRecords(*port(7), *port(8), IgnoredMembers(),
+                   [&](const Difference& difference) { all += DifferenceJson(difference); });
+    EXPECT_EQ(QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Compact)),
+              QStringLiteral("[{\"first\":7,\"firstPath\":\"Port\",\"kind\":\"changed\",\"second\":8,"
+                             "\"secondPath\":\"Port\"}]"));
+}
+
 TEST(Documents, CanDifferInWhatDoesNotCount)
 {
     const IgnoredMembers ignored({QStringLiteral("OstraInterfacePort/Port")});
@@ -261,6 +274,9 @@ TEST(Documents, AreDissectedIntoAllTheirBytes)
     EXPECT_EQ(parts.constLast().meaning, QStringLiteral("7"));
     EXPECT_EQ(parts.constLast().value, QJsonValue(7));
     EXPECT_EQ(parts.constLast().path, QStringLiteral("/OstraInterfacePort/Port"));
+    EXPECT_EQ(QString::fromUtf8(QJsonDocument(PartJson(parts.constLast())).toJson(QJsonDocument::Compact)),
+              QStringLiteral("{\"bytes\":\"00 00 00 00 00 00 00 07\",\"kind\":\"value\",\"offset\":16,"
+                             "\"path\":\"/OstraInterfacePort/Port\",\"value\":7}"));
 }
 
 TEST(Documents, AreDissectedHoweverDamagedTheyAre)
@@ -314,4 +330,12 @@ TEST(Documents, AreSummedUpInALine)
 {
     const Document document = ReadDocument(message(R"({"DF_Params": {"Frequency": 1}})"));
     EXPECT_EQ(SummaryText(*document.record), QStringLiteral("{Type: Event (2), Fragment: [1]}"));
+}
+
+TEST(Documents, TellEveryMemberAsATree)
+{
+    EXPECT_EQ(QString::fromUtf8(QJsonDocument(TreeJson(*port(7))).toJson(QJsonDocument::Compact)),
+              QStringLiteral(
+                  "{\"members\":[{\"name\":\"Port\",\"set\":true,\"type\":\"unsigned integer\",\"value\":7}],"
+                  "\"record\":\"OstraInterfacePort\"}"));
 }

@@ -72,7 +72,7 @@ public:
         m_json.BeginList(QStringLiteral("differences"));
     }
 
-    void add(const Difference& difference) override { m_json.AddItem(toJson(difference)); }
+    void add(const Difference& difference) override { m_json.AddItem(DifferenceJson(difference)); }
 
     void end(qint64 count) override
     {
@@ -82,34 +82,6 @@ public:
     }
 
 private:
-    // What is not set, or not there, has no value.
-    static QJsonObject toJson(const Difference& difference)
-    {
-        QJsonObject json{{QStringLiteral("kind"), nameOf(difference.kind)}};
-        if (difference.kind != Difference::Added)
-            json[QStringLiteral("firstPath")] = difference.path.InFirst();
-        if (difference.kind != Difference::Removed)
-            json[QStringLiteral("secondPath")] = difference.path.InSecond();
-        if (!difference.firstValue.isUndefined())
-            json[QStringLiteral("first")] = difference.firstValue;
-        if (!difference.secondValue.isUndefined())
-            json[QStringLiteral("second")] = difference.secondValue;
-        return json;
-    }
-
-    static QString nameOf(Difference::Kind kind)
-    {
-        switch (kind) {
-        case Difference::Changed:
-            return QStringLiteral("changed");
-        case Difference::Removed:
-            return QStringLiteral("removed");
-        case Difference::Added:
-            return QStringLiteral("added");
-        }
-        return QString();
-    }
-
     LargeJson m_json;
 };
 

@@ -5,6 +5,7 @@
 #include "Progress.h"
 #include "Saving.h"
 #include "TreeView.h"
+#include "documents/Tree.h"
 
 namespace routermsg {
 
@@ -32,7 +33,7 @@ Status showTree(const ShowOptions& options, Session& session)
     const FileSummary copy{inputName(options.input), loaded.form, loaded.size};
     if (session.format() == Format::Json) {
         QJsonObject json = copy.toJson();
-        json[QStringLiteral("document")] = treeJson(*loaded.record);
+        json[QStringLiteral("document")] = TreeJson(*loaded.record);
         session.writeJson(json);
     } else {
         writeHead(copy.toText(), session);
