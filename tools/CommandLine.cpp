@@ -1,13 +1,20 @@
 #include "CommandLine.h"
 
-#include "Check.h"
-#include "Closest.h"
-#include "Convert.h"
-#include "Diff.h"
-#include "New.h"
-#include "Show.h"
-#include "Stats.h"
+#include "Completions.h"
+#include "HelpPage.h"
+#include "ManualPage.h"
+#include "Parsing.h"
 #include "UsageError.h"
+#include "commands/CheckCommand.h"
+#include "commands/ConvertCommand.h"
+#include "commands/DiffCommand.h"
+#include "commands/NewCommand.h"
+#include "commands/NewWords.h"
+#include "commands/ShowCommand.h"
+#include "commands/StatsCommand.h"
+#include "documents/Forms.h"
+#include "documents/Sentences.h"
+#include "documents/Text.h"
 
 #include "modelkit/Version.h"
 
@@ -18,58 +25,11 @@
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
+
 namespace {
 
 const QString fileValue = QStringLiteral("FILE");
-
-std::string toStd(const QString& text) { return text.toStdString(); }
-
-QString fromStd(const std::string& text) { return QString::fromStdString(text); }
-
-// The parser takes "[a,b]" for two values. No argument begins with a bracket when it gets them.
-constexpr char guard = '\1';
-
-std::string guarded(const std::string& argument)
-{
-    const bool isUnsafe = !argument.empty() && (argument.front() == '[' || argument.front() == guard);
-    return isUnsafe ? guard + argument : argument;
-}
-
-QString unguarded(const std::string& argument)
-{
-    const bool isGuarded = !argument.empty() && argument.front() == guard;
-    return fromStd(isGuarded ? argument.substr(1) : argument);
-}
-
-QString possible(const QStringList& words)
-{
-    return QStringLiteral(" Possible are %1.").arg(enumerated(words));
-}
-
-template <class Container>
-QStringList withDashes(const Container& names, const char* dashes)
-{
-    QStringList result;
-    for (const std::string& name : names)
-        result += QLatin1String(dashes) + fromStd(name);
-    return result;
-}
-
-QStringList namesOf(const CLI::Option& option)
-{
-    if (option.get_positional())
-        return {fromStd(option.get_name(true))};
-    return withDashes(option.get_snames(), "-") + withDashes(option.get_lnames(), "--");
-}
-
-QStringList optionNames(const CLI::App& app)
-{
-    QStringList names;
-    for (const CLI::Option* option : app.get_options())
-        if (!option->get_positional())
-            names += namesOf(*option);
-    return names;
-}
 
 } // namespace
 
@@ -184,8 +144,8 @@ private:
                 const auto index = choices.indexOf(unguarded(given));
                 if (index < 0)
                     refuse(app, QStringLiteral("%1 is no value of %2.%3%4")
-                                    .arg(quoted(unguarded(given)), QLatin1String(name),
-                                         didYouMean(unguarded(given), choices), possible(choices)));
+                                    .arg(Quoted(unguarded(given)), QLatin1String(name),
+                                         DidYouMean(unguarded(given), choices), possible(choices)));
                 set(static_cast<int>(index));
             },
             text);
@@ -195,7 +155,7 @@ private:
 
     void addForm(CLI::App& app, const char* name, const char* text, std::optional<Form>& target)
     {
-        addChoice(app, name, "FORM", formNames(), text,
+        addChoice(app, name, "FORM", FormNames(), text,
                   [&target](int index) { target = static_cast<Form>(index); });
     }
 
@@ -358,15 +318,15 @@ private:
             return printingHelp(
                 [this, &command](int width) { return helpPage(tables(), tableOf(command), width); });
         } catch (const CLI::RequiredError&) {
-            refuseExtras(command);
-            refuseMissing(command);
+            refuseExtras(*command.app);
+            refuseMissing(*command.app);
         } catch (const CLI::ArgumentMismatch& error) {
-            refuseNumberOfValues(command, error);
+            refuseNumberOfValues(*command.app, error);
         } catch (const CLI::ParseError& error) {
-            refuseExtras(command);
+            refuseExtras(*command.app);
             refuse(*command.app, fromStd(error.what()) + QLatin1Char('.'));
         }
-        refuseExtras(command);
+        refuseExtras(*command.app);
         return command.work;
     }
 
@@ -388,14 +348,6 @@ private:
 
     // --- mistakes
 
-    [[noreturn]] static void refuse(const CLI::App& app, const QString& text)
-    {
-        const QString name = fromStd(app.get_name());
-        throw UsageError(text
-                         + QStringLiteral(" Try: routermsg %1--help")
-                               .arg(name.isEmpty() ? name : name + QLatin1Char(' ')));
-    }
-
     QStringList commandNames() const
     {
         QStringList names;
@@ -409,55 +361,14 @@ private:
         if (!word.startsWith(QLatin1Char('-')))
             refuse(m_program,
                    QStringLiteral("There is no command %1.%2%3")
-                       .arg(quoted(word), didYouMean(word, commandNames()), possible(commandNames())));
+                       .arg(Quoted(word), DidYouMean(word, commandNames()), possible(commandNames())));
         const QString name = word.section(QLatin1Char('='), 0, 0);
         for (const Command& command : m_commands)
             if (optionNames(*command.app).contains(name))
                 refuse(m_program, QStringLiteral("The option %1 belongs behind the command.").arg(name));
         refuse(
             m_program,
-            QStringLiteral("There is no option %1.%2").arg(name, didYouMean(name, optionNames(m_program))));
-    }
-
-    // What the command has not taken.
-    static void refuseExtras(const Command& command)
-    {
-        for (const std::string& extra : command.app->remaining())
-            if (extra != "--")
-                refuseExtra(command, unguarded(extra));
-    }
-
-    [[noreturn]] static void refuseExtra(const Command& command, const QString& word)
-    {
-        if (!word.startsWith(QLatin1Char('-')))
-            refuse(*command.app, QStringLiteral("The command %1 takes no further argument %2.")
-                                     .arg(command.name(), quoted(word)));
-        const QString name = word.section(QLatin1Char('='), 0, 0);
-        QString meant = didYouMean(name, optionNames(*command.app));
-        if (meant.isEmpty() && command.name() == QLatin1String("new"))
-            meant = didYouMeanWord(QString(name).remove(QLatin1Char('-')));
-        refuse(*command.app,
-               QStringLiteral("The command %1 has no option %2.%3").arg(command.name(), name, meant));
-    }
-
-    // The parser says which option it is, in words that are not for users.
-    [[noreturn]] static void refuseNumberOfValues(const Command& command, const CLI::ArgumentMismatch& error)
-    {
-        const QString name = fromStd(error.what()).section(QLatin1Char(':'), 0, 0);
-        const CLI::Option* option = command.app->get_option_no_throw(toStd(name));
-        refuse(*command.app, option && option->count() > 1
-                                 ? QStringLiteral("The option %1 is given more than once.").arg(name)
-                                 : QStringLiteral("The option %1 needs a value.").arg(name));
-    }
-
-    // The first required argument that is not there.
-    static void refuseMissing(const Command& command)
-    {
-        for (const CLI::Option* option : command.app->get_options())
-            if (option->get_required() && option->count() == 0)
-                refuse(*command.app, QStringLiteral("The command %1 needs %2: %3")
-                                         .arg(command.name(), namesOf(*option).constFirst(),
-                                              fromStd(option->get_description())));
+            QStringLiteral("There is no option %1.%2").arg(name, DidYouMean(name, optionNames(m_program))));
     }
 
     // --- tables
@@ -506,7 +417,7 @@ private:
              {QStringLiteral(
                   "A document has one of the forms %1. Reading recognises them by the content, writing "
                   "goes by the ending of the file's name: %2.")
-                  .arg(enumerated(formNames()), knownEndings()),
+                  .arg(Enumerated(FormNames()), KnownEndings()),
               QStringLiteral("JSON is the form that loses nothing; the others carry decimal numbers with two "
                              "decimals.")}},
             {QStringLiteral("Exit status"),

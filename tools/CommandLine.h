@@ -3,7 +3,7 @@
 #pragma once
 
 #include "CommandTables.h"
-#include "Terminal.h"
+#include "Session.h"
 
 #include <functional>
 #include <memory>

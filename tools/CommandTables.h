@@ -1,7 +1,8 @@
 /// \file
-/// The help, the manual page and the completions for shells, all made from the same tables.
+/// The tables of commands and options from which help, manual page and completions are made.
 #pragma once
 
+#include <QtCore/QPair>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
@@ -64,18 +65,16 @@ struct ProgramTable
     QVector<Section> sections;
 };
 
-/// The help for the program or one of its commands, made to fit.
-/// \param width the number of columns; 0 for the usual 80
-QString helpPage(const ProgramTable& program, int width);
-QString helpPage(const ProgramTable& program, const CommandTable& command, int width);
+/// A name and what it stands for.
+using Row = QPair<QString, QString>;
 
-/// The manual page, for `man`.
-QString manualPage(const ProgramTable& program);
-
-/// The shells for which there are completions.
-QStringList shells();
-
-/// The completion for a shell.
-QString completion(const ProgramTable& program, const QString& shell);
+/// \name What help, manual page and completions say alike
+/// @{
+QString usage(const ProgramTable& program);
+QString usage(const ProgramTable& program, const CommandTable& command);
+QVector<Row> rowsOf(const QVector<OptionTable>& options);
+QVector<Row> argumentRowsOf(const CommandTable& command);
+QVector<Row> noteRowsOf(const CommandTable& command);
+/// @}
 
 } // namespace routermsg

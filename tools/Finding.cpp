@@ -1,9 +1,11 @@
 #include "Finding.h"
 
-#include "Closest.h"
-#include "Terminal.h"
+#include "Output.h"
+#include "documents/Text.h"
 
 namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
 
 namespace {
 
@@ -14,19 +16,6 @@ MODELKIT::Place inFile(MODELKIT::Place place, const QString& file)
     return place;
 }
 
-// What the exception says, with the value that it is about and what may have been meant.
-QString textOf(const ModelKitException& exception)
-{
-    QString text = exception.GetText();
-    const auto* outOfRange = dynamic_cast<const OutOfRangeException*>(&exception);
-    if (!outOfRange || outOfRange->GetOffendingValue().isNull())
-        return text;
-    if (text.endsWith(QLatin1Char('.')))
-        text.chop(1);
-    return text + QLatin1String(": ") + quoted(abbreviated(outOfRange->GetOffendingValue()))
-           + QLatin1Char('.') + didYouMean(outOfRange->GetClosest());
-}
-
 } // namespace
 
 Finding Finding::of(const MODELKIT::Failure& failure, const QString& file)
@@ -35,9 +24,9 @@ Finding Finding::of(const MODELKIT::Failure& failure, const QString& file)
     return {Error, status, failure.text, inFile(failure.place, file)};
 }
 
-Finding Finding::of(const ModelKitException& exception, const QString& file)
+Finding Finding::of(const DocumentError& error, const QString& file)
 {
-    return {Error, Found, textOf(exception), inFile(exception.GetPlace(), file)};
+    return of(MODELKIT::Failure{error.GetKind(), error.GetText(), error.GetPlace()}, file);
 }
 
 Finding Finding::ofFile(const QString& file, const QString& text)
@@ -51,15 +40,15 @@ Finding Finding::ofFile(const QString& file, const QString& text)
 
 QString Finding::toLine(const Output& output) const
 {
-    const QString where = printable(place.ToString());
+    const QString where = Printable(place.ToString());
     QString line = output.paint(Style::Place,
                                 (where.isEmpty() ? QStringLiteral("routermsg") : where) + QLatin1Char(':'));
     line += QLatin1Char(' ');
     line += severity == Error ? output.paint(Style::Error, QStringLiteral("error:"))
                               : output.paint(Style::Warning, QStringLiteral("warning:"));
-    line += QLatin1Char(' ') + printable(text);
+    line += QLatin1Char(' ') + Printable(text);
     if (!place.path.isEmpty())
-        line += QStringLiteral(" (in %1)").arg(printable(place.path));
+        line += QStringLiteral(" (in %1)").arg(Printable(place.path));
     return line;
 }
 

@@ -2,7 +2,8 @@
 /// What is wrong with a document, and where.
 #pragma once
 
-#include "modelkit/Exceptions.h"
+#include "documents/DocumentError.h"
+
 #include "modelkit/Failure.h"
 
 #include <QtCore/QJsonObject>
@@ -41,8 +42,7 @@ struct Finding
 
     /// \a file counts when the failure does not know its file.
     static Finding of(const MODELKIT::Failure& failure, const QString& file);
-    /// Of a value that is no enumerator the finding also tells the value and what may have been meant.
-    static Finding of(const ModelKitException& exception, const QString& file);
+    static Finding of(const ROUTERDOCUMENTS::DocumentError& error, const QString& file);
     /// A file that cannot be read or written.
     static Finding ofFile(const QString& file, const QString& text);
 

@@ -1,8 +1,8 @@
 #include "HexView.h"
 
-#include "Dissection.h"
-#include "LargeJson.h"
-#include "Terminal.h"
+#include "Output.h"
+#include "documents/Dissection.h"
+#include "documents/LargeJson.h"
 
 #include "modelkit/BinaryForm.h"
 
@@ -11,6 +11,8 @@
 #include <algorithm>
 
 namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
 
 namespace {
 
@@ -135,23 +137,6 @@ private:
     Output& m_output;
 };
 
-// --- JSON -----------------------------------------------------------------------------------
-
-QJsonObject partJson(const Part& part)
-{
-    QJsonObject json{{QStringLiteral("kind"), nameOf(part.kind)},
-                     {QStringLiteral("offset"), part.offset},
-                     {QStringLiteral("bytes"), QString::fromLatin1(part.bytes.toHex(' ').toUpper())},
-                     {QStringLiteral("path"), part.path}};
-    if (!part.value.isUndefined())
-        json[QStringLiteral("value")] = part.value;
-    if (!part.note.isEmpty())
-        json[QStringLiteral("note")] = part.note;
-    if (!part.wrong.isEmpty())
-        json[QStringLiteral("wrong")] = part.wrong;
-    return json;
-}
-
 } // namespace
 
 std::optional<Finding> writeHex(const QByteArray& form, Output& output)
@@ -164,15 +149,15 @@ std::optional<Finding> writeHex(const QByteArray& form, Output& output)
     };
     text.writeHead();
     if (!MODELKIT::IsCompressedForm(form)) {
-        dissectPlain(form, write);
+        DissectPlain(form, write);
         return first.get();
     }
     QByteArray plain;
-    dissectCompressed(form, plain, write);
+    DissectCompressed(form, plain, write);
     if (!plain.isEmpty()) {
         output.writeLine(QStringLiteral("\nThe form inside, %1 bytes:").arg(plain.size()));
         text.writeHead();
-        dissectPlain(plain, write);
+        DissectPlain(plain, write);
     }
     return first.get();
 }
@@ -180,30 +165,30 @@ std::optional<Finding> writeHex(const QByteArray& form, Output& output)
 std::optional<Finding> writeHexJson(const QByteArray& form, const QJsonObject& head, Output& output)
 {
     FirstWrong first;
-    LargeJson json(output);
+    LargeJson json(output.writer());
     const auto write = [&](const Part& part) {
         first.note(part);
-        json.addItem(partJson(part));
+        json.AddItem(PartJson(part));
     };
     for (auto i = head.begin(); i != head.end(); ++i)
-        json.add(i.key(), i.value());
+        json.Add(i.key(), i.value());
     QByteArray plain;
     const bool isCompressed = MODELKIT::IsCompressedForm(form);
-    json.beginList(QStringLiteral("parts"));
+    json.BeginList(QStringLiteral("parts"));
     if (isCompressed)
-        dissectCompressed(form, plain, write);
+        DissectCompressed(form, plain, write);
     else
-        dissectPlain(form, write);
-    json.endList();
+        DissectPlain(form, write);
+    json.EndList();
     if (isCompressed) {
-        json.beginList(QStringLiteral("inflated"));
+        json.BeginList(QStringLiteral("inflated"));
         if (!plain.isEmpty())
-            dissectPlain(plain, write);
-        json.endList();
+            DissectPlain(plain, write);
+        json.EndList();
     }
     if (first.get())
-        json.add(QStringLiteral("wrong"), first.get()->toJson());
-    json.end();
+        json.Add(QStringLiteral("wrong"), first.get()->toJson());
+    json.End();
     return first.get();
 }
 

@@ -1,14 +1,14 @@
 #include "TreeView.h"
 
-#include "Terminal.h"
-#include "Values.h"
+#include "Output.h"
+#include "documents/Values.h"
 
-#include <QtCore/QJsonArray>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
 namespace routermsg {
 
+using namespace ROUTERDOCUMENTS;
 using MODELKIT::IMKObject;
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
 using PELLU300ROUTERINTERFACEXML::RecordInfo;
@@ -44,7 +44,7 @@ private:
 
     void writeMember(const IMKObject& record, const MemberInfo& member, int depth)
     {
-        const QString begin = name(member.GetName()) + faint(QStringLiteral(": ") + typeName(member));
+        const QString begin = name(member.GetName()) + faint(QStringLiteral(": ") + TypeName(member));
         switch (member.GetKind()) {
         case MemberInfo::Record:
             writeLine(depth, begin);
@@ -56,7 +56,7 @@ private:
             break;
         default:
             writeLine(depth, begin + faint(QStringLiteral(" = "))
-                                 + m_output.paint(Style::Value, valueText(member, member.GetValue(record))));
+                                 + m_output.paint(Style::Value, ValueText(member, member.GetValue(record))));
         }
     }
 
@@ -74,7 +74,7 @@ private:
         QStringList texts;
         for (const MemberInfo* member : members)
             texts += isChoice ? member->GetName()
-                              : QStringLiteral("%1 (%2)").arg(member->GetName(), typeName(*member));
+                              : QStringLiteral("%1 (%2)").arg(member->GetName(), TypeName(*member));
         writeLine(depth, faint((isChoice ? QStringLiteral("not set: one of ") : QStringLiteral("not set: "))
                                + texts.join(QStringLiteral(", "))));
     }
@@ -90,48 +90,8 @@ private:
     Output& m_output;
 };
 
-QJsonArray itemsJson(const IMKObject& record, const MemberInfo& member)
-{
-    QJsonArray items;
-    for (int i = 0, count = member.CountItems(record); i < count; ++i)
-        items += treeJson(member.GetItem(record, i));
-    return items;
-}
-
-QJsonObject memberTree(const IMKObject& record, const MemberInfo& member)
-{
-    QJsonObject json{{QStringLiteral("name"), member.GetName()},
-                     {QStringLiteral("type"), typeName(member)},
-                     {QStringLiteral("set"), member.IsSet(record)}};
-    if (!member.IsSet(record))
-        return json;
-    switch (member.GetKind()) {
-    case MemberInfo::Record:
-        json[QStringLiteral("value")] = treeJson(member.GetRecord(record));
-        break;
-    case MemberInfo::List:
-        json[QStringLiteral("items")] = itemsJson(record, member);
-        break;
-    case MemberInfo::Enumeration:
-        json[QStringLiteral("number")] = member.GetValue(record).toInt();
-        [[fallthrough]];
-    default:
-        json[QStringLiteral("value")] = valueJson(member, member.GetValue(record));
-    }
-    return json;
-}
-
 } // namespace
 
 void writeTree(const IMKObject& record, Output& output) { Tree(output).writeRoot(record); }
-
-QJsonObject treeJson(const IMKObject& record)
-{
-    const RecordInfo& info = RecordInfo::Of(record);
-    QJsonArray members;
-    for (const MemberInfo* member : info.GetMembers())
-        members += memberTree(record, *member);
-    return {{QStringLiteral("record"), info.GetName()}, {QStringLiteral("members"), members}};
-}
 
 } // namespace routermsg

@@ -1,10 +1,32 @@
 // Any record's header also brings the base object, the exceptions and the logger.
 #include <routerinterface/MastershipState.h>
 
+#include <documents/Document.h>
+#include <documents/DocumentError.h>
+#include <documents/JsonForm.h>
+
 #include <memory>
+
+// Whether documents are read in whatever form they are, and refused with an exception that can be caught
+// here.
+static bool readsDocuments()
+{
+    const auto document =
+        ROUTERDOCUMENTS::ReadDocument("<OstraInterfacePort><Port>7</Port></OstraInterfacePort>");
+    if (!ROUTERDOCUMENTS::ToJson(*document.record).contains("\"Port\": 7"))
+        return false;
+    try {
+        ROUTERDOCUMENTS::ReadDocument("{}");
+    } catch (const ROUTERDOCUMENTS::DocumentError&) {
+        return true;
+    }
+    return false;
+}
 
 int main()
 {
+    if (!readsDocuments())
+        return 3;
     PELLU300ROUTERINTERFACEXML::MastershipState state;
     const MODELKIT::IMKObject& base = state;
     base.SetLogger(std::make_shared<MODELKIT::Logger>());

@@ -1,0 +1,123 @@
+#include "documents/Document.h"
+
+#include "documents/DocumentError.h"
+#include "documents/JsonForm.h"
+
+#include "modelkit/BinaryForm.h"
+#include "modelkit/XmlPlaces.h"
+
+namespace ROUTERDOCUMENTS {
+
+using PELLU300ROUTERINTERFACEXML::RecordInfo;
+
+namespace {
+
+// Does what may throw an exception of a record.
+template <class Action>
+auto explained(const Action& action) -> decltype(action())
+{
+    try {
+        return action();
+    } catch (const ModelKitException& exception) {
+        throw DocumentError(exception);
+    }
+}
+
+// The class that the bytes are of, which the library has found not to be the document's.
+const RecordInfo* classOf(const QByteArray& bytes, Form form)
+{
+    if (form == Form::Xml)
+        return RecordInfo::Find(MODELKIT::RootNameOfXml(bytes));
+    if (form == Form::Binary)
+        return ClassOfBinary(bytes);
+    QByteArray plain;
+    MODELKIT::Failure failure;
+    MODELKIT::InflateForm(bytes, plain, failure);
+    return ClassOfBinary(plain);
+}
+
+// The record; null, with the failure explained, when the bytes are none of the class.
+std::unique_ptr<MODELKIT::IMKObject> readAs(const RecordInfo& info, const QByteArray& bytes, Form form,
+                                            bool validate)
+{
+    auto record = info.Create();
+    record->SetValidate(validate);
+    const bool isRead =
+        form == Form::Xml ? record->SetXmlBytes(bytes) : record->SetBinaryRepresentation(bytes);
+    return isRead ? std::move(record) : nullptr;
+}
+
+std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form form, bool validate)
+{
+    using MODELKIT::Failure;
+    auto record = readAs(RecordInfo::Document(), bytes, form, validate);
+    // Whatever it is, the document's class says best what it is not.
+    const Failure failure = MODELKIT::IMKObject::GetLastFailure();
+    if (failure.kind == Failure::WrongRoot || failure.kind == Failure::WrongClass)
+        if (const RecordInfo* info = classOf(bytes, form))
+            record = readAs(*info, bytes, form, validate);
+    if (!record)
+        throw DocumentError(MODELKIT::IMKObject::GetLastFailure());
+    return record;
+}
+
+// Applies the rules to a record that has been read.
+void check(const MODELKIT::IMKObject& record, const QByteArray& bytes, Form form)
+{
+    try {
+        record.Check();
+    } catch (ModelKitException& exception) {
+        if (form == Form::Xml)
+            exception.SetPlace(MODELKIT::FindInXml(bytes, exception.GetPlace().path));
+        throw;
+    }
+}
+
+// Empty when the form cannot carry the record.
+QByteArray encodeUnchecked(MODELKIT::IMKObject& record, Form form)
+{
+    constexpr int usualLevel = -1;
+    switch (form) {
+    case Form::Xml:
+        return record.GetXmlBytes();
+    case Form::Binary:
+        return record.GetBinaryRepresentationAsQByteArray();
+    case Form::Compressed:
+        return record.GetCompressedBinaryRepresentationAsQByteArray(usualLevel);
+    case Form::Json:
+        break;
+    }
+    return ToJson(record);
+}
+
+} // namespace
+
+Document ReadDocument(const QByteArray& bytes, const ReadingOptions& options)
+{
+    return explained([&] {
+        Document document;
+        document.form = options.form.value_or(FormOfContent(bytes));
+        document.size = bytes.size();
+        document.record = document.form == Form::Json ? FromJson(bytes, options.validate)
+                                                      : readByLibrary(bytes, document.form, options.validate);
+        document.info = &RecordInfo::Of(*document.record);
+        if (options.validate)
+            check(*document.record, bytes, document.form);
+        return document;
+    });
+}
+
+QByteArray WriteDocument(MODELKIT::IMKObject& record, Form form)
+{
+    return explained([&] {
+        if (record.GetValidate() && !record.HasData())
+            throw IncompleteDefinitionException(
+                QStringLiteral("%1 holds no data.").arg(record.GetObjectName()));
+        const QByteArray bytes = encodeUnchecked(record, form);
+        if (bytes.isEmpty())
+            throw DocumentError(MODELKIT::IMKObject::GetLastFailure());
+        return bytes;
+    });
+}
+
+} // namespace ROUTERDOCUMENTS

@@ -1,0 +1,25 @@
+#include "documents/Sentences.h"
+
+#include "modelkit/ClosestName.h"
+
+namespace ROUTERDOCUMENTS {
+
+QString DidYouMean(const QString& word, const QStringList& words)
+{
+    return DidYouMean(MODELKIT::ClosestName(word, words));
+}
+
+QString DidYouMean(const QString& meant)
+{
+    return meant.isEmpty() ? QString() : QStringLiteral(" Did you mean %1?").arg(meant);
+}
+
+QString Enumerated(const QStringList& words)
+{
+    if (words.size() < 2)
+        return words.join(QString());
+    return QStringList(words.mid(0, words.size() - 1)).join(QStringLiteral(", ")) + QStringLiteral(" and ")
+           + words.last();
+}
+
+} // namespace ROUTERDOCUMENTS

@@ -1,0 +1,21 @@
+/// \file
+/// Parts of sentences about names.
+#pragma once
+
+#include "documents/Export.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+namespace ROUTERDOCUMENTS {
+
+/// " Did you mean X?" with the closest word, or nothing.
+ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& word, const QStringList& words);
+
+/// " Did you mean X?" with that word, or nothing when it is empty.
+ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& meant);
+
+/// "a, b and c".
+ROUTERDOCUMENTS_EXPORT QString Enumerated(const QStringList& words);
+
+} // namespace ROUTERDOCUMENTS

@@ -1,0 +1,266 @@
+#include "Completions.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace routermsg {
+
+namespace {
+
+QStringList allNames(const QVector<OptionTable>& options)
+{
+    QStringList names;
+    for (const OptionTable& option : options)
+        names += option.names;
+    return names;
+}
+
+QStringList commandNames(const ProgramTable& program)
+{
+    QStringList names;
+    for (const CommandTable& command : program.commands)
+        names += command.name;
+    return names;
+}
+
+bool takesFiles(const CommandTable& command)
+{
+    return std::any_of(command.arguments.begin(), command.arguments.end(),
+                       [](const OptionTable& argument) { return argument.isFile; });
+}
+
+QStringList argumentChoices(const CommandTable& command)
+{
+    QStringList choices;
+    for (const OptionTable& argument : command.arguments)
+        choices += argument.choices;
+    return choices;
+}
+
+QString inQuotes(QString text)
+{
+    return QLatin1Char('\'') + text.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
+}
+
+// What the parts become, one after the other.
+template <class Parts, class Make>
+QString each(const Parts& parts, const Make& make)
+{
+    QString text;
+    for (const auto& part : parts)
+        text += make(part);
+    return text;
+}
+
+// --- bash
+
+QString bashValues(const CommandTable& command, const OptionTable& option)
+{
+    if (option.value.isEmpty())
+        return QString();
+    QStringList patterns;
+    for (const QString& name : option.names)
+        patterns += command.name + QLatin1Char(':') + name;
+    const QString action =
+        option.choices.isEmpty()
+            ? QStringLiteral("compopt -o default")
+            : QStringLiteral("_routermsg_words %1").arg(inQuotes(option.choices.join(' ')));
+    return QStringLiteral("    %1) %2; return ;;\n").arg(patterns.join(QStringLiteral(" | ")), action);
+}
+
+QString bashCommand(const CommandTable& command)
+{
+    QString otherwise;
+    if (!argumentChoices(command).isEmpty())
+        otherwise +=
+            QStringLiteral(" _routermsg_words %1;").arg(inQuotes(argumentChoices(command).join(' ')));
+    if (takesFiles(command))
+        otherwise += QStringLiteral(" compopt -o default;");
+    return QStringLiteral("    %1:-*) _routermsg_words %2 ;;\n    %1:*)%3 ;;\n")
+        .arg(command.name, inQuotes(allNames(command.options).join(' ')), otherwise);
+}
+
+QString bash(const ProgramTable& program)
+{
+    const QString values = each(program.commands, [](const CommandTable& command) {
+        return each(command.options, [&](const OptionTable& option) { return bashValues(command, option); });
+    });
+    return QStringLiteral(R"(# bash completion for %1
+
+_routermsg_words()
+{
+    mapfile -t COMPREPLY < <(compgen -W "$1" -- "${COMP_WORDS[COMP_CWORD]}")
+    if [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == *= ]]; then
+        compopt -o nospace
+    fi
+}
+
+_routermsg()
+{
+    local command=${COMP_WORDS[1]} previous=${COMP_WORDS[COMP_CWORD-1]} current=${COMP_WORDS[COMP_CWORD]}
+    COMPREPLY=()
+    if [[ $COMP_CWORD -eq 1 ]]; then
+        _routermsg_words %2
+        return
+    fi
+    case $command:$previous in
+%3    esac
+    case $command:$current in
+%4    esac
+}
+
+complete -F _routermsg %1
+)")
+        .arg(program.name, inQuotes((commandNames(program) + allNames(program.options)).join(' ')), values,
+             each(program.commands, bashCommand));
+}
+
+// --- zsh
+
+QString zshText(QString text)
+{
+    for (const char* special : {"\\", "[", "]", ":"})
+        text.replace(QLatin1String(special), QLatin1Char('\\') + QLatin1String(special));
+    return text;
+}
+
+QString zshValue(const OptionTable& option)
+{
+    if (!option.choices.isEmpty())
+        return QStringLiteral(":%1:(%2)").arg(option.value, option.choices.join(' '));
+    return option.isFile ? QStringLiteral(":%1:_files").arg(option.value)
+                         : QStringLiteral(":%1: ").arg(option.value);
+}
+
+QString zshLine(const QString& argument)
+{
+    return QStringLiteral(" \\\n            %1").arg(inQuotes(argument));
+}
+
+QString zshOption(const OptionTable& option)
+{
+    return each(option.names, [&](const QString& name) {
+        return zshLine((option.isRepeatable ? QStringLiteral("*") : QString()) + name + QLatin1Char('[')
+                       + zshText(option.text) + QLatin1Char(']')
+                       + (option.value.isEmpty() ? QString() : zshValue(option)));
+    });
+}
+
+QString zshArgument(const OptionTable& argument)
+{
+    return zshLine((argument.isRepeatable ? QStringLiteral("*") : QString()) + zshValue(argument));
+}
+
+QString zshCommand(const CommandTable& command)
+{
+    return QStringLiteral("    %1)\n        _arguments%2%3\n        ;;\n")
+        .arg(command.name, each(command.options, zshOption), each(command.arguments, zshArgument));
+}
+
+QString zsh(const ProgramTable& program)
+{
+    const QString commands = each(program.commands, [](const CommandTable& command) {
+        return zshLine(command.name + QLatin1Char(':') + zshText(command.summary));
+    });
+    return QStringLiteral(R"(#compdef %1
+
+_routermsg()
+{
+    local -a commands
+    commands=(%2
+    )
+    if (( CURRENT == 2 )); then
+        _describe command commands
+        _arguments%3
+        return
+    fi
+    local command=$words[2]
+    shift words
+    (( CURRENT-- ))
+    case $command in
+%4    esac
+}
+
+if [[ $funcstack[1] == _routermsg ]]; then
+    _routermsg "$@"
+else
+    compdef _routermsg %1
+fi
+)")
+        .arg(program.name, commands, each(program.options, zshOption), each(program.commands, zshCommand));
+}
+
+// --- fish
+
+QString fishQuotes(QString text)
+{
+    text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));
+    return QLatin1Char('\'') + text + QLatin1Char('\'');
+}
+
+QString fishOption(const QString& beginning, const OptionTable& option)
+{
+    QString line = beginning;
+    for (const QString& name : option.names)
+        line += name.startsWith(QLatin1String("--")) ? QStringLiteral(" -l ") + name.mid(2)
+                                                     : QStringLiteral(" -s ") + name.mid(1);
+    if (!option.choices.isEmpty())
+        line += QStringLiteral(" -x -a ") + fishQuotes(option.choices.join(' '));
+    else if (!option.value.isEmpty())
+        line += option.isFile ? QStringLiteral(" -r -F") : QStringLiteral(" -x");
+    return line + QStringLiteral(" -d ") + fishQuotes(option.text) + QLatin1Char('\n');
+}
+
+QString fishCommand(const QString& beginning, const CommandTable& command)
+{
+    const QString inCommand =
+        beginning + QStringLiteral(" -n '__fish_seen_subcommand_from %1'").arg(command.name);
+    QString text = QStringLiteral("%1 -n __fish_use_subcommand -f -a %2 -d %3\n")
+                       .arg(beginning, command.name, fishQuotes(command.summary));
+    if (!takesFiles(command))
+        text += inCommand + QStringLiteral(" -f\n");
+    if (!argumentChoices(command).isEmpty())
+        text += inCommand + QStringLiteral(" -a ") + fishQuotes(argumentChoices(command).join(' '))
+                + QLatin1Char('\n');
+    return text
+           + each(command.options, [&](const OptionTable& option) { return fishOption(inCommand, option); });
+}
+
+QString fish(const ProgramTable& program)
+{
+    const QString beginning = QStringLiteral("complete -c ") + program.name;
+    return QStringLiteral("# fish completion for %1\n\n").arg(program.name)
+           + each(program.options,
+                  [&](const OptionTable& option) {
+                      return fishOption(beginning + QStringLiteral(" -n __fish_use_subcommand"), option);
+                  })
+           + each(program.commands,
+                  [&](const CommandTable& command) { return fishCommand(beginning, command); });
+}
+
+struct Shell
+{
+    const char* name;
+    QString (*make)(const ProgramTable&);
+};
+
+constexpr Shell allShells[] = {{"bash", bash}, {"zsh", zsh}, {"fish", fish}};
+
+} // namespace
+
+QStringList shells()
+{
+    QStringList names;
+    for (const Shell& shell : allShells)
+        names += QLatin1String(shell.name);
+    return names;
+}
+
+QString completion(const ProgramTable& program, const QString& shell)
+{
+    const auto found = std::find_if(std::begin(allShells), std::end(allShells),
+                                    [&](const Shell& one) { return shell == QLatin1String(one.name); });
+    return found == std::end(allShells) ? QString() : found->make(program);
+}
+
+} // namespace routermsg

@@ -1,0 +1,16 @@
+/// \file
+/// The help.
+#pragma once
+
+#include "CommandTables.h"
+
+#include <QtCore/QString>
+
+namespace routermsg {
+
+/// The help for the program or one of its commands, made to fit.
+/// \param width the number of columns; 0 for the usual 80
+QString helpPage(const ProgramTable& program, int width);
+QString helpPage(const ProgramTable& program, const CommandTable& command, int width);
+
+} // namespace routermsg

@@ -1,0 +1,101 @@
+/// \file
+/// The standard streams to which the program writes, and colours.
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <exception>
+#include <functional>
+
+namespace routermsg {
+
+enum class Colour
+{
+    Auto, ///< on a terminal, unless NO_COLOR is set or the terminal is a dumb one
+    Always,
+    Never
+};
+
+/// What a piece of text is, which decides about its colour.
+enum class Style
+{
+    Plain,
+    Good,    ///< fine, the same
+    Error,   ///< wrong
+    Warning, ///< doubtful
+    Place,   ///< where it is: file, line, path
+    Name,    ///< names of classes and members
+    Value,   ///< values of members
+    Added,   ///< only in the second document
+    Removed, ///< only in the first document
+    Faint    ///< what matters less: types, what is not set
+};
+
+/// The output cannot be written.
+class OutputError : public std::exception
+{
+public:
+    /// \param error the value of errno
+    OutputError(const QString& name, int error);
+
+    /// Nobody reads the output any more; that is no reason to say anything.
+    bool isBrokenPipe() const noexcept;
+    const char* what() const noexcept override { return m_text.constData(); }
+
+private:
+    int m_error;
+    QByteArray m_text;
+};
+
+/// Writes all bytes to a descriptor.
+/// \returns 0, or the value of errno.
+int writeAll(int descriptor, const QByteArray& bytes);
+
+/// Standard output or standard error. Text is always written in UTF-8.
+class Output
+{
+public:
+    /// \param name how messages call it
+    Output(int descriptor, const QString& name, Colour colour);
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+    /// Writes what is still kept; an error then goes unnoticed.
+    ~Output();
+
+    /// \name Writing
+    /// What is written is kept until it is much, or on a terminal until the line ends.
+    /// \throws OutputError
+    /// @{
+    void write(const QString& text);
+    void writeLine(const QString& line = QString());
+    void writeBytes(const QByteArray& bytes);
+    void flush();
+    /// What writes text here, for those who know no output; good as long as the output.
+    std::function<void(const QString&)> writer()
+    {
+        return [this](const QString& text) { write(text); };
+    }
+    /// @}
+
+    using Action = std::function<void()>;
+    /// What is shown on the terminal besides: \a aside puts it aside while it runs an action. Nothing when it
+    /// is empty.
+    void setAside(const std::function<void(const Action&)>& aside) { m_aside = aside; }
+
+    bool isTerminal() const { return m_isTerminal; }
+    /// The columns of the terminal; 0 when it is none, and nothing needs to be made to fit.
+    int width() const;
+    /// The text in the style's colour, or as it stands when the output has no colours.
+    QString paint(Style style, const QString& text) const;
+
+private:
+    int m_descriptor;
+    QString m_name;
+    bool m_isTerminal;
+    bool m_hasColours;
+    QByteArray m_kept;
+    std::function<void(const Action&)> m_aside;
+};
+
+} // namespace routermsg

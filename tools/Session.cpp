@@ -1,0 +1,38 @@
+#include "Session.h"
+
+#include "documents/Text.h"
+
+#include <QtCore/QJsonDocument>
+
+#include <unistd.h>
+
+namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
+
+Session::Session(const CommonOptions& options)
+    : m_options(options), m_out(STDOUT_FILENO, QStringLiteral("standard output"), options.colour),
+      m_err(STDERR_FILENO, QStringLiteral("standard error"), options.colour)
+{}
+
+void Session::writeJson(const QJsonObject& result, Output& output)
+{
+    output.write(ShowableJson(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Indented))));
+}
+
+void Session::complain(const QString& text)
+{
+    m_out.flush();
+    m_err.writeLine(m_err.paint(Style::Place, QStringLiteral("routermsg:")) + QLatin1Char(' ')
+                    + Printable(text));
+    m_err.flush();
+}
+
+void Session::complain(const Finding& finding)
+{
+    m_out.flush();
+    m_err.writeLine(finding.toLine(m_err));
+    m_err.flush();
+}
+
+} // namespace routermsg

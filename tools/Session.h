@@ -1,0 +1,57 @@
+/// \file
+/// What a command runs in.
+#pragma once
+
+#include "Finding.h"
+#include "Output.h"
+
+#include <QtCore/QJsonObject>
+#include <QtCore/QString>
+
+namespace routermsg {
+
+/// The format of results.
+enum class Format
+{
+    Text,
+    Json
+};
+
+/// The options that all commands have.
+struct CommonOptions
+{
+    Format format = Format::Text;
+    Colour colour = Colour::Auto;
+    /// Only findings and errors are written: no lines about what is fine, no summary, no progress.
+    bool quiet = false;
+};
+
+/// What a command runs in.
+class Session
+{
+public:
+    explicit Session(const CommonOptions& options);
+
+    Format format() const { return m_options.format; }
+    bool isQuiet() const { return m_options.quiet; }
+
+    /// Results.
+    Output& out() { return m_out; }
+    /// Messages about the work itself.
+    Output& err() { return m_err; }
+
+    /// Writes a result as indented JSON. Nothing in it can steer a terminal.
+    void writeJson(const QJsonObject& result) { writeJson(result, m_out); }
+    void writeJson(const QJsonObject& result, Output& output);
+    /// Writes "routermsg: text" to standard error; the text is made printable.
+    void complain(const QString& text);
+    /// Writes the finding's line to standard error.
+    void complain(const Finding& finding);
+
+private:
+    CommonOptions m_options;
+    Output m_out;
+    Output m_err;
+};
+
+} // namespace routermsg

@@ -1,0 +1,271 @@
+#include "CheckCommand.h"
+
+#include "InputFiles.h"
+#include "Progress.h"
+#include "documents/LargeJson.h"
+#include "documents/Text.h"
+
+#include "modelkit/ReadingReport.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QVector>
+
+#include <algorithm>
+
+namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
+using MODELKIT::IMKObject;
+using MODELKIT::Place;
+using PELLU300ROUTERINTERFACEXML::MemberInfo;
+using PELLU300ROUTERINTERFACEXML::RecordInfo;
+
+namespace {
+
+// --- what makes no sense to send ------------------------------------------------------------
+
+/// Finds members that are not set although nobody sends a record without them.
+class SenseWarnings
+{
+public:
+    SenseWarnings(const QString& file, QVector<Finding>& findings) : m_file(file), m_findings(findings) {}
+
+    void visit(const IMKObject& record, const QString& path)
+    {
+        const RecordInfo& info = RecordInfo::Of(record);
+        if (info.IsChoice() || ownsNothing(info))
+            warnIfEmpty(record, info, path);
+        else
+            warnOfEachUnset(record, info, path);
+        for (const MemberInfo* member : info.GetMembers())
+            if (member->IsSet(record))
+                visitOwned(record, *member, path);
+    }
+
+private:
+    static bool ownsNothing(const RecordInfo& info)
+    {
+        const auto& members = info.GetMembers();
+        return std::none_of(members.begin(), members.end(),
+                            [](const MemberInfo* member) { return member->GetClass() != nullptr; });
+    }
+
+    // A record that owns others is their frame and is sent complete.
+    void warnOfEachUnset(const IMKObject& record, const RecordInfo& info, const QString& path)
+    {
+        for (const MemberInfo* member : info.GetMembers())
+            if (!member->IsSet(record))
+                warn(QStringLiteral("%1 is not set.").arg(member->GetName()), path);
+    }
+
+    // Of the others any member may be missing. All may when there is but one: the record is then sent to
+    // ask for it.
+    void warnIfEmpty(const IMKObject& record, const RecordInfo& info, const QString& path)
+    {
+        const auto& members = info.GetMembers();
+        const bool isEmpty = std::none_of(members.begin(), members.end(),
+                                          [&](const MemberInfo* member) { return member->IsSet(record); });
+        if (isEmpty && members.size() > 1)
+            warn(QStringLiteral("None of the members of %1 is set.").arg(info.GetName()), path);
+    }
+
+    void visitOwned(const IMKObject& record, const MemberInfo& member, const QString& path)
+    {
+        const QString step = path + QLatin1Char('/');
+        if (member.GetKind() == MemberInfo::Record)
+            visit(member.GetRecord(record), step + member.GetName());
+        if (member.GetKind() == MemberInfo::List)
+            for (int i = 0; i < member.CountItems(record); ++i)
+                visit(member.GetItem(record, i), step + Place::Step(member.GetName(), i + 1));
+    }
+
+    void warn(const QString& text, const QString& path)
+    {
+        Finding finding;
+        finding.severity = Finding::Warning;
+        finding.text = text;
+        finding.place.file = m_file;
+        finding.place.path = path;
+        m_findings += finding;
+    }
+
+    const QString& m_file;
+    QVector<Finding>& m_findings;
+};
+
+// --- one document ---------------------------------------------------------------------------
+
+struct Verdict
+{
+    QString file;
+    QVector<Finding> findings;
+
+    Status status() const
+    {
+        Status worst = Fine;
+        for (const Finding& finding : findings)
+            worst = std::max(worst, finding.status);
+        return worst;
+    }
+
+    QJsonObject toJson() const
+    {
+        QJsonArray array;
+        for (const Finding& finding : findings)
+            array += finding.toJson();
+        return {{QStringLiteral("file"), file},
+                {QStringLiteral("ok"), findings.isEmpty()},
+                {QStringLiteral("findings"), array}};
+    }
+};
+
+void addAcceptedInSilence(const MODELKIT::ReadingReport& report, Verdict& verdict)
+{
+    for (const auto& entry : report.GetEntries()) {
+        Finding finding;
+        finding.severity = Finding::Warning;
+        finding.text = entry.text;
+        finding.place = entry.place;
+        finding.place.file = verdict.file;
+        verdict.findings += finding;
+    }
+    if (report.GetDropped() == 0)
+        return;
+    Finding finding;
+    finding.severity = Finding::Warning;
+    finding.text = QStringLiteral("%1 more such things are not listed.").arg(report.GetDropped());
+    finding.place.file = verdict.file;
+    verdict.findings += finding;
+}
+
+Verdict examine(const QString& path, bool strict)
+{
+    Verdict verdict{inputName(path), {}};
+    const MODELKIT::ReadingReport report;
+    try {
+        const Document loaded = load(path, {std::nullopt, true});
+        if (strict) {
+            addAcceptedInSilence(report, verdict);
+            SenseWarnings(verdict.file, verdict.findings)
+                .visit(*loaded.record, QLatin1Char('/') + loaded.info->GetName());
+        }
+    } catch (const Refusal& refusal) {
+        if (strict)
+            addAcceptedInSilence(report, verdict);
+        verdict.findings += refusal.finding();
+    }
+    return verdict;
+}
+
+// --- all documents --------------------------------------------------------------------------
+
+/// Writes the verdicts one by one: there may be many.
+class Report
+{
+public:
+    virtual ~Report() = default;
+    virtual void add(const Verdict& verdict) = 0;
+    virtual void end() = 0;
+};
+
+struct Counts
+{
+    int ok = 0;
+    int wrong = 0;
+    int unreadable = 0;
+
+    void add(Status status) { ++(status == Fine ? ok : status == Found ? wrong : unreadable); }
+    int all() const { return ok + wrong + unreadable; }
+};
+
+class TextReport : public Report
+{
+public:
+    explicit TextReport(Session& session) : m_session(session) {}
+
+    void add(const Verdict& verdict) override
+    {
+        m_counts.add(verdict.status());
+        for (const Finding& finding : verdict.findings) {
+            if (finding.status == Failed)
+                m_session.complain(finding);
+            else
+                out().writeLine(finding.toLine(out()));
+        }
+        if (verdict.findings.isEmpty() && !m_session.isQuiet())
+            out().writeLine(Printable(verdict.file) + QStringLiteral(": ")
+                            + out().paint(Style::Good, QStringLiteral("OK")));
+    }
+
+    void end() override
+    {
+        if (m_counts.all() < 2 || m_session.isQuiet())
+            return;
+        QString summary = QStringLiteral("%1 documents: %2 OK, %3 not OK")
+                              .arg(m_counts.all())
+                              .arg(m_counts.ok)
+                              .arg(m_counts.wrong);
+        if (m_counts.unreadable > 0)
+            summary += QStringLiteral(", %1 not read").arg(m_counts.unreadable);
+        out().writeLine(summary);
+    }
+
+private:
+    Output& out() { return m_session.out(); }
+
+    Session& m_session;
+    Counts m_counts;
+};
+
+class JsonReport : public Report
+{
+public:
+    explicit JsonReport(Output& out) : m_json(out.writer()) { m_json.BeginList(QStringLiteral("documents")); }
+
+    void add(const Verdict& verdict) override
+    {
+        m_json.AddItem(verdict.toJson());
+        m_counts.add(verdict.status());
+    }
+
+    void end() override
+    {
+        m_json.EndList();
+        m_json.Add(QStringLiteral("summary"), QJsonObject{{QStringLiteral("documents"), m_counts.all()},
+                                                          {QStringLiteral("ok"), m_counts.ok},
+                                                          {QStringLiteral("notOk"), m_counts.wrong},
+                                                          {QStringLiteral("notRead"), m_counts.unreadable}});
+        m_json.End();
+    }
+
+private:
+    LargeJson m_json;
+    Counts m_counts;
+};
+
+std::unique_ptr<Report> makeReport(Session& session)
+{
+    if (session.format() == Format::Json)
+        return std::make_unique<JsonReport>(session.out());
+    return std::make_unique<TextReport>(session);
+}
+
+} // namespace
+
+Status check(const CheckOptions& options, Session& session)
+{
+    const QStringList files = filesAmong(options.inputs);
+    const auto report = makeReport(session);
+    Progress progress(session, static_cast<int>(files.size()));
+    Status worst = Fine;
+    for (const QString& file : files) {
+        progress.next(inputName(file));
+        const Verdict verdict = examine(file, options.strict);
+        report->add(verdict);
+        worst = std::max(worst, verdict.status());
+    }
+    report->end();
+    return worst;
+}
+
+} // namespace routermsg

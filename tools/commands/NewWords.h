@@ -1,0 +1,47 @@
+/// \file
+/// Records from words.
+///
+/// The words are names of records, `Member=value` and names of enumerators. They are understood one after
+/// the other and belong to the record that was named last or to one that owns it:
+///
+///     Request MessageID=7 AcquireMastership DF_Params Frequency=98.5e6
+#pragma once
+
+#include "modelkit/IMKObject.h"
+#include "routerinterface/RecordInfo.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+#include <memory>
+
+namespace routermsg {
+
+/// The record that the words describe. It has its validation switched on.
+/// \throws UsageError when a word is not understood.
+/// \throws MKException what the record's setters throw.
+std::unique_ptr<MODELKIT::IMKObject> build(const PELLU300ROUTERINTERFACEXML::RecordInfo& root,
+                                           const QStringList& words);
+
+/// The names of all records.
+QStringList recordNames();
+
+/// All words there are; those for members end with "=".
+QStringList possibleWords();
+
+/// " Did you mean X?" with the closest of them, or nothing.
+QString didYouMeanWord(const QString& word);
+
+/// The words that a record understands, to be read by people.
+struct RecordWords
+{
+    QString record;
+    /// Whether only one of the words can be used.
+    bool isChoice = false;
+    QStringList words;
+};
+
+QVector<RecordWords> describeWords();
+
+} // namespace routermsg

@@ -1,0 +1,138 @@
+#include "StatsCommand.h"
+
+#include "InputFiles.h"
+#include "Progress.h"
+#include "documents/Statistics.h"
+#include "documents/Text.h"
+
+#include <QtCore/QJsonArray>
+
+#include <algorithm>
+
+namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
+
+namespace {
+
+// --- text -----------------------------------------------------------------------------------
+
+class TableText
+{
+public:
+    explicit TableText(Output& output) : m_output(output) {}
+
+    void write(const StatisticsTable& table)
+    {
+        const int nameWidth = widthOfNames(table);
+        QString head = m_output.paint(Style::Name, table.title.leftJustified(nameWidth));
+        for (int column = 0; column < table.columns.size(); ++column)
+            head += m_output.paint(Style::Faint, right(table.columns.at(column), widthOf(table, column)));
+        m_output.writeLine();
+        m_output.writeLine(head);
+        for (const StatisticsTable::Row& row : table.rows)
+            writeRow(table, row, nameWidth);
+    }
+
+private:
+    static constexpr int indentation = 2;
+    static constexpr int gap = 2;
+
+    void writeRow(const StatisticsTable& table, const StatisticsTable::Row& row, int nameWidth)
+    {
+        QString line = (QString(indentation, QLatin1Char(' ')) + row.name).leftJustified(nameWidth);
+        for (int column = 0; column < row.numbers.size(); ++column)
+            line +=
+                m_output.paint(Style::Value, right(Exactly(row.numbers.at(column)), widthOf(table, column)));
+        m_output.writeLine(line);
+    }
+
+    static QString right(const QString& text, int width) { return text.rightJustified(width); }
+
+    static int widthOfNames(const StatisticsTable& table)
+    {
+        auto width = table.title.size();
+        for (const StatisticsTable::Row& row : table.rows)
+            width = std::max(width, row.name.size() + indentation);
+        return static_cast<int>(width);
+    }
+
+    static int widthOf(const StatisticsTable& table, int column)
+    {
+        auto width = table.columns.at(column).size();
+        for (const StatisticsTable::Row& row : table.rows)
+            width = std::max(width, Exactly(row.numbers.at(column)).size());
+        return static_cast<int>(width) + gap;
+    }
+
+    Output& m_output;
+};
+
+QString counted(qint64 count)
+{
+    return count == 1 ? QStringLiteral("1 document") : QStringLiteral("%1 documents").arg(count);
+}
+
+void writeText(const Statistics& statistics, Output& output)
+{
+    QString line = counted(statistics.GetDocuments());
+    if (statistics.GetUnreadable() > 0)
+        line += QStringLiteral(" read, %1 not read").arg(statistics.GetUnreadable());
+    output.writeLine(line);
+    TableText text(output);
+    for (const StatisticsTable& table : statistics.GetTables())
+        text.write(table);
+}
+
+// --- JSON -----------------------------------------------------------------------------------
+
+QJsonObject toJson(const StatisticsTable& table)
+{
+    QJsonArray rows;
+    for (const StatisticsTable::Row& row : table.rows) {
+        QJsonObject json{{QStringLiteral("name"), row.name}};
+        for (int column = 0; column < row.numbers.size(); ++column)
+            json[table.columns.at(column)] = row.numbers.at(column);
+        rows += json;
+    }
+    return {{QStringLiteral("title"), table.title}, {QStringLiteral("rows"), rows}};
+}
+
+QJsonObject toJson(const Statistics& statistics)
+{
+    QJsonArray tables;
+    for (const StatisticsTable& table : statistics.GetTables())
+        tables += toJson(table);
+    return {{QStringLiteral("documents"), statistics.GetDocuments()},
+            {QStringLiteral("notRead"), statistics.GetUnreadable()},
+            {QStringLiteral("tables"), tables}};
+}
+
+} // namespace
+
+Status stats(const StatsOptions& options, Session& session)
+{
+    const QStringList files = filesAmong(options.inputs);
+    Statistics statistics;
+    Status worst = Fine;
+    {
+        Progress progress(session, static_cast<int>(files.size()));
+        for (const QString& file : files) {
+            progress.next(file);
+            try {
+                statistics.Add(load(file));
+            } catch (const Refusal& refusal) {
+                session.complain(refusal.finding());
+                statistics.AddUnreadable();
+                worst = std::max(worst, refusal.finding().status);
+            }
+        }
+    }
+    if (session.format() == Format::Json)
+        session.writeJson(toJson(statistics));
+    else
+        writeText(statistics, session.out());
+    return worst;
+}
+
+} // namespace routermsg
