@@ -6,6 +6,7 @@ namespace PELLU300ROUTERINTERFACEXML {
 
 #define RECORD Fragment
 #define BLOCK machinery::ChoiceBlock<Fragment::ChoiceFragment>
+#define CHOICE ChoiceFragment
 // clang-format off
 //        kind    type                      member              field                 binary tag
 #define MEMBERS(ROW)                                                                            \

@@ -11,6 +11,9 @@
 //         ROW(Value, unsigned int, Port,    m_port,    0x1F980517)
 //     #include "routerinterface/machinery/DefineRecord.h"
 //
+// A record of which one member at a time is current also names the enumeration of the choice, CHOICE. Its
+// enumerators are the numbers of the rows, and their names those of the members.
+//
 // A row makes the member's slot, its entry in the table that all walks go over, and the bodies of the
 // accessors that the record's header declares. The kind names the slot type and with it all rules of the
 // member. The macros only forward; what happens is told in the functions they call.
@@ -22,6 +25,10 @@
 #define ROUTERINTERFACE_NAME(name) ROUTERINTERFACE_TEXT(name)
 
 // --- what a row becomes in the data block -----------------------------------------------------
+
+#define ROUTERINTERFACE_KIND(Kind, Type, Name, field, tag) \
+    static_assert(machinery::isKind(#Kind),                \
+                  #Name " must be of the kind Value, Text, Enumerated, Mandatory, Nested or List");
 
 #define ROUTERINTERFACE_SLOT(Kind, Type, Name, field, tag) ROUTERINTERFACE_SLOT_##Kind(Type, field)
 #define ROUTERINTERFACE_SLOT_Value(Type, field) machinery::Value<Type> field;
@@ -157,7 +164,17 @@
 #define ROUTERINTERFACE_OWNS_Nested(Type) extern template struct machinery::Walks<Type>;
 #define ROUTERINTERFACE_OWNS_List(Type) extern template struct machinery::Walks<Type>;
 
+// --- the names of a choice --------------------------------------------------------------------
+
+#define ROUTERINTERFACE_CHOSEN(Kind, Type, Name, field, tag)                                            \
+    case RECORD::Name:                                                                                  \
+        static_assert(static_cast<int>(RECORD::Name) == machinery::DataOf<RECORD>::Name##Member::index, \
+                      "the enumerator " #Name " must be the number of its row");                        \
+        return true;
+
 // --- the record -------------------------------------------------------------------------------
+
+MEMBERS(ROUTERINTERFACE_KIND)
 
 struct RECORD::Data : BLOCK
 {
@@ -169,6 +186,11 @@ struct RECORD::Data : BLOCK
     MEMBERS(ROUTERINTERFACE_DESCRIPTION)
     using Members = machinery::MemberList<machinery::ListHead MEMBERS(ROUTERINTERFACE_LISTED)>;
     static_assert(Members::count <= machinery::Flags::capacity, "a record has more members than flags");
+    static_assert(Members::tagsDiffer(), "two members of a record have the same binary tag");
+    static_assert(!Members::has<machinery::IsNested> || std::is_base_of_v<machinery::OwnerBlock, BLOCK>,
+                  "the block of a record with a member of the kind Nested is an OwnerBlock or a ChoiceBlock");
+    static_assert(!machinery::isChoice<BLOCK> || Members::hasOnly<machinery::IsNested>,
+                  "all members of a choice are of the kind Nested");
     static QLatin1String name() { return QLatin1String(ROUTERINTERFACE_NAME(RECORD)); }
     static QString className() { return QStringLiteral(ROUTERINTERFACE_NAME(RECORD)); }
     static const bool registered;
@@ -221,8 +243,26 @@ void RECORD::ConstNoClearReset() const { machinery::resetValues(*this); }
 
 MEMBERS(ROUTERINTERFACE_ACCESSORS)
 
+#ifdef CHOICE
+// Compilers warn of a switch that leaves out an enumerator: that is how one without a row is found.
+[[maybe_unused]] static constexpr bool hasRow(RECORD::CHOICE choice)
+{
+    switch (choice) {
+        MEMBERS(ROUTERINTERFACE_CHOSEN)
+    }
+    return false;
+}
+
+const QStringList& NamesOf(RECORD::CHOICE)
+{
+    static const QStringList names = machinery::DataOf<RECORD>::Members::names();
+    return names;
+}
+#endif
+
 #undef ROUTERINTERFACE_TEXT
 #undef ROUTERINTERFACE_NAME
+#undef ROUTERINTERFACE_KIND
 #undef ROUTERINTERFACE_SLOT
 #undef ROUTERINTERFACE_SLOT_Value
 #undef ROUTERINTERFACE_SLOT_Text
@@ -252,6 +292,8 @@ MEMBERS(ROUTERINTERFACE_ACCESSORS)
 #undef ROUTERINTERFACE_OWNS_Mandatory
 #undef ROUTERINTERFACE_OWNS_Nested
 #undef ROUTERINTERFACE_OWNS_List
+#undef ROUTERINTERFACE_CHOSEN
 #undef RECORD
 #undef BLOCK
+#undef CHOICE
 #undef MEMBERS
