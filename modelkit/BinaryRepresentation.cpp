@@ -386,7 +386,7 @@ QByteArray encode(DocumentOperation& operation, const IMKObject& object, int id,
 QByteArray encodeCompressed(DocumentOperation& operation, const IMKObject& object, int id, int level,
                             QDataStream::ByteOrder order)
 {
-    const QByteArray plain = encode(operation, object, id, QDataStream());
+    QByteArray plain = encode(operation, object, id, QDataStream());
     if (plain.isNull())
         return plain;
     QByteArray form;

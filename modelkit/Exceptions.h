@@ -19,7 +19,9 @@ class MODELKIT_EXPORT ModelKitException : public std::exception
 public:
     /// Takes the message text as it stands.
     explicit ModelKitException(const QString& text);
+    /// Copies the text and what else the exception tells.
     ModelKitException(const ModelKitException& other) noexcept;
+    /// As the copy constructor.
     ModelKitException& operator=(const ModelKitException& other) noexcept;
     ~ModelKitException() override;
 
@@ -47,8 +49,11 @@ private:
 class MODELKIT_EXPORT MKException : public ModelKitException
 {
 public:
+    /// Takes the message text as it stands.
     explicit MKException(const QString& text);
+    /// Copies the text and what else the exception tells.
     MKException(const MKException& other) noexcept;
+    /// As the copy constructor.
     MKException& operator=(const MKException& other) noexcept;
     ~MKException() override;
 };
@@ -57,10 +62,13 @@ public:
 class MODELKIT_EXPORT OutOfRangeException : public MKException
 {
 public:
+    /// Takes the message text as it stands.
     explicit OutOfRangeException(const QString& text);
     /// About a value of which a text is known, and the valid one that may have been meant.
     OutOfRangeException(const QString& text, const QString& offendingValue, const QString& closest);
+    /// Copies the text and what else the exception tells.
     OutOfRangeException(const OutOfRangeException& other) noexcept;
+    /// As the copy constructor.
     OutOfRangeException& operator=(const OutOfRangeException& other) noexcept;
     ~OutOfRangeException() override;
 
@@ -81,8 +89,11 @@ private:
 class MODELKIT_EXPORT IncompleteDefinitionException : public MKException
 {
 public:
+    /// Takes the message text as it stands.
     explicit IncompleteDefinitionException(const QString& text);
+    /// Copies the text and what else the exception tells.
     IncompleteDefinitionException(const IncompleteDefinitionException& other) noexcept;
+    /// As the copy constructor.
     IncompleteDefinitionException& operator=(const IncompleteDefinitionException& other) noexcept;
     ~IncompleteDefinitionException() override;
 };
@@ -91,8 +102,11 @@ public:
 class MODELKIT_EXPORT InvalidXmlException : public MKException
 {
 public:
+    /// Takes the message text as it stands.
     explicit InvalidXmlException(const QString& text);
+    /// Copies the text and what else the exception tells.
     InvalidXmlException(const InvalidXmlException& other) noexcept;
+    /// As the copy constructor.
     InvalidXmlException& operator=(const InvalidXmlException& other) noexcept;
     ~InvalidXmlException() override;
 };
@@ -101,8 +115,11 @@ public:
 class MODELKIT_EXPORT BinaryParsingException : public MKException
 {
 public:
+    /// Takes the message text as it stands.
     explicit BinaryParsingException(const QString& text);
+    /// Copies the text and what else the exception tells.
     BinaryParsingException(const BinaryParsingException& other) noexcept;
+    /// As the copy constructor.
     BinaryParsingException& operator=(const BinaryParsingException& other) noexcept;
     ~BinaryParsingException() override;
 };

@@ -4,6 +4,8 @@
 
 #include <QtCore/qglobal.h>
 
+/// \def MODELKIT_EXPORT
+/// Exported while the library itself is built, otherwise imported.
 #if defined(MODELKIT_BUILD)
     #define MODELKIT_EXPORT Q_DECL_EXPORT
 #else

@@ -36,9 +36,11 @@ struct MODELKIT_EXPORT Failure
         NothingToWrite      ///< validation is on and the object lacks its data, so that nothing was written
     };
 
+    /// What went wrong, in one word.
     Kind kind = None;
     /// One sentence without the place.
     QString text;
+    /// Where, as far as that is known.
     Place place;
 
     /// One sentence with file, position and path, as far as they are known, for example

@@ -63,20 +63,20 @@ public:
     /// and `long long`, the null string, and an invalid `QDateTime`. A `bool` is always valid.
     /// The markers are independent of what the members of a record accept.
     /// @{
-    virtual bool IsValid(float value) const;
-    virtual bool IsValid(bool value) const;
-    virtual bool IsValid(unsigned int value) const;
-    virtual bool IsValid(long long value) const;
-    virtual bool IsValid(const QDateTime& value) const;
-    virtual bool IsValid(const QString& value) const;
-    virtual bool IsValid(double value) const;
-    virtual bool IsValid(int value) const;
-    virtual void SetInvalid(float& value) const;
-    virtual void SetInvalid(unsigned int& value) const;
-    virtual void SetInvalid(long long& value) const;
-    virtual void SetInvalid(QString& value) const;
-    virtual void SetInvalid(double& value) const;
-    virtual void SetInvalid(int& value) const;
+    virtual bool IsValid(float value) const;            ///< false for the marker
+    virtual bool IsValid(bool value) const;             ///< false for the marker
+    virtual bool IsValid(unsigned int value) const;     ///< false for the marker
+    virtual bool IsValid(long long value) const;        ///< false for the marker
+    virtual bool IsValid(const QDateTime& value) const; ///< false for the marker
+    virtual bool IsValid(const QString& value) const;   ///< false for the marker
+    virtual bool IsValid(double value) const;           ///< false for the marker
+    virtual bool IsValid(int value) const;              ///< false for the marker
+    virtual void SetInvalid(float& value) const;        ///< stores the marker
+    virtual void SetInvalid(unsigned int& value) const; ///< stores the marker
+    virtual void SetInvalid(long long& value) const;    ///< stores the marker
+    virtual void SetInvalid(QString& value) const;      ///< stores the marker
+    virtual void SetInvalid(double& value) const;       ///< stores the marker
+    virtual void SetInvalid(int& value) const;          ///< stores the marker
     /// @}
 
     /// Writes the object as one element at the writer's position; starts and ends no document.
@@ -220,6 +220,7 @@ public:
 
     /// As above, from any device.
     bool LoadXml(QIODevice* device);
+    /// Fails, as with any file or device that is null.
     bool LoadXml(std::nullptr_t);
 
     /// Replaces the content by that of a file in the whole-object form, plain or compressed, in
@@ -232,6 +233,7 @@ public:
 
     /// As above, from any device, which is read to its end.
     bool LoadBinary(QIODevice* device);
+    /// Fails, as with any file or device that is null.
     bool LoadBinary(std::nullptr_t);
 
     /// Saves the object as an XML document in UTF-8 with declaration, indented by two blanks. An
@@ -290,8 +292,10 @@ public:
 
 protected:
     IMKObject();
+    /// An object with that type code and without a name.
     explicit IMKObject(ObjectTypes type);
 
+    /// Gives the object its name, which is also that of its XML element.
     virtual void SetObjectName(const QString& name);
 
     /// Reads the child element on whose start the reader stands and leaves the reader on its end. An
@@ -307,9 +311,14 @@ protected:
     /// For an owner that knows the class of what it owns: name, validation flag and logger without
     /// virtual calls. Nothing is handed further down.
     /// @{
+
+    /// The name.
     const QString& OwnName() const { return m_objectName; }
+    /// The validation flag.
     bool OwnValidate() const { return m_validate; }
+    /// The logger.
     const std::shared_ptr<Logger>& OwnLogger() const { return m_logger; }
+    /// Takes over validation flag and logger.
     void ApplySettings(bool validate, const std::shared_ptr<Logger>& logger) const
     {
         m_validate = validate;

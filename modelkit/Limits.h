@@ -61,6 +61,7 @@ struct MODELKIT_EXPORT Limits
 class MODELKIT_EXPORT LimitsInScope
 {
 public:
+    /// Puts the limits in force until the object is destroyed.
     explicit LimitsInScope(const Limits& limits);
     LimitsInScope(const LimitsInScope&) = delete;
     LimitsInScope& operator=(const LimitsInScope&) = delete;

@@ -24,6 +24,7 @@ public:
 class MODELKIT_EXPORT DeviceLogSink : public LogSink
 {
 public:
+    /// The device must be open.
     explicit DeviceLogSink(QIODevice& device);
     void Write(Logger::Level level, const QString& text) override;
 
@@ -40,10 +41,11 @@ private:
 class MODELKIT_EXPORT MemoryLogSink : public LogSink
 {
 public:
+    /// What was logged.
     struct Entry
     {
-        Logger::Level level;
-        QString text;
+        Logger::Level level; ///< how serious it is
+        QString text;        ///< the text as it was given
     };
 
     void Write(Logger::Level level, const QString& text) override;

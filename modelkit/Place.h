@@ -17,7 +17,7 @@ struct MODELKIT_EXPORT Place
     QString file;
     /// Line and column, both from 1; 0 when unknown.
     qint64 line = 0;
-    qint64 column = 0;
+    qint64 column = 0; ///< see line
     /// The number of bytes before the place, from the beginning of the form; -1 when unknown. In a
     /// compressed form it counts the bytes of the form inside; only when inflating it fails the bytes of
     /// the compressed form itself.

@@ -75,11 +75,14 @@ public:
         WrongLength         ///< a binary entry announces another length than its value takes
     };
 
+    /// One thing that reading has noticed.
     struct Entry
     {
+        /// Which of them.
         Kind kind;
         /// One sentence without the place.
         QString text;
+        /// Where in the document.
         Place place;
     };
 

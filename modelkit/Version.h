@@ -2,4 +2,5 @@
 /// The version of the libraries; the build system reads it from here.
 #pragma once
 
+/// Major, minor and patch number.
 #define MODELKIT_VERSION "0.1.0"

@@ -174,7 +174,7 @@ DecodedXml fromUtf32(const char* bytes, Size size, bool isBigEndian)
 {
     DecodedXml decoded;
     decoded.text.reserve(size / 4);
-    for (const char* const end = bytes + size / 4 * 4; bytes != end; bytes += 4) {
+    for (const char* const end = bytes + (size - size % 4); bytes != end; bytes += 4) {
         const auto code = isBigEndian ? qFromBigEndian<quint32>(bytes) : qFromLittleEndian<quint32>(bytes);
         if (code > QChar::LastValidCodePoint || QChar::isSurrogate(code)) {
             decoded.isWhole = false;

@@ -69,7 +69,7 @@ Place XmlPath::FindElement(const QString& path)
         // Most elements are not even similar, and a path is long to put together.
         if (!ReadToken() || m_levels.size() - 1 != depth || m_levels.last().step != lastStep)
             continue;
-        const Place place = GetPlace();
+        Place place = GetPlace();
         if (place.path == path)
             return place;
     }

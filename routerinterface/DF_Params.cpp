@@ -4,6 +4,8 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
+#define RECORD DF_Params
+#define BLOCK machinery::Block
 // clang-format off
 //        kind   type    member                 field                    binary tag
 #define MEMBERS(ROW)                                                               \
@@ -12,7 +14,6 @@ namespace PELLU300ROUTERINTERFACEXML {
     ROW(Value, double, Bandwidth,             m_bandwidth,             0x104A95AB) \
     ROW(Value, double, PanoramaSpan,          m_panoramaSpan,          0x7029D96C)
 // clang-format on
-
-ROUTERINTERFACE_DEFINE_RECORD(DF_Params, machinery::Block, MEMBERS)
+#include "routerinterface/machinery/DefineRecord.h"
 
 } // namespace PELLU300ROUTERINTERFACEXML

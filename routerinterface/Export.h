@@ -4,6 +4,8 @@
 
 #include <QtCore/qglobal.h>
 
+/// \def ROUTERINTERFACE_EXPORT
+/// Exported while the library itself is built, otherwise imported.
 #if defined(ROUTERINTERFACE_BUILD)
     #define ROUTERINTERFACE_EXPORT Q_DECL_EXPORT
 #else

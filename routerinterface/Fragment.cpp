@@ -4,6 +4,9 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
+#define RECORD Fragment
+#define BLOCK machinery::ChoiceBlock<Fragment::ChoiceFragment>
+#define CHOICE ChoiceFragment
 // clang-format off
 //        kind    type                      member              field                 binary tag
 #define MEMBERS(ROW)                                                                            \
@@ -15,8 +18,7 @@ namespace PELLU300ROUTERINTERFACEXML {
     ROW(Nested, class RouterVtServerPort, RouterVtServerPort, m_routerVtServerPort, 0x5D020EA0) \
     ROW(Nested, class DF_Params,          DF_Params,          m_dF_Params,          0xBE2DFF74)
 // clang-format on
-
-ROUTERINTERFACE_DEFINE_RECORD(Fragment, machinery::ChoiceBlock<Fragment::ChoiceFragment>, MEMBERS)
+#include "routerinterface/machinery/DefineRecord.h"
 
 const Fragment::ChoiceFragment& Fragment::GetChoiceFragment() const
 {

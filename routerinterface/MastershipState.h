@@ -162,9 +162,14 @@ public:
     /// Look \a text up in the installed translations, in the context
     /// "PELLU300ROUTERINTERFACEXML::MastershipState". Both forms take UTF-8.
     /// @{
+
+    /// The translation of the text.
     static QString tr(const char* text, const char* disambiguation = nullptr);
+    /// The translation for that number of things.
     static QString tr(const char* text, const char* disambiguation, int n);
+    /// The translation of the text.
     static QString trUtf8(const char* text, const char* disambiguation = nullptr);
+    /// The translation for that number of things.
     static QString trUtf8(const char* text, const char* disambiguation, int n);
     /// @}
 

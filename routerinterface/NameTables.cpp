@@ -3,7 +3,8 @@
 namespace PELLU300ROUTERINTERFACEXML {
 
 // Each table stands inside its function, so that it is there also for a static object of a program
-// that is constructed before those of this file.
+// that is constructed before those of this file. The names of a choice come from the record's members
+// (machinery/DefineRecord.h).
 
 const QStringList& NamesOf(PelLu300RouterMessage::Type)
 {
@@ -16,15 +17,6 @@ const QStringList& NamesOf(MastershipState::State)
 {
     static const QStringList names{QStringLiteral("NoMasterPresent"), QStringLiteral("MasterPresent"),
                                    QStringLiteral("RouterIsMaster")};
-    return names;
-}
-
-const QStringList& NamesOf(Fragment::ChoiceFragment)
-{
-    static const QStringList names{QStringLiteral("MastershipState"),    QStringLiteral("AcquireMastership"),
-                                   QStringLiteral("ReleaseMastership"),  QStringLiteral("OstraInterfacePort"),
-                                   QStringLiteral("PelVtConnectServer"), QStringLiteral("RouterVtServerPort"),
-                                   QStringLiteral("DF_Params")};
     return names;
 }
 

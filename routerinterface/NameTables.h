@@ -14,11 +14,11 @@
 namespace PELLU300ROUTERINTERFACEXML {
 
 /// The names of the enumerators of the argument's type, in value order.
-/// @{
 ROUTERINTERFACE_EXPORT const QStringList& NamesOf(PelLu300RouterMessage::Type);
+/// \copydoc NamesOf(PelLu300RouterMessage::Type)
 ROUTERINTERFACE_EXPORT const QStringList& NamesOf(MastershipState::State);
+/// \copydoc NamesOf(PelLu300RouterMessage::Type)
 ROUTERINTERFACE_EXPORT const QStringList& NamesOf(Fragment::ChoiceFragment);
-/// @}
 
 /// The names of the log levels: "INFO", "WARNING", "ERROR".
 ROUTERINTERFACE_EXPORT const QStringList& LevelNames();

@@ -4,12 +4,13 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
+#define RECORD PelLu300RouterInterfaceXml
+#define BLOCK machinery::OwnerBlock
 // clang-format off
 //        kind    type                         member                 field                    binary tag
 #define MEMBERS(ROW)                                                                                     \
     ROW(Nested, class PelLu300RouterMessage, PelLu300RouterMessage, m_pelLu300RouterMessage, 0x9B1A7AD8)
 // clang-format on
-
-ROUTERINTERFACE_DEFINE_RECORD(PelLu300RouterInterfaceXml, machinery::OwnerBlock, MEMBERS)
+#include "routerinterface/machinery/DefineRecord.h"
 
 } // namespace PELLU300ROUTERINTERFACEXML

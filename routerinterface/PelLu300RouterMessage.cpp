@@ -4,6 +4,8 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
+#define RECORD PelLu300RouterMessage
+#define BLOCK machinery::Block
 // clang-format off
 //        kind       type            member     field        binary tag
 #define MEMBERS(ROW)                                                   \
@@ -11,8 +13,7 @@ namespace PELLU300ROUTERINTERFACEXML {
     ROW(Value,     unsigned int,   MessageID, m_messageID, 0xEF193DE9) \
     ROW(List,      class Fragment, Fragment,  m_fragment,  0x61023A90)
 // clang-format on
-
-ROUTERINTERFACE_DEFINE_RECORD(PelLu300RouterMessage, machinery::Block, MEMBERS)
+#include "routerinterface/machinery/DefineRecord.h"
 ROUTERINTERFACE_DEFINE_TRANSLATION(PelLu300RouterMessage)
 
 } // namespace PELLU300ROUTERINTERFACEXML

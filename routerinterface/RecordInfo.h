@@ -52,6 +52,7 @@ public:
     /// The name of the member. In XML it is the name of the member's element, except that a nested
     /// record and an item of a list are elements with the name of their class.
     const QString& GetName() const { return m_name; }
+    /// What the member holds.
     Kind GetKind() const { return m_kind; }
     /// The tag of the member's entry in the binary form.
     std::uint32_t GetBinaryTag() const { return m_binaryTag; }
@@ -111,6 +112,7 @@ public:
     /// References are good until the record around is assigned, or is touched while it shares its data.
     /// @{
 
+    /// The nested record, whether it is set or not.
     virtual const MODELKIT::IMKObject& GetRecord(const MODELKIT::IMKObject& record) const;
     /// Hands the nested record out for changing in place, which sets the member and selects it in a choice.
     virtual MODELKIT::IMKObject& EditRecord(MODELKIT::IMKObject& record) const;
@@ -140,6 +142,7 @@ public:
     /// index throws `std::out_of_range`.
     /// @{
 
+    /// The number of items.
     virtual int CountItems(const MODELKIT::IMKObject& record) const;
     /// \param index from 0 to `CountItems() - 1`.
     virtual const MODELKIT::IMKObject& GetItem(const MODELKIT::IMKObject& record, int index) const;
@@ -162,6 +165,7 @@ public:
     /// @}
 
 protected:
+    /// For the descriptions, which the library makes.
     MemberInfo(const QString& name, Kind kind, std::uint32_t binaryTag, bool isMandatory,
                const QStringList& names, const RecordInfo* recordClass);
 
@@ -196,6 +200,7 @@ public:
 
     /// The name of the class, which is also the name of its XML element.
     const QString& GetName() const { return m_name; }
+    /// The id of the class, as its `GetId()`.
     long long GetId() const { return m_id; }
     /// The first word of the whole-object binary form: the low 32 bits of the class id.
     std::uint32_t GetFrameId() const { return static_cast<std::uint32_t>(m_id); }

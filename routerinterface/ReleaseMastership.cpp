@@ -4,12 +4,13 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
+#define RECORD ReleaseMastership
+#define BLOCK machinery::Block
 // clang-format off
 //        kind   type  member   field      binary tag
 #define MEMBERS(ROW)                                 \
     ROW(Value, bool, Success, m_success, 0xBF8A59C6)
 // clang-format on
-
-ROUTERINTERFACE_DEFINE_RECORD(ReleaseMastership, machinery::Block, MEMBERS)
+#include "routerinterface/machinery/DefineRecord.h"
 
 } // namespace PELLU300ROUTERINTERFACEXML

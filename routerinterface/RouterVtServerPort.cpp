@@ -4,12 +4,13 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
+#define RECORD RouterVtServerPort
+#define BLOCK machinery::Block
 // clang-format off
 //        kind   type          member field   binary tag
 #define MEMBERS(ROW)                                   \
     ROW(Value, unsigned int, Port, m_port, 0x1F980517)
 // clang-format on
-
-ROUTERINTERFACE_DEFINE_RECORD(RouterVtServerPort, machinery::Block, MEMBERS)
+#include "routerinterface/machinery/DefineRecord.h"
 
 } // namespace PELLU300ROUTERINTERFACEXML

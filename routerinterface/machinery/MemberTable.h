@@ -11,6 +11,9 @@
 
 #include "routerinterface/machinery/Slots.h"
 
+#include <QtCore/QStringList>
+
+#include <cstdint>
 #include <type_traits>
 
 namespace PELLU300ROUTERINTERFACEXML {
@@ -43,6 +46,20 @@ struct MemberList<ListHead, Members...>
 
     template <template <class> class Predicate>
     static constexpr bool has = (Predicate<typename Members::Slot>::value || ...);
+    template <template <class> class Predicate>
+    static constexpr bool hasOnly = (Predicate<typename Members::Slot>::value && ...);
+
+    static constexpr bool tagsDiffer()
+    {
+        const std::uint32_t tags[] = {Members::binaryTag...};
+        for (int i = 0; i < count; ++i)
+            for (int k = 0; k < i; ++k)
+                if (tags[i] == tags[k])
+                    return false;
+        return true;
+    }
+
+    static QStringList names() { return {Members::nameText()...}; }
 };
 
 template <class Slot>

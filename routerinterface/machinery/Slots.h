@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -23,10 +24,22 @@ namespace machinery {
 
 namespace QtVersion = MODELKIT::QtVersion;
 
+// Whether there is a kind of that name below.
+constexpr bool isKind(std::string_view name)
+{
+    for (const std::string_view kind : {"Value", "Text", "Enumerated", "Mandatory", "Nested", "List"})
+        if (name == kind)
+            return true;
+    return false;
+}
+
 // A number or a truth value.
 template <class T>
 struct Value
 {
+    static_assert(std::is_same_v<T, unsigned int> || std::is_same_v<T, double> || std::is_same_v<T, bool>,
+                  "a member of the kind Value is an unsigned int, a double or a bool");
+
     T defaultValue{};
     T value{};
 
@@ -40,6 +53,8 @@ struct Value
 template <class T>
 struct Text
 {
+    static_assert(std::is_same_v<T, QString>, "a member of the kind Text is a QString");
+
     T defaultValue;
     T value;
 
@@ -53,6 +68,8 @@ struct Text
 template <class E>
 struct Enumerated
 {
+    static_assert(std::is_enum_v<E>, "a member of the kind Enumerated or Mandatory is an enumeration");
+
     static constexpr E none = static_cast<E>(-1);
 
     E invalid = none;
@@ -85,6 +102,8 @@ void duplicate(R& to, const R& from)
 template <class R>
 class List
 {
+    static_assert(std::is_base_of_v<MODELKIT::IMKObject, R>, "a member of the kind List holds records");
+
 public:
     using Items = QVector<R>;
 
@@ -273,6 +292,8 @@ struct ChoiceBlock : OwnerBlock
 template <class R>
 class Nested
 {
+    static_assert(std::is_base_of_v<MODELKIT::IMKObject, R>, "a member of the kind Nested is a record");
+
 public:
     Nested(const OwnerBlock& block, int index) : m_block(block), m_index(index) {}
 

@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# What is checked without running anything: licence lines, the format, clang-tidy over the libraries, the
+# documentation of the public headers, and that each library can be compiled as one source.
+#
+#     scripts/checks.sh
+#     scripts/checks.sh --add-licences     adds the licence line to those files that lack it
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+
+# files NAME...: the files of the project that are called so.
+files() {
+    local name names=()
+    for name in "$@"; do
+        names+=(-o -name "$name")
+    done
+    find . \( -path './build*' -o -path ./.git \) -prune -o -type f \( "${names[@]:1}" \) -print | sort
+}
+
+licence='SPDX-License-Identifier: MIT'
+
+# It is the first line, or the second one of a script that begins with its interpreter. add is "add" or empty.
+check_licence() {
+    local comment=$1 file=$2 add=$3 line=1
+    [ "$(head -c 2 "$file")" != '#!' ] || line=2
+    [ "$(sed -n ${line}p "$file")" != "$comment $licence" ] || return 0
+    if [ "$add" ]; then
+        sed -i "${line}i $comment $licence" "$file"
+    else
+        echo "$file: line $line must be \"$comment $licence\"; scripts/checks.sh --add-licences adds it." >&2
+        return 1
+    fi
+}
+
+check_licences() {
+    local file failed=0
+    while read -r file; do
+        check_licence // "$file" "$1" || failed=1
+    done < <(files '*.h' '*.cpp')
+    while read -r file; do
+        check_licence '#' "$file" "$1" || failed=1
+    done < <(files '*.sh' '*.cmake' '*.cmake.in' CMakeLists.txt && echo .ci/run)
+    return $failed
+}
+
+if [ "${1:-}" = --add-licences ]; then
+    check_licences add
+    exit
+fi
+
+install_missing clang clang-format clang-tidy cmake doxygen g++ ninja-build qtbase5-dev
+mkdir -p build
+
+echo "Licence lines"
+check_licences ''
+
+echo "Format"
+files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+
+echo "Documentation of the public headers"
+doxygen Doxyfile
+
+# configure FOLDER COMPILER [OPTION]...: the libraries alone.
+configure() {
+    cmake -S . -B "build/$1" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER="$2" \
+        -DROUTERINTERFACE_WERROR=ON -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF \
+        -DROUTERINTERFACE_TOOLS=OFF "${@:3}" >"build/$1.log" || { cat "build/$1.log"; return 1; }
+}
+
+for compiler in g++ clang++; do
+    echo "Each library as one source: $compiler"
+    configure "unity-$compiler" $compiler -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0
+    cmake --build "build/unity-$compiler" >"build/unity.log" || { cat build/unity.log; exit 1; }
+done
+
+echo "clang-tidy"
+configure tidy clang++ -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+run-clang-tidy -quiet -p build/tidy >build/tidy.log 2>&1 || { grep -vE '^clang-tidy|^[0-9]+ warnings' build/tidy.log; exit 1; }

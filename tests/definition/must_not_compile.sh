@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# Mistakes in the tables of records that must end with a message of the compiler:
+#
+#     must_not_compile.sh FOLDER COMPILER [OPTION]...
+#
+# FOLDER is that of the sources of this project. Each mistake is made in a copy of a record's source, or of a
+# header of the machinery, which then must not compile, with the given text among the messages.
+set -euo pipefail
+folder=$1
+shift
+copies=$(mktemp -d)
+trap 'rm -rf "$copies"' EXIT
+failures=0
+
+compile() { LC_ALL=C "$@" -std=c++17 -Wall -fsyntax-only -I "$copies" -I "$folder" >"$copies/messages" 2>&1; }
+
+fail() {
+    echo "$1"
+    head -20 "$copies/messages"
+    failures=$((failures + 1))
+}
+
+# refuse TEXT FILE SED-SCRIPT RECORD
+refuse() {
+    local text=$1 file=$2 script=$3 record=$4
+    rm -rf "$copies/routerinterface"
+    mkdir -p "$copies/routerinterface"
+    sed -E "$script" "$folder/$file" >"$copies/$file"
+    [ -e "$copies/routerinterface/$record.cpp" ] ||
+        cp "$folder/routerinterface/$record.cpp" "$copies/routerinterface/"
+    : >"$copies/messages"
+    if cmp -s "$folder/$file" "$copies/$file"; then
+        fail "The mistake is not made any more: $script in $file. Mend it in $0."
+    elif compile "${compiler[@]}" "$copies/routerinterface/$record.cpp"; then
+        fail "This compiles: $script in $file"
+    elif ! grep -qF "$text" "$copies/messages"; then
+        fail "The compiler does not say \"$text\" after $script in $file, but:"
+    else
+        echo "ok: $text"
+    fi
+}
+
+compiler=("$@")
+
+# The options must be right, or nothing would compile anyway.
+if ! compile "${compiler[@]}" "$folder/routerinterface/Fragment.cpp"; then
+    fail "Fragment.cpp does not compile as it stands:"
+    exit 1
+fi
+
+fragment=routerinterface/Fragment.cpp
+message=routerinterface/PelLu300RouterMessage.cpp
+
+refuse "the enumerator MastershipState must be the number of its row" $fragment \
+    '/class MastershipState,/{h;d};/class AcquireMastership,/G' Fragment
+compiler+=(-Werror)
+refuse "'ReleaseMastership' not handled in switch" $fragment '/class ReleaseMastership,/d' Fragment
+refuse "'Unknown' not handled in switch" routerinterface/Fragment.h 's/(DF_Params = 6)$/\1, Unknown = 7/' Fragment
+compiler=("$@")
+refuse "two members of a record have the same binary tag" $fragment 's/0xBE2DFF74/0x111939B4/' Fragment
+refuse "all members of a choice are of the kind Nested" $fragment \
+    's/ROW\(Nested, (class DF_Params)/ROW(List, \1/' Fragment
+refuse "MessageID must be of the kind Value, Text, Enumerated, Mandatory, Nested or List" $message \
+    's/ROW\(Value, /ROW(Number, /' PelLu300RouterMessage
+refuse "a member of the kind Value is an unsigned int, a double or a bool" $message \
+    's/unsigned int, /QString,/' PelLu300RouterMessage
+refuse "a member of the kind Text is a QString" $message 's/ROW\(Value, /ROW(Text, /' PelLu300RouterMessage
+refuse "a member of the kind Enumerated or Mandatory is an enumeration" $message \
+    's/ROW\(Mandatory, Type, /ROW(Mandatory, int, /' PelLu300RouterMessage
+refuse "a member of the kind List holds records" $message 's/class Fragment,/QString,/' PelLu300RouterMessage
+refuse "a member of the kind Nested is a record" routerinterface/PelLu300RouterInterfaceXml.cpp \
+    's/class PelLu300RouterMessage,/QString,/' PelLu300RouterInterfaceXml
+refuse "the block of a record with a member of the kind Nested is an OwnerBlock or a ChoiceBlock" \
+    routerinterface/PelLu300RouterInterfaceXml.cpp 's/machinery::OwnerBlock/machinery::Block/' PelLu300RouterInterfaceXml
+
+[ $failures -eq 0 ]
