@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The document on which everything is measured: a reply whose fragments cycle through all seven
 // payloads with every member set.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The operations that are measured.
 #pragma once
 

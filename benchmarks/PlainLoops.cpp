@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The same work by hand, on plain structs.
 
 #include "CanonicalDocument.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PlainMessage.h"
 
 #include <QtCore/QtEndian>

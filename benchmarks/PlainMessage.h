@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an application would write by hand instead of using the library: plain structs, and loops over
 // the streams of Qt or over memory. They carry the same values in the same forms, without setters,
 // flags, validation or explained failures.

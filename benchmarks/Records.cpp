@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records as contenders.
 
 #include "CanonicalDocument.h"

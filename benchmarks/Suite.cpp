@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs all benchmarks in one go and prints what they cost as Markdown, related to each other.
 
 #include "Suite.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a benchmark of this suite consists of: an operation, who carries it out, and how.
 #pragma once
 

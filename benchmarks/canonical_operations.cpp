@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs one operation once on the canonical document, for tools that count instructions:
 //
 //     canonical_operations OPERATION FRAGMENTS

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Counts the instructions per fragment of the canonical operations, which is the same on a noisy machine,
 # and compares them with what they were:
 #

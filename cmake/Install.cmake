@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The CMake package: find_package(RouterInterface), or RouterInterface-qt6 for the Qt 6 build.
 include(CMakePackageConfigHelpers)
 

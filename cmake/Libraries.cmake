@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the libraries share. Libraries for Qt 6 carry the Qt version in their file names, so that
 # both builds can be installed side by side.
 set(library_suffix "")

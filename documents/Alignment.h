@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// What two sequences have in common.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Walks over bytes and hands them out in parts. Not installed.
 #pragma once
 

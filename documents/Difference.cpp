@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Difference.h"
 
 #include "documents/Alignment.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The values of members as parts of a binary form. Not installed.
 #pragma once
 

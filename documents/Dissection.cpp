@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Dissection.h"
 
 #include "documents/Cutter.h"

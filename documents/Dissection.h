@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The parts of a binary form, one by one, as far as they can be told apart, whatever is wrong with it.
 #pragma once

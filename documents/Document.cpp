@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Document.h"
 
 #include "documents/DocumentError.h"

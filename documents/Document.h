@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Whole documents in any of their forms, from bytes and as bytes.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Marks what the document library makes visible to other modules.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Forms.h"
 
 #include "modelkit/BinaryForm.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The written forms of documents, and how to tell them apart.
 #pragma once

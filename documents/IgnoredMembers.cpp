@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/IgnoredMembers.h"
 
 #include "documents/DocumentError.h"

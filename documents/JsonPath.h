@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The way to a value in a JSON text. Not installed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/DocumentError.h"
 #include "documents/JsonForm.h"
 #include "documents/JsonPath.h"

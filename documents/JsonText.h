@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From a JSON text to its values. Not installed.
 #pragma once
 

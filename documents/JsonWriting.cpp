@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/JsonForm.h"
 #include "documents/JsonPath.h"
 #include "documents/Text.h"

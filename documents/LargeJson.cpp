@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/LargeJson.h"
 
 #include "documents/Text.h"

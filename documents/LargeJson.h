@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Results as JSON that are too many to be kept until all are known.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The way to a member in two records that are compared.
 #pragma once

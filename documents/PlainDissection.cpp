@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Cutter.h"
 #include "documents/DissectedValues.h"
 #include "documents/Dissection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Sentences.h"
 
 #include "modelkit/ClosestName.h"

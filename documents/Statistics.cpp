@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Statistics.h"
 
 namespace ROUTERDOCUMENTS {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Text.h"
 
 #include <QtCore/QLocale>

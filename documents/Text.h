@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Texts from documents that are safe to be shown.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Tree.h"
 
 #include "documents/Values.h"

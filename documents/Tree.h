@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Records with everything that can be told of their members, for programs.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "documents/Values.h"
 
 #include "documents/Text.h"

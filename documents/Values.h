@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// How members and their values are shown.
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Runs PROGRAM on documents that cannot be read or checked, written into FOLDER, and on a good one
 # among them: it must exit with 1, say on each document's line what is wrong, and still process the
 # good one.

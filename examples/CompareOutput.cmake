@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Runs PROGRAM, with ARGUMENT if given: it must exit with 0 and print exactly what EXPECTED holds.
 # What it printed is left in ACTUAL.
 cmake_minimum_required(VERSION 3.21)

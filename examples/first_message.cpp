@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Builds a client's request to become master of the router and prints it as XML.
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sends router messages through both of their written forms and says what came of them.
 //
 //     router_messages [FILE.xml | FOLDER]...

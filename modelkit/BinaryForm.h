@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Looking into the whole-object binary form without an object to read it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole-object binary form, plain and compressed.
 //
 // Plain: the object's binary frame with the low 32 bits of its type code as id, that is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The names of the classes whose whole-object binary forms a program can meet. Not installed.
 #pragma once
 

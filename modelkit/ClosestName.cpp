@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/ClosestName.h"
 
 #include <QtCore/QVector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/Devices.h"
 
 #include "modelkit/Limits.h"

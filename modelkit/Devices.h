@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading from and writing to devices; every result counts. Not installed.
 #pragma once
 

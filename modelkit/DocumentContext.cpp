@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/DocumentContext.h"
 
 #include <QtCore/QXmlStreamReader>

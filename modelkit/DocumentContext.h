@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What one operation on a whole document has to know beyond the object on which it works. Not installed.
 #pragma once
 

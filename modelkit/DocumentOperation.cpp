@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/DocumentOperation.h"
 
 #include "modelkit/IMKObject.h"

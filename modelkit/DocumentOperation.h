@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the operations on whole documents begin and end. Not installed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/Exceptions.h"
 
 #include "modelkit/NotRepresentableException.h"

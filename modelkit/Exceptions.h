@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The exceptions of the base object library and of the records built on it.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Marks what the base object library makes visible to other modules.
 #pragma once

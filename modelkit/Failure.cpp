@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/Failure.h"
 
 namespace MODELKIT {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Why an operation on a whole document failed.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/IMKObject.h"
 
 #include "modelkit/DocumentContext.h"

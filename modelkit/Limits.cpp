@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/Limits.h"
 
 #include "modelkit/ThreadStack.h"

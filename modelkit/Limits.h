@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// How much the operations on whole documents take in.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/LogSinks.h"
 
 #include "modelkit/Devices.h"

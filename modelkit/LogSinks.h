@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Ready-made receivers of log entries.
 #pragma once

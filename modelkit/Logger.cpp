@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/Logger.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The logger that objects hold and hand on to the objects that they own.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Taking over what another object has set.
 
 #include "modelkit/DocumentContext.h"

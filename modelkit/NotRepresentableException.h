@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a record tells the whole-document operation that writes it of a text that the form cannot carry.
 // Not installed.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The kinds of objects that the base object library distinguishes.
 #pragma once

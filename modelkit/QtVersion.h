@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The one place that knows how the supported Qt versions differ.
 #pragma once

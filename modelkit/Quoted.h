@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values inside sentences. Not installed.
 #pragma once
 

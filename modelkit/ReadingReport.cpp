@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/ReadingReport.h"
 
 #include "modelkit/ThreadStack.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// What reading accepts in silence, for those who want to know.
 #pragma once

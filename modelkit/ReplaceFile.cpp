@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/ReplaceFile.h"
 
 #include "modelkit/Devices.h"

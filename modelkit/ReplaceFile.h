@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Saving a file so that nothing can be lost.
 #pragma once

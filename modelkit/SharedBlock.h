@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Reference-counted data blocks: the storage of implicitly shared objects.
 #pragma once

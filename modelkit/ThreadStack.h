@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Objects that are in force in the thread in which they were put, the newest first. Not installed.
 #pragma once
 

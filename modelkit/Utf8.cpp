@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/Utf8.h"
 
 #include "modelkit/QtVersion.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts in UTF-8 and UTF-16 that may be damaged. Not installed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The version of the libraries; the build system reads it from here.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/XmlDecoding.h"
 
 #include "modelkit/QtVersion.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the bytes of an XML document to its text. Not installed.
 #pragma once
 

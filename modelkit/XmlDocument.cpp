@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The operations on whole XML documents.
 
 #include "modelkit/Devices.h"

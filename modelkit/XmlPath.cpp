@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "modelkit/XmlPath.h"
 
 #include "modelkit/Limits.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds line, column and path of places in an XML document. Not installed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Looking into XML documents without an object to read them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // XML as text, looked at without reading it. Not installed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two walks over an element that reading consists of. Not installed.
 #pragma once
 

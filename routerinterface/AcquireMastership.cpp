@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/AcquireMastership.h"
 
 #include "routerinterface/machinery/RecordDefinition.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/DF_Params.h"
 
 #include "routerinterface/machinery/RecordDefinition.h"

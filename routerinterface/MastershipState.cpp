@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/MastershipState.h"
 
 #include "routerinterface/machinery/RecordDefinition.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/NameTables.h"
 
 namespace PELLU300ROUTERINTERFACEXML {

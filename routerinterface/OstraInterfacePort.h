@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The record `OstraInterfacePort`.
 #pragma once

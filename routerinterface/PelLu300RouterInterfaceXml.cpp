@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
 #include "routerinterface/machinery/RecordDefinition.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/PelLu300RouterMessage.h"
 
 #include "routerinterface/machinery/RecordDefinition.h"

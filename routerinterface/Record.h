@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// What every record's header needs: the base object, the data block's pointer and the macros of
 /// this library.

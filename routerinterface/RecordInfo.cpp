@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/RecordInfo.h"
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"

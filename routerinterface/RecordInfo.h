@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// A description of all records, for programs that work on any of them: viewers, converters, tests.
 ///

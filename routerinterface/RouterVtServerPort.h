@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The record `RouterVtServerPort`.
 #pragma once

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the benchmarks for speed and prints the table of docs/performance.md:
 #
 #     scripts/benchmarks.sh [OPTION OF GOOGLE BENCHMARK]...

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # What is checked without running anything: licence lines, the format, clang-tidy over the libraries, the
 # documentation of the public headers, and that each library can be compiled as one source.
 #

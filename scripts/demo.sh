@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the program routermsg and runs it with the given arguments in the current folder; without any it is
 # shown at work on the example documents.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Compares the instructions that the canonical operations take with benchmarks/instructions.txt;
 # --update writes the file anew.
 set -euo pipefail

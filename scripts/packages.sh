@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by the other scripts.
 
 # install_missing PACKAGE...: installs those Debian packages that are not there yet and says which.

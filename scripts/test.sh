@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds and runs the tests: scripts/test.sh [PRESET...], by default gcc-qt5.
 # `cmake --list-presets` shows the presets.
 set -euo pipefail

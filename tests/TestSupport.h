@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What most tests need: the ten record classes, both written forms as literals, and messages of
 // exceptions.
 #pragma once

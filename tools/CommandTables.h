@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The tables of commands and options from which help, manual page and completions are made.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Completions.h"
 
 #include <algorithm>

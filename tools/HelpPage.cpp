@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "HelpPage.h"
 
 #include <algorithm>

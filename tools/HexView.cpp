@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "HexView.h"
 
 #include "Output.h"

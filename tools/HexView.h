@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The bytes of a binary form with what they mean.
 #pragma once

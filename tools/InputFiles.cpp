@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "InputFiles.h"
 
 #include "Finding.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ManualPage.h"
 
 namespace routermsg {

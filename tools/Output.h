@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The standard streams to which the program writes, and colours.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Parsing.h"
 
 #include "UsageError.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// What the parser of the command line takes and says, in the words of the program.
 #pragma once

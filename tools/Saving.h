@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Saving a document and telling the user of it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "TreeView.h"
 
 #include "Output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// A record as an indented tree with types, and with what is not set.
 #pragma once

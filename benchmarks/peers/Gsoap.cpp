@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The structs that soapcpp2 makes of router.gsoap, as XML without an envelope.
 
 #include "Peer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A value tree of KDSoap, written as XML. It offers no way to read XML other than as the answer of a
 // server.
 

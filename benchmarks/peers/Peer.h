@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the peers have in common: the canonical values in the types of the standard library, and the
 // shape of their benchmarks.
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Adds the peers that are installed to the benchmarks. A peer is one source, whose function Suite.cpp calls
 # if the macro of the peer is defined. Peers that are not installed are left out by name.
 

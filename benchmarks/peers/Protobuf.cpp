@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Protocol Buffers, in their own binary form.
 
 #include "Peer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // pugixml, bound to the plain structs by hand.
 
 #include "Peer.h"

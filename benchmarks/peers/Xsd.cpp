@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The classes that CodeSynthesis XSD generates from the schema (C++/Tree mapping). They come after a DOM
 // of Xerces-C++ in both directions. Nothing is validated against the schema.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The way from the machinery into a record: the one friend that every record has.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The binary form: frames of tagged, length-prefixed entries on a data stream.
 #pragma once
 

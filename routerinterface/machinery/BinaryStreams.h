@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the parts of a frame are written to and read from.
 //
 // Both ends work on a data stream. When its device is a plain buffer in memory they work on the buffer's

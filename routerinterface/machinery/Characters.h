@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts where they stand, in a reader's buffer or in a frame: converting a number or comparing a name
 // needs no string of its own.
 #pragma once

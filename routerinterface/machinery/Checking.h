@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Judging a record: the rules that its members must fulfil before it is sent.
 #pragma once
 

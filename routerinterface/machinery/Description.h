@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description of a record class, made from its member table.
 #pragma once
 

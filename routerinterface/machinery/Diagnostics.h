@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two diagnostic settings of a record, validation flag and logger, and how they travel from an
 // owner to what it owns.
 //

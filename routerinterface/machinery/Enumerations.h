@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Enumerated members: between value, name and display text.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changing a list item by item. What all of it has in common: the list is made the record's own, so that no
 // item loses its settings, and is marked as set, as by every way of changing it.
 #pragma once

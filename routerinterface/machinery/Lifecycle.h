@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The life of a record: creating and sharing its data block, reading and writing members and their
 // defaults, resetting, comparing.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of a record's members as a list of types, and the walks over it.
 //
 // Each member is described by an empty type with

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is noticed about the members of a record while it is read, in either form.
 #pragma once
 

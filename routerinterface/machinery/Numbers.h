@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers as text, for the common cases: what these functions do not handle is left to Qt, with the
 // same result for what they do.
 #pragma once

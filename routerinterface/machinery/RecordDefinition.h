@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The operations of all records, for a record's source, which includes this file first and DefineRecord.h
 // with its member table.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the value of a member must fulfil, and the texts of all messages.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a data block keeps for one member, by kind of member: the default, the current value, and the
 // rules for resetting, comparing and answering whether the member holds data.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text forms of values, which the XML form and most payloads of the binary form share, and what
 // is noticed when reading them.
 #pragma once

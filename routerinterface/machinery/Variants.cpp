@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "routerinterface/machinery/Variants.h"
 
 #include "modelkit/ClosestName.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values of members in a QVariant: what is taken for a value of each kind. Nothing is taken that would be
 // stored as something else.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an owner asks of the records that it owns.
 //
 // A record's data block is known only in the record's own source, where these functions are

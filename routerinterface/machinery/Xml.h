@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The XML form: one element per record, one child element per scalar member, nested records and list
 // items as elements of their own.
 #pragma once

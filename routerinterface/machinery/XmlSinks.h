@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the parts of an element are written to.
 //
 // XmlCalls hands every part to the stream writer. XmlStretch puts an element together as one text, which

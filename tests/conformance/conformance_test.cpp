@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the conformance cases that stand beside this file; README.md describes their format.
 #include "TestSupport.h"
 

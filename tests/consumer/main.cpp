@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any record's header also brings the base object, the exceptions and the logger.
 #include <routerinterface/MastershipState.h>
 

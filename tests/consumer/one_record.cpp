@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program that uses one record, and links with the library of the records only.
 #include <routerinterface/OstraInterfacePort.h>
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Installs the build BUILD into a folder of its own and uses it from there as other people's programs do.
 cmake_minimum_required(VERSION 3.21)
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exceptions: who is derived from whom, by what each can be caught, and what it carries.
 
 #include "modelkit/Exceptions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The interface that programs are written against: names, signatures and constness of every operation,
 // the constants, the enumerations and the layout of the objects. What this file asserts may be added
 // to, never changed.

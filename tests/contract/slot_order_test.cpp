@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The order of the virtual operations, which programs that were built against an earlier library rely
 // on. It is read from pointers to members, whose layout the C++ ABI of the platform fixes: for a virtual
 // operation they hold its byte offset in the table of the class.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Mistakes in the tables of records that must end with a message of the compiler:
 #
 #     must_not_compile.sh FOLDER COMPILER [OPTION]...

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What samples print.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # compare_samples.sh [--update]: the code on the pages must be that of the tests in this folder.
 #
 # The C++ blocks of docs/NAME.md are, in their order, the regions of NAME_page_test.cpp (with _ for -). A

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The samples of docs/records.md, and what that page says about references, places and loggers.
 
 #include "Said.h"

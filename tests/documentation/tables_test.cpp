@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables of the pages beside what the records say about themselves.
 #include "TestSupport.h"
 

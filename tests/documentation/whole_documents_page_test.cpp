@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The samples of docs/whole-documents.md.
 
 #include "Said.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // measure_peaks --list: the names of the hostile inputs.
 // measure_peaks CASE [N]: makes one of them with N parts, reads it and prints, separated by tabs: the case,
 //   the form, the size of the input, CPU seconds, peak bytes, and the outcome.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # measure_peaks.sh PROGRAM: reads every hostile input with the program measure_peaks and prints, in
 # Markdown, on what it was measured and the table of outcome, time and memory.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # full_disk.sh PROGRAM: runs the program in a file system of its own, which has room for 16 pages of memory.
 #
 # Mounting it takes a namespace of mounts, and one of users for who is not root. Where neither is allowed

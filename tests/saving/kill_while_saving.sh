@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # kill_while_saving.sh PROGRAM [ROUNDS]: kills a program that saves all the time at random moments, and
 # checks after each time that the file is whole.
 set -euo pipefail

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // save_on_full_disk FOLDER: replaces a file on a small file system by documents of every size around the
 // room that is left, in every form and every way. Each time the new file must be whole, or the failure be
 // told with the system's reason; and where the way promises it, the old file is then as it was.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // save_repeatedly FILE: saves two documents in turn until it is killed.
 // save_repeatedly --check FILE: succeeds when the file is one of the two, whole.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The schema, which is written by hand, beside what the records write: every complete document is valid, and
 // documents with mistakes are not.
 #include "TestSupport.h"

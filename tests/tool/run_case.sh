@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs the program as a user does and compares all that comes out:
 #
 #     run_case.sh [--update] PROGRAM DOCUMENTS CASE...

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Plays the session of a new user and compares it with the page that shows it:
 #
 #     session.sh [--update] PROGRAM DOCUMENTS PAGE

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tests of the binary form share: one filled sample of every record with its literal frame,
 // and the parts from which frames are put together.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The base object: what it holds, the services that it gives to derived classes, its walk over XML
 // elements, and its operations on whole documents.
 

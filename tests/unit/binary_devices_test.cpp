@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The binary form is the same on every kind of device, and leaves it as every other writer and reader would.
 
 #include "TestSupport.h"

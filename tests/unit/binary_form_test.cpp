@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Looking into a compressed form without an object.
 
 #include "TestSupport.h"

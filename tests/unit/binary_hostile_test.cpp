@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Binary input that nobody wrote on purpose: whatever the bytes, reading ends soon, either well or in
 // one of the library's exceptions, and the record can still be used.
 #include "BinarySupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading the binary form.
 #include "BinarySupport.h"
 

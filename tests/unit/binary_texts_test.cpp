@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts in the binary form: what UTF-8 carries comes back as it was, and what it cannot carry is replaced
 // or refused.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writing the binary form.
 #include "BinarySupport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Checking and diagnostics: the message texts and when they arise, and how validation flag and logger
 // travel from an owner to the records that it owns.
 #include "TestSupport.h"

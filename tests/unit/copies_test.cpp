@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A copy has no logger, at any depth, and keeps none alive; its flag is its source's, handed down. Telling a
 // shared block apart is no copying: what each record in it has been given stays.
 

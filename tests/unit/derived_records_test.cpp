@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A class derived from a record may hand its settings down in its own way, exempt what it owns, or be lenient
 // in its check. What it owns then goes by its own settings and its own rules, in every operation.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tuning of a direction-finding measurement: DF_Params.
 
 #include "TestSupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The document: the record that holds one message and is loaded and saved as a whole.
 
 #include "TestSupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library of documents: every form from bytes, JSON, differences, the parts of the binary form.
 #include "TestSupport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Documents in every encoding: what is read, where places are, what is refused, and that no encoding hides
 // anything from the limits.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The enumerated members: name tables, conversions between value, name and display text, the invalid
 // value of each record, and the translation helpers.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the exceptions about enumerations carry beside their text: the offending value and the enumerator
 // that is most like it.
 #include "TestSupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Why an operation on a whole document failed: the whole sentence, the exact place, and one entry in the
 // log each.
 

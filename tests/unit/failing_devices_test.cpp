@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole documents written to devices of which some call fails: whatever call it is, whether it is the only
 // one or the first of many, the failure is told with the device's own reason.
 

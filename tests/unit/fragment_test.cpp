@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fragment: seven payload records of which a choice selects one.
 
 #include "TestSupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole documents that are cut off, damaged or made to do harm: reading ends soon, either well or with
 // one explained failure, and the record can be used as before.
 

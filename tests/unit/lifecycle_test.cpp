@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The life of a record: when it gets its data block, how blocks are shared by assignment and told
 // apart again, and what setting, resetting and comparing do. Whether two records share a block shows
 // in the addresses of the defaults, which getters hand out by reference.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The limits of reading: any value is safe, none can be lifted by accident, and they can be given for a
 // scope.
 

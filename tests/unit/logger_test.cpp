@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The logger and its sink.
 
 #include "modelkit/Logger.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records about mastership: MastershipState, AcquireMastership and ReleaseMastership.
 
 #include "TestSupport.h"

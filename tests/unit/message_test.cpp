@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The router message: its type, its number and its list of fragments.
 
 #include "TestSupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's own conversions of numbers agree with those of Qt wherever they give a result.
 
 #include "TestSupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records that carry connection endpoints: OstraInterfacePort, RouterVtServerPort and
 // PelVtConnectServer.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The life of reports: which one collects, in which order and thread they may end, and what a document leaves
 // in one when it is refused or something throws. What is noticed at all is told with the forms.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What editors need of RecordInfo: resetting, defaults, changing lists item by item, choosing.
 #include "TestSupport.h"
 

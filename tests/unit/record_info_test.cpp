@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description of all records.
 #include "TestSupport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What MemberInfo takes for a value of each kind of member, and that it stores nothing else.
 #include "TestSupport.h"
 

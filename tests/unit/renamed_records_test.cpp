@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A record is called in XML as its object name says, which a derived class can change: what a record with
 // renamed records inside writes it also reads.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a reading report promises: when reading succeeds without an entry, nothing was lost.
 //
 // Thousands of documents, put together at random with valid and odd values, unknown and repeated things,

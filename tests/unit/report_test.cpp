@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a reading report says, kind by kind: kind, sentence and place.
 
 #include "BinarySupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saving and loading whole documents by name, through any device, and as bytes.
 
 #include "TestSupport.h"

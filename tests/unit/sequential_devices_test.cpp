@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole documents through what can only be read or written from front to back: pipes, sockets, and
 // devices that deliver what they have in small pieces.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Two records that share a block by assignment may be used from two threads, each record from its
 // own: whatever one thread does with its record, the other record keeps its content. Meant to be run
 // under a race detector as well.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Devices that deliver later: what has arrived by half is waited for no longer than the limits say, and
 // nothing is lost by trying too early.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory that runs out in the middle of an operation on a whole document: the operation ends in
 // std::bad_alloc or a failure, the record can still be reset, filled and written, and a file that is
 // being saved stays as it was.

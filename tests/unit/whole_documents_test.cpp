@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations on whole documents: what fails is explained with its place, limits hold, nothing is lost.
 
 #include "TestSupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A payload inside a fragment is handed to the stream writer in one piece where that gives the same
 // bytes. Written by itself it goes to the writer in single calls, which is what it is compared with.
 

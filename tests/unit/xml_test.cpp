@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The XML form: text forms of all kinds of members, what is written and when, and how input of every
 // quality is read.
 #include "TestSupport.h"

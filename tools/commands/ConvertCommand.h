@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The command `convert`: a document in another form.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The command `diff`: where two documents differ.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "NewCommand.h"
 
 #include "NewWords.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The command `new`: a document from words on the command line; NewWords.h tells what they mean.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "NewWords.h"
 
 #include "UsageError.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ShowCommand.h"
 
 #include "HexView.h"

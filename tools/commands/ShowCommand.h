@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The command `show`: a document to be read by people.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "StatsCommand.h"
 
 #include "InputFiles.h"

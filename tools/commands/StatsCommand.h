@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The command `stats`: what recorded documents hold.
 #pragma once
