@@ -204,12 +204,11 @@ private:
             return;
         }
         const bool isInFirst = member.IsSet(first);
-        const bool isInSecond = member.IsSet(second);
-        if (isInFirst != isInSecond)
-            reportChange(first, second, member);
-        else if (isInFirst && member.GetKind() == MemberInfo::Record)
+        const bool isInBoth = isInFirst && member.IsSet(second);
+        if (isInBoth && member.GetKind() == MemberInfo::Record)
             compare(member.GetRecord(first), member.GetRecord(second));
-        else if (isInFirst && !IsSameValue(member, member.GetValue(first), member.GetValue(second)))
+        else if (isInBoth ? !IsSameValue(member, member.GetValue(first), member.GetValue(second))
+                          : isInFirst != member.IsSet(second))
             reportChange(first, second, member);
     }
 

@@ -114,7 +114,7 @@ QByteArray WriteDocument(MODELKIT::IMKObject& record, Form form)
         if (record.GetValidate() && !record.HasData())
             throw IncompleteDefinitionException(
                 QStringLiteral("%1 holds no data.").arg(record.GetObjectName()));
-        const QByteArray bytes = encodeUnchecked(record, form);
+        QByteArray bytes = encodeUnchecked(record, form);
         if (bytes.isEmpty())
             throw DocumentError(MODELKIT::IMKObject::GetLastFailure());
         return bytes;

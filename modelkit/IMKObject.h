@@ -126,8 +126,9 @@ public:
     virtual bool SetXmlString(const QString& xml, bool check);
 
     /// As above, from bytes in the encoding of the byte order mark, or else of the declaration, or else
-    /// UTF-8. Accepted are UTF-8, UTF-16, UTF-32 and those encodings that extend ASCII, keep no state and are
-    /// known to Qt; a declaration of another one is a Failure::EncodingRefused.
+    /// UTF-8. Accepted are UTF-8, UTF-16, UTF-32 and encodings that extend ASCII and keep no state, such as
+    /// ISO-8859, windows-125x, KOI8, EUC-JP, Shift_JIS, GB18030 and Big5, as far as Qt knows them; a
+    /// declaration of another one is a Failure::EncodingRefused.
     bool SetXmlBytes(const QByteArray& xml, bool check = false);
 
     /// Replaces the content by that of a whole-object binary form, plain or compressed, as
@@ -142,10 +143,10 @@ public:
     /// As above; reads from the stream's position in the stream's byte order and leaves the stream
     /// behind the form.
     ///
-    /// Where the form is not whole the stream's position is put back. On a device in memory or a file the
-    /// failure is of kind Failure::NotABinaryForm and the stream's status `ReadPastEnd`: call again when
-    /// there is more. On a device that delivers later it is of kind Failure::NotWholeYet when the time was
-    /// over; only when the device has ended, what was there is gone.
+    /// Where the form is not whole, what was there is put back. On a device in memory or a file the failure
+    /// is of kind Failure::NotABinaryForm and the stream's status `ReadPastEnd`: call again when there is
+    /// more. On a device that delivers later it is of kind Failure::NotWholeYet. Only when such a device
+    /// failed or was closed, which is a Failure::InputOutput, or a pipe has ended, what was there is gone.
     virtual bool SetBinaryRepresentation(QDataStream& stream);
 
     /// Takes over what \a other has set, on top of the own content; the items of lists are appended.
