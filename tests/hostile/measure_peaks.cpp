@@ -443,11 +443,26 @@ double cpuSeconds()
 
 const char* kindName(Failure::Kind kind)
 {
-    static const char* const names[] = {
-        "read",           "InputOutput",      "NotWellFormed",      "WrongRoot",         "DoctypeRefused",
-        "InputTooLarge",  "InflatedTooLarge", "NestedTooDeep",      "TooManyAttributes", "TooManyItems",
-        "NotABinaryForm", "WrongClass",       "DamagedCompression", "NotRepresentable",  "Refused"};
-    static_assert(sizeof names / sizeof *names == Failure::Refused + 1, "each kind has a name");
+    static const char* const names[] = {"read",
+                                        "InputOutput",
+                                        "NotWellFormed",
+                                        "WrongRoot",
+                                        "DoctypeRefused",
+                                        "InputTooLarge",
+                                        "InflatedTooLarge",
+                                        "NestedTooDeep",
+                                        "TooManyAttributes",
+                                        "TooManyItems",
+                                        "NotABinaryForm",
+                                        "WrongClass",
+                                        "DamagedCompression",
+                                        "NotRepresentable",
+                                        "Refused",
+                                        "EncodingRefused",
+                                        "NotWholeYet",
+                                        "Interrupted",
+                                        "NothingToWrite"};
+    static_assert(sizeof names / sizeof *names == Failure::NothingToWrite + 1, "each kind has a name");
     return names[kind];
 }
 
