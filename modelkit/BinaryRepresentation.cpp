@@ -541,7 +541,7 @@ bool IMKObject::LoadBinary(QIODevice* device)
     if (FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian)
             .ReadBytes(input.bytes, input.ending))
         return true;
-    if (GetLastFailure().kind == Failure::NotWholeYet)
+    if (operation.GetOwnFailure().kind == Failure::NotWholeYet)
         putBack(*device, input.bytes);
     return false;
 }

@@ -31,6 +31,9 @@ public:
 
     const QString& GetFile() const { return m_file; }
 
+    // Unlike the thread's last failure this one is not changed by operations that a log sink calls.
+    const Failure& GetOwnFailure() const { return m_failure; }
+
     // That of the thread's last operation.
     static const Failure& GetLastFailure();
 

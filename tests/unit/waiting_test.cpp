@@ -409,3 +409,23 @@ TEST(Waiting, AProcessIsWaitedForAndItsFailureTold)
     EXPECT_FALSE(record.LoadXml(&process));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
 }
+
+TEST(Waiting, WhatIsPutBackDoesNotDependOnTheLogSink)
+{
+    struct Busy : MODELKIT::LogSink
+    {
+        void Write(MODELKIT::Logger::Level, const QString&) override
+        {
+            OstraInterfacePort other;
+            EXPECT_TRUE(other.SetBinaryRepresentation(portForm()));
+        }
+    };
+    QuietDevice device({portForm().left(10), portForm().mid(10)});
+    OstraInterfacePort record;
+    record.SetLogger(std::make_shared<MODELKIT::Logger>(std::make_shared<Busy>()));
+    EXPECT_FALSE(record.LoadBinary(&device));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+    device.goOn();
+    EXPECT_TRUE(record.LoadBinary(&device));
+    EXPECT_EQ(record.GetPort(), 5000U);
+}
