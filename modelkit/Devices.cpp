@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 namespace MODELKIT {
 
@@ -75,6 +76,8 @@ Intake::Outcome Intake::Take(qint64 size, QByteArray& bytes)
 {
     constexpr qint64 step = qint64(1) << 20;
     constexpr qint64 leastStep = qint64(4) << 10;
+    if (size > mostBytes)
+        throw std::bad_alloc();
     bool hasWaitedInVain = false;
     while (bytes.size() < size) {
         const qint64 have = bytes.size();

@@ -114,7 +114,7 @@ public:
     /// Reading from a device begins at its position. A closed device is opened for the time of reading. A
     /// device that delivers later, such as a socket, is waited for, as long as Limits::waitingTime says; when
     /// that was not enough the failure is of kind Failure::NotWholeYet, and device and object are as they
-    /// were. (Files that are pipes wait by themselves, without a limit.)
+    /// were, unless the device was closed before. (Files that are pipes wait by themselves, without a limit.)
     ///
     /// Every failure, exceptions included, is written to the logger as an error in one sentence.
     /// @{

@@ -168,6 +168,7 @@ DecodedXml fromUtf16(const char* bytes, Size size, bool isBigEndian)
     else
         qFromLittleEndian<quint16>(bytes, size / 2, decoded.text.data());
     decoded.isWhole = size % 2 == 0;
+    decoded.endsInside = !decoded.isWhole;
     return decoded;
 }
 
@@ -187,7 +188,17 @@ DecodedXml fromUtf32(const char* bytes, Size size, bool isBigEndian)
             QChar(QChar::requiresSurrogates(code) ? QChar::lowSurrogate(code) : static_cast<ushort>(code));
     }
     decoded.isWhole = size % 4 == 0;
+    decoded.endsInside = !decoded.isWhole;
     return decoded;
+}
+
+// Whether the bytes are the beginning of a character.
+bool isBeginning(const char* bytes, Size size)
+{
+    const auto first = static_cast<unsigned char>(bytes[0]);
+    const int needed = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    return first >= 0xC2 && first <= 0xF4 && size < needed
+           && std::all_of(bytes + 1, bytes + size, [](char c) { return (c & 0xC0) == 0x80; });
 }
 
 DecodedXml fromUtf8(const char* bytes, Size size)
@@ -196,6 +207,7 @@ DecodedXml fromUtf8(const char* bytes, Size size)
     const auto good = static_cast<Size>(wellFormedUtf8(bytes, size));
     decoded.text = textOfUtf8(bytes, good);
     decoded.isWhole = good == size;
+    decoded.endsInside = !decoded.isWhole && isBeginning(bytes + good, size - good);
     return decoded;
 }
 
@@ -224,6 +236,7 @@ DecodedXml fromCodec(const QByteArray& bytes, const QString& encoding)
     decoded.text.chop(1);
     const auto malformed = std::find_if(decoded.text.cbegin(), decoded.text.cend(), isReplacement);
     decoded.isWhole = malformed == decoded.text.cend();
+    decoded.endsInside = !decoded.isWhole && malformed + 1 == decoded.text.cend();
     decoded.text.truncate(static_cast<Size>(malformed - decoded.text.cbegin()));
     return decoded;
 }
@@ -241,6 +254,8 @@ void endAtLoneSurrogate(DecodedXml& decoded)
     const qint64 position = loneSurrogate(decoded.text);
     if (position < 0)
         return;
+    decoded.endsInside =
+        position + 1 == decoded.text.size() && decoded.text.at(static_cast<Size>(position)).isHighSurrogate();
     decoded.text.truncate(static_cast<Size>(position));
     decoded.isWhole = false;
 }
@@ -255,6 +270,7 @@ DecodedXml examined(DecodedXml decoded)
     if (decoded.text.startsWith(QChar(QChar::ByteOrderMark))) {
         decoded.text.clear();
         decoded.isWhole = false;
+        decoded.endsInside = false;
     }
     endAtLoneSurrogate(decoded);
     return decoded;

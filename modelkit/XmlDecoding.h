@@ -14,6 +14,8 @@ struct DecodedXml
     QString text;
     // The text ends where the input stops being text of its encoding, or goes on to its end.
     bool isWhole = true;
+    // It stops because the input ends inside of a character: more input may complete it.
+    bool endsInside = false;
     // The encoding that the declaration names and that is not accepted; the text is empty then.
     QString refusedEncoding;
 };

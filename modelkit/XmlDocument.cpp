@@ -35,8 +35,10 @@ Place placeOfError(const QString& text, const QXmlStreamReader& reader)
 // Whether something is missing at the end of the text. A reader must not see one with a trap.
 bool breaksOff(const DecodedXml& input)
 {
-    if (findTrap(input.text, Limits::Get().attributes).kind != Trap::None)
+    if (!input.refusedEncoding.isEmpty() || findTrap(input.text, Limits::Get().attributes).kind != Trap::None)
         return false;
+    if (!input.isWhole)
+        return input.endsInside;
     QXmlStreamReader reader(input.text);
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd())
@@ -106,7 +108,7 @@ private:
             return Refuse(Failure::TooManyAttributes,
                           QStringLiteral("An element has more attributes than the limit of %1.").arg(limit),
                           XmlPath(m_text).FindPosition(trap.characterOffset));
-        if (!m_input.isWhole && m_ending.kind != Failure::None)
+        if (m_input.endsInside && m_ending.kind != Failure::None)
             return Refuse(m_ending);
         return m_input.isWhole
                || Refuse(Failure::NotWellFormed, QStringLiteral("Encountered incorrectly encoded content."),

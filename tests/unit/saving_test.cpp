@@ -418,14 +418,13 @@ struct AtExit
     }
 };
 
-const AtExit atExit;
-
 } // namespace
 
 TEST(AtTheEndOfTheProgram, OperationsAreStillThere)
 {
     // Something to be destroyed before; what counts is how the program ends.
     EXPECT_FALSE(OstraInterfacePort().LoadXml(text("/nowhere/%1").arg(1)));
+    static const AtExit atExit;
     const MODELKIT::LimitsInScope inScope{MODELKIT::Limits()};
     const MODELKIT::ReadingReport report;
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);

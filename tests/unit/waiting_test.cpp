@@ -368,6 +368,47 @@ TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::DoctypeRefused);
 }
 
+TEST(Waiting, WhatNothingCanMendIsToldAtOnce)
+{
+    const auto kindOf = [](const QByteArray& content) {
+        QuietDevice device({content, QByteArray("more")});
+        OstraInterfacePort record;
+        EXPECT_FALSE(record.LoadXml(&device));
+        return IMKObject::GetLastFailure().kind;
+    };
+    EXPECT_EQ(kindOf("<?xml version='1.0' encoding='ISO-2022-JP'?><Ostra"), Failure::EncodingRefused);
+    EXPECT_EQ(kindOf("<OstraInterfacePort>\xFF"), Failure::NotWellFormed);
+    EXPECT_EQ(kindOf("<OstraInterfacePort>\xFF<Port>"), Failure::NotWellFormed);
+    EXPECT_EQ(kindOf("<OstraInterfacePort>\xC3<Port>"), Failure::NotWellFormed);
+    EXPECT_EQ(kindOf("<OstraInterfacePort/>\xFF"), Failure::NotWellFormed);
+    EXPECT_EQ(kindOf("\xEF\xBB\xBF\xEF\xBB\xBF<Ostra"), Failure::NotWellFormed);
+}
+
+TEST(Waiting, ACharacterOfWhichTheEndIsMissingIsWaitedFor)
+{
+    // Also behind the root element, and at every byte of wide characters.
+    QByteArray wide;
+    for (const QChar character :
+         text("<OstraInterfacePort><Port>5000</Port><!--\xF0\x9F\x98\x80--></OstraInterfacePort>\n")) {
+        wide += static_cast<char>(character.unicode() >> 8);
+        wide += static_cast<char>(character.unicode() & 0xFF);
+    }
+    for (int size = 1; size < wide.size(); ++size) {
+        // Without the white space behind the root the document is whole.
+        if (size == wide.size() - 2)
+            continue;
+        SCOPED_TRACE(size);
+        QuietDevice device({wide.left(size), wide.mid(size)});
+        OstraInterfacePort record;
+        EXPECT_FALSE(record.LoadXml(&device));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
+        EXPECT_FALSE(record.IsInitialized());
+        device.goOn();
+        EXPECT_TRUE(record.LoadXml(&device)) << IMKObject::GetLastFailure().GetSentence().toStdString();
+        EXPECT_EQ(record.GetPort(), 5000U);
+    }
+}
+
 TEST(Waiting, ADeviceThatTellsItsEndBreaksOff)
 {
     QuietDevice device({portForm().left(20)}, true);
