@@ -2,8 +2,8 @@
 // Judging a record: the rules that its members must fulfil before it is sent.
 #pragma once
 
-#include "routerinterface/machinery/Lifecycle.h"
 #include "routerinterface/machinery/Rules.h"
+#include "routerinterface/machinery/WholeRecord.h"
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {

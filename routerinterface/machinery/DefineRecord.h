@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Defines a record from its member table: the data block and the bodies of the operations.
 //
-// A record's source names the record, the base of its data block (Slots.h) and its members, and includes this
+// A record's source names the record, the base of its data block (Block.h, OwnerBlock.h) and its members, and includes this
 // file in the namespace of the record:
 //
 //     #define RECORD PelVtConnectServer

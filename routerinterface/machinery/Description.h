@@ -4,8 +4,8 @@
 
 #include "routerinterface/RecordInfo.h"
 #include "routerinterface/machinery/Items.h"
-#include "routerinterface/machinery/Lifecycle.h"
 #include "routerinterface/machinery/Variants.h"
+#include "routerinterface/machinery/WholeRecord.h"
 
 #include <memory>
 #include <optional>

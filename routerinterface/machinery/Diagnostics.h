@@ -10,6 +10,7 @@
 
 #include "routerinterface/machinery/Access.h"
 #include "routerinterface/machinery/MemberTable.h"
+#include "routerinterface/machinery/Sharing.h"
 #include "routerinterface/machinery/Walks.h"
 
 #include <memory>
@@ -18,23 +19,6 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
-
-// Makes sure that nobody else holds the record's block, if it has one.
-template <class R>
-void detach(const R& record)
-{
-    auto& block = pointer(record);
-    if (!block.isShared())
-        return;
-    using Data = DataOf<R>;
-    MODELKIT::BlockPointer<Data> own(new Data(*block));
-    if constexpr (hasNested<Data>) {
-        forEachNested<Data>([&](auto member) { member.slot(*own).copyFrom(member.slot(*block)); });
-        if (block->hasDefaults())
-            forEachNested<Data>([&](auto member) { member.slot(*own).copyDefaultFrom(member.slot(*block)); });
-    }
-    own.swap(block);
-}
 
 // Calls apply(owned) for every record that this one owns directly: the nested ones that exist and
 // the list items.

@@ -3,13 +3,71 @@
 // item loses its settings, and is marked as set, as by every way of changing it.
 #pragma once
 
-#include "routerinterface/machinery/Lifecycle.h"
+#include "routerinterface/machinery/Members.h"
 
 #include <stdexcept>
 #include <string>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
+
+template <class Member, class R, class Item>
+void requireData(const R& record, const Item& item)
+{
+    if (record.GetValidate() && !item.HasData())
+        throw IncompleteDefinitionException(incompleteItemText(record, Member::name()));
+}
+
+// Moves the content of item to the end of the list.
+template <class Member, class R, class Item>
+void appendContent(R& record, Item& item)
+{
+    auto& data = initData(record);
+    auto& items = Member::slot(data).ownItems();
+    items.resize(items.size() + 1);
+    Item& appended = items.last();
+    swapData(appended, item);
+    appended.MODELKIT::IMKObject::SetValidate(item.GetValidate());
+    data.set.set(Member::index);
+}
+
+// Appends a new item into which read() puts the content. When that fails or brings too little the
+// list stays as it was. As any other, it gets the logger with the next operation.
+template <class Member, class R, class Read>
+void appendRead(R& record, const Read& read)
+{
+    auto& data = initData(record);
+    auto& items = Member::slot(data).ownItems();
+    struct Removal
+    {
+        decltype(items) list;
+        bool isDue;
+        ~Removal()
+        {
+            if (isDue)
+                list.removeLast();
+        }
+    };
+    items.resize(items.size() + 1);
+    Removal removal{items, true};
+    auto& item = items.last();
+    Access::applySettings(item, record.GetValidate(), Access::logger(item));
+    read(item);
+    requireData<Member>(record, item);
+    removal.isDue = false;
+    data.set.set(Member::index);
+}
+
+template <class Member, class R, class Item>
+void append(R& record, const Item& item)
+{
+    orStayEmpty(record, [&] {
+        initData(record);
+        requireData<Member>(record, item);
+        Item copy(item);
+        appendContent<Member>(record, copy);
+    });
+}
 
 // Refuses an index that is not below the limit.
 template <class Member>

@@ -2,8 +2,8 @@
 // What is noticed about the members of a record while it is read, in either form.
 #pragma once
 
-#include "routerinterface/machinery/Lifecycle.h"
 #include "routerinterface/machinery/TextForms.h"
+#include "routerinterface/machinery/WholeRecord.h"
 
 #include <QtCore/QString>
 

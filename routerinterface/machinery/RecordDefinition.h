@@ -8,8 +8,11 @@
 #include "routerinterface/machinery/Checking.h"
 #include "routerinterface/machinery/Description.h"
 #include "routerinterface/machinery/Diagnostics.h"
+#include "routerinterface/machinery/Items.h"
 #include "routerinterface/machinery/Lifecycle.h"
+#include "routerinterface/machinery/Members.h"
 #include "routerinterface/machinery/Walks.h"
+#include "routerinterface/machinery/WholeRecord.h"
 #include "routerinterface/machinery/Xml.h"
 
 namespace PELLU300ROUTERINTERFACEXML {

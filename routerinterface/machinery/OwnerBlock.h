@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// The data blocks of records that hold nested records.
+#pragma once
+
+#include "modelkit/IMKObject.h"
+#include "modelkit/Logger.h"
+#include "routerinterface/machinery/Block.h"
+
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace PELLU300ROUTERINTERFACEXML {
+namespace machinery {
+
+// The block of a record with nested records: it holds those that have been touched and the settings
+// that their owner last handed down. Copying the block copies the settings only; which records are
+// worth copying is for detach() to say.
+//
+// The first record that comes into being lives inside the block, further ones and defaults outside:
+// most blocks ever hold one, and it shall not cost an allocation of its own.
+class OwnerBlock : public Block
+{
+private:
+    static constexpr std::int8_t none = -1;
+    mutable std::int8_t m_firstKey = none;
+    mutable bool m_hasDefaults = false;
+
+public:
+    bool validate = false;
+    std::shared_ptr<MODELKIT::Logger> logger;
+
+    OwnerBlock() = default;
+    OwnerBlock(const OwnerBlock& other) : Block(other), validate(other.validate), logger(other.logger) {}
+    ~OwnerBlock()
+    {
+        if (m_firstKey != none)
+            first().~IMKObject();
+    }
+
+    enum Role : int
+    {
+        Current,
+        Default
+    };
+
+    // The record of the member with that index, or null while nobody has touched it.
+    template <class R>
+    R* find(int index, Role role) const
+    {
+        const int key = keyOf(index, role);
+        if (key == m_firstKey)
+            return static_cast<R*>(&first());
+        for (const Other* other = m_others.get(); other; other = other->next.get())
+            if (other->key == key)
+                return static_cast<R*>(other->record.get());
+        return nullptr;
+    }
+
+    // Whether the search for a default can find one.
+    bool hasDefaults() const { return m_hasDefaults; }
+
+    // Creates a record that find() does not find yet. It stays where it is.
+    template <class R>
+    R& create(int index, Role role) const
+    {
+        static_assert(sizeof(R) == sizeof(Room) && alignof(R) == alignof(Room),
+                      "a record is its base and the pointer to its block");
+        const int key = keyOf(index, role);
+        if (m_firstKey == none) {
+            R* record = new (&m_first) R;
+            m_firstKey = static_cast<std::int8_t>(key);
+            m_hasDefaults |= role == Default;
+            return *record;
+        }
+        auto other = std::make_unique<Other>();
+        auto record = std::make_unique<R>();
+        R& created = *record;
+        other->key = key;
+        other->record = std::move(record);
+        other->next = std::move(m_others);
+        m_others = std::move(other);
+        m_hasDefaults |= role == Default;
+        return created;
+    }
+
+private:
+    using Room =
+        std::aligned_storage_t<sizeof(MODELKIT::IMKObject) + sizeof(void*), alignof(MODELKIT::IMKObject)>;
+
+    struct Other
+    {
+        int key = none;
+        std::unique_ptr<MODELKIT::IMKObject> record;
+        std::unique_ptr<Other> next;
+    };
+
+    static int keyOf(int index, Role role) { return 2 * index + role; }
+
+    MODELKIT::IMKObject& first() const
+    {
+        return *std::launder(reinterpret_cast<MODELKIT::IMKObject*>(&m_first));
+    }
+
+    mutable Room m_first;
+    mutable std::unique_ptr<Other> m_others;
+};
+
+// The block of a record of which one nested record at a time is current: only that one is written,
+// compared and checked. The choice is the index of its member.
+template <class E>
+struct ChoiceBlock : OwnerBlock
+{
+    static constexpr E none = static_cast<E>(-1);
+
+    E invalidChoice = none;
+    E choice = none;
+};
+
+} // namespace machinery
+} // namespace PELLU300ROUTERINTERFACEXML
