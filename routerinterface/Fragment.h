@@ -328,6 +328,9 @@ private:
     mutable MODELKIT::BlockPointer<Data> m_data;
 };
 
+/// The names of all enumerators, in value order.
+ROUTERINTERFACE_EXPORT const QStringList& NamesOf(Fragment::ChoiceFragment);
+
 } // namespace PELLU300ROUTERINTERFACEXML
 
 Q_DECLARE_TYPEINFO(PELLU300ROUTERINTERFACEXML::Fragment, Q_RELOCATABLE_TYPE);

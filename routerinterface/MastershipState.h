@@ -187,6 +187,9 @@ private:
     mutable MODELKIT::BlockPointer<Data> m_data;
 };
 
+/// The names of all enumerators, in value order.
+ROUTERINTERFACE_EXPORT const QStringList& NamesOf(MastershipState::State);
+
 } // namespace PELLU300ROUTERINTERFACEXML
 
 Q_DECLARE_TYPEINFO(PELLU300ROUTERINTERFACEXML::MastershipState, Q_RELOCATABLE_TYPE);

@@ -3,23 +3,17 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
-// Each table stands inside its function, so that it is there also for a static object of a program
-// that is constructed before those of this file. The names of a choice come from the record's members
-// (machinery/DefineRecord.h).
+#define SCOPE PelLu300RouterMessage
+#define ENUMERATION Type
+#define ENUMERATORS(ROW) ROW(Request) ROW(Reply) ROW(Event)
+#include "routerinterface/machinery/DefineNames.h"
 
-const QStringList& NamesOf(PelLu300RouterMessage::Type)
-{
-    static const QStringList names{QStringLiteral("Request"), QStringLiteral("Reply"),
-                                   QStringLiteral("Event")};
-    return names;
-}
+#define SCOPE MastershipState
+#define ENUMERATION State
+#define ENUMERATORS(ROW) ROW(NoMasterPresent) ROW(MasterPresent) ROW(RouterIsMaster)
+#include "routerinterface/machinery/DefineNames.h"
 
-const QStringList& NamesOf(MastershipState::State)
-{
-    static const QStringList names{QStringLiteral("NoMasterPresent"), QStringLiteral("MasterPresent"),
-                                   QStringLiteral("RouterIsMaster")};
-    return names;
-}
+// The names of a choice come from the record's members (machinery/DefineRecord.h).
 
 const QStringList& LevelNames()
 {

@@ -221,6 +221,9 @@ private:
     mutable MODELKIT::BlockPointer<Data> m_data;
 };
 
+/// The names of all enumerators, in value order.
+ROUTERINTERFACE_EXPORT const QStringList& NamesOf(PelLu300RouterMessage::Type);
+
 } // namespace PELLU300ROUTERINTERFACEXML
 
 Q_DECLARE_TYPEINFO(PELLU300ROUTERINTERFACEXML::PelLu300RouterMessage, Q_RELOCATABLE_TYPE);

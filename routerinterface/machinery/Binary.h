@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -99,30 +100,28 @@ bool readPayload(R& record, BinarySource& source, const Slot& slot, const Binary
 
 // The frames of the records that a member holds; those of list items do without the tag in front.
 template <class R, class Member>
-void writeRecords(const R& record, Member member, BinarySink& sink, bool validate)
+void writeRecords(const R& record, Member member, BinarySink& sink, Validation validation)
 {
-    using Slot = typename Member::Slot;
-    using Owned = RecordIn<Slot>;
     const DataOf<R>& data = *pointer(record);
     const bool isDerived = !isExactly(record);
-    doAtRecords(Member::slot(data), [&](const Owned& owned) {
-        const auto write = [&](bool ownedValidate, bool applied) {
-            Walks<Owned>::writeOwned(owned, sink, static_cast<int>(Member::binaryTag), IsNested<Slot>::value,
-                                     ownedValidate, applied);
-        };
+    const Validation ofOwned = validationOf<R>(data, member, validation);
+    std::optional<int> tag;
+    if (IsNested<typename Member::Slot>::value)
+        tag = static_cast<int>(Member::binaryTag);
+    doAtRecords(Member::slot(data), [&](const auto& owned) {
+        Validation own = ofOwned;
         if (isDerived)
-            write(beginOwn(owned) && !sink.isTransfer(), false);
-        else
-            write(validate, checksInto<R>(data, member));
+            own = sink.isTransfer() ? Validation::Off : ownValidationOf(owned);
+        walksOf(owned).write(owned, sink, tag, own);
     });
 }
 
 template <class R>
-void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool validate)
+void writeFrame(const R& record, BinarySink& sink, std::optional<int> tag, Validation validation)
 {
     auto& data = initData(record);
-    if (writeId)
-        sink.word(id);
+    if (tag)
+        sink.word(*tag);
     const int frame = sink.beginLength();
     DataOf<R>::Members::forEach([&](auto member) {
         using Slot = typename decltype(member)::Slot;
@@ -131,7 +130,7 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
             return;
         const auto& slot = member.slot(data);
         if constexpr (IsNested<Slot>::value) {
-            writeRecords(record, member, sink, validate);
+            writeRecords(record, member, sink, validation);
         } else {
             if constexpr (IsList<Slot>::value)
                 if (slot.value.isEmpty())
@@ -140,7 +139,7 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
             const int entry = sink.beginLength();
             if constexpr (IsList<Slot>::value) {
                 sink.word(static_cast<int>(slot.value.size()));
-                writeRecords(record, member, sink, validate);
+                writeRecords(record, member, sink, validation);
             } else if constexpr (IsText<Slot>::value) {
                 doAt(decltype(member)::nameText, [&] { writePayload(sink, slot); });
             } else {
@@ -152,16 +151,15 @@ void writeFrame(const R& record, BinarySink& sink, int id, bool writeId, bool va
     sink.endLength(frame);
 }
 
-// Writes a record whose owner has handed its settings down.
 template <class R>
-void writeOwned(const R& record, BinarySink& sink, int id, bool writeId, bool validate, bool applied)
+void Walks<R>::write(const R& record, BinarySink& sink, std::optional<int> tag, Validation validation)
 {
-    if (!validate || mayBeWritten(record, applied))
-        writeFrame(record, sink, id, writeId, validate);
+    if (mayBeWritten(record, validation))
+        writeFrame(record, sink, tag, validation);
 }
 
 template <class R>
-bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
+bool getBinary(const R& record, QDataStream& stream, std::optional<int> tag)
 {
     handDown(record);
     const MODELKIT::DocumentContext* context = MODELKIT::DocumentContext::Current();
@@ -169,8 +167,9 @@ bool getBinary(const R& record, QDataStream& stream, int id, bool writeId)
     if (!isTransfer && !isToBeWritten(record, [&record] { record.Check(false); }))
         return false;
     BinarySink sink(stream, context);
+    const bool isValidated = record.GetValidate() && !isTransfer;
     doAt([&record] { return record.GetObjectName(); },
-         [&] { writeFrame(record, sink, id, writeId, record.GetValidate() && !isTransfer); });
+         [&] { writeFrame(record, sink, tag, isValidated ? Validation::Begun : Validation::Off); });
     sink.finish();
     return true;
 }
@@ -216,8 +215,8 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
             if (reading.context && !reading.context->AdmitsItem(items.size()))
                 throw BinaryParsingException(lengthErrorText(record));
             Reading itemReading = Reading::ofNewItem(reading);
-            appendRead<Member>(
-                record, [&](Item& item) { Walks<Item>::readEntries(item, source, itemLength, itemReading); });
+            appendRead<Member>(record,
+                               [&](Item& item) { Walks<Item>::read(item, source, itemLength, itemReading); });
         });
     }
     return true;
@@ -235,16 +234,9 @@ bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Readi
         auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});
         const auto step = [&nested] { return nested.GetObjectName(); };
-        const auto read = [&](Reading& nestedReading) {
-            readAt(reading, offset, step,
-                   [&] { Walks<RecordIn<Slot>>::readEntries(nested, source, length, nestedReading); });
-        };
-        if (reading.isDerived) {
-            Reading own(reading.context);
-            read(own);
-        } else {
-            read(reading);
-        }
+        reading.forNested([&](Reading& ofNested) {
+            readAt(reading, offset, step, [&] { walksOf(nested).read(nested, source, length, ofNested); });
+        });
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
         whole = readList<Member>(record, source, length, reading);
@@ -265,7 +257,7 @@ inline void noticeLength(int announced, qint64 taken, const BinaryNotify& notify
 }
 
 template <class R>
-void readEntries(R& record, BinarySource& source, qint64 length, Reading& reading)
+void Walks<R>::read(R& record, BinarySource& source, qint64 length, Reading& reading)
 {
     settle(record, reading);
     initData(record);
@@ -317,15 +309,11 @@ void readEntries(R& record, BinarySource& source, qint64 length, Reading& readin
 template <class R>
 void setBinary(R& record, QDataStream& stream, int length)
 {
-    handDown(record);
+    Reading reading = beginReading(record);
     BinarySource source(stream);
-    Reading reading(MODELKIT::DocumentContext::Current());
-    reading.settled = true;
-    reading.settledItems = numberOfItems(record);
-    reading.isDerived = !isExactly(record);
     readAt(
         reading, 0, [&] { return record.GetObjectName(); },
-        [&] { readEntries(record, source, length, reading); });
+        [&] { walksOf(record).read(record, source, length, reading); });
 }
 
 } // namespace machinery

@@ -20,38 +20,37 @@ bool checksInto(const DataOf<R>& data, Member)
 
 // The rules of the records that a slot holds.
 template <class R, class Slot>
-void checkRecords(const R& record, const Slot& slot, bool flag)
+void checkRecords(const R& record, const Slot& slot)
 {
-    using Owned = RecordIn<Slot>;
     const bool isDerived = !isExactly(record);
-    doAtRecords(slot, [&](const Owned& owned) {
+    doAtRecords(slot, [&](const RecordIn<Slot>& owned) {
         if (isDerived)
             beginOwn(owned);
-        Walks<Owned>::applyRules(owned, flag);
+        walksOf(owned).applyRules(owned);
     });
 }
 
 // The rules of one member, by the kind of its slot. They do not ask the validation flag.
 template <class Member, class R, class T>
-void checkMember(const R&, const DataOf<R>&, const Value<T>&, bool)
+void checkMember(const R&, const DataOf<R>&, const Value<T>&)
 {}
 
 template <class Member, class R, class T>
-void checkMember(const R& record, const DataOf<R>& data, const Text<T>& text, bool)
+void checkMember(const R& record, const DataOf<R>& data, const Text<T>& text)
 {
     if (data.set.test(Member::index) && !Text<T>::isValid(text.value))
         throw OutOfRangeException(setProperlyText(record, Member::nameText()));
 }
 
 template <class Member, class R, class E>
-void checkMember(const R& record, const DataOf<R>& data, const Enumerated<E>& enumerated, bool)
+void checkMember(const R& record, const DataOf<R>& data, const Enumerated<E>& enumerated)
 {
     if (data.set.test(Member::index) && !isEnumerator(enumerated.value))
         refuseEnumerator<E>(setProperlyText(record, Member::nameText()), numberText(enumerated.value));
 }
 
 template <class Member, class R, class E>
-void checkMember(const R& record, const DataOf<R>& data, const Mandatory<E>& enumerated, bool)
+void checkMember(const R& record, const DataOf<R>& data, const Mandatory<E>& enumerated)
 {
     if (!data.set.test(Member::index))
         throw OutOfRangeException(setProperlyText(record, Member::nameText()));
@@ -60,7 +59,7 @@ void checkMember(const R& record, const DataOf<R>& data, const Mandatory<E>& enu
 }
 
 template <class Member, class R, class N>
-void checkMember(const R& record, const DataOf<R>& data, const Nested<N>&, [[maybe_unused]] bool flag)
+void checkMember(const R& record, const DataOf<R>& data, const Nested<N>&)
 {
     if constexpr (isChoice<DataOf<R>>) {
         // The one rule that asks the validation flag.
@@ -68,36 +67,51 @@ void checkMember(const R& record, const DataOf<R>& data, const Nested<N>&, [[may
             && !nestedRecord<Member>(data).HasData() && record.GetValidate())
             throw IncompleteDefinitionException(incompleteChoiceText(record, Member::fieldName()));
     } else if (checksInto<R>(data, Member{})) {
-        checkRecords(record, Member::slot(data), flag);
+        checkRecords(record, Member::slot(data));
     }
 }
 
 template <class Member, class R, class N>
-void checkMember(const R& record, const DataOf<R>& data, const List<N>& list, bool flag)
+void checkMember(const R& record, const DataOf<R>& data, const List<N>& list)
 {
     if (checksInto<R>(data, Member{}))
-        checkRecords(record, list, flag);
+        checkRecords(record, list);
 }
 
 // The rules in member order; the settings have been handed down.
 template <class R>
-void applyRules(const R& record, bool flag)
+void Walks<R>::applyRules(const R& record)
 {
     auto& data = initData(record);
     DataOf<R>::Members::forEach([&](auto member) {
         using Member = decltype(member);
-        checkMember<Member>(record, data, Member::slot(data), flag);
+        checkMember<Member>(record, data, Member::slot(data));
     });
 }
 
-// Whether an owned record, to which the rules are applied unless they have been, holds what it needs
-// to be written under validation.
-template <class R>
-bool mayBeWritten(const R& record, bool applied)
+// What validation asks of the records that a member holds, when it asks that of the record itself.
+template <class R, class Member>
+Validation validationOf(const DataOf<R>& data, Member member, Validation ofRecord)
 {
-    if (!applied)
-        applyRules(record, false);
-    return hasData(record);
+    if (ofRecord == Validation::Off)
+        return Validation::Off;
+    return checksInto<R>(data, member) ? Validation::Begun : Validation::Due;
+}
+
+// The same when the record is of a derived class, and the owned one begins on its own.
+template <class R>
+Validation ownValidationOf(const R& owned)
+{
+    return beginOwn(owned) ? Validation::Due : Validation::Off;
+}
+
+// Whether an owned record fulfils what validation asks of it.
+template <class R>
+bool mayBeWritten(const R& record, Validation validation)
+{
+    if (validation == Validation::Due)
+        walksOf(record).applyRules(record);
+    return validation == Validation::Off || hasData(record);
 }
 
 // Whether a record that a caller wants written is to be. In a derived class, whose virtual operations may
@@ -108,17 +122,17 @@ bool isToBeWritten(const R& record, const ApplyVirtually& applyVirtually)
     if (!record.GetValidate())
         return true;
     if (isExactly(record))
-        doAt([&] { return record.GetObjectName(); }, [&] { applyRules(record, false); });
+        doAt([&] { return record.GetObjectName(); }, [&] { walksOf(record).applyRules(record); });
     else
         applyVirtually();
     return !record.GetValidate() || record.HasData();
 }
 
 template <class R>
-void check(const R& record, bool flag)
+void check(const R& record)
 {
     handDown(record);
-    doAt([&] { return record.GetObjectName(); }, [&] { applyRules(record, flag); });
+    doAt([&] { return record.GetObjectName(); }, [&] { walksOf(record).applyRules(record); });
 }
 
 } // namespace machinery

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Defines a record from its member table: the data block and the bodies of the operations.
 //
-// A record's source names the record, the base of its data block (Block.h, OwnerBlock.h) and its members, and includes this
-// file in the namespace of the record:
+// A record's source names the record, the base of its data block (Block.h, OwnerBlock.h) and its members, and
+// includes this file in the namespace of the record:
 //
 //     #define RECORD PelVtConnectServer
 //     #define BLOCK machinery::Block
@@ -165,14 +165,6 @@
 #define ROUTERINTERFACE_OWNS_Nested(Type) extern template struct machinery::Walks<Type>;
 #define ROUTERINTERFACE_OWNS_List(Type) extern template struct machinery::Walks<Type>;
 
-// --- the names of a choice --------------------------------------------------------------------
-
-#define ROUTERINTERFACE_CHOSEN(Kind, Type, Name, field, tag)                                            \
-    case RECORD::Name:                                                                                  \
-        static_assert(static_cast<int>(RECORD::Name) == machinery::DataOf<RECORD>::Name##Member::index, \
-                      "the enumerator " #Name " must be the number of its row");                        \
-        return true;
-
 // --- the record -------------------------------------------------------------------------------
 
 MEMBERS(ROUTERINTERFACE_KIND)
@@ -193,14 +185,14 @@ struct RECORD::Data : BLOCK
     static_assert(!machinery::isChoice<BLOCK> || Members::hasOnly<machinery::IsNested>,
                   "all members of a choice are of the kind Nested");
     static QLatin1String name() { return QLatin1String(ROUTERINTERFACE_NAME(RECORD)); }
-    static QString className() { return QStringLiteral(ROUTERINTERFACE_NAME(RECORD)); }
+    static QString nameText() { return QStringLiteral(ROUTERINTERFACE_NAME(RECORD)); }
     static const bool registered;
 };
 MEMBERS(ROUTERINTERFACE_OWNS)
 template struct machinery::Walks<RECORD>;
-const bool RECORD::Data::registered = MODELKIT::registerClass(RECORD::id, Data::className());
+const bool RECORD::Data::registered = MODELKIT::registerClass(RECORD::id, Data::nameText());
 
-RECORD::RECORD() { machinery::Access::identify(*this, Data::className()); }
+RECORD::RECORD() { machinery::Access::identify(*this, Data::nameText()); }
 RECORD::RECORD(const RECORD& source) : MODELKIT::IMKObject(const_cast<RECORD&>(source).GetObjectType())
 {
     machinery::copyConstruct(*this, source);
@@ -214,19 +206,19 @@ RECORD::~RECORD() = default;
 
 bool RECORD::HasData() const { return machinery::hasData(*this); }
 void RECORD::Reset() { machinery::reset(*this); }
-void RECORD::Check(bool flag) const { machinery::check(*this, flag); }
+void RECORD::Check(bool) const { machinery::check(*this); }
 void RECORD::Check() const { Check(false); }
 void RECORD::GetXml(QXmlStreamWriter& writer) const { machinery::getXml(*this, writer); }
 bool RECORD::GetBinary(QDataStream& stream, int frameId, bool writeId) const
 {
-    return machinery::getBinary(*this, stream, frameId, writeId);
+    return machinery::getBinary(*this, stream, writeId ? std::optional<int>(frameId) : std::nullopt);
 }
 void RECORD::SetBinary(QDataStream& stream, int length) { machinery::setBinary(*this, stream, length); }
 void RECORD::ProcessXml(QXmlStreamReader& reader) { machinery::processXml(*this, reader); }
-void RECORD::SetValidate(bool validate) const { machinery::setValidate(*this, validate); }
+void RECORD::SetValidate(bool validate) const { machinery::Walks<RECORD>::setValidate(*this, validate); }
 void RECORD::SetLogger(std::shared_ptr<MODELKIT::Logger> logger) const
 {
-    machinery::setLogger(*this, logger);
+    machinery::Walks<RECORD>::setLogger(*this, logger);
 }
 void RECORD::SetObjectType(MODELKIT::ObjectTypes) {}
 void RECORD::ProcessXmlStartElement(QXmlStreamReader& reader)
@@ -245,20 +237,10 @@ void RECORD::ConstNoClearReset() const { machinery::resetValues(*this); }
 MEMBERS(ROUTERINTERFACE_ACCESSORS)
 
 #ifdef CHOICE
-// Compilers warn of a switch that leaves out an enumerator: that is how one without a row is found.
-[[maybe_unused]] static constexpr bool hasRow(RECORD::CHOICE choice)
-{
-    switch (choice) {
-        MEMBERS(ROUTERINTERFACE_CHOSEN)
-    }
-    return false;
-}
-
-const QStringList& NamesOf(RECORD::CHOICE)
-{
-    static const QStringList names = machinery::DataOf<RECORD>::Members::names();
-    return names;
-}
+    #define SCOPE RECORD
+    #define ENUMERATION CHOICE
+    #define ENUMERATORS MEMBERS
+    #include "routerinterface/machinery/DefineNames.h"
 #endif
 
 #undef ROUTERINTERFACE_TEXT
@@ -293,7 +275,6 @@ const QStringList& NamesOf(RECORD::CHOICE)
 #undef ROUTERINTERFACE_OWNS_Mandatory
 #undef ROUTERINTERFACE_OWNS_Nested
 #undef ROUTERINTERFACE_OWNS_List
-#undef ROUTERINTERFACE_CHOSEN
 #undef RECORD
 #undef BLOCK
 #undef CHOICE

@@ -298,7 +298,7 @@ private:
     static std::unique_ptr<const RecordInfo> make()
     {
         std::unique_ptr<RecordInfo> info(new RecordInfo);
-        info->m_name = DataOf<R>::className();
+        info->m_name = DataOf<R>::nameText();
         info->m_id = R::id;
         if constexpr (isChoice<DataOf<R>>) {
             info->m_selected = [](const MODELKIT::IMKObject& object) {
@@ -318,6 +318,18 @@ private:
         return info;
     }
 };
+
+template <class R>
+QLatin1String Walks<R>::className()
+{
+    return DataOf<R>::name();
+}
+
+template <class R>
+const RecordInfo& Walks<R>::info()
+{
+    return Description::of<R>();
+}
 
 } // namespace machinery
 } // namespace PELLU300ROUTERINTERFACEXML

@@ -6,6 +6,15 @@
 // remembered from one operation to the next, because any reference that a caller holds may have
 // changed those of an owned record in between. Within one operation nobody else can, so the
 // operation hands them down once and then only to what has been added since.
+//
+//   setValidate, setLogger  change one of the two, of a record and all below it
+//   applySettings           changes both
+//   settleCopy              gives a copy its settings: the flag, and no logger at any depth
+//   handDown                begins an operation that a caller starts: the record's own settings go down
+//   handDownToNew           does the same for a record whose data block is new
+//   beginOwn                begins the part of it that an owned record does for an owner of a derived class
+//   beginReading            begins a reading operation that a caller starts
+//   settle                  begins a step of reading: settings go down where they have not yet been
 #pragma once
 
 #include "routerinterface/machinery/Access.h"
@@ -56,89 +65,75 @@ void forEachDefault(const Data& data, Apply&& apply)
         });
 }
 
+// Changes the settings of all that a record owns: keep(block) those for nested records that do not exist yet,
+// apply(owned) those of a record that does.
+template <class R, class Keep, class Apply>
+void handOn([[maybe_unused]] const R& record, [[maybe_unused]] const Keep& keep,
+            [[maybe_unused]] const Apply& apply)
+{
+    using Data = DataOf<R>;
+    if constexpr (ownsRecords<Data>) {
+        if (!pointer(record))
+            return;
+        detach(record);
+        Data& data = *pointer(record);
+        if constexpr (hasNested<Data>)
+            keep(data);
+        forEachOwned(data, apply);
+    }
+}
+
 template <class R>
-void setValidate(const R& record, bool validate)
+void Walks<R>::setValidate(const R& record, bool validate)
 {
     record.MODELKIT::IMKObject::SetValidate(validate);
-    using Data = DataOf<R>;
-    if constexpr (ownsRecords<Data>) {
-        if (!pointer(record))
-            return;
-        detach(record);
-        Data& data = *pointer(record);
-        if constexpr (hasNested<Data>)
-            data.validate = validate;
-        forEachOwned(data, [validate](const auto& owned) {
-            Walks<std::decay_t<decltype(owned)>>::setValidate(owned, validate);
-        });
-    }
+    handOn(
+        record, [validate](OwnerBlock& block) { block.validate = validate; },
+        [validate](const auto& owned) { walksOf(owned).setValidate(owned, validate); });
 }
 
 template <class R>
-void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger)
+void Walks<R>::setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger)
 {
     record.MODELKIT::IMKObject::SetLogger(logger);
-    using Data = DataOf<R>;
-    if constexpr (ownsRecords<Data>) {
-        if (!pointer(record))
-            return;
-        detach(record);
-        Data& data = *pointer(record);
-        if constexpr (hasNested<Data>)
-            data.logger = logger;
-        forEachOwned(data, [&logger](const auto& owned) {
-            Walks<std::decay_t<decltype(owned)>>::setLogger(owned, logger);
-        });
-    }
+    handOn(
+        record, [&logger](OwnerBlock& block) { block.logger = logger; },
+        [&logger](const auto& owned) { walksOf(owned).setLogger(owned, logger); });
 }
 
-// Both at once.
 template <class R>
-void applySettings(const R& record, bool validate, const std::shared_ptr<MODELKIT::Logger>& logger)
+void Walks<R>::applySettings(const R& record, bool validate, const std::shared_ptr<MODELKIT::Logger>& logger)
 {
     Access::applySettings(record, validate, logger);
-    using Data = DataOf<R>;
-    if constexpr (ownsRecords<Data>) {
-        if (!pointer(record))
-            return;
-        detach(record);
-        Data& data = *pointer(record);
-        if constexpr (hasNested<Data>) {
-            data.validate = validate;
-            Access::shareLogger<R>(data.logger, logger);
-        }
-        forEachOwned(data, [validate, &logger](const auto& owned) {
-            Walks<std::decay_t<decltype(owned)>>::applySettings(owned, validate, logger);
-        });
-    }
+    handOn(
+        record,
+        [validate, &logger](OwnerBlock& block) {
+            block.validate = validate;
+            Access::shareLogger<R>(block.logger, logger);
+        },
+        [validate, &logger](const auto& owned) { walksOf(owned).applySettings(owned, validate, logger); });
 }
 
-// The settings of a copy: the flag, handed down, and no logger. Defaults, which no owner hands anything,
-// keep their flag.
+// Defaults, to which no owner hands anything, keep their flag.
 template <class R>
-void settleCopy(const R& record, bool validate)
+void Walks<R>::settleCopy(const R& record, bool validate)
 {
     const auto& logger = Access::logger(record);
     if (logger || logger.use_count() > 0)
         record.MODELKIT::IMKObject::ResetLogger();
-    Access::applySettings(record, validate, logger);
-    using Data = DataOf<R>;
-    if constexpr (ownsRecords<Data>) {
-        if (!pointer(record))
-            return;
-        detach(record);
-        Data& data = *pointer(record);
-        if constexpr (hasNested<Data>) {
-            data.validate = validate;
-            data.logger.reset();
-        }
-        forEachOwned(data, [validate](const auto& owned) {
-            Walks<std::decay_t<decltype(owned)>>::settleCopy(owned, validate);
-        });
-        forEachDefault(data, [](const auto& standard) {
-            Walks<std::decay_t<decltype(standard)>>::settleCopy(standard, Access::validate(standard));
-        });
-    }
+    record.MODELKIT::IMKObject::SetValidate(validate);
+    handOn(
+        record,
+        [validate](OwnerBlock& block) {
+            block.validate = validate;
+            block.logger.reset();
+        },
+        [validate](const auto& owned) { walksOf(owned).settleCopy(owned, validate); });
+    if constexpr (ownsRecords<DataOf<R>>)
+        if (pointer(record))
+            forEachDefault(*pointer(record), [](const auto& standard) {
+                walksOf(standard).settleCopy(standard, Access::validate(standard));
+            });
 }
 
 // Whether the record is not one of a derived class, which may have virtual operations of its own.
@@ -148,32 +143,45 @@ bool isExactly(const R& record)
     return typeid(record) == typeid(R);
 }
 
-// Re-applies the record's own settings through its virtual operations, which hand them down: the
-// beginning of every operation that a caller starts.
 template <class R>
 void handDown(const R& record)
 {
     if (isExactly(record)) {
-        applySettings(record, Access::validate(record), Access::logger(record));
+        walksOf(record).applySettings(record, Access::validate(record), Access::logger(record));
         return;
     }
     record.SetValidate(record.GetValidate());
     record.SetLogger(record.GetLogger());
 }
 
-// Begins an operation of an owned record's own: hands the record's settings down and returns its flag. A
-// record of a derived class may have kept its own from what it owns, and its check may have looked away;
-// what it owns then takes nothing for granted. Owned records themselves are never of derived classes.
+// A block that has just been made owns nothing yet.
+template <class R>
+void handDownToNew(const R& record)
+{
+    if (!isExactly(record)) {
+        handDown(record);
+        return;
+    }
+    if constexpr (hasNested<DataOf<R>>) {
+        OwnerBlock& block = *pointer(record);
+        block.validate = Access::validate(record);
+        Access::shareLogger<R>(block.logger, Access::logger(record));
+    }
+}
+
+// A record of a derived class may have kept its own settings from what it owns, and its check may have looked
+// away; what it owns then takes nothing for granted. Owned records themselves are never of derived classes.
+// Returns the flag of the owned record.
 template <class R>
 bool beginOwn(const R& owned)
 {
-    Walks<R>::applySettings(owned, Access::validate(owned), Access::logger(owned));
+    walksOf(owned).applySettings(owned, Access::validate(owned), Access::logger(owned));
     return Access::validate(owned);
 }
 
 // The number of items in the list that the record, or a record nested in it, holds.
 template <class R>
-QtVersion::Size numberOfItems([[maybe_unused]] const R& record)
+QtVersion::Size Walks<R>::numberOfItems([[maybe_unused]] const R& record)
 {
     QtVersion::Size count = 0;
     using Data = DataOf<R>;
@@ -185,7 +193,7 @@ QtVersion::Size numberOfItems([[maybe_unused]] const R& record)
             using Slot = typename decltype(member)::Slot;
             if constexpr (IsNested<Slot>::value) {
                 if (const auto* nested = member.slot(data).existing())
-                    count += Walks<RecordIn<Slot>>::numberOfItems(*nested);
+                    count += walksOf(*nested).numberOfItems(*nested);
             } else if constexpr (IsList<Slot>::value) {
                 count += member.slot(data).value.size();
             }
@@ -197,7 +205,7 @@ QtVersion::Size numberOfItems([[maybe_unused]] const R& record)
 // Hands the settings down to the list items behind the settled ones, wherever below the record the
 // list is.
 template <class R>
-void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
+void Walks<R>::handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {
     using Data = DataOf<R>;
     if constexpr (ownsRecords<Data>) {
@@ -208,7 +216,7 @@ void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Readi
             using Slot = typename decltype(member)::Slot;
             if constexpr (IsNested<Slot>::value) {
                 if (const auto* nested = member.slot(data).existing())
-                    Walks<RecordIn<Slot>>::handDownToNewItems(*nested, reading);
+                    walksOf(*nested).handDownToNewItems(*nested, reading);
             } else if constexpr (IsList<Slot>::value) {
                 auto& items = member.slot(data).value;
                 for (auto i = reading.settledItems; i < items.size(); ++i)
@@ -220,18 +228,28 @@ void handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Readi
     }
 }
 
-// The beginning of every step of a reading operation: the same to every observer as handDown().
+template <class R>
+Reading beginReading(const R& record)
+{
+    handDown(record);
+    Reading reading =
+        Reading::ofSettled(MODELKIT::DocumentContext::Current(), walksOf(record).numberOfItems(record));
+    reading.isDerived = !isExactly(record);
+    return reading;
+}
+
+// To every observer the same as handDown().
 template <class R>
 void settle([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {
     if constexpr (ownsRecords<DataOf<R>>) {
         if (reading.settled) {
-            handDownToNewItems(record, reading);
+            walksOf(record).handDownToNewItems(record, reading);
             return;
         }
-        applySettings(record, record.GetValidate(), Access::logger(record));
+        walksOf(record).applySettings(record, record.GetValidate(), Access::logger(record));
         reading.settled = true;
-        reading.settledItems = numberOfItems(record);
+        reading.settledItems = walksOf(record).numberOfItems(record);
     }
 }
 

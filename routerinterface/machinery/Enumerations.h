@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Enumerated members: between value, name and display text.
+// Enumerated members: between value, name and display text. The header of a record declares NamesOf() for
+// each of its enumerations; it is found by the type of the argument.
 #pragma once
 
-#include "routerinterface/NameTables.h"
 #include "routerinterface/machinery/Characters.h"
 
 #include <QtCore/QObject>

@@ -18,7 +18,7 @@ DataOf<R>& initData(const R& record)
         detach(record);
     } else {
         MODELKIT::BlockPointer<DataOf<R>>(new DataOf<R>).swap(block);
-        handDown(record);
+        handDownToNew(record);
     }
     return *block;
 }
@@ -43,8 +43,8 @@ void copyConstruct(R& record, const R& source)
 {
     pointer(record) = pointer(source);
     detach(record);
-    Access::identify(record, DataOf<R>::className());
-    Walks<R>::settleCopy(record, source.GetValidate());
+    Access::identify(record, DataOf<R>::nameText());
+    walksOf(record).settleCopy(record, source.GetValidate());
 }
 
 } // namespace machinery

@@ -6,10 +6,10 @@
 #include "modelkit/Logger.h"
 #include "routerinterface/machinery/Block.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <new>
-#include <type_traits>
 #include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
@@ -36,8 +36,8 @@ public:
     OwnerBlock(const OwnerBlock& other) : Block(other), validate(other.validate), logger(other.logger) {}
     ~OwnerBlock()
     {
-        if (m_firstKey != none)
-            first().~IMKObject();
+        if (m_first)
+            m_first->~IMKObject();
     }
 
     enum Role : int
@@ -52,7 +52,7 @@ public:
     {
         const int key = keyOf(index, role);
         if (key == m_firstKey)
-            return static_cast<R*>(&first());
+            return static_cast<R*>(m_first);
         for (const Other* other = m_others.get(); other; other = other->next.get())
             if (other->key == key)
                 return static_cast<R*>(other->record.get());
@@ -66,11 +66,12 @@ public:
     template <class R>
     R& create(int index, Role role) const
     {
-        static_assert(sizeof(R) == sizeof(Room) && alignof(R) == alignof(Room),
+        static_assert(sizeof(R) == sizeof(m_room) && alignof(R) == alignof(MODELKIT::IMKObject),
                       "a record is its base and the pointer to its block");
         const int key = keyOf(index, role);
-        if (m_firstKey == none) {
-            R* record = new (&m_first) R;
+        if (!m_first) {
+            R* record = new (m_room) R;
+            m_first = record;
             m_firstKey = static_cast<std::int8_t>(key);
             m_hasDefaults |= role == Default;
             return *record;
@@ -87,9 +88,6 @@ public:
     }
 
 private:
-    using Room =
-        std::aligned_storage_t<sizeof(MODELKIT::IMKObject) + sizeof(void*), alignof(MODELKIT::IMKObject)>;
-
     struct Other
     {
         int key = none;
@@ -99,12 +97,8 @@ private:
 
     static int keyOf(int index, Role role) { return 2 * index + role; }
 
-    MODELKIT::IMKObject& first() const
-    {
-        return *std::launder(reinterpret_cast<MODELKIT::IMKObject*>(&m_first));
-    }
-
-    mutable Room m_first;
+    mutable MODELKIT::IMKObject* m_first = nullptr;
+    alignas(MODELKIT::IMKObject) mutable std::byte m_room[sizeof(MODELKIT::IMKObject) + sizeof(void*)];
     mutable std::unique_ptr<Other> m_others;
 };
 

@@ -129,7 +129,7 @@ void requireAcceptable([[maybe_unused]] const R& record, [[maybe_unused]] const 
             throw OutOfRangeException(setProperlyText(record, Member::nameText()));
     } else if constexpr (IsEnumerated<Slot>::value) {
         if (!isEnumerator(value))
-            refuseEnumerator<T>(notAnEnumeratorText(DataOf<R>::className(), Member::fieldName()), given());
+            refuseEnumerator<T>(notAnEnumeratorText(DataOf<R>::nameText(), Member::fieldName()), given());
     }
 }
 

@@ -3,7 +3,8 @@
 //
 // A record's data block is known only in the record's own source, where these functions are
 // instantiated; the sources of its owners call them. They take for granted that the owner has handed
-// its settings down, which sets them apart from the record's virtual operations.
+// its settings down, which sets them apart from the record's virtual operations. The body of each stands in
+// the file of its topic.
 #pragma once
 
 #include "modelkit/DocumentContext.h"
@@ -13,6 +14,7 @@
 #include <QtCore/QLatin1String>
 
 #include <memory>
+#include <optional>
 
 class QXmlStreamReader;
 class QXmlStreamWriter;
@@ -31,16 +33,32 @@ class BinarySource;
 // A reading operation, or the part of one that fills a list item.
 struct Reading
 {
-    explicit Reading(MODELKIT::DocumentContext* operation)
-        : context(operation), isReporting(operation && operation->IsReporting())
-    {}
+    // Of a record that has not handed its settings down yet. Operation: the whole document that is being
+    // read, or null.
+    static Reading ofUnsettled(MODELKIT::DocumentContext* operation) { return Reading(operation); }
+
+    // Of a record that has, with that many list items below it.
+    static Reading ofSettled(MODELKIT::DocumentContext* operation, QtVersion::Size items)
+    {
+        Reading reading(operation);
+        reading.settled = true;
+        reading.settledItems = items;
+        return reading;
+    }
 
     // Of an item that has just been appended: it has its settings, and no records below it.
-    static Reading ofNewItem(const Reading& list)
+    static Reading ofNewItem(const Reading& list) { return ofSettled(list.context, 0); }
+
+    // Calls read(reading) for a record nested in the one that is filled.
+    template <class Read>
+    void forNested(const Read& read)
     {
-        Reading item(list.context);
-        item.settled = true;
-        return item;
+        if (isDerived) {
+            Reading own = ofUnsettled(context);
+            read(own);
+        } else {
+            read(*this);
+        }
     }
 
     // What is known about the settings of the records below the one that is filled: whether they
@@ -58,14 +76,29 @@ struct Reading
 
     // Whether somebody wants to know what is accepted in silence.
     bool isReporting;
+
+private:
+    explicit Reading(MODELKIT::DocumentContext* operation)
+        : context(operation), isReporting(operation && operation->IsReporting())
+    {}
+};
+
+// What validation asks of a record before it is written.
+enum class Validation
+{
+    Off,   // nothing
+    Due,   // its rules, and that it holds its data
+    Begun, // that it holds its data; the rules of its owner have gone through its own already
 };
 
 template <class R>
 struct Walks
 {
+    // Description.h
     static QLatin1String className();
     static const RecordInfo& info();
 
+    // Diagnostics.h
     static void setValidate(const R& record, bool validate);
     static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);
     static void applySettings(const R& record, bool validate,
@@ -74,16 +107,24 @@ struct Walks
     static QtVersion::Size numberOfItems(const R& record);
     static void handDownToNewItems(const R& record, Reading& reading);
 
-    static void applyRules(const R& record, bool flag);
+    // Checking.h
+    static void applyRules(const R& record);
 
-    // Applied: the rules of an outer record have been applied to this one already.
-    static void writeOwned(const R& record, QXmlStreamWriter& writer, bool validate, bool applied);
-    static void readOwned(R& record, QXmlStreamReader& reader, Reading& reading);
+    // Xml.h
+    static void write(const R& record, QXmlStreamWriter& writer, Validation validation);
+    static void read(R& record, QXmlStreamReader& reader, Reading& reading);
 
-    static void writeOwned(const R& record, BinarySink& sink, int id, bool writeId, bool validate,
-                           bool applied);
-    static void readEntries(R& record, BinarySource& source, qint64 length, Reading& reading);
+    // Binary.h. Tag: the word in front of the frame, if it gets one.
+    static void write(const R& record, BinarySink& sink, std::optional<int> tag, Validation validation);
+    static void read(R& record, BinarySource& source, qint64 length, Reading& reading);
 };
+
+// The walks of a record at hand.
+template <class R>
+constexpr Walks<R> walksOf(const R&)
+{
+    return {};
+}
 
 } // namespace machinery
 } // namespace PELLU300ROUTERINTERFACEXML

@@ -18,21 +18,19 @@ namespace machinery {
 
 // --- writing --------------------------------------------------------------------------------
 
-template <class R, class Slot, class Sink>
-void writeRecords(const R& record, const Slot& slot, Sink& sink, bool validate, bool applied)
+template <class R, class Member, class Sink>
+void writeRecords(const R& record, Member member, Sink& sink, Validation validation)
 {
-    using Owned = RecordIn<Slot>;
+    const DataOf<R>& data = *pointer(record);
     const bool isDerived = !isExactly(record);
-    doAtRecords(slot, [&](const Owned& owned) {
-        if (isDerived)
-            Walks<Owned>::writeOwned(owned, sink.writer(), beginOwn(owned), false);
-        else
-            Walks<Owned>::writeOwned(owned, sink.writer(), validate, applied);
+    const Validation ofOwned = validationOf<R>(data, member, validation);
+    doAtRecords(Member::slot(data), [&](const auto& owned) {
+        walksOf(owned).write(owned, sink.writer(), isDerived ? ownValidationOf(owned) : ofOwned);
     });
 }
 
 template <class R, class Sink>
-void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]] bool validate)
+void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]] Validation validation)
 {
     auto& data = initData(record);
     sink.startElement(record.GetObjectName());
@@ -40,27 +38,24 @@ void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]]
         using Slot = typename decltype(member)::Slot;
         if (!isWritten(data, member))
             return;
-        const auto& slot = member.slot(data);
-        if constexpr (IsNested<Slot>::value || IsList<Slot>::value) {
-            writeRecords(record, slot, sink, validate, checksInto<R>(data, member));
-        } else {
-            sink.textElement(member.nameText(), slot);
-        }
+        if constexpr (IsNested<Slot>::value || IsList<Slot>::value)
+            writeRecords(record, member, sink, validation);
+        else
+            sink.textElement(member.nameText(), member.slot(data));
     });
     sink.endElement(record.GetObjectName());
 }
 
-// Writes a record whose owner has handed its settings down.
 template <class R>
-void writeOwned(const R& record, QXmlStreamWriter& writer, bool validate, bool applied)
+void Walks<R>::write(const R& record, QXmlStreamWriter& writer, Validation validation)
 {
-    if (validate && !mayBeWritten(record, applied))
+    if (!mayBeWritten(record, validation))
         return;
     // Only a record without others, since these may throw half-way.
     if constexpr (!ownsRecords<DataOf<R>>) {
         if (XmlStretch::suits(writer)) {
             XmlStretch stretch;
-            writeElement(record, stretch, validate);
+            writeElement(record, stretch, validation);
             if (stretch.isExact()) {
                 stretch.writeTo(writer);
                 return;
@@ -68,7 +63,7 @@ void writeOwned(const R& record, QXmlStreamWriter& writer, bool validate, bool a
         }
     }
     XmlCalls calls(writer);
-    writeElement(record, calls, validate);
+    writeElement(record, calls, validation);
 }
 
 template <class R>
@@ -80,7 +75,7 @@ void getXml(const R& record, QXmlStreamWriter& writer)
     doAt([&record] { return record.GetObjectName(); },
          [&] {
              XmlCalls calls(writer);
-             writeElement(record, calls, record.GetValidate());
+             writeElement(record, calls, record.GetValidate() ? Validation::Begun : Validation::Off);
          });
 }
 
@@ -151,7 +146,7 @@ void readItem(R& record, QXmlStreamReader& reader, const Reading& reading)
     }
     using Item = RecordIn<typename Member::Slot>;
     Reading itemReading = Reading::ofNewItem(reading);
-    appendRead<Member>(record, [&](Item& item) { Walks<Item>::readOwned(item, reader, itemReading); });
+    appendRead<Member>(record, [&](Item& item) { Walks<Item>::read(item, reader, itemReading); });
 }
 
 template <class Member, class R>
@@ -162,12 +157,7 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
     if constexpr (IsNested<Slot>::value) {
         auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});
-        if (reading.isDerived) {
-            Reading own(reading.context);
-            Walks<RecordIn<Slot>>::readOwned(nested, reader, own);
-        } else {
-            Walks<RecordIn<Slot>>::readOwned(nested, reader, reading);
-        }
+        reading.forNested([&](Reading& ofNested) { walksOf(nested).read(nested, reader, ofNested); });
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
         readItem<Member>(record, reader, reading);
@@ -223,15 +213,17 @@ void readElement(R& record, QXmlStreamReader& reader, Reading& reading, const Na
 }
 
 template <class R>
+void Walks<R>::read(R& record, QXmlStreamReader& reader, Reading& reading)
+{
+    readElement(record, reader, reading, record.GetObjectName());
+}
+
+template <class R>
 void processXmlStartElement(R& record, QXmlStreamReader& reader)
 {
-    handDown(record);
+    Reading reading = beginReading(record);
     // A whole document begins with a reset: what is set has come before.
     Flags seen = initData(record).set;
-    Reading reading(MODELKIT::DocumentContext::Current());
-    reading.settled = true;
-    reading.settledItems = numberOfItems(record);
-    reading.isDerived = !isExactly(record);
     readChild(record, reader, reading, seen);
 }
 
@@ -240,7 +232,7 @@ void processXml(R& record, QXmlStreamReader& reader)
 {
     // In a derived class, which may read child elements in its own way, the walk must call the
     // virtual operation; without one it may keep what it knows from one child to the next.
-    Reading reading(MODELKIT::DocumentContext::Current());
+    Reading reading = Reading::ofUnsettled(MODELKIT::DocumentContext::Current());
     if (isExactly(record)) {
         readElement(record, reader, reading, reader.name().toString());
     } else {

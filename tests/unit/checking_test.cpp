@@ -585,8 +585,7 @@ public:
 
     void check() const
     {
-        machinery::applyRules(*this, false);
-        machinery::applyRules(*this, true);
+        machinery::Walks<ChoiceOfPayloads>::applyRules(*this);
     }
 
     QString name = text("Fragment");
