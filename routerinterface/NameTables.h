@@ -2,8 +2,8 @@
 /// \file
 /// The names of all enumerators and of the log levels. `NamesOf()` of an enumeration is declared beside it.
 ///
-/// The tables are built when the library is loaded, before any record exists, and never change. The
-/// names are also the texts of the written forms; a value is the position of its name.
+/// The tables are built when the library is loaded, before any record exists, and never change. The names are
+/// also the texts in the written forms. The value of an enumerator is the position of its name.
 #pragma once
 
 #include "routerinterface/Export.h"

@@ -22,7 +22,7 @@ template <class Info>
 
 void addWithOwned(const RecordInfo& info, QVector<const RecordInfo*>& all)
 {
-    // A class that comes again moves behind its later owner.
+    // A class with several owners stands behind the last of them.
     all.removeAll(&info);
     all.append(&info);
     for (const MemberInfo* member : info.GetMembers())
@@ -121,7 +121,7 @@ const RecordInfo* RecordInfo::FindByFrameId(std::uint32_t frameId)
 
 const RecordInfo& RecordInfo::Of(const MODELKIT::IMKObject& record)
 {
-    // Mostly the name tells, and one question settles it.
+    // Most records are called as their class; others are searched for.
     const RecordInfo* info = Find(record.GetObjectName());
     if (!info || !info->m_describes(record))
         info = findClass([&record](const RecordInfo* known) { return known->m_describes(record); });

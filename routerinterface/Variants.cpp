@@ -18,10 +18,10 @@ namespace machinery {
 
 namespace {
 
-// What a QVariant holds as a number, if it is a whole one.
+// The whole number in a QVariant, if it holds one.
 std::optional<qint64> wholeNumberIn(const QVariant& variant)
 {
-    // A null variant with the type of a number would give 0.
+    // A null QVariant of a number type would convert to 0.
     if (variant.isNull())
         return std::nullopt;
     const int type = variant.userType();
@@ -54,7 +54,7 @@ std::optional<qint64> wholeNumberIn(const QVariant& variant)
     default:
         break;
     }
-    // Whether an enumeration is signed Qt does not know; it takes all of them for signed ones.
+    // Qt does not know whether an enumeration is signed, and treats all as signed.
     bool isConverted = false;
     const qint64 number =
         QMetaType(type).flags() & QMetaType::IsEnumeration ? variant.toLongLong(&isConverted) : 0;
@@ -103,7 +103,7 @@ std::optional<QString> textIn(const QVariant& variant)
     if (bytes.isNull())
         return QString();
     const QString text = Utf8Text(bytes.constData(), static_cast<int>(bytes.size())).toString();
-    // Bytes that are no UTF-8 have been replaced.
+    // Invalid UTF-8 would be replaced.
     if (text.toUtf8() != bytes)
         return std::nullopt;
     return text;
@@ -126,7 +126,7 @@ std::optional<double> decimalIn(const QVariant& variant)
     if (const auto text = textIn(variant)) {
         bool isConverted = false;
         const double number = text->toDouble(&isConverted);
-        // Qt passes over white space around a number.
+        // Qt would ignore white space around a number.
         return isConverted && text->trimmed() == *text ? std::make_optional(number) : std::nullopt;
     }
     if (!variant.isNull()
@@ -167,12 +167,12 @@ std::optional<int> enumeratorIn(const QVariant& variant, const QStringList& name
 
 namespace {
 
-// The text of a QVariant, whatever it holds; null when that has none.
+// The text of a QVariant of any type; null if it has none.
 QString shownText(const QVariant& variant)
 {
     if (const auto text = textIn(variant))
         return *text;
-    // A null number would become "0".
+    // A null QVariant of a number type would become "0".
     return variant.isNull() ? QString() : variant.toString();
 }
 

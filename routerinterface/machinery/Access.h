@@ -50,7 +50,7 @@ struct Access
         return record.OwnName();
     }
 
-    // Mostly the name is the class's, and the same already.
+    // Most records are called as their class, so both names are the same string already.
     template <class R>
     static void shareName(R& to, const R& from)
     {

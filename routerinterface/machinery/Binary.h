@@ -44,8 +44,8 @@ void writePayload(BinarySink& sink, const Enumerated<E>& slot)
     sink.text(textOf(slot));
 }
 
-// Takes what is noticed to the report, with the offset of the entry. Member: the step that is still
-// to be added to the path on which the reading is.
+// Reports what is noticed, with the offset of the entry. Member: the last step of the path, which reading has
+// not entered yet.
 struct BinaryNotify
 {
     const Reading& reading;
@@ -98,7 +98,7 @@ bool readPayload(R& record, BinarySource& source, const Slot& slot, const Binary
 
 // --- writing --------------------------------------------------------------------------------
 
-// The frames of the records that a member holds; those of list items do without the tag in front.
+// The frames of the records that a member holds. Only those of nested records have a tag in front.
 template <class R, class Member>
 void writeRecords(const R& record, Member member, BinarySink& sink, Validation validation)
 {
@@ -196,9 +196,8 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
     int count = 0;
     if (!source.word(count) || count < 0)
         return false;
-    // An item takes at least its length word. Room is made in advance only in an empty list: making it
-    // may copy what is there, flags and loggers aside, and in a list it would be made again for every
-    // entry.
+    // An item takes at least its length word. Room is made in advance only in an empty list: reserving copies
+    // the items that are there without their flags and loggers, and would be repeated for every list entry.
     auto& items = Member::slot(initData(record)).ownItems();
     if (items.isEmpty()) {
         constexpr qint64 most = 1 << 20;
@@ -248,7 +247,7 @@ bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Readi
     return whole;
 }
 
-// Two wrong lengths can make up for each other in the sum.
+// Each entry is compared on its own: two wrong lengths can cancel each other out in the sum.
 inline void noticeLength(int announced, qint64 taken, const BinaryNotify& notify)
 {
     if (taken != announced)

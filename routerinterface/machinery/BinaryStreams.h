@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Where the parts of a frame are written to and read from.
 //
-// Both ends work on a data stream. When its device is a plain buffer in memory they work on the buffer's
-// bytes and keep the device's position. Otherwise a frame is put together in memory and handed to the
-// stream in one piece when it is complete, so that no device needs to seek, and every refusal shows in the
-// stream's status; reading goes through the stream part by part. Bytes, positions and the status are the
-// same either way, with two exceptions: whoever listens to the signals of a plain buffer hears of one byte
-// written instead of all, and where an owned record throws half-way, the beginning of the frame stays in a
-// plain buffer while other devices get nothing.
+// Both classes work on a data stream. If its device is a plain buffer in memory, they use the buffer's bytes
+// directly and keep the device's position. Otherwise the sink builds the frame in memory and writes it in one
+// piece when it is complete, so no device needs to seek and every refusal shows in the stream's status; the
+// source reads through the stream part by part. Bytes, positions and status are the same either way, with two
+// exceptions. The signals of a plain buffer announce one written byte instead of all. If an owned record
+// throws half-way, the beginning of the frame stays in a plain buffer, while other devices get nothing.
 #pragma once
 
 #include "modelkit/DocumentContext.h"
@@ -31,7 +30,7 @@ namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
 // Whether characters that were pushed back with ungetChar() stand in front of what the buffer holds. The
-// device keeps them to itself; but they alone are left where there is nothing else to be read.
+// device does not tell; but with its own bytes taken away, it is at the end unless there are such characters.
 inline bool hasPushedBack(QBuffer& buffer)
 {
     QByteArray nothing;
@@ -41,7 +40,7 @@ inline bool hasPushedBack(QBuffer& buffer)
     return !isAtEnd;
 }
 
-// The buffer on which the stream works, if it is a plain one on whose bytes one may work directly.
+// The buffer of the stream, if its bytes can be used directly.
 inline QBuffer* plainBuffer(QIODevice* device)
 {
     // Not a derived class: it may read and write in its own way.
@@ -87,7 +86,7 @@ public:
         m_buffer->seek(m_at);
         if (m_at == m_begin)
             return;
-        // The last byte goes through the device, which so learns that it was written to.
+        // The last byte is written through the device, which emits its signals then.
         const char last = m_bytes[m_at - 1];
         m_buffer->seek(m_at - 1);
         try {
@@ -118,14 +117,14 @@ public:
         put(&byte, 1);
     }
 
-    // Bytes with their number in front.
+    // Bytes, preceded by their number.
     void text(const char* bytes, int size)
     {
         word(size);
         put(bytes, size);
     }
 
-    // UTF-8; a null string has a number of its own.
+    // UTF-8. A null string is a special number without bytes.
     void text(const QString& value)
     {
         if (value.isNull()) {
@@ -231,8 +230,8 @@ private:
     bool m_refusesUnrepresentable;
 };
 
-// Counts the bytes that are read. A part that the stream does not hold whole is not delivered: the call
-// returns false, and what was there of it is consumed.
+// Counts the bytes that are read. If the stream ends inside a part, the call returns false and consumes what
+// is left.
 class BinarySource
 {
 public:
@@ -256,7 +255,7 @@ public:
     qint64 consumed() const { return m_buffer ? m_at - m_begin : m_consumed; }
     bool atEnd() const { return m_buffer ? m_at == m_end : m_stream.atEnd(); }
 
-    // The number of bytes known to be there still.
+    // How many more bytes are known to be there.
     qint64 available() const
     {
         if (m_buffer)
@@ -286,13 +285,13 @@ public:
             value = Utf8Text();
             return true;
         }
-        // The number is unsigned, so that more is announced than can be there.
+        // The number is unsigned: a negative one stands for more than a stream can hold.
         const char* bytes = take(size < 0 ? std::numeric_limits<int>::max() : size);
         value = Utf8Text(bytes, size);
         return bytes != nullptr;
     }
 
-    // Lets the record leave an entry that it does not know.
+    // Lets the record skip an unknown entry, by its virtual operation.
     template <class R>
     void skip(const R& record, int length, int tag)
     {
@@ -321,7 +320,7 @@ private:
         return bytes;
     }
 
-    // In steps, so that memory grows with what is there and not with what is announced.
+    // In steps: memory grows with the bytes that are there, not with the announced number.
     const char* takeFromStream(int size)
     {
         m_held.resize(0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Texts where they stand, in a reader's buffer or in a frame: converting a number or comparing a name
-// needs no string of its own.
+// Texts in place, in a reader's buffer or in a frame: a number is converted and a name compared without
+// making a string.
 #pragma once
 
 #include "modelkit/QtVersion.h"
@@ -49,7 +49,7 @@ public:
     int size() const { return m_size < 0 ? 0 : m_size; }
     unsigned int operator[](int i) const { return static_cast<unsigned char>(m_bytes[i]); }
 
-    // With the size given: a null character is a part of the text.
+    // The size is passed because a null character may be part of the text.
     QString toString() const { return m_size == null ? QString() : MODELKIT::textOfUtf8(m_bytes, m_size); }
 
     // Whether all bytes are UTF-8; others are replaced in the string.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Judging a record: the rules that its members must fulfil before it is sent.
+// The check of a record: the rules that its members must fulfil before it is sent.
 #pragma once
 
 #include "routerinterface/machinery/Rules.h"
@@ -8,7 +8,7 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// Whether the rules of a record reach into the record in this member. A choice asks only whether its
+// Whether the rules of a record include those of the records in this member. A choice only checks that its
 // current record is there.
 template <class R, class Member>
 bool checksInto(const DataOf<R>& data, Member)
@@ -30,7 +30,7 @@ void checkRecords(const R& record, const Slot& slot)
     });
 }
 
-// The rules of one member, by the kind of its slot. They do not ask the validation flag.
+// The rules of one member, by the kind of its slot. They apply whether validation is on or off, except one.
 template <class Member, class R, class T>
 void checkMember(const R&, const DataOf<R>&, const Value<T>&)
 {}
@@ -62,7 +62,7 @@ template <class Member, class R, class N>
 void checkMember(const R& record, const DataOf<R>& data, const Nested<N>&)
 {
     if constexpr (isChoice<DataOf<R>>) {
-        // The one rule that asks the validation flag.
+        // The one rule that applies under validation only.
         if (isCurrent(data, Member{}) && !data.set.test(Member::index)
             && !nestedRecord<Member>(data).HasData() && record.GetValidate())
             throw IncompleteDefinitionException(incompleteChoiceText(record, Member::fieldName()));
@@ -89,7 +89,7 @@ void Walks<R>::applyRules(const R& record)
     });
 }
 
-// What validation asks of the records that a member holds, when it asks that of the record itself.
+// What validation requires of the records in a member. OfRecord: what it requires of the record around them.
 template <class R, class Member>
 Validation validationOf(const DataOf<R>& data, Member member, Validation ofRecord)
 {
@@ -98,14 +98,14 @@ Validation validationOf(const DataOf<R>& data, Member member, Validation ofRecor
     return checksInto<R>(data, member) ? Validation::Begun : Validation::Due;
 }
 
-// The same when the record is of a derived class, and the owned one begins on its own.
+// The same if the record around is of a derived class: the owned one begins on its own.
 template <class R>
 Validation ownValidationOf(const R& owned)
 {
     return beginOwn(owned) ? Validation::Due : Validation::Off;
 }
 
-// Whether an owned record fulfils what validation asks of it.
+// Whether an owned record fulfils what validation requires of it.
 template <class R>
 bool mayBeWritten(const R& record, Validation validation)
 {
@@ -114,8 +114,8 @@ bool mayBeWritten(const R& record, Validation validation)
     return validation == Validation::Off || hasData(record);
 }
 
-// Whether a record that a caller wants written is to be. In a derived class, whose virtual operations may
-// change the flag, applyVirtually() calls its check.
+// Whether a record is written when a caller asks for it. A derived class may change the flag in its virtual
+// operations, so applyVirtually() calls its check.
 template <class R, class ApplyVirtually>
 bool isToBeWritten(const R& record, const ApplyVirtually& applyVirtually)
 {

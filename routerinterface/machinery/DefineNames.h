@@ -9,8 +9,8 @@
 //     #define ENUMERATORS(ROW) ROW(NoMasterPresent) ROW(MasterPresent) ROW(RouterIsMaster)
 //     #include "routerinterface/machinery/DefineNames.h"
 //
-// For a choice, DefineRecord.h does so with the rows of the record. The file ends all macros that it makes or
-// was given, except CHOICE.
+// For a choice, DefineRecord.h does this with the rows of the record. At the end, all macros that this file
+// makes or was given are undefined, except CHOICE.
 
 #ifdef CHOICE
     #define ROUTERINTERFACE_ENUMERATOR(Kind, Type, Name, field, tag) Name
@@ -47,8 +47,8 @@
     return false;
 }
 
-// The list stands inside the function, so that it is there also for a static object of a program that is
-// constructed before those of this library.
+// A static list inside the function also exists for static objects of a program that are constructed before
+// those of this library.
 const QStringList& NamesOf(SCOPE::ENUMERATION)
 {
     static const QStringList names{ENUMERATORS(ROUTERINTERFACE_STRING)};

@@ -12,15 +12,15 @@
 //         ROW(Value, unsigned int, Port,    m_port,    0x1F980517)
 //     #include "routerinterface/machinery/DefineRecord.h"
 //
-// A record of which one member at a time is current also names the enumeration of the choice, CHOICE. Its
-// enumerators are the numbers of the rows, and their names those of the members.
+// A choice, a record of which one member at a time is current, also names its enumeration: CHOICE. The
+// enumerators are called as the members and numbered as the rows.
 //
-// A row makes the member's slot, its entry in the table that all walks go over, and the bodies of the
-// accessors that the record's header declares. The kind names the slot type and with it all rules of the
-// member. The macros only forward; what happens is told in the functions they call.
+// Each row becomes the member's slot, its entry in the table for all walks, and the bodies of the accessors
+// that the record's header declares. The kind is the type of the slot, which decides all rules of the member.
+// The macros only forward to functions.
 //
-// It is included once for each record, and ends all macros that it makes or was given: several sources may be
-// compiled as one.
+// The file is included once for each record. At the end, all macros that it makes or was given are undefined,
+// so that several sources can be compiled as one.
 
 #define ROUTERINTERFACE_TEXT(name) #name
 #define ROUTERINTERFACE_NAME(name) ROUTERINTERFACE_TEXT(name)
@@ -37,7 +37,7 @@
 #define ROUTERINTERFACE_SLOT_Enumerated(Type, field) machinery::Enumerated<Type> field;
 #define ROUTERINTERFACE_SLOT_Mandatory(Type, field) machinery::Mandatory<Type> field;
 #define ROUTERINTERFACE_SLOT_List(Type, field) machinery::List<Type> field;
-// The block keeps nested records by their index.
+// Nested records are kept by their index in the OwnerBlock.
 #define ROUTERINTERFACE_SLOT_Nested(Type, field)
 
 #define ROUTERINTERFACE_INDEX(Kind, Type, Name, field, tag) index##Name,

@@ -58,7 +58,7 @@ const RecordInfo* classIn(const List<R>*)
 }
 inline const RecordInfo* classIn(const void*) { return nullptr; }
 
-// What a QVariant holds for a slot; none when it is no value of it.
+// The value for a slot in a QVariant; none if the QVariant holds no such value.
 inline auto valueIn(const QVariant& variant, const Value<unsigned int>*) { return unsignedIn(variant); }
 inline auto valueIn(const QVariant& variant, const Value<double>*) { return decimalIn(variant); }
 inline auto valueIn(const QVariant& variant, const Value<bool>*) { return booleanIn(variant); }
@@ -269,7 +269,7 @@ private:
     static const R& record(const MODELKIT::IMKObject& object) { return dynamic_cast<const R&>(object); }
     static R& record(MODELKIT::IMKObject& object) { return dynamic_cast<R&>(object); }
 
-    // A record for the member itself.
+    // A record that is passed as the value of the member.
     static const auto& owned(const MODELKIT::IMKObject& object)
     {
         return dynamic_cast<const RecordIn<Slot>&>(object);

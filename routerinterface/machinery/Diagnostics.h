@@ -12,7 +12,7 @@
 //   settleCopy              gives a copy its settings: the flag, and no logger at any depth
 //   handDown                begins an operation that a caller starts: the record's own settings go down
 //   handDownToNew           does the same for a record whose data block is new
-//   beginOwn                begins the part of it that an owned record does for an owner of a derived class
+//   beginOwn                begins the part of an operation in a record whose owner is of a derived class
 //   beginReading            begins a reading operation that a caller starts
 //   settle                  begins a step of reading: settings go down where they have not yet been
 #pragma once
@@ -136,7 +136,7 @@ void Walks<R>::settleCopy(const R& record, bool validate)
             });
 }
 
-// Whether the record is not one of a derived class, which may have virtual operations of its own.
+// False for a record of a derived class, which may have virtual operations of its own.
 template <class R>
 bool isExactly(const R& record)
 {
@@ -169,9 +169,9 @@ void handDownToNew(const R& record)
     }
 }
 
-// A record of a derived class may have kept its own settings from what it owns, and its check may have looked
-// away; what it owns then takes nothing for granted. Owned records themselves are never of derived classes.
-// Returns the flag of the owned record.
+// A derived class may change how settings are handed down and how the record is checked, so the records that
+// it owns take nothing for granted. Owned records themselves are never of derived classes. Returns the flag
+// of the owned record.
 template <class R>
 bool beginOwn(const R& owned)
 {
@@ -179,7 +179,7 @@ bool beginOwn(const R& owned)
     return Access::validate(owned);
 }
 
-// The number of items in the list that the record, or a record nested in it, holds.
+// The number of items in the list of the record or of a record nested in it.
 template <class R>
 QtVersion::Size Walks<R>::numberOfItems([[maybe_unused]] const R& record)
 {
@@ -202,8 +202,7 @@ QtVersion::Size Walks<R>::numberOfItems([[maybe_unused]] const R& record)
     return count;
 }
 
-// Hands the settings down to the list items behind the settled ones, wherever below the record the
-// list is.
+// Hands the settings down to the list items behind the settled ones. The list may be in a nested record.
 template <class R>
 void Walks<R>::handDownToNewItems([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {
@@ -238,7 +237,7 @@ Reading beginReading(const R& record)
     return reading;
 }
 
-// To every observer the same as handDown().
+// No observer can tell this from handDown().
 template <class R>
 void settle([[maybe_unused]] const R& record, [[maybe_unused]] Reading& reading)
 {

@@ -28,7 +28,7 @@ QString nameOf(E value)
     return isEnumerator(value) ? NamesOf(E()).at(value) : QString();
 }
 
-// A value as the offending one of an exception; null for what is no enumeration.
+// The text of an enumerator's number, for an exception about it; null for other types.
 template <class T>
 QString numberText([[maybe_unused]] const T& value)
 {

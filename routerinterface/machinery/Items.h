@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Changing a list item by item. What all of it has in common: the list is made the record's own, so that no
-// item loses its settings, and is marked as set, as by every way of changing it.
+// Changing a list item by item. Every change makes the list the record's own, so that no item loses its
+// settings, and marks it as set.
 #pragma once
 
 #include "routerinterface/machinery/Members.h"
@@ -31,8 +31,8 @@ void appendContent(R& record, Item& item)
     data.set.set(Member::index);
 }
 
-// Appends a new item into which read() puts the content. When that fails or brings too little the
-// list stays as it was. As any other, it gets the logger with the next operation.
+// Appends a new item that read() fills. If that throws or the item lacks data, the list stays as it was. Like
+// every new item, it gets the logger with the next operation.
 template <class Member, class R, class Read>
 void appendRead(R& record, const Read& read)
 {
@@ -69,7 +69,7 @@ void append(R& record, const Item& item)
     });
 }
 
-// Refuses an index that is not below the limit.
+// Throws for an index that is negative or not below the limit.
 template <class Member>
 void requireIndex(int index, QtVersion::Size limit)
 {
@@ -106,14 +106,14 @@ void removeItem(R& record, int index)
     editItems<Member>(record).removeAt(index);
 }
 
-// To: the index that the item then has.
+// To: the index of the item afterwards.
 template <class Member, class R>
 void moveItem(R& record, int from, int to)
 {
     viewItem<Member>(record, from);
     viewItem<Member>(record, to);
     auto& items = editItems<Member>(record);
-    // An item is more than its data: it also has settings, which assigning would leave behind.
+    // Assigning would carry the data of the item only, not its settings.
     RecordIn<typename Member::Slot> moved;
     duplicate(moved, items.at(from));
     items.removeAt(from);

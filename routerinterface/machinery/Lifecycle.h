@@ -23,7 +23,7 @@ DataOf<R>& initData(const R& record)
     return *block;
 }
 
-// Does something for which memory may be lacking. A record without a block then stays without one.
+// Runs an action that needs memory. If there is not enough, a record without a block stays without one.
 template <class R, class Action>
 decltype(auto) orStayEmpty(const R& record, const Action& action)
 {

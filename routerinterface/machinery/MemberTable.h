@@ -22,7 +22,7 @@ namespace machinery {
 
 struct ListHead;
 
-// The first argument only takes the place before the first comma of a generated list.
+// The generated list begins with a comma; ListHead stands in front of it.
 template <class Head, class... Members>
 struct MemberList;
 
@@ -38,7 +38,7 @@ struct MemberList<ListHead, Members...>
         (visit(Members{}), ...);
     }
 
-    // The same until a call returns true; returns whether one did.
+    // Calls visit(member) until a call returns true. Returns whether one did.
     template <class Visit>
     static bool any(Visit&& visit)
     {
@@ -175,8 +175,8 @@ auto& nestedRecord(const Data& data)
     return Member::slot(data).value();
 }
 
-// Whether the member takes part in the written forms. A list goes by its items and a mandatory
-// member is always written; neither asks its flag.
+// Whether the member is part of the written forms. The flag does not matter for a list, of which the items
+// are written, nor for a mandatory member, which is always written.
 template <class Member, class Data>
 bool isWritten(const Data& data, Member member)
 {

@@ -10,7 +10,7 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// The same as initData() with all that changing the member needs memory for.
+// Does what initData() does and allocates all that changing the member needs.
 template <class Member, class R>
 DataOf<R>& initMember(const R& record)
 {
@@ -39,8 +39,8 @@ bool isSet(const R& record)
     return data && data->set.test(Member::index);
 }
 
-// Stores a value, or throws what the member's rule says about it and stores nothing. Given: makes the
-// text from which the value was read.
+// Stores a value. If the rule of the member refuses it, throws and stores nothing. Given: makes the text from
+// which the value was read.
 template <class Member, class R, class T, class Given>
 void setMember(R& record, const T& value, const Given& given)
 {
@@ -98,7 +98,7 @@ void resetMember(R& record)
     }
 }
 
-// The place of a member's default.
+// A reference to the default of a member.
 template <class Member, class R>
 auto& defaultOf(const R& record)
 {

@@ -10,8 +10,8 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// That a member comes although it, or another member of a choice, has come before. Seen: the members
-// that have come so far.
+// Notices a member that comes a second time, or replaces another member of a choice. Seen: the members that
+// have come so far.
 template <class Member, class R, class Notify>
 void noticeComingAgain([[maybe_unused]] const R& record, const Flags& seen, const Notify& notify)
 {
@@ -27,7 +27,7 @@ void noticeComingAgain([[maybe_unused]] const R& record, const Flags& seen, cons
     }
 }
 
-// What a record lacks at the end of reading and is not written as it was read.
+// Notices what is missing at the end of reading, if the record would not be written as it was read.
 template <class R, class Notify>
 void noticeMissing([[maybe_unused]] const R& record, [[maybe_unused]] const Notify& notify)
 {

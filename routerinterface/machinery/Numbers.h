@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Numbers as text, for the common cases: what these functions do not handle is left to Qt, with the
-// same result for what they do.
+// Numbers as text, for the common cases; callers leave the others to Qt. The results are the same as Qt's.
 #pragma once
 
 #include <QtCore/QChar>

@@ -15,12 +15,12 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// The block of a record with nested records: it holds those that have been touched and the settings
-// that their owner last handed down. Copying the block copies the settings only; which records are
-// worth copying is for detach() to say.
+// The block of a record with nested records. It holds those that have been touched, and the settings that
+// their owner last handed down. Copying the block copies the settings only; detach() decides which records to
+// copy.
 //
-// The first record that comes into being lives inside the block, further ones and defaults outside:
-// most blocks ever hold one, and it shall not cost an allocation of its own.
+// The first record is constructed inside the block, the others on the heap: most blocks hold only one, which
+// so costs no allocation of its own.
 class OwnerBlock : public Block
 {
 private:
@@ -59,10 +59,10 @@ public:
         return nullptr;
     }
 
-    // Whether the search for a default can find one.
+    // Whether there is any default record.
     bool hasDefaults() const { return m_hasDefaults; }
 
-    // Creates a record that find() does not find yet. It stays where it is.
+    // Creates a record that does not exist yet. It is never moved.
     template <class R>
     R& create(int index, Role role) const
     {
@@ -102,8 +102,8 @@ private:
     mutable std::unique_ptr<Other> m_others;
 };
 
-// The block of a record of which one nested record at a time is current: only that one is written,
-// compared and checked. The choice is the index of its member.
+// The block of a choice: one nested record at a time is current, and only that one is written, compared and
+// checked. The choice is the index of its member.
 template <class E>
 struct ChoiceBlock : OwnerBlock
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the value of a member must fulfil, and the texts of all messages.
+// What the value of a member must fulfil, and the texts of all exceptions.
 #pragma once
 
 #include "modelkit/ClosestName.h"
@@ -70,8 +70,8 @@ QString lengthErrorText(const R& record)
                "::SetBinary(...): Length error occurred during processing of binary representation");
 }
 
-// Does something that belongs to the member or record called step(), which is asked only for the place
-// of an exception. Offset: where it stands in a binary form that is read.
+// Runs the action for a member or record. If it throws, the exception's place gets the name step() and the
+// offset, at which the member stands in a binary form that is read.
 template <class Step, class Action>
 void doAt(const Step& step, const Action& action, qint64 offset = -1)
 {
@@ -87,7 +87,7 @@ void doAt(const Step& step, const Action& action, qint64 offset = -1)
     }
 }
 
-// Does the same to every record that a slot holds. As in XML, a step is called as the record.
+// Does that for every record in a slot. As in XML, the step is the name of the record.
 template <class R, class Action>
 void doAtRecords(const Nested<R>& nested, const Action& action)
 {
@@ -110,15 +110,15 @@ void doAtRecords(const List<R>& list, const Action& action)
     });
 }
 
-// Refuses what is no enumerator of E. Given: the value as it was read or passed.
+// Throws for a value that is no enumerator of E. Given: the value as it was read or passed.
 template <class E>
 [[noreturn]] void refuseEnumerator(const QString& text, const QString& given)
 {
     throw OutOfRangeException(text, given, MODELKIT::ClosestName(given, NamesOf(E())));
 }
 
-// What a setter demands of a new value while validation is on. Any value will do unless the kind of
-// member says otherwise. Given: makes the text of the value, for the exception.
+// Throws for a new value that the kind of member does not accept while validation is on. Given: makes the
+// text of the value, for the exception.
 template <class Member, class R, class T, class Given>
 void requireAcceptable([[maybe_unused]] const R& record, [[maybe_unused]] const T& value,
                        [[maybe_unused]] const Given& given)

@@ -8,7 +8,7 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// Makes sure that nobody else holds the record's block, if it has one.
+// Makes the record's block its own if another record shares it.
 template <class R>
 void detach(const R& record)
 {
@@ -25,7 +25,7 @@ void detach(const R& record)
     own.swap(block);
 }
 
-// The record's block, if it has one, made its own: even reading a shared block ends the sharing.
+// The record's own block, or null. Even reading ends the sharing.
 template <class R>
 DataOf<R>* existingData(const R& record)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a data block keeps for one member, by kind of member: the default, the current value, and the
-// rules for resetting, comparing and answering whether the member holds data.
+// The slot of a member in the data block, by kind of member. It keeps the default and the current value, and
+// knows how to reset and compare them and whether the member holds data.
 #pragma once
 
 #include "modelkit/IMKObject.h"
@@ -22,7 +22,7 @@ namespace machinery {
 
 namespace QtVersion = MODELKIT::QtVersion;
 
-// Whether there is a kind of that name below.
+// Whether one of the kinds below has that name.
 constexpr bool isKind(std::string_view name)
 {
     for (const std::string_view kind : {"Value", "Text", "Enumerated", "Mandatory", "Nested", "List"})
@@ -86,8 +86,8 @@ struct Mandatory : Enumerated<E>
 {
 };
 
-// Makes a new record the same as another: it shares the data, as every assignment does, and takes over
-// name, flag and logger without handing them down. So the records below keep theirs, whatever they are.
+// Makes a new record the same as another. It shares the data, as by assignment, and takes over name, flag and
+// logger without handing them down, so the records below keep theirs.
 template <class R>
 void duplicate(R& to, const R& from)
 {
@@ -114,8 +114,8 @@ public:
         }
     }
 
-    // The items, made this list's own when the container still shares them with another one:
-    // flag and logger of a shared item must not be written.
+    // The items for changing. They stop being shared with another container first, because flag and logger of
+    // a shared item must not be written.
     Items& ownItems()
     {
         if (!value.isDetached())
@@ -134,7 +134,7 @@ public:
 
     void reset() { value = Items(); }
     bool holdsData(bool) const { return !value.isEmpty(); }
-    // By items, which need not equal themselves; the container goes by its storage first.
+    // Item by item: an item need not equal itself, but a container equals one with the same storage.
     bool equals(const List& other) const
     {
         return value.size() == other.value.size()
@@ -145,7 +145,7 @@ public:
     Items value;
 
 private:
-    // Unlike the container's own copying this keeps the loggers of the items.
+    // Unlike a copy made by the container, this keeps the loggers of the items.
     static Items ownCopy(const Items& items)
     {
         Items copy(items.size());
@@ -158,9 +158,9 @@ private:
     mutable std::unique_ptr<R> m_defaultItem;
 };
 
-// A nested record in its block. It comes into being when it is first touched; until then it counts as
-// newly constructed with its owner's flag and logger, and costs nothing. Once it exists it stays where
-// it is, since references to it have been given away.
+// A nested record in its block. It is created when it is first touched. Until then it costs nothing and
+// counts as newly constructed with the flag and logger of its owner. It is never moved, since callers hold
+// references to it.
 template <class R>
 class Nested
 {
@@ -193,7 +193,7 @@ public:
         return standard ? *standard : m_block.create<R>(m_index, OwnerBlock::Default);
     }
 
-    // Afterwards reset() needs no memory.
+    // Allocates what reset() will need.
     void prepareReset() const
     {
         if (existingDefault())
@@ -208,8 +208,8 @@ public:
             *record = R();
     }
 
-    // Takes over the record of another block into one that has none yet, unless nobody could tell it from
-    // an untouched one.
+    // Copies the record of another block into this one, which has none yet. A record that equals an untouched
+    // one in everything is left out.
     void copyFrom(const Nested& other) const
     {
         if (const R* record = other.existing())

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The text forms of values, which the XML form and most payloads of the binary form share, and what
-// is noticed when reading them.
+// Values as text, as XML and most payloads of the binary form carry them, and what is noticed while reading
+// them.
 #pragma once
 
 #include "modelkit/DocumentContext.h"
@@ -46,13 +46,13 @@ QString textOf(const Enumerated<E>& slot)
 
 // --- reading --------------------------------------------------------------------------------
 
-// What reading accepts in silence is noticed only when somebody asks for a report. The functions below
-// get an object that is true in that case and can then be called with the kind and the text.
+// What reading accepts silently is noticed only if somebody asks for a report. Notify is true in that case,
+// and is then called with the kind and the text.
 using Notice = MODELKIT::ReadingReport::Kind;
 
 using MODELKIT::quoted;
 
-// Notices what the written form of the value does not keep of the text from which it was read.
+// Notices if the written form of the value differs from the text from which it was read.
 template <class Notify>
 void noticeLostDigits(const QString& text, double value, const Notify& notify)
 {
@@ -68,8 +68,8 @@ void noticeLostDigits(const QString& text, double value, const Notify& notify)
                QStringLiteral("%1 cannot be kept exactly and was taken for %2.").arg(quoted(text), written));
 }
 
-// Reading is lenient: what is no number becomes 0. Numbers are read as signed ones, so that those
-// above 2147483647 become 0 and -1 becomes 4294967295; part of the dialect.
+// Reading is lenient, as the dialect demands: a text that is no number becomes 0. Numbers are read as signed
+// ones, so those above 2147483647 become 0 and -1 becomes 4294967295.
 template <class Member, class R, class Characters, class Notify>
 unsigned int fromText(const R&, const Value<unsigned int>&, const Characters& text, const Notify& notify)
 {
@@ -128,7 +128,7 @@ template <class Member, class R, class E, class Characters, class Notify>
 E fromText(const R& record, const Enumerated<E>& slot, const Characters& text, const Notify& notify)
 {
     const E value = enumeratorOf(text, slot.invalid);
-    // The setter refuses what is no enumerator under validation.
+    // Under validation the setter refuses everything but an enumerator.
     if (notify && !isName(text, nameOf(value)) && (isEnumerator(value) || !record.GetValidate()))
         notify(Notice::UnknownName, QStringLiteral("%1 is no value of %2 and was taken for the invalid one.")
                                         .arg(quoted(text.toString()), Member::nameText()));

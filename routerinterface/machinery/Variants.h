@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Values of members in a QVariant: what is taken for a value of each kind. Nothing is taken that would be
-// stored as something else.
+// Which QVariants are accepted as values of each kind of member. None is accepted that would be stored as
+// something else.
 #pragma once
 
 #include "routerinterface/RecordInfo.h"
@@ -14,7 +14,7 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// MemberInfo::SetValue tells what each of them takes. None for everything else.
+// MemberInfo::SetValue documents what each of them accepts. They return none for everything else.
 std::optional<unsigned int> unsignedIn(const QVariant& variant);
 std::optional<double> decimalIn(const QVariant& variant);
 std::optional<bool> booleanIn(const QVariant& variant);
@@ -22,7 +22,7 @@ std::optional<QString> textIn(const QVariant& variant);
 // The number of an enumerator given by name, or any other number.
 std::optional<int> enumeratorIn(const QVariant& variant, const QStringList& names);
 
-// Refuses what is no value of the member in a record of that name.
+// Throws for a QVariant that holds no value of the member, in a record of that name.
 [[noreturn]] void refuseVariant(const QString& recordName, const MemberInfo& member, const QVariant& variant);
 
 } // namespace machinery

@@ -2,9 +2,8 @@
 // What an owner asks of the records that it owns.
 //
 // A record's data block is known only in the record's own source, where these functions are
-// instantiated; the sources of its owners call them. They take for granted that the owner has handed
-// its settings down, which sets them apart from the record's virtual operations. The body of each stands in
-// the file of its topic.
+// instantiated; the sources of its owners call them. Unlike the record's virtual operations, they rely on
+// settings that the owner has handed down already. The body of each stands in the file of its topic.
 #pragma once
 
 #include "modelkit/DocumentContext.h"
@@ -33,11 +32,11 @@ class BinarySource;
 // A reading operation, or the part of one that fills a list item.
 struct Reading
 {
-    // Of a record that has not handed its settings down yet. Operation: the whole document that is being
+    // For a record that has not handed its settings down yet. Operation: the whole document that is being
     // read, or null.
     static Reading ofUnsettled(MODELKIT::DocumentContext* operation) { return Reading(operation); }
 
-    // Of a record that has, with that many list items below it.
+    // For a record that has, with that many list items below it.
     static Reading ofSettled(MODELKIT::DocumentContext* operation, QtVersion::Size items)
     {
         Reading reading(operation);
@@ -46,7 +45,7 @@ struct Reading
         return reading;
     }
 
-    // Of an item that has just been appended: it has its settings, and no records below it.
+    // For an item that has just been appended: it has its settings, and no records below it.
     static Reading ofNewItem(const Reading& list) { return ofSettled(list.context, 0); }
 
     // Calls read(reading) for a record nested in the one that is filled.
@@ -61,20 +60,20 @@ struct Reading
         }
     }
 
-    // What is known about the settings of the records below the one that is filled: whether they
-    // have been handed down, and how many list items have them. A record and the records nested in
-    // it share this knowledge; every list item is read with its own.
+    // Whether the settings have been handed down to the records below the one that is filled, and how many
+    // list items have them. A record shares this with the records nested in it; every list item has a Reading
+    // of its own.
     bool settled = false;
     QtVersion::Size settledItems = 0;
 
-    // Whether the record that is filled is of a derived class, which may hand its settings down in its own
-    // way: the records nested in it are then read with a knowledge of their own, too.
+    // Whether the record that is filled is of a derived class, which may hand its settings down differently.
+    // The records nested in it then have a Reading of their own, too.
     bool isDerived = false;
 
-    // The whole document that is being read, if it is one.
+    // The operation on a whole document, or null.
     MODELKIT::DocumentContext* context;
 
-    // Whether somebody wants to know what is accepted in silence.
+    // Whether somebody asked for a report of what is accepted silently.
     bool isReporting;
 
 private:
@@ -83,12 +82,12 @@ private:
     {}
 };
 
-// What validation asks of a record before it is written.
+// What validation requires of a record before it is written.
 enum class Validation
 {
     Off,   // nothing
     Due,   // its rules, and that it holds its data
-    Begun, // that it holds its data; the rules of its owner have gone through its own already
+    Begun, // that it holds its data; its rules have been applied with those of its owner
 };
 
 template <class R>
@@ -119,7 +118,7 @@ struct Walks
     static void read(R& record, BinarySource& source, qint64 length, Reading& reading);
 };
 
-// The walks of a record at hand.
+// The walks for the class of a record.
 template <class R>
 constexpr Walks<R> walksOf(const R&)
 {

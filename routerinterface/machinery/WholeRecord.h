@@ -122,7 +122,7 @@ bool equal(const R& a, const R& b)
                    return isCurrent(*dataA, member) && !equalValues<decltype(member)>(*dataA, *dataB);
                });
     } else {
-        // A record without a block compares as one in which nothing is set.
+        // A record without a block equals one in which nothing is set.
         const Flags none;
         const Flags& setA = dataA ? dataA->set : none;
         const Flags& setB = dataB ? dataB->set : none;

@@ -51,7 +51,7 @@ void Walks<R>::write(const R& record, QXmlStreamWriter& writer, Validation valid
 {
     if (!mayBeWritten(record, validation))
         return;
-    // Only a record without others, since these may throw half-way.
+    // Only for a record without nested ones, since these may throw half-way.
     if constexpr (!ownsRecords<DataOf<R>>) {
         if (XmlStretch::suits(writer)) {
             XmlStretch stretch;
@@ -81,7 +81,7 @@ void getXml(const R& record, QXmlStreamWriter& writer)
 
 // --- reading --------------------------------------------------------------------------------
 
-// Takes what is noticed to the report, with the place where the reader stands.
+// Reports what is noticed, with the place where the reader stands.
 struct XmlNotify
 {
     const Reading& reading;
@@ -92,7 +92,7 @@ struct XmlNotify
     void operator()(Notice kind, const QString& text) const { reading.context->Report(kind, text, reader); }
 };
 
-// What the start tag of a known element holds beside the name.
+// Notices a prefix and attributes in the start tag of a known element.
 inline void noticeTag(const XmlNotify& notify)
 {
     if (!notify)
@@ -106,8 +106,8 @@ inline void noticeTag(const XmlNotify& notify)
                QStringLiteral("The attribute %1 was ignored.").arg(attribute.qualifiedName().toString()));
 }
 
-// Leaves an unknown element. The walk compares names only: it stops early on a nested start element
-// of the same name, whose content is then taken for the record's own.
+// Skips an unknown element. Only names are compared: the skip ends early at a nested start element of the
+// same name, whose content is then taken for the record's own.
 template <class R>
 void skipElement(const R& record, QXmlStreamReader& reader, const Reading& reading)
 {
@@ -122,8 +122,8 @@ void skipElement(const R& record, QXmlStreamReader& reader, const Reading& readi
     }
 }
 
-// Whether an element of that name is read into the member: its own name, or the object name of the record
-// it holds. A record that is still to come into being is called as its class.
+// Whether an element of that name is read into the member. A nested record goes by its object name, which is
+// that of its class until the record exists; other members go by their own name.
 template <class Member, class Data>
 bool isElementOf([[maybe_unused]] const Data& data, const Utf16Text& name)
 {
@@ -222,7 +222,7 @@ template <class R>
 void processXmlStartElement(R& record, QXmlStreamReader& reader)
 {
     Reading reading = beginReading(record);
-    // A whole document begins with a reset: what is set has come before.
+    // Reading a whole document begins with a reset, so what is set now was read before.
     Flags seen = initData(record).set;
     readChild(record, reader, reading, seen);
 }
@@ -230,8 +230,8 @@ void processXmlStartElement(R& record, QXmlStreamReader& reader)
 template <class R>
 void processXml(R& record, QXmlStreamReader& reader)
 {
-    // In a derived class, which may read child elements in its own way, the walk must call the
-    // virtual operation; without one it may keep what it knows from one child to the next.
+    // A derived class may read child elements in its own way, so the walk must call the virtual operation for
+    // each. Otherwise the Reading lasts from one child to the next.
     Reading reading = Reading::ofUnsettled(MODELKIT::DocumentContext::Current());
     if (isExactly(record)) {
         readElement(record, reader, reading, reader.name().toString());

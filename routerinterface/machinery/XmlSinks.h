@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Where the parts of an element are written to.
 //
-// XmlCalls hands every part to the stream writer. XmlStretch puts an element together as one text, which
-// the writer then takes as it stands: that is several times as fast and gives the same bytes, as long as
-// the writer would add and change nothing, which the stretch watches.
+// XmlCalls hands every part to the stream writer. XmlStretch builds an element as one text, which the writer
+// then copies unchanged. That is several times as fast and gives the same bytes as long as the writer would
+// neither add nor change anything; the stretch watches for that.
 #pragma once
 
 #include "modelkit/QtVersion.h"
@@ -40,8 +40,8 @@ private:
 class XmlStretch
 {
 public:
-    // Whether the writer takes text as it stands: it would put line breaks around it while it formats,
-    // and encode it in another way than single calls in an encoding that keeps a state.
+    // Whether the writer would copy text unchanged. With formatting it adds line breaks, and in an encoding
+    // with a state one long text is encoded differently from single calls.
     static bool suits(const QXmlStreamWriter& writer)
     {
         return !writer.autoFormatting() && QtVersion::writesUtf8(writer);
@@ -78,13 +78,13 @@ public:
         put('>');
     }
 
-    // False when a text holds something that the writer would escape, refuse or encode by pairs.
+    // False if a text holds a character that the writer would escape or refuse, or a surrogate.
     bool isExact() const { return m_isExact; }
 
     // Writes the text inside the element that the writer has open.
     void writeTo(QXmlStreamWriter& writer) const
     {
-        // Of all that the writer takes, only this is written as it stands.
+        // Only a DTD is written without escaping.
         writer.writeDTD(QString::fromRawData(m_text.constData(), static_cast<int>(m_text.size())));
     }
 
@@ -133,7 +133,7 @@ private:
     void put(const QString& text) { m_text.append(text.constData(), static_cast<int>(text.size())); }
 
     QVarLengthArray<QChar, 512> m_text;
-    // A start tag without its end: an element without content gets none.
+    // The start tag has no '>' yet: an element without content ends with "/>" instead.
     bool m_isTagOpen = false;
     bool m_isExact = true;
 };
