@@ -104,6 +104,28 @@ QStringList firstCells(const QVector<QStringList>& rows)
     return names;
 }
 
+QStringList without(QStringList lines, const QStringList& others)
+{
+    for (const QString& line : others)
+        lines.removeOne(line);
+    return lines;
+}
+
+// What a page tells must be what the records are; otherwise the failure names the lines to edit.
+void expectSame(const Page& page, const char* what, const QStringList& told, const QStringList& right)
+{
+    const QStringList missing = without(right, told);
+    const QStringList wrong = without(told, right);
+    std::string text = what;
+    for (const QString& line : missing)
+        text += "\n  missing: " + line.toStdString();
+    for (const QString& line : wrong)
+        text += "\n  wrong:   " + line.toStdString();
+    if (missing.isEmpty() && wrong.isEmpty())
+        text += "\n  in another order";
+    EXPECT_TRUE(told == right) << page.edit(text.c_str());
+}
+
 TEST(Tables, tellTheTagOfEveryMember)
 {
     const Page page("binary-form.md");
@@ -123,7 +145,7 @@ TEST(Tables, tellTheTagOfEveryMember)
                          + hex(member->GetBinaryTag()));
     told.sort();
     right.sort();
-    EXPECT_EQ(told, right) << page.edit("the table of tags is not that of the records (the second list)");
+    expectSame(page, "the table of tags is not that of the records:", told, right);
 }
 
 TEST(Tables, tellTheIdOfEveryClass)
@@ -135,7 +157,7 @@ TEST(Tables, tellTheIdOfEveryClass)
     QStringList right;
     for (const RecordInfo* info : RecordInfo::All())
         right.append(info->GetName() + QLatin1Char(' ') + hex(info->GetFrameId()));
-    EXPECT_EQ(told, right) << page.edit("the table of ids is not that of the records (the second list)");
+    expectSame(page, "the table of ids is not that of the records:", told, right);
 }
 
 TEST(Tables, tellHowEveryTypeIsWritten)
@@ -150,7 +172,7 @@ TEST(Tables, tellHowEveryTypeIsWritten)
         << xml.edit("the table of types lacks one or has one too many");
 }
 
-// The tree at the begin of the page, as it would be written for the records.
+// The tree at the beginning of the page, as it would be written for the records.
 void describe(const RecordInfo& info, int depth, QStringList& lines)
 {
     const QString indent(2 * depth, QLatin1Char(' '));
@@ -193,7 +215,7 @@ TEST(Tables, tellTheTreeOfADocument)
             line.left(begin)
             + line.mid(begin).remove(QRegularExpression(QStringLiteral("(;|, 32 bit).*"))).simplified());
     }
-    EXPECT_EQ(told, right) << page.edit("the tree at its begin is not that of the records (the second list)");
+    expectSame(page, "the tree at its beginning is not that of the records:", told, right);
 }
 
 } // namespace

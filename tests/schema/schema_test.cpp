@@ -67,13 +67,17 @@ QMap<QString, QString> complaints(const Documents& documents)
 void expectValid(const Documents& documents)
 {
     ASSERT_FALSE(documents.isEmpty());
-    const auto found = complaints(documents);
-    for (auto i = found.cbegin(); i != found.cend(); ++i)
-        EXPECT_TRUE(i.value().isEmpty())
-            << "schema/router.xsd does not describe what the records write; edit it. "
-            << i.key().toStdString() << "\n"
-            << documents.value(i.key()).constData() << "\n"
-            << i.value().toStdString();
+    auto found = complaints(documents);
+    const auto all = found.size();
+    for (auto i = found.begin(); i != found.end();)
+        i = i.value().isEmpty() ? found.erase(i) : std::next(i);
+    if (found.isEmpty())
+        return;
+    ADD_FAILURE() << "schema/router.xsd does not describe what the records write; edit it. " << found.size()
+                  << " of " << all << " documents are refused, the first of them is "
+                  << found.firstKey().toStdString() << ":\n"
+                  << documents.value(found.firstKey()).constData() << "\n"
+                  << found.first().toStdString();
 }
 
 Documents examples()
@@ -230,7 +234,7 @@ TEST(Schema, takesEveryRecordWithAnyOneMemberAlone)
                                  document(xmlOf(*record).toUtf8(), info->GetName()));
             }
         }
-    EXPECT_EQ(documents.size(), 72);
+    EXPECT_TRUE(documents.contains(QStringLiteral("DF_ParamsFrequency0")));
     expectValid(documents);
 }
 
