@@ -232,6 +232,8 @@ void addFragment(Members& members, const QString& name, const Fragment& fragment
         return addPort(members, place, fragment.GetRouterVtServerPort());
     case Fragment::DF_Params:
         return addMembers(members, place, fragment.GetDF_Params());
+    default:
+        break; // a payload that a later version has added
     }
 }
 
