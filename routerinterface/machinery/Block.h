@@ -5,6 +5,7 @@
 #include "modelkit/SharedBlock.h"
 
 #include <cstdint>
+#include <limits>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -13,15 +14,16 @@ namespace machinery {
 class Flags
 {
 public:
-    static constexpr int capacity = 8;
+    using Bits = std::uint8_t;
+    static constexpr int capacity = std::numeric_limits<Bits>::digits;
 
     bool test(int index) const { return (m_bits >> index & 1U) != 0; }
-    void set(int index) { m_bits = static_cast<std::uint8_t>(m_bits | 1U << index); }
-    void clear(int index) { m_bits = static_cast<std::uint8_t>(m_bits & ~(1U << index)); }
+    void set(int index) { m_bits = static_cast<Bits>(m_bits | 1U << index); }
+    void clear(int index) { m_bits = static_cast<Bits>(m_bits & ~(1U << index)); }
     void clearAll() { m_bits = 0; }
 
 private:
-    std::uint8_t m_bits = 0;
+    Bits m_bits = 0;
 };
 
 // What every data block holds beside its members.

@@ -178,7 +178,8 @@ struct RECORD::Data : BLOCK
     };
     MEMBERS(ROUTERINTERFACE_DESCRIPTION)
     using Members = machinery::MemberList<machinery::ListHead MEMBERS(ROUTERINTERFACE_LISTED)>;
-    static_assert(Members::count <= machinery::Flags::capacity, "a record has more members than flags");
+    static_assert(Members::count <= machinery::Flags::capacity,
+                  "the record has more members than Flags (machinery/Block.h) has bits");
     static_assert(Members::tagsDiffer(), "two members of a record have the same binary tag");
     static_assert(!Members::has<machinery::IsNested> || std::is_base_of_v<machinery::OwnerBlock, BLOCK>,
                   "the block of a record with a member of the kind Nested is an OwnerBlock or a ChoiceBlock");
