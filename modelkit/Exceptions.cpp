@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "modelkit/Exceptions.h"
 
-#include "modelkit/NotRepresentableException.h"
-
 // The special members stand here and not in the header so that each class has its type
 // information in this library: an exception thrown in one module is then caught in another.
 
@@ -34,9 +32,5 @@ OutOfRangeException::OutOfRangeException(const QString& text, const QString& off
 {}
 const QString& OutOfRangeException::GetOffendingValue() const noexcept { return m_offendingValue; }
 const QString& OutOfRangeException::GetClosest() const noexcept { return m_closest; }
-
-namespace MODELKIT {
-MODELKIT_DEFINE_EXCEPTION(NotRepresentableException, ModelKitException)
-} // namespace MODELKIT
 
 #undef MODELKIT_DEFINE_EXCEPTION
