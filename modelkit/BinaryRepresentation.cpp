@@ -36,13 +36,11 @@ namespace MODELKIT {
 
 namespace {
 
-constexpr int compressedMarker = 0x4D4B5A31;
 constexpr int pieceSize = 64 << 10;
 // zlib makes no piece larger than this; see compressBound() in its documentation.
 constexpr int maximalPackedPiece = pieceSize + (pieceSize >> 10) + 64;
-constexpr int headerSize = 8;
 
-int frameId(long long typeCode) { return static_cast<int>(static_cast<unsigned int>(typeCode)); }
+int frameIdOf(long long typeCode) { return static_cast<int>(static_cast<unsigned int>(typeCode)); }
 
 QHash<int, QString>& classNames()
 {
@@ -61,7 +59,26 @@ int word(const char* bytes, QDataStream::ByteOrder order)
     return order == QDataStream::BigEndian ? qFromBigEndian<qint32>(bytes) : qFromLittleEndian<qint32>(bytes);
 }
 
-QByteArray compress(const QByteArray& plain, int level)
+// The first two words of a form.
+struct FormHeader
+{
+    // In bytes.
+    static constexpr int size = 8;
+    // In the place of the id, where the form is compressed.
+    static constexpr int compressedMarker = 0x4D4B5A31;
+
+    int id = 0;
+    int length = 0;
+
+    // Bytes: at least as many as the header has.
+    FormHeader(const char* bytes, QDataStream::ByteOrder order);
+
+    // Whether a form of the class with that frame id begins like this, plain or compressed, and is not larger
+    // than the limit. If not, the failure says why.
+    bool BeginsFormOf(int frameId, const QString& className, qint64 limit, Failure& failure) const;
+};
+
+QByteArray compressInPieces(const QByteArray& plain, int level)
 {
     QByteArray packed;
     QDataStream stream(&packed, QIODevice::WriteOnly);
@@ -76,21 +93,21 @@ QByteArray compress(const QByteArray& plain, int level)
 }
 
 // False, with the failure filled in, when the pieces are damaged or hold more than limit bytes.
-bool inflate(const QByteArray& packed, qint64 limit, QByteArray& plain, Failure& failure)
+bool inflatePieces(const QByteArray& packed, qint64 limit, QByteArray& plain, Failure& failure)
 {
     failure.kind = Failure::DamagedCompression;
     failure.text = QStringLiteral("The compressed form is damaged.");
     int position = 0;
     while (position < packed.size()) {
-        failure.place.offset = headerSize + position;
+        failure.place.offset = FormHeader::size + position;
         if (packed.size() - position < 4)
             return false;
-        const int size = word(packed.constData() + position, QDataStream::BigEndian);
+        const int size = qFromBigEndian<qint32>(packed.constData() + position);
         position += 4;
         if (size <= 4 || size > maximalPackedPiece || size > packed.size() - position)
             return false;
         // The piece begins with its inflated size, for which memory is taken before inflating.
-        const int inflatedSize = word(packed.constData() + position, QDataStream::BigEndian);
+        const int inflatedSize = qFromBigEndian<qint32>(packed.constData() + position);
         if (inflatedSize <= 0 || inflatedSize > pieceSize)
             return false;
         if (plain.size() + inflatedSize > limit) {
@@ -110,17 +127,6 @@ bool inflate(const QByteArray& packed, qint64 limit, QByteArray& plain, Failure&
     return true;
 }
 
-// The first words of a form.
-struct Header
-{
-    int id = 0;
-    int length = 0;
-
-    Header(const char* bytes, QDataStream::ByteOrder order)
-        : id(word(bytes, order)), length(word(bytes + 4, order))
-    {}
-};
-
 Failure notAForm(const QString& text)
 {
     Failure failure;
@@ -136,16 +142,19 @@ Failure cutOff(qint64 bytes)
     return failure;
 }
 
-// Whether the header can begin a form of the object; otherwise the failure says why not.
-bool accepts(const Header& header, int id, const QString& name, qint64 limit, Failure& failure)
+FormHeader::FormHeader(const char* bytes, QDataStream::ByteOrder order)
+    : id(word(bytes, order)), length(word(bytes + 4, order))
+{}
+
+bool FormHeader::BeginsFormOf(int frameId, const QString& className, qint64 limit, Failure& failure) const
 {
-    if (header.id != id && header.id != compressedMarker) {
+    if (id != frameId && id != compressedMarker) {
         failure.kind = Failure::WrongClass;
         failure.text =
-            QStringLiteral("The binary form holds %1, expected is %2.").arg(classNameOf(header.id), name);
-    } else if (header.length < 0) {
+            QStringLiteral("The binary form holds %1, expected is %2.").arg(classNameOf(id), className);
+    } else if (length < 0) {
         failure = notAForm(QStringLiteral("The binary form has a negative length."));
-    } else if (header.length > limit - headerSize) {
+    } else if (length > limit - size) {
         failure = inputTooLarge(limit);
     } else {
         return true;
@@ -164,23 +173,23 @@ public:
 
     const Limits& GetLimits() const { return m_limits; }
 
-    bool Admits(const Header& header)
+    bool Admits(const FormHeader& header)
     {
         Failure failure;
-        return accepts(header, m_id, m_object.GetObjectName(), m_limits.inputSize, failure)
+        return header.BeginsFormOf(m_id, m_object.GetObjectName(), m_limits.inputSize, failure)
                || m_operation.Fail(failure);
     }
 
     // The same for the form inside of a compressed one, whose size has its own limit.
-    bool AdmitsInside(const Header& header)
+    bool AdmitsInside(const FormHeader& header)
     {
         Failure failure;
-        return accepts(header, m_id, m_object.GetObjectName(), Limits::anySize, failure)
+        return header.BeginsFormOf(m_id, m_object.GetObjectName(), Limits::anySize, failure)
                || m_operation.Fail(failure);
     }
 
     // Reads the form whose header has been admitted. Behind: the number of bytes behind it that are ignored.
-    bool Read(const Header& header, const QByteArray& content, qint64 behind)
+    bool Read(const FormHeader& header, const QByteArray& content, qint64 behind)
     {
         return header.id == m_id ? ReadPlain(content, m_order, behind) : ReadCompressed(content, behind);
     }
@@ -193,15 +202,16 @@ public:
         };
         if (bytes.size() > m_limits.inputSize)
             return m_operation.Fail(inputTooLarge(m_limits.inputSize));
-        if (bytes.size() < headerSize)
+        if (bytes.size() < FormHeader::size)
             return fallShort();
-        const Header header(bytes.constData(), m_order);
+        const FormHeader header(bytes.constData(), m_order);
         if (!Admits(header))
             return false;
-        const qint64 behind = bytes.size() - headerSize - header.length;
+        const qint64 behind = bytes.size() - FormHeader::size - header.length;
         if (behind < 0)
             return fallShort();
-        return Read(header, QByteArray::fromRawData(bytes.constData() + headerSize, header.length), behind);
+        return Read(header, QByteArray::fromRawData(bytes.constData() + FormHeader::size, header.length),
+                    behind);
     }
 
 private:
@@ -209,27 +219,27 @@ private:
     {
         QByteArray plain;
         Failure failure;
-        if (!inflate(content, m_limits.inflatedSize, plain, failure))
+        if (!inflatePieces(content, m_limits.inflatedSize, plain, failure))
             return m_operation.Fail(failure);
-        if (plain.size() < headerSize)
+        if (plain.size() < FormHeader::size)
             return m_operation.Fail(cutOff(plain.size()));
-        const Header inner(plain.constData(), QDataStream::BigEndian);
-        if (inner.id == compressedMarker)
+        const FormHeader inner(plain.constData(), QDataStream::BigEndian);
+        if (inner.id == FormHeader::compressedMarker)
             return m_operation.Fail(
                 notAForm(QStringLiteral("The compressed form holds another compressed form.")));
         if (!AdmitsInside(inner))
             return false;
-        const qint64 behindInside = plain.size() - headerSize - inner.length;
+        const qint64 behindInside = plain.size() - FormHeader::size - inner.length;
         if (behindInside < 0)
             return m_operation.Fail(cutOff(plain.size()));
-        return ReadPlain(QByteArray::fromRawData(plain.constData() + headerSize, inner.length),
+        return ReadPlain(QByteArray::fromRawData(plain.constData() + FormHeader::size, inner.length),
                          QDataStream::BigEndian, behind + behindInside);
     }
 
     bool ReadPlain(const QByteArray& content, QDataStream::ByteOrder order, qint64 behind)
     {
         DocumentContext context(DocumentContext::Purpose::Reading);
-        context.SetBaseOffset(headerSize);
+        context.SetBaseOffset(FormHeader::size);
         bool isRead = false;
         try {
             isRead = ReadContent(context, content, order);
@@ -267,7 +277,7 @@ private:
         } catch (ModelKitException& exception) {
             Place place = exception.GetPlace();
             if (place.offset >= 0)
-                place.offset += headerSize;
+                place.offset += FormHeader::size;
             if (context.GetFailure().kind != Failure::None) {
                 context.DropReport();
                 Failure failure = context.GetFailure();
@@ -322,15 +332,16 @@ bool readForm(DocumentOperation& operation, FormReading& reading, QDataStream& s
 {
     QByteArray form;
     Intake intake(*stream.device(), reading.GetLimits().waitingTime);
-    if (!takeForm(operation, stream, intake, headerSize, form))
+    if (!takeForm(operation, stream, intake, FormHeader::size, form))
         return false;
-    const Header header(form.constData(), stream.byteOrder());
+    const FormHeader header(form.constData(), stream.byteOrder());
     if (!reading.Admits(header)) {
         putBack(*stream.device(), form);
         return false;
     }
-    return takeForm(operation, stream, intake, headerSize + qint64(header.length), form)
-           && reading.Read(header, QByteArray::fromRawData(form.constData() + headerSize, header.length), 0);
+    return takeForm(operation, stream, intake, FormHeader::size + qint64(header.length), form)
+           && reading.Read(header,
+                           QByteArray::fromRawData(form.constData() + FormHeader::size, header.length), 0);
 }
 
 // A form that was refused can be tried again by an object of another class.
@@ -393,7 +404,7 @@ QByteArray encodeCompressed(DocumentOperation& operation, const IMKObject& objec
     QByteArray form;
     QDataStream stream(&form, QIODevice::WriteOnly);
     stream.setByteOrder(order);
-    stream << compressedMarker << compress(plain, level);
+    stream << FormHeader::compressedMarker << compressInPieces(plain, level);
     return form;
 }
 
@@ -427,8 +438,8 @@ bool save(DocumentOperation& operation, const QByteArray& form)
 
 bool IsCompressedForm(const QByteArray& form)
 {
-    return form.size() >= headerSize
-           && Header(form.constData(), QDataStream::BigEndian).id == compressedMarker;
+    return form.size() >= FormHeader::size
+           && FormHeader(form.constData(), QDataStream::BigEndian).id == FormHeader::compressedMarker;
 }
 
 bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure)
@@ -438,13 +449,13 @@ bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure)
         failure = notAForm(QStringLiteral("The bytes do not begin as a compressed form."));
         return false;
     }
-    const Header header(form.constData(), QDataStream::BigEndian);
-    if (!accepts(header, compressedMarker, QString(), Limits::Get().inputSize, failure))
+    const FormHeader header(form.constData(), QDataStream::BigEndian);
+    if (!header.BeginsFormOf(FormHeader::compressedMarker, QString(), Limits::Get().inputSize, failure))
         return false;
-    const auto there = std::min<qint64>(header.length, form.size() - headerSize);
+    const auto there = std::min<qint64>(header.length, form.size() - FormHeader::size);
     const bool inflated =
-        inflate(QByteArray::fromRawData(form.constData() + headerSize, static_cast<int>(there)),
-                Limits::Get().inflatedSize, plain, failure);
+        inflatePieces(QByteArray::fromRawData(form.constData() + FormHeader::size, static_cast<int>(there)),
+                      Limits::Get().inflatedSize, plain, failure);
     if (there == header.length)
         return inflated;
     failure = cutOff(form.size());
@@ -454,7 +465,7 @@ bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure)
 bool registerClass(long long typeCode, const QString& name)
 {
     const QMutexLocker lock(&classNamesMutex());
-    classNames().insert(frameId(typeCode), name);
+    classNames().insert(frameIdOf(typeCode), name);
     return true;
 }
 
@@ -468,39 +479,39 @@ QString classNameOf(int id)
 void IMKObject::GetBinaryRepresentation(QDataStream& stream) const
 {
     DocumentOperation operation(*this, fileNameOf(stream.device()));
-    write(operation, stream, encode(operation, *this, frameId(m_typeCode), stream));
+    write(operation, stream, encode(operation, *this, frameIdOf(m_typeCode), stream));
 }
 
 QByteArray IMKObject::GetBinaryRepresentationAsQByteArray()
 {
     DocumentOperation operation(*this, QString());
-    return encode(operation, *this, frameId(m_typeCode), QDataStream());
+    return encode(operation, *this, frameIdOf(m_typeCode), QDataStream());
 }
 
 void IMKObject::GetCompressedBinaryRepresentation(QDataStream& stream, int level) const
 {
     DocumentOperation operation(*this, fileNameOf(stream.device()));
     write(operation, stream,
-          encodeCompressed(operation, *this, frameId(m_typeCode), level, stream.byteOrder()));
+          encodeCompressed(operation, *this, frameIdOf(m_typeCode), level, stream.byteOrder()));
 }
 
 QByteArray IMKObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
 {
     DocumentOperation operation(*this, QString());
-    return encodeCompressed(operation, *this, frameId(m_typeCode), level, QDataStream::BigEndian);
+    return encodeCompressed(operation, *this, frameIdOf(m_typeCode), level, QDataStream::BigEndian);
 }
 
 bool IMKObject::SaveBinary(const QString& path) const
 {
     DocumentOperation operation(*this, path);
-    return save(operation, encode(operation, *this, frameId(m_typeCode), QDataStream()));
+    return save(operation, encode(operation, *this, frameIdOf(m_typeCode), QDataStream()));
 }
 
 bool IMKObject::SaveCompressed(const QString& path, int level) const
 {
     DocumentOperation operation(*this, path);
     return save(operation,
-                encodeCompressed(operation, *this, frameId(m_typeCode), level, QDataStream::BigEndian));
+                encodeCompressed(operation, *this, frameIdOf(m_typeCode), level, QDataStream::BigEndian));
 }
 
 bool IMKObject::SetBinaryRepresentation(QByteArray& bytes)
@@ -511,13 +522,13 @@ bool IMKObject::SetBinaryRepresentation(QByteArray& bytes)
 bool IMKObject::SetBinaryRepresentation(const QByteArray& bytes)
 {
     DocumentOperation operation(*this, QString());
-    return FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian).ReadBytes(bytes);
+    return FormReading(operation, *this, frameIdOf(m_typeCode), QDataStream::BigEndian).ReadBytes(bytes);
 }
 
 bool IMKObject::SetBinaryRepresentation(QDataStream& stream)
 {
     DocumentOperation operation(*this, fileNameOf(stream.device()));
-    return readStream(operation, *this, frameId(m_typeCode), stream);
+    return readStream(operation, *this, frameIdOf(m_typeCode), stream);
 }
 
 bool IMKObject::LoadBinary(const QString& path)
@@ -538,7 +549,7 @@ bool IMKObject::LoadBinary(QIODevice* device)
     Failure failure;
     if (!readToEnd(*device, input, failure))
         return operation.Fail(failure);
-    if (FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian)
+    if (FormReading(operation, *this, frameIdOf(m_typeCode), QDataStream::BigEndian)
             .ReadBytes(input.bytes, input.ending))
         return true;
     if (operation.GetOwnFailure().kind == Failure::NotWholeYet)
