@@ -1,167 +1,26 @@
 // SPDX-License-Identifier: MIT
-// The whole-object binary form, plain and compressed.
-//
-// Plain: the object's binary frame with the low 32 bits of its type code as id, that is
-//
-//     id, length, content of that length
-//
-// Compressed: the plain form in big-endian byte order, cut into pieces that are compressed one by one,
-//
-//     marker, length, content of that length: { length of the piece, piece as qCompress makes it } ...
-//
-// Reading tells them apart by the first word. The pieces are what bounds inflating: `qUncompress`
-// cannot be stopped, but what it can make of one piece is limited by the piece's length.
+// The operations on whole binary forms, plain and compressed.
 
-#include "modelkit/BinaryForm.h"
 #include "modelkit/ClassNames.h"
+#include "modelkit/Compression.h"
 #include "modelkit/Devices.h"
 #include "modelkit/DocumentContext.h"
 #include "modelkit/DocumentOperation.h"
+#include "modelkit/FormHeader.h"
 #include "modelkit/IMKObject.h"
+#include "modelkit/Limits.h"
 #include "modelkit/NotRepresentableException.h"
 #include "modelkit/ReplaceFile.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
-#include <QtCore/QHash>
 #include <QtCore/QIODevice>
-#include <QtCore/QMutex>
-#include <QtCore/QtEndian>
 
-#include <algorithm>
-#include <new>
 #include <utility>
 
 namespace MODELKIT {
 
 namespace {
-
-constexpr int pieceSize = 64 << 10;
-// zlib makes no piece larger than this; see compressBound() in its documentation.
-constexpr int maximalPackedPiece = pieceSize + (pieceSize >> 10) + 64;
-
-int frameIdOf(long long typeCode) { return static_cast<int>(static_cast<unsigned int>(typeCode)); }
-
-QHash<int, QString>& classNames()
-{
-    static QHash<int, QString> names;
-    return names;
-}
-
-QMutex& classNamesMutex()
-{
-    static QMutex mutex;
-    return mutex;
-}
-
-int word(const char* bytes, QDataStream::ByteOrder order)
-{
-    return order == QDataStream::BigEndian ? qFromBigEndian<qint32>(bytes) : qFromLittleEndian<qint32>(bytes);
-}
-
-// The first two words of a form.
-struct FormHeader
-{
-    // In bytes.
-    static constexpr int size = 8;
-    // In the place of the id, where the form is compressed.
-    static constexpr int compressedMarker = 0x4D4B5A31;
-
-    int id = 0;
-    int length = 0;
-
-    // Bytes: at least as many as the header has.
-    FormHeader(const char* bytes, QDataStream::ByteOrder order);
-
-    // Whether a form of the class with that frame id begins like this, plain or compressed, and is not larger
-    // than the limit. If not, the failure says why.
-    bool BeginsFormOf(int frameId, const QString& className, qint64 limit, Failure& failure) const;
-};
-
-QByteArray compressInPieces(const QByteArray& plain, int level)
-{
-    QByteArray packed;
-    QDataStream stream(&packed, QIODevice::WriteOnly);
-    for (int begin = 0; begin < plain.size(); begin += pieceSize) {
-        const QByteArray piece = qCompress(plain.mid(begin, pieceSize), std::clamp(level, -1, 9));
-        // A level in range leaves one reason.
-        if (piece.isEmpty())
-            throw std::bad_alloc();
-        stream << piece;
-    }
-    return packed;
-}
-
-// False, with the failure filled in, when the pieces are damaged or hold more than limit bytes.
-bool inflatePieces(const QByteArray& packed, qint64 limit, QByteArray& plain, Failure& failure)
-{
-    failure.kind = Failure::DamagedCompression;
-    failure.text = QStringLiteral("The compressed form is damaged.");
-    int position = 0;
-    while (position < packed.size()) {
-        failure.place.offset = FormHeader::size + position;
-        if (packed.size() - position < 4)
-            return false;
-        const int size = qFromBigEndian<qint32>(packed.constData() + position);
-        position += 4;
-        if (size <= 4 || size > maximalPackedPiece || size > packed.size() - position)
-            return false;
-        // The piece begins with its inflated size, for which memory is taken before inflating.
-        const int inflatedSize = qFromBigEndian<qint32>(packed.constData() + position);
-        if (inflatedSize <= 0 || inflatedSize > pieceSize)
-            return false;
-        if (plain.size() + inflatedSize > limit) {
-            failure.kind = Failure::InflatedTooLarge;
-            failure.text =
-                QStringLiteral("The inflated form is larger than the limit of %1 bytes.").arg(limit);
-            return false;
-        }
-        const QByteArray piece =
-            qUncompress(reinterpret_cast<const uchar*>(packed.constData()) + position, size);
-        if (piece.size() != inflatedSize)
-            return false;
-        plain += piece;
-        position += size;
-    }
-    failure = Failure();
-    return true;
-}
-
-Failure notAForm(const QString& text)
-{
-    Failure failure;
-    failure.kind = Failure::NotABinaryForm;
-    failure.text = text;
-    return failure;
-}
-
-Failure cutOff(qint64 bytes)
-{
-    Failure failure = notAForm(QStringLiteral("The binary form is cut off."));
-    failure.place.offset = bytes;
-    return failure;
-}
-
-FormHeader::FormHeader(const char* bytes, QDataStream::ByteOrder order)
-    : id(word(bytes, order)), length(word(bytes + 4, order))
-{}
-
-bool FormHeader::BeginsFormOf(int frameId, const QString& className, qint64 limit, Failure& failure) const
-{
-    if (id != frameId && id != compressedMarker) {
-        failure.kind = Failure::WrongClass;
-        failure.text =
-            QStringLiteral("The binary form holds %1, expected is %2.").arg(classNameOf(id), className);
-    } else if (length < 0) {
-        failure = notAForm(QStringLiteral("The binary form has a negative length."));
-    } else if (length > limit - size) {
-        failure = inputTooLarge(limit);
-    } else {
-        return true;
-    }
-    failure.place.offset = 0;
-    return false;
-}
 
 // One form that is read into an object.
 class FormReading
@@ -435,46 +294,6 @@ bool save(DocumentOperation& operation, const QByteArray& form)
 }
 
 } // namespace
-
-bool IsCompressedForm(const QByteArray& form)
-{
-    return form.size() >= FormHeader::size
-           && FormHeader(form.constData(), QDataStream::BigEndian).id == FormHeader::compressedMarker;
-}
-
-bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure)
-{
-    plain.clear();
-    if (!IsCompressedForm(form)) {
-        failure = notAForm(QStringLiteral("The bytes do not begin as a compressed form."));
-        return false;
-    }
-    const FormHeader header(form.constData(), QDataStream::BigEndian);
-    if (!header.BeginsFormOf(FormHeader::compressedMarker, QString(), Limits::Get().inputSize, failure))
-        return false;
-    const auto there = std::min<qint64>(header.length, form.size() - FormHeader::size);
-    const bool inflated =
-        inflatePieces(QByteArray::fromRawData(form.constData() + FormHeader::size, static_cast<int>(there)),
-                      Limits::Get().inflatedSize, plain, failure);
-    if (there == header.length)
-        return inflated;
-    failure = cutOff(form.size());
-    return false;
-}
-
-bool registerClass(long long typeCode, const QString& name)
-{
-    const QMutexLocker lock(&classNamesMutex());
-    classNames().insert(frameIdOf(typeCode), name);
-    return true;
-}
-
-QString classNameOf(int id)
-{
-    const QMutexLocker lock(&classNamesMutex());
-    return classNames().value(
-        id, QStringLiteral("class 0x%1").arg(static_cast<unsigned int>(id), 8, 16, QLatin1Char('0')));
-}
 
 void IMKObject::GetBinaryRepresentation(QDataStream& stream) const
 {

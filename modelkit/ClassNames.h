@@ -8,6 +8,9 @@
 
 namespace MODELKIT {
 
+// The low 32 bits of a type code.
+int frameIdOf(long long typeCode);
+
 // Makes a class known by the low 32 bits of its type code. Called while libraries are loaded.
 MODELKIT_EXPORT bool registerClass(long long typeCode, const QString& name);
 
