@@ -9,7 +9,7 @@
 #include "modelkit/Utf8.h"
 #include "modelkit/XmlDecoding.h"
 #include "modelkit/XmlPath.h"
-#include "modelkit/XmlText.h"
+#include "modelkit/XmlTraps.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QIODevice>

@@ -4,7 +4,7 @@
 #include "modelkit/Limits.h"
 #include "modelkit/XmlDecoding.h"
 #include "modelkit/XmlPath.h"
-#include "modelkit/XmlText.h"
+#include "modelkit/XmlTraps.h"
 
 #include <QtCore/QXmlStreamReader>
 

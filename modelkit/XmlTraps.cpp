@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "modelkit/XmlText.h"
+#include "modelkit/XmlTraps.h"
 
 #include <QtCore/QChar>
 
