@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What somebody may have meant. Not installed.
+// The name that somebody who misspelt it may have meant. Not installed.
 #pragma once
 
 #include "modelkit/Export.h"

@@ -40,7 +40,7 @@ DocumentOperation::~DocumentOperation()
         try {
             Log();
         } catch (...) {
-            // The other exception is on its way already.
+            // Another exception is already in flight.
         }
     }
     // A device or a log sink may have called other operations in between.
