@@ -14,7 +14,8 @@ namespace MODELKIT {
 MODELKIT_EXPORT bool IsCompressedForm(const QByteArray& form);
 
 /// Inflates the compressed form at the beginning of \a form, which is in big-endian byte order like the
-/// result of `GetCompressedBinaryRepresentationAsQByteArray`. Limits::inputSize and Limits::inflatedSize apply.
+/// result of `GetCompressedBinaryRepresentationAsQByteArray`. Limits::inputSize and Limits::inflatedSize
+/// apply.
 /// \param plain receives the plain form, or the part of it that could be inflated.
 /// \param failure tells why the result is false: the bytes are no compressed form, or the form is cut off,
 /// damaged or too large.

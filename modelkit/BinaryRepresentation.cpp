@@ -22,7 +22,7 @@ namespace MODELKIT {
 
 namespace {
 
-// One form that is read into an object.
+// Reads one form into an object.
 class FormReading
 {
 public:
@@ -39,7 +39,7 @@ public:
                || m_operation.Fail(failure);
     }
 
-    // The same for the form inside of a compressed one, whose size has its own limit.
+    // The same for the form inside a compressed one, whose size has a limit of its own.
     bool AdmitsInside(const FormHeader& header)
     {
         Failure failure;
@@ -47,13 +47,13 @@ public:
                || m_operation.Fail(failure);
     }
 
-    // Reads the form whose header has been admitted. Behind: the number of bytes behind it that are ignored.
+    // Reads the form whose header was admitted. Behind: the number of ignored bytes after the form.
     bool Read(const FormHeader& header, const QByteArray& content, qint64 behind)
     {
         return header.id == m_id ? ReadPlain(content, m_order, behind) : ReadCompressed(content, behind);
     }
 
-    // Ending: why the device broke off behind the bytes, if it did.
+    // Ending: why the device broke off after the bytes, if it did.
     bool ReadBytes(const QByteArray& bytes, const Failure& ending = Failure())
     {
         const auto fallShort = [&] {
@@ -106,7 +106,7 @@ private:
             try {
                 DeliverReport(context);
             } catch (...) {
-                // The other exception is on its way already.
+                // Another exception is already in flight.
             }
             throw;
         }
@@ -143,8 +143,7 @@ private:
                 failure.place = place;
                 return m_operation.Fail(failure);
             }
-            // Where the lengths are wrong, what was noticed may have been none of the entries that were
-            // meant.
+            // When the lengths are wrong, what was reported may be about bytes that were never entries.
             if (dynamic_cast<const BinaryParsingException*>(&exception))
                 context.DropReport();
             m_operation.Refuse(exception, place);
@@ -159,8 +158,8 @@ private:
     Limits m_limits;
 };
 
-// Takes a form from the device of a stream until there are so many bytes of it; false, with the failure
-// noted, when they are not there.
+// Reads from the stream's device until the form has that many bytes. False, with the failure recorded, when
+// they are not there.
 bool takeForm(DocumentOperation& operation, QDataStream& stream, Intake& intake, qint64 size,
               QByteArray& form)
 {
@@ -171,7 +170,7 @@ bool takeForm(DocumentOperation& operation, QDataStream& stream, Intake& intake,
     case Intake::Late:
     case Intake::Quiet:
         putBack(*device, form);
-        // A transaction of the stream's own is rolled back by who began it.
+        // Whoever began a transaction rolls it back.
         if (device->isTransactionStarted())
             stream.setStatus(QDataStream::ReadPastEnd);
         return operation.Fail(
@@ -203,7 +202,7 @@ bool readForm(DocumentOperation& operation, FormReading& reading, QDataStream& s
                            QByteArray::fromRawData(form.constData() + FormHeader::size, header.length), 0);
 }
 
-// A form that was refused can be tried again by an object of another class.
+// Goes back to the beginning, so that an object of another class can try to read a form that was refused.
 void seekBack(QDataStream& stream, qint64 begin)
 {
     if (begin >= 0 && !stream.device()->seek(begin))
@@ -230,7 +229,7 @@ bool readStream(DocumentOperation& operation, IMKObject& object, int id, QDataSt
     return false;
 }
 
-// The object's form; a null byte array, with the failure noted, when nothing is to be written.
+// The object's form; a null byte array, with the failure recorded, when nothing may be written.
 QByteArray encode(DocumentOperation& operation, const IMKObject& object, int id, const QDataStream& like)
 {
     QByteArray form;
@@ -253,7 +252,7 @@ QByteArray encode(DocumentOperation& operation, const IMKObject& object, int id,
     return form;
 }
 
-// The same compressed.
+// The compressed form.
 QByteArray encodeCompressed(DocumentOperation& operation, const IMKObject& object, int id, int level,
                             QDataStream::ByteOrder order)
 {
@@ -267,7 +266,7 @@ QByteArray encodeCompressed(DocumentOperation& operation, const IMKObject& objec
     return form;
 }
 
-// Hands a form to the stream's device. A null one has failed already.
+// Writes the form to the stream's device. For a null form the failure is already recorded.
 void write(DocumentOperation& operation, QDataStream& stream, const QByteArray& form)
 {
     if (form.isNull())

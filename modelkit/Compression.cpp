@@ -27,7 +27,7 @@ QByteArray compressInPieces(const QByteArray& plain, int level)
     QDataStream stream(&packed, QIODevice::WriteOnly);
     for (int begin = 0; begin < plain.size(); begin += pieceSize) {
         const QByteArray piece = qCompress(plain.mid(begin, pieceSize), std::clamp(level, -1, 9));
-        // A level in range leaves one reason.
+        // With a valid level, the only possible reason is a lack of memory.
         if (piece.isEmpty())
             throw std::bad_alloc();
         stream << piece;
@@ -48,7 +48,7 @@ bool inflatePieces(const QByteArray& packed, qint64 limit, QByteArray& plain, Fa
         position += 4;
         if (size <= 4 || size > maximalPackedPiece || size > packed.size() - position)
             return false;
-        // The piece begins with its inflated size, for which memory is taken before inflating.
+        // The piece begins with its inflated size. qUncompress allocates that much before it inflates.
         const int inflatedSize = qFromBigEndian<qint32>(packed.constData() + position);
         if (inflatedSize <= 0 || inflatedSize > pieceSize)
             return false;

@@ -5,8 +5,8 @@
 //
 //     { length of the compressed piece, piece as qCompress makes it } ...
 //
-// The pieces are what bounds inflating: `qUncompress` cannot be stopped, but what it can make of one piece is
-// limited by the piece's length.
+// The pieces bound the memory that inflating takes: `qUncompress` cannot be interrupted, but the length of a
+// piece limits its output.
 #pragma once
 
 #include "modelkit/Failure.h"

@@ -58,8 +58,8 @@ void putBack(QIODevice& device, const QByteArray& bytes);
 struct Input
 {
     QByteArray bytes;
-    // Why nothing followed the bytes, unless the device reported its end. Some devices fail at their end, as a
-    // closed connection does, or merely stay quiet: only the bytes show whether something is missing.
+    // Why nothing followed the bytes, unless the device reported its end. Some devices fail at their end, as
+    // a closed connection does, or merely stay quiet: only the bytes show whether something is missing.
     Failure ending;
 };
 

@@ -43,7 +43,7 @@ DocumentOperation::~DocumentOperation()
             // Another exception is already in flight.
         }
     }
-    // A device or a log sink may have called other operations in between.
+    // A device or a log sink may have called other operations in the meantime.
     setLastFailure(m_failure);
 }
 

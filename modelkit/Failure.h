@@ -32,9 +32,9 @@ struct MODELKIT_EXPORT Failure
         NotRepresentable,   ///< the content holds text that the form cannot represent
         Refused,            ///< a record threw an exception, which was passed on
         EncodingRefused,    ///< the XML declaration names an encoding that is not accepted
-        NotWholeYet,        ///< the document did not arrive completely in time; device and object are unchanged
-        Interrupted,        ///< a device, a log sink or the allocator threw an exception, which was passed on
-        NothingToWrite      ///< validation is on and the object lacks required data; nothing was written
+        NotWholeYet,   ///< the document did not arrive completely in time; device and object are unchanged
+        Interrupted,   ///< a device, a log sink or the allocator threw an exception, which was passed on
+        NothingToWrite ///< validation is on and the object lacks required data; nothing was written
     };
 
     /// What went wrong.

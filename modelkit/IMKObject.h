@@ -125,10 +125,10 @@ public:
     /// \throws MKException what reading and `Check()` throw.
     virtual bool SetXmlString(const QString& xml, bool check);
 
-    /// As above, from bytes. The byte order mark determines the encoding, or else the XML declaration; without
-    /// both it is UTF-8. UTF-8, UTF-16 and UTF-32 are accepted, and so are the stateless encodings that extend
-    /// ASCII, such as ISO-8859, windows-125x, KOI8, EUC-JP, Shift_JIS, GB18030 and Big5, if Qt knows them. Any
-    /// other declared encoding is a Failure::EncodingRefused.
+    /// As above, from bytes. The byte order mark determines the encoding, or else the XML declaration;
+    /// without both it is UTF-8. UTF-8, UTF-16 and UTF-32 are accepted, and so are the stateless encodings
+    /// that extend ASCII, such as ISO-8859, windows-125x, KOI8, EUC-JP, Shift_JIS, GB18030 and Big5, if Qt
+    /// knows them. Any other declared encoding is a Failure::EncodingRefused.
     bool SetXmlBytes(const QByteArray& xml, bool check = false);
 
     /// Replaces the content by that of a whole-object binary form, plain or compressed, as
@@ -197,9 +197,9 @@ public:
     /// order of the stream. The device receives it in one piece, and a file is flushed. Use SaveBinary() to
     /// save a file.
     ///
-    /// GetLastFailure() tells whether it was written; the stream's status is `WriteFailed` when the device did
-    /// not accept all of it. Nothing is written when validation is on and `HasData()` is false, or when a text
-    /// holds half of a surrogate pair.
+    /// GetLastFailure() tells whether it was written; the stream's status is `WriteFailed` when the device
+    /// did not accept all of it. Nothing is written when validation is on and `HasData()` is false, or when a
+    /// text holds half of a surrogate pair.
     /// \throws MKException what `GetBinary` throws; nothing is written then.
     virtual void GetBinaryRepresentation(QDataStream& stream) const;
 
@@ -209,7 +209,7 @@ public:
     virtual QByteArray GetBinaryRepresentationAsQByteArray();
 
     /// Writes the whole-object form compressed with zlib; otherwise as GetBinaryRepresentation().
-    /// \param level from 0 (no compression) to 9 (smallest), or -1 for zlib's default; other values are clamped.
+    /// \param level from 0 (none) to 9 (smallest), or -1 for zlib's default; other values are clamped.
     /// \throws MKException what `GetBinary` throws.
     virtual void GetCompressedBinaryRepresentation(QDataStream& stream, int level) const;
 

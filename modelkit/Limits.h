@@ -50,8 +50,9 @@ struct MODELKIT_EXPORT Limits
     static void Set(const Limits& limits);
 };
 
-/// Puts limits in force for the operations that begin in this thread during the object's lifetime, for example
-/// for one operation or one connection. When a thread has several such objects, the newest one applies.
+/// Puts limits in force for the operations that begin in this thread during the object's lifetime, for
+/// example for one operation or one connection. When a thread has several such objects, the newest one
+/// applies.
 ///
 /// \code
 /// MODELKIT::Limits limits;

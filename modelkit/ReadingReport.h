@@ -15,8 +15,8 @@ namespace MODELKIT {
 
 /// Collects what the operations on whole documents accept silently in the thread that constructed the report,
 /// from its construction to its destruction. When there are several reports, only the newest one collects.
-/// Reports may be destroyed in any order and in any thread, but only the thread of a report may access it while
-/// it collects. The entries of a document are added when reading it ends.
+/// Reports may be destroyed in any order and in any thread, but only the thread of a report may access it
+/// while it collects. The entries of a document are added when reading it ends.
 ///
 /// A document that is refused because it is not well-formed, has wrong lengths or exceeds a limit adds no
 /// entries.
@@ -37,9 +37,9 @@ namespace MODELKIT {
 /// - whether the missing name of an invalid enumerator is an empty or a null text;
 /// - in the binary form: the byte order, and how the compressed form is divided and compressed.
 ///
-/// The promise is for one form only. What the other form cannot represent makes no entry: the binary form keeps
-/// a number above 2147483647, but XML does not give it back. Nor does the promise cover a derived class that
-/// reads in its own way.
+/// The promise is for one form only. What the other form cannot represent makes no entry: the binary form
+/// keeps a number above 2147483647, but XML does not give it back. Nor does the promise cover a derived class
+/// that reads in its own way.
 ///
 /// \code
 /// MODELKIT::ReadingReport report;
@@ -53,23 +53,23 @@ public:
     /// What was accepted.
     enum Kind : int
     {
-        UnknownElement,  ///< an element that the record does not know was skipped
-        UnknownTag,      ///< a binary entry that the record does not know was skipped
-        RepeatedMember,  ///< a member was repeated; the last one counts, but a record is read on top of the first
-        Attribute,       ///< an attribute was ignored
-        NotANumber,      ///< a text that is no number of the member's type was read as 0 or infinity
-        WrappedNumber,   ///< a number is negative or too large; its low 32 bits were stored
-        LostDecimals,    ///< a number has more than the two decimals that are written, or too many digits
-        UnusualBoolean,  ///< a text other than true, false, 1 and 0 was read as true or false
-        BytesBehind,     ///< bytes after the form, or after the plain form inside a compressed one, were ignored
-        ReplacedPayload, ///< a fragment has several payloads; only the last one counts
-        IgnoredText,     ///< a text between the elements of a record was ignored
-        ElementInText,   ///< an element inside the text of a member was skipped
+        UnknownElement,     ///< an element that the record does not know was skipped
+        UnknownTag,         ///< a binary entry that the record does not know was skipped
+        RepeatedMember,     ///< a member came again; the last one counts, a record is read into the first
+        Attribute,          ///< an attribute was ignored
+        NotANumber,         ///< a text that is no number of the member's type was read as 0 or infinity
+        WrappedNumber,      ///< a number is negative or too large; its low 32 bits were stored
+        LostDecimals,       ///< a number has more than the two decimals that are written, or too many digits
+        UnusualBoolean,     ///< a text other than true, false, 1 and 0 was read as true or false
+        BytesBehind,        ///< bytes after the form, or after the form inside a compressed one, were ignored
+        ReplacedPayload,    ///< a fragment has several payloads; only the last one counts
+        IgnoredText,        ///< a text between the elements of a record was ignored
+        ElementInText,      ///< an element inside the text of a member was skipped
         ReplacedCharacters, ///< malformed bytes of a text were replaced
         NotFinite,          ///< a number is infinite or not a number ("nan", which equals nothing)
         UnknownName,        ///< a text that is no enumerator's name was read as the invalid value
-        MissingMember,      ///< a missing member is always written, so that it is present afterwards
-        MissingPayload,     ///< a fragment has no payload, so that it is not written under validation
+        MissingMember,      ///< a member is missing that is always written, so that it is present afterwards
+        MissingPayload,     ///< a fragment has no payload, so that it is not written while validation is on
         Prefix,             ///< the namespace prefix of a name was ignored
         WrongLength         ///< a binary entry announces another length than its value has
     };

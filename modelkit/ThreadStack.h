@@ -30,8 +30,8 @@ public:
     }
 };
 
-// Keeps a value in force in the thread that constructs this object, until the object is destroyed. Objects may
-// be destroyed in any order and in any thread: whoever is using the value then shares its ownership.
+// Keeps a value in force in the thread that constructs this object, until the object is destroyed. Objects
+// may be destroyed in any order and in any thread: whoever is using the value then shares its ownership.
 template <class T>
 class InThread
 {
