@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Builds a client's request to become master of the router and prints it as XML. README.md shows this program.
+// Builds a client's request to become master of the router and prints it as XML. README.md shows this
+// program.
 
 //! [the first program]
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
