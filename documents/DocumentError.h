@@ -54,7 +54,7 @@ private:
 class ROUTERDOCUMENTS_EXPORT InvalidMemberPath : public std::exception
 {
 public:
-    /// Takes the text as it stands.
+    /// Takes the text unchanged.
     explicit InvalidMemberPath(const QString& text);
     /// Copies the error.
     InvalidMemberPath(const InvalidMemberPath& other) noexcept;

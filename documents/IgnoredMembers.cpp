@@ -101,7 +101,7 @@ QStringList classNames()
 void IgnoredMembers::requireExisting(const Pattern& pattern, const QString& path)
 {
     const auto refuse = [&](const QString& what, const QString& name, const QStringList& names) {
-        throw InvalidMemberPath(QStringLiteral("There is no %1 %2 where the path %3 has it.%4")
+        throw InvalidMemberPath(QStringLiteral("The %1 %2 in the path %3 does not exist.%4")
                                     .arg(what, Quoted(name), Quoted(path), DidYouMean(name, names)));
     };
     Classes classes = RecordInfo::All();

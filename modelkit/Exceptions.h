@@ -18,7 +18,7 @@
 class MODELKIT_EXPORT ModelKitException : public std::exception
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit ModelKitException(const QString& text);
     /// Copies the exception with all that it holds.
     ModelKitException(const ModelKitException& other) noexcept;
@@ -50,7 +50,7 @@ private:
 class MODELKIT_EXPORT MKException : public ModelKitException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit MKException(const QString& text);
     /// Copies the exception with all that it holds.
     MKException(const MKException& other) noexcept;
@@ -63,7 +63,7 @@ public:
 class MODELKIT_EXPORT OutOfRangeException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit OutOfRangeException(const QString& text);
     /// For a value that has a text, and the valid value that may have been meant.
     OutOfRangeException(const QString& text, const QString& offendingValue, const QString& closest);
@@ -90,7 +90,7 @@ private:
 class MODELKIT_EXPORT IncompleteDefinitionException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit IncompleteDefinitionException(const QString& text);
     /// Copies the exception with all that it holds.
     IncompleteDefinitionException(const IncompleteDefinitionException& other) noexcept;
@@ -103,7 +103,7 @@ public:
 class MODELKIT_EXPORT InvalidXmlException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit InvalidXmlException(const QString& text);
     /// Copies the exception with all that it holds.
     InvalidXmlException(const InvalidXmlException& other) noexcept;
@@ -116,7 +116,7 @@ public:
 class MODELKIT_EXPORT BinaryParsingException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit BinaryParsingException(const QString& text);
     /// Copies the exception with all that it holds.
     BinaryParsingException(const BinaryParsingException& other) noexcept;

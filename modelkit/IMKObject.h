@@ -65,7 +65,7 @@ public:
     /// The markers are independent of what the members of a record accept.
     /// @{
     virtual bool IsValid(float value) const;            ///< false for the marker
-    virtual bool IsValid(bool value) const;             ///< false for the marker
+    virtual bool IsValid(bool value) const;             ///< always true
     virtual bool IsValid(unsigned int value) const;     ///< false for the marker
     virtual bool IsValid(long long value) const;        ///< false for the marker
     virtual bool IsValid(const QDateTime& value) const; ///< false for the marker
@@ -153,8 +153,8 @@ public:
     /// Adds what is set in \a other to this object's content: values that are set in \a other replace those
     /// of this object, and list items are appended.
     ///
-    /// Values are transferred as the binary form carries them: of a fragment only the selected payload, and
-    /// the invalid value in place of a number that is no enumerator. Doubles keep their full precision.
+    /// Values are transferred as in the binary form: only the selected payload of a fragment, and the invalid
+    /// value in place of a number that is no enumerator. But doubles keep their full precision.
     /// \a other need not be complete, and its validation flag has no effect. When validation is on in this
     /// object, the rules of its setters apply.
     /// \returns false, changing nothing, when \a other is an object of another class or a text holds half of
@@ -167,8 +167,8 @@ public:
     /// The kind with which the object was constructed, or which SetObjectType() has set.
     virtual ObjectTypes GetObjectType();
 
-    /// The object's name. For a record it is the class name, with which its XML element is called and its
-    /// messages begin.
+    /// The object's name. For a record it is the class name, which is also the name of its XML element and
+    /// the beginning of its messages.
     virtual const QString& GetObjectName() const;
 
     /// Reads the element at whose start tag the reader is: calls ProcessXmlStartElement() for each
