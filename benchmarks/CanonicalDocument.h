@@ -49,7 +49,7 @@ inline PELLU300ROUTERINTERFACEXML::Fragment canonicalFragment(int i)
     return fragment;
 }
 
-// Changes the payload of a canonical fragment and puts it back.
+// Changes the payload of a canonical fragment and then restores it.
 inline void touchPayload(PELLU300ROUTERINTERFACEXML::Fragment& fragment)
 {
     using namespace PELLU300ROUTERINTERFACEXML;

@@ -53,7 +53,7 @@ inline void readFrame(Document& document, const QByteArray& frame)
     document.SetBinary(stream, length);
 }
 
-// A copy shares everything until it is touched; touching it gives it blocks of its own.
+// A copy shares everything until it is accessed, which gives it blocks of its own.
 inline auto copyAndTouch(const Document& document)
 {
     Document copy(document);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The same work by hand, on plain structs.
+// The loops by hand, on plain structs, as contenders.
 
 #include "CanonicalDocument.h"
 #include "Operations.h"

@@ -161,7 +161,7 @@ constexpr quint32 bandwidthTag = 0x104A95AB, spanTag = 0x7029D96C;
 constexpr std::array<quint32, 7> payloadTags{0x111939B4, 0x21BDA6E2, 0xFC38AB7C, 0xF9E464D0,
                                              0x0BBAB464, 0x5D020EA0, 0xBE2DFF74};
 
-// The parts of the binary form, over a data stream.
+// Writes the parts of the binary form to a data stream.
 struct StreamOutput
 {
     QDataStream& stream;
@@ -187,7 +187,7 @@ struct StreamOutput
     }
 };
 
-// The same through a pointer into memory.
+// Writes them through a pointer into memory.
 struct PointerOutput
 {
     QByteArray bytes = QByteArray(1 << 12, Qt::Uninitialized);
@@ -356,7 +356,7 @@ struct StreamInput
     double decimal() { return text().toDouble(); }
 };
 
-// A reader that trusts its input no further than to its end.
+// A reader whose only check is that it does not read beyond the end of its input.
 struct PointerInput
 {
     const char* at;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What an application would write by hand instead of using the library: plain structs, and loops over
-// the streams of Qt or over memory. They carry the same values in the same forms, without setters,
+// the streams of Qt or over memory. They hold the same values in the same forms, without setters,
 // flags, validation or explained failures.
 #pragma once
 
@@ -77,11 +77,11 @@ QByteArray plainXml(const PlainMessage& message);
 QString plainXmlString(const PlainMessage& message);
 PlainMessage readPlainXml(const QByteArray& xml);
 
-// Over QDataStream, filling lengths in by seeking.
+// With QDataStream; seeks back to write the lengths.
 QByteArray plainStream(const PlainMessage& message);
 PlainMessage readPlainStream(const QByteArray& frame);
 
-// Through a pointer into memory: the least that can be done.
+// Through a pointer into memory: the minimum of work.
 QByteArray encode(const PlainMessage& message);
 PlainMessage decode(const QByteArray& frame);
 

@@ -12,7 +12,7 @@ namespace benchmarks {
 
 namespace {
 
-// How the documents are set up.
+// The settings of the documents.
 struct Setting
 {
     const char* contender;
@@ -48,7 +48,7 @@ Prepare writing(const Setting& setting, const Write& write)
     };
 }
 
-// An operation that reads a document from what write() makes.
+// An operation that reads a document from the result of write().
 template <class Write, class Read>
 Prepare reading(const Setting& setting, const Write& write, const Read& read)
 {
@@ -78,7 +78,7 @@ Prepare building()
 std::shared_ptr<Document> copyOf(const Document& document)
 {
     auto copy = std::make_shared<Document>(document);
-    // A copy shares everything until it is touched.
+    // A copy shares everything until it is accessed.
     copy->GetPelLu300RouterMessage().GetFragment();
     return copy;
 }

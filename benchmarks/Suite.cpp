@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs all benchmarks in one go and prints what they cost as Markdown, related to each other.
+// Runs all benchmarks at once and prints the results and their ratios as Markdown.
 
 #include "Suite.h"
 
@@ -21,7 +21,7 @@ long long allocations = 0;
 
 } // namespace
 
-// Counts what Qt and the library allocate in every way.
+// Counts all allocations of Qt and the library.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -60,7 +60,7 @@ struct Key
     }
 };
 
-// What was added, in order.
+// The benchmarks in the order in which they were added.
 std::vector<Key> added;
 
 void note(const std::string& operation, const char* contender)
@@ -145,7 +145,7 @@ public:
         return *valueA / *valueB;
     }
 
-    // The rows that have values: all of an operation together, in the order in which they were added.
+    // The rows that have values, grouped by operation, in the order in which they were added.
     std::vector<Key> rows() const
     {
         std::vector<Key> sorted;
@@ -239,9 +239,9 @@ struct Target
     std::string text;
     double limit;
     Key key;
-    // What the value is related to; with an empty name it stands for itself.
+    // The contender by whose value this one is divided; with an empty name the value itself is compared.
     Key to;
-    // In a target about growth the value at 100 000 is related to the one at 1 000.
+    // Whether the target is about growth: then the value at 100 000 is divided by that at 1 000.
     bool isGrowth = false;
 };
 

@@ -3,7 +3,7 @@
 //
 //     canonical_operations OPERATION FRAGMENTS
 //
-// Only what happens inside of measured() is to be counted.
+// Count only what happens inside measured().
 
 #include "CanonicalDocument.h"
 #include "Operations.h"

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Counts the instructions per fragment of the canonical operations, which is the same on a noisy machine,
-# and compares them with what they were:
+# Counts the instructions per fragment of the canonical operations, which a noisy machine does not change,
+# and compares them with the recorded numbers:
 #
-#     count_instructions.sh PROGRAM EXPECTED            fails when one has become dearer by over 5 %
-#     count_instructions.sh --update PROGRAM EXPECTED   writes the figures anew
+#     count_instructions.sh PROGRAM EXPECTED            fails when one has grown by over 5 %
+#     count_instructions.sh --update PROGRAM EXPECTED   writes the numbers anew
 #
-# PROGRAM is canonical_operations of a Release build. The figures hold for one compiler, one Qt and one C
-# library; a new version of them is a reason to update.
+# PROGRAM is canonical_operations of a Release build. The numbers are valid for one version of the compiler,
+# of Qt and of the C library; update them for a new one.
 set -euo pipefail
 
 update=no
@@ -29,7 +29,7 @@ instructions() {
 failed=0
 actual=$(mktemp)
 for operation in "${operations[@]}"; do
-    # What does not depend on the number of fragments falls out of the difference.
+    # The difference removes what does not depend on the number of fragments.
     few=$(instructions "$operation" 100)
     many=$(instructions "$operation" 1100)
     if [ -z "$few" ] || [ -z "$many" ] || [ "$many" -le "$few" ]; then

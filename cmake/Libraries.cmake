@@ -1,18 +1,18 @@
 # SPDX-License-Identifier: MIT
-# What the libraries share. Libraries for Qt 6 carry the Qt version in their file names, so that
-# both builds can be installed side by side.
+# What the libraries have in common. The file names of libraries for Qt 6 contain the Qt version, so that both
+# builds can be installed side by side.
 set(library_suffix "")
 if(QT_MAJOR EQUAL 6)
     set(library_suffix "-qt6")
 endif()
 
-# The installed files find the libraries beside themselves, wherever they are installed to.
+# Installed files find the libraries by relative paths, wherever they are installed.
 file(RELATIVE_PATH from_programs_to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set(library_run_path "$ORIGIN")
 set(program_run_path "$ORIGIN/${from_programs_to_libraries}")
 
 # add_record_library(<target> FOLDER <folder> MACRO <prefix> HEADERS <files> SOURCES <files>)
-# FOLDER is the folder of its headers in the tree and below the include directory; <prefix>_BUILD is
+# FOLDER is the folder of its headers, both in the tree and below the include directory. <prefix>_BUILD is
 # defined while the library itself is compiled.
 function(add_record_library target)
     cmake_parse_arguments(arg "" "FOLDER;MACRO" "HEADERS;SOURCES" ${ARGN})

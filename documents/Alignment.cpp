@@ -23,7 +23,7 @@ struct Range
 };
 
 // The search for paths of matches from one corner of two ranges. A diagonal k holds the points (x, y) with
-// x - y = k; kept is the largest x that was reached on each.
+// x - y = k. For each diagonal, the largest x that was reached is kept.
 class Front
 {
 public:
@@ -34,15 +34,15 @@ public:
         m_reached[m_middle + 1] = 0;
     }
 
-    // How far it came on the diagonal; negative when it was not there.
+    // The largest x that was reached on the diagonal; negative when the diagonal was not reached.
     int reached(int diagonal) const
     {
         const int index = m_middle + diagonal;
         return index < 0 || index >= m_reached.size() ? unreached : m_reached[index];
     }
 
-    // Goes one difference further on all diagonals. isSame(x, y) compares elements; returns true as soon
-    // as isEnd(diagonal, x) is.
+    // Goes one difference further on all diagonals. isSame(x, y) compares elements. Returns true as soon as
+    // isEnd(diagonal, x) is true.
     template <class IsSame, class IsEnd>
     bool advance(int differences, const IsSame& isSame, const IsEnd& isEnd, qint64& effort)
     {
@@ -54,7 +54,7 @@ public:
                 ++x;
             m_reached[m_middle + k] = x;
             effort -= 1 + x - begin;
-            // Beyond the edges there is nothing to be found any more.
+            // Beyond the edges there are no matches.
             if (x > m_firstSize)
                 m_highest -= 2;
             else if (x - k > m_secondSize)
@@ -71,7 +71,7 @@ private:
     int m_firstSize;
     int m_secondSize;
     int m_middle;
-    // By how much the outermost diagonals are inside of those that the differences would allow.
+    // How far the outermost diagonals are inside those that the number of differences would allow.
     int m_lowest = 0;
     int m_highest = 0;
     QVector<int> m_reached;
@@ -93,7 +93,7 @@ public:
 private:
     bool isSame(int first, int second) const { return m_first.at(first) == m_second.at(second); }
 
-    // Splitting halves the number of differences, so that it does not go deep.
+    // Each split halves the number of differences, so that the recursion is not deep.
     void run(Range first, Range second)
     {
         while (first.size() > 0 && second.size() > 0 && isSame(first.begin, second.begin))
@@ -118,8 +118,8 @@ private:
         }
     }
 
-    // A point on a best path through the ranges with half of the differences on either side; nothing when
-    // it takes too much effort. The search goes from both ends until they meet.
+    // A point on an optimal path through the ranges, with half of the differences on either side; nothing
+    // when that takes too much effort. The search goes from both ends until the two fronts meet.
     std::optional<QPair<int, int>> findMiddle(const Range& first, const Range& second)
     {
         const int width = first.size();
@@ -157,7 +157,7 @@ private:
     Pairs m_pairs;
 };
 
-// The positions of the elements that are also in the other sequence: the others take no part.
+// The positions of the elements that are also in the other sequence. The search leaves out all others.
 Sequence positionsOfShared(const Sequence& sequence, const Sequence& other)
 {
     const QSet<int> elements(other.begin(), other.end());

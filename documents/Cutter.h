@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Walks over bytes and hands them out in parts. Not installed.
+// Cutting bytes into parts. Not installed.
 #pragma once
 
 #include "documents/Dissection.h"
@@ -38,7 +38,7 @@ inline QString goesBeyond(const QString& what, qint64 excess, const QString& who
     return QStringLiteral("%1 goes %2 beyond the end of %3.").arg(what, bytesText(excess), whole);
 }
 
-// Walks over the bytes and hands the parts out.
+// Walks over the bytes and passes the parts to the visitor.
 class Cutter
 {
 public:
@@ -46,11 +46,11 @@ public:
 
     qint64 at() const { return m_at; }
     qint64 size() const { return m_form.size(); }
-    // How much there is up to an end that lies perhaps behind the end of the input.
+    // The number of bytes up to an end that may be beyond the end of the input.
     qint64 available(qint64 end) const { return std::max<qint64>(std::min(end, size()) - m_at, 0); }
     bool isCutOff(qint64 end) const { return end > size(); }
 
-    // The next word, or the one so many bytes behind it. It must be there.
+    // The next word, or the one that many bytes after it. It must be inside the input.
     qint32 peekWord(qint64 behind = 0) const
     {
         return qFromBigEndian<qint32>(m_form.constData() + m_at + behind);
@@ -61,7 +61,7 @@ public:
         return QByteArray::fromRawData(m_form.constData() + m_at, static_cast<int>(count));
     }
 
-    // Hands out the part with the next bytes, at the path.
+    // Completes the part with the next bytes and the current path, and passes it to the visitor.
     void emitPart(Part part, qint64 count)
     {
         part.offset = m_at;
@@ -82,7 +82,7 @@ public:
         emitPart(part, wordSize);
     }
 
-    // What is left up to the end, if anything.
+    // The bytes that are left up to the end, if there are any.
     void emitRest(qint64 end, const QString& wrong = QString())
     {
         const qint64 count = available(end);
@@ -103,7 +103,7 @@ public:
         emitPart(part, 0);
     }
 
-    // What is behind the form, or that the input ends before the form does.
+    // The bytes after the form, or an end when the input is shorter than the form.
     void emitBehindForm(qint64 formEnd)
     {
         if (isCutOff(formEnd))
@@ -119,7 +119,7 @@ public:
         emitPart(part, count);
     }
 
-    // As long as it lives, parts are a level deeper.
+    // During its lifetime, parts are one level deeper.
     class Level
     {
     public:
@@ -132,7 +132,7 @@ public:
         Cutter& m_cutter;
     };
 
-    // As long as it lives, the path has a step more, unless that is empty.
+    // During its lifetime, the path has one more step, unless the name is empty.
     class Step
     {
     public:
@@ -159,7 +159,7 @@ private:
     const PartVisitor& m_visit;
     qint64 m_at = 0;
     int m_depth = 0;
-    // The empty first step becomes the slash in front.
+    // The empty first step becomes the leading slash.
     QStringList m_path = {QString()};
 };
 

@@ -51,7 +51,7 @@ QJsonObject DifferenceJson(const Difference& difference)
 
 namespace {
 
-// Takes a step for as long as it lives.
+// Extends the path by a step during its lifetime.
 class Entered
 {
 public:
@@ -64,7 +64,7 @@ private:
     MemberPath& m_path;
 };
 
-// Writes what counts of records, so that those are the same whose bytes are.
+// Writes the content of records without ignored members: records with the same bytes are equal.
 class Fingerprint
 {
 public:
@@ -117,7 +117,7 @@ private:
         }
     }
 
-    // Numbers that are the same have the same bytes.
+    // Equal numbers have the same bytes.
     static void write(double value, QDataStream& stream)
     {
         const double same = value == 0 ? 0 : value;
@@ -137,7 +137,7 @@ private:
     MemberPath m_path;
 };
 
-// The member that a record carries when that is one at a time.
+// The index of the member that a record carries, if the record carries one at a time.
 int carriedMember(const IMKObject& record)
 {
     const RecordInfo& info = RecordInfo::Of(record);
@@ -149,7 +149,7 @@ int carriedMember(const IMKObject& record)
     return static_cast<int>(found - members.begin());
 }
 
-// A list of one of the records, without the items that do not count.
+// A list of one of the records, without the ignored items.
 struct Items
 {
     const IMKObject& owner;
@@ -239,7 +239,7 @@ private:
         return items;
     }
 
-    // A number for each item; those that are the same have the same.
+    // A number for each item; equal items have the same number.
     QVector<int> fingerprints(const Items& items, QHash<QByteArray, int>& known)
     {
         QVector<int> result;
@@ -254,7 +254,7 @@ private:
         return result;
     }
 
-    // What lies between items that are the same.
+    // Compares the items between two pairs of equal items.
     void compareGap(const Items& inFirst, int i, int firstEnd, const Items& inSecond, int j, int secondEnd)
     {
         const auto pairs =

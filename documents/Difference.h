@@ -20,33 +20,37 @@ namespace ROUTERDOCUMENTS {
 /// One difference.
 struct Difference
 {
+    /// The kinds of differences.
     enum Kind
     {
-        Changed, ///< a member has another value, or is set in one of the records only
-        Removed, ///< an item that only the first record has
-        Added    ///< an item that only the second record has
+        Changed, ///< a member has another value, or is set in only one of the records
+        Removed, ///< an item is only in the first record
+        Added    ///< an item is only in the second record
     };
 
+    /// What differs.
     Kind kind = Changed;
+    /// Where it differs.
     MemberPath path;
-    /// What the records have there, safe to be shown: a value, "not set", or the content of a record.
+    /// What the records hold there, safe to display: a value, "not set", or the content of a record.
     QString first;
-    QString second;
+    QString second; ///< see first
     /// The same for programs; undefined where there is nothing.
     QJsonValue firstValue = QJsonValue(QJsonValue::Undefined);
-    QJsonValue secondValue = QJsonValue(QJsonValue::Undefined);
+    QJsonValue secondValue = QJsonValue(QJsonValue::Undefined); ///< see firstValue
 };
 
 /// The name of a kind of difference for programs: "changed", "removed", "added".
 ROUTERDOCUMENTS_EXPORT QString NameOf(Difference::Kind kind);
 
-/// An object with kind, firstPath and secondPath, first and second. Of a removed or added item there is one
-/// path only; what is not set, or not there, has no value.
+/// An object with kind, firstPath and secondPath, first and second. A removed or added item has only one of
+/// the paths. The value is left out where something is not set or does not exist.
 ROUTERDOCUMENTS_EXPORT QJsonObject DifferenceJson(const Difference& difference);
 
-/// Calls visit() for every difference between the records, in the order of the members. Items of lists
-/// are aligned: what is the same in both goes together, and between that items that carry the same member, in
-/// order. Of records of different classes that is the only difference. What visit() throws passes through.
+/// Calls visit() for every difference between the records, in the order of the members. List items are
+/// aligned: equal items are paired first, and between those the items that carry the same member, in order.
+/// When the records are of different classes, that is the only difference. Exceptions of visit() are passed
+/// on.
 /// \throws std::bad_cast when an object is no record of the record library.
 ROUTERDOCUMENTS_EXPORT void CompareRecords(const MODELKIT::IMKObject& first,
                                            const MODELKIT::IMKObject& second, const IgnoredMembers& ignored,

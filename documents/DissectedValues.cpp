@@ -12,7 +12,7 @@ using PELLU300ROUTERINTERFACEXML::MemberInfo;
 
 namespace {
 
-// Both ends of a long text, without halves of surrogate pairs.
+// The beginning and the end of a long text; surrogate pairs are not split.
 QString bothEnds(const QString& text, QString (*safe)(const QString&))
 {
     int begin = 40;

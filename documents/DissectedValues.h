@@ -10,7 +10,7 @@
 
 namespace ROUTERDOCUMENTS {
 
-// Without place and bytes, which the cutter knows.
+// The cutter adds the place and the bytes.
 Part unsignedPart(qint64 number);
 Part booleanPart(char byte);
 // A text, a decimal or an enumerator.

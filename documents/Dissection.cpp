@@ -60,7 +60,7 @@ namespace {
 class CompressedForm
 {
 public:
-    // What cannot be inflated is told by the failure.
+    // Failure: why the form cannot be inflated completely, if that is so.
     CompressedForm(const QByteArray& form, const MODELKIT::Failure& failure, const PartVisitor& visit)
         : m_cutter(form, visit), m_failure(failure)
     {}
@@ -78,7 +78,7 @@ public:
     }
 
 private:
-    // Why the form cannot be read beyond the offset.
+    // Why the form cannot be inflated, if the failure is at the offset.
     QString failureAt(qint64 offset) const
     {
         return m_failure.kind != MODELKIT::Failure::None && m_failure.place.offset == offset ? m_failure.text
@@ -88,7 +88,7 @@ private:
     void dissectContent(qint32 length, qint64 end)
     {
         const Cutter::Level level(m_cutter);
-        // The library blames the beginning for what is wrong with the length.
+        // A failure about the length has the place of the form's beginning.
         m_cutter.emitWord(Part::Length, length, lengthText(length), failureAt(0));
         for (int number = 1; length >= 0 && m_cutter.available(end) >= headerSize; ++number)
             dissectPiece(number, end);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The parts of a binary form, one by one, as far as they can be told apart, whatever is wrong with it.
+/// The parts of a binary form, one by one, even when the form is damaged.
 #pragma once
 
 #include "documents/Export.h"
@@ -17,6 +17,7 @@ namespace ROUTERDOCUMENTS {
 /// Some bytes that belong together.
 struct Part
 {
+    /// The kinds of parts.
     enum Kind
     {
         ClassId,      ///< the beginning of a form
@@ -29,48 +30,52 @@ struct Part
         Value,        ///< the value of a member; an empty text has no bytes
         InflatedSize, ///< the number of bytes that a piece has when it is inflated
         Compressed,   ///< the compressed bytes of a piece
-        Undecoded,    ///< bytes of which nothing is known
-        End           ///< no bytes: here something ends too early
+        Undecoded,    ///< bytes of unknown meaning
+        End           ///< no bytes: something ends too early here
     };
 
+    /// What the bytes are.
     Kind kind = Undecoded;
+    /// The offset of the first byte in the form.
     qint64 offset = 0;
-    /// Valid as long as the form.
+    /// The bytes themselves. They are not copied: they are valid as long as the form is.
     QByteArray bytes;
-    /// How deep in the form it is; the whole form has depth 0.
+    /// The depth of nesting; the form itself has depth 0.
     int depth = 0;
-    /// What it says, safe to be shown.
+    /// What the bytes mean, safe to display.
     QString meaning;
     /// The decoded value for programs: a number, a name or a value of a member; undefined when there
     /// is none.
     QJsonValue value = QJsonValue(QJsonValue::Undefined);
-    /// What is unusual although it can be read, in one sentence; or nothing.
+    /// What is unusual although it can be read, in one sentence; otherwise empty.
     QString note;
-    /// Why its first byte is wrong, in one sentence; or nothing.
+    /// Why the form is wrong at the first byte of the part, in one sentence; otherwise empty.
     QString wrong;
-    /// The names from the root down, as the library's own messages give them.
+    /// The names from the root down, as in the library's own messages.
     QString path;
 };
 
 /// The name of a kind of part for programs: "classId", "tag".
 ROUTERDOCUMENTS_EXPORT QString NameOf(Part::Kind kind);
 
-/// An object with kind, offset, bytes in hexadecimal digits and path and, where there is one, value, note and
-/// wrong.
+/// An object with kind, offset, bytes in hexadecimal digits and path. Value, note and wrong are left out when
+/// there is none.
 ROUTERDOCUMENTS_EXPORT QJsonObject PartJson(const Part& part);
 
-/// Takes one part after the other.
+/// Receives one part after the other.
 using PartVisitor = std::function<void(const Part&)>;
 
-/// Calls visit() for all parts of a plain whole-object form in their order. All bytes are in one of them.
+/// Calls visit() for all parts of a plain whole-object form in their order. Every byte is in exactly one
+/// part.
 ///
-/// Values are delimited as records delimit them when they read: a number or a text by itself, everything
-/// else by its length, but by no more than what it is part of. Whatever the bytes are, nothing is thrown but
-/// what visit() throws, which passes through.
+/// The end of a value is found as records find it: a number or a text has its own length, and everything else
+/// ends where the length of its entry says, but not after the part around it. Any bytes are accepted.
+/// Exceptions of visit() are passed on; nothing else is thrown.
 ROUTERDOCUMENTS_EXPORT void DissectPlain(const QByteArray& form, const PartVisitor& visit);
 
-/// As above, for bytes that begin as the compressed form does; all others are taken for a plain form.
-/// \param plain gets the form inside, as far as it can be inflated within the limits, or nothing
+/// As above, for bytes that begin like a compressed form; all others are treated as a plain form.
+/// \param plain receives the form inside, as far as it can be inflated within the limits; it is empty for a
+/// plain form.
 ROUTERDOCUMENTS_EXPORT void DissectCompressed(const QByteArray& form, QByteArray& plain,
                                               const PartVisitor& visit);
 

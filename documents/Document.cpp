@@ -13,7 +13,7 @@ using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
-// Does what may throw an exception of a record.
+// Calls the action, and turns the exception of a record into a DocumentError.
 template <class Action>
 auto explained(const Action& action) -> decltype(action())
 {
@@ -24,7 +24,7 @@ auto explained(const Action& action) -> decltype(action())
     }
 }
 
-// The class that the bytes are of, which the library has found not to be the document's.
+// The class of the root, for bytes that are not of the document's class.
 const RecordInfo* classOf(const QByteArray& bytes, Form form)
 {
     if (form == Form::Xml)
@@ -37,7 +37,7 @@ const RecordInfo* classOf(const QByteArray& bytes, Form form)
     return ClassOfBinary(plain);
 }
 
-// The record; null, with the failure explained, when the bytes are none of the class.
+// The record; null when the bytes are not a form of the class. GetLastFailure() then tells why.
 std::unique_ptr<MODELKIT::IMKObject> readAs(const RecordInfo& info, const QByteArray& bytes, Form form,
                                             bool validate)
 {
@@ -52,7 +52,7 @@ std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form
 {
     using MODELKIT::Failure;
     auto record = readAs(RecordInfo::Document(), bytes, form, validate);
-    // Whatever it is, the document's class says best what it is not.
+    // The document's class goes first, because its failures explain best why bytes are not a document.
     const Failure failure = MODELKIT::IMKObject::GetLastFailure();
     if (failure.kind == Failure::WrongRoot || failure.kind == Failure::WrongClass)
         if (const RecordInfo* info = classOf(bytes, form))
@@ -62,7 +62,7 @@ std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form
     return record;
 }
 
-// Applies the rules to a record that has been read.
+// Applies the rules to a record after reading it.
 void check(const MODELKIT::IMKObject& record, const QByteArray& bytes, Form form)
 {
     try {
@@ -74,7 +74,7 @@ void check(const MODELKIT::IMKObject& record, const QByteArray& bytes, Form form
     }
 }
 
-// Empty when the form cannot carry the record.
+// Empty when the form cannot represent the record.
 QByteArray encodeUnchecked(MODELKIT::IMKObject& record, Form form)
 {
     constexpr int usualLevel = -1;

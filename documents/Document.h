@@ -19,33 +19,34 @@ namespace ROUTERDOCUMENTS {
 /// How to read a document.
 struct ReadingOptions
 {
-    /// Without one it is told by the content.
+    /// The form of the bytes. Without a value, the content determines it.
     std::optional<Form> form;
-    /// Whether the record gets its validation switched on before it is read, and is checked afterwards.
+    /// Whether to switch the record's validation on before reading it and to check it afterwards.
     bool validate = false;
 };
 
 /// A document as it was read.
 struct Document
 {
-    /// Never null.
+    /// The root record; never null.
     std::unique_ptr<MODELKIT::IMKObject> record;
     /// The class of the record.
     const PELLU300ROUTERINTERFACEXML::RecordInfo* info = nullptr;
+    /// The form in which it was written.
     Form form = Form::Xml;
     /// The number of bytes of the written form.
     qint64 size = 0;
 };
 
-/// Reads a document whose root may be any record. The limits that are in force apply, and a reading report
-/// gets its entries, as with the record's own operations.
-/// \throws DocumentError when the bytes are no document, with the place in them; when a record refuses what
-/// it is to hold, or does not pass its check.
+/// Reads a document whose root may be any record. The limits in force apply, and a reading report collects
+/// entries, as for the record's own operations.
+/// \throws DocumentError, with the place in the bytes, when they are not a document, a record refuses a
+/// value, or the record does not pass its check.
 ROUTERDOCUMENTS_EXPORT Document ReadDocument(const QByteArray& bytes, const ReadingOptions& options = {});
 
-/// The record in a form. The compressed one has the usual level.
-/// \throws DocumentError when validation is on and the record holds no data or does not pass, and when the
-/// form cannot carry what it holds. The record is as before.
+/// The record as bytes in that form. The compressed form has zlib's default level.
+/// \throws DocumentError when validation is on and the record holds no data or does not pass its check, or
+/// when the form cannot represent the content.
 ROUTERDOCUMENTS_EXPORT QByteArray WriteDocument(MODELKIT::IMKObject& record, Form form);
 
 } // namespace ROUTERDOCUMENTS

@@ -8,7 +8,7 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-// What the exception says, with the value that it is about and what may have been meant.
+// The exception's text, with the offending value and what may have been meant.
 QString textOf(const ModelKitException& exception)
 {
     QString text = exception.GetText();

@@ -19,23 +19,27 @@ namespace ROUTERDOCUMENTS {
 class ROUTERDOCUMENTS_EXPORT DocumentError : public std::exception
 {
 public:
-    /// Says what a failed operation on a whole document says.
+    /// Has the kind, text and place of the failure.
     explicit DocumentError(const MODELKIT::Failure& failure);
-    /// Says what a record's exception says. Of a value that is no enumerator it also tells the value and what
-    /// may have been meant. The kind is Failure::Refused.
+    /// Has the text and place of a record's exception, and the kind Failure::Refused. For a value that is no
+    /// enumerator, the text also names the value and the enumerator that may have been meant.
     explicit DocumentError(const ModelKitException& refusal);
+    /// Copies the error.
     DocumentError(const DocumentError& other) noexcept;
+    /// Copies the error.
     DocumentError& operator=(const DocumentError& other) noexcept;
     ~DocumentError() override;
 
-    /// Of JSON NotWellFormed stands for what is no JSON or has a key twice, TooManyItems for a list beyond
-    /// the limit, NotRepresentable for a number that it cannot carry, and Refused for everything else.
+    /// The kind of failure. JSON has its own meanings of some kinds: NotWellFormed for a text that is not
+    /// JSON or repeats a key in an object, TooManyItems for a list above the limit, NotRepresentable for a
+    /// number that JSON cannot represent, InputTooLarge for a text above the limit, and Refused for
+    /// everything else.
     MODELKIT::Failure::Kind GetKind() const noexcept { return m_failure.kind; }
-    /// What is wrong, in one sentence or two without the place. It may hold text from the document:
-    /// Printable() makes it safe to be shown.
+    /// What is wrong, in one or two sentences without the place. It may contain text from the document:
+    /// Printable() makes it safe to display.
     const QString& GetText() const noexcept { return m_failure.text; }
-    /// Where it is, as far as that is known; the file is not. For JSON the path is one such as
-    /// "$.DF_Params.Frequency", in which items count from 0.
+    /// Where it is, as far as that is known; without the file. For JSON the path looks like
+    /// "$.DF_Params.Frequency", and items count from 0.
     const MODELKIT::Place& GetPlace() const noexcept { return m_failure.place; }
 
     /// The text in UTF-8.
@@ -46,16 +50,19 @@ private:
     QByteArray m_utf8;
 };
 
-/// A path names a member that no record has, or is not understood.
+/// A path names a member that no record has, or its syntax is wrong.
 class ROUTERDOCUMENTS_EXPORT InvalidMemberPath : public std::exception
 {
 public:
+    /// Takes the text unchanged.
     explicit InvalidMemberPath(const QString& text);
+    /// Copies the error.
     InvalidMemberPath(const InvalidMemberPath& other) noexcept;
+    /// Copies the error.
     InvalidMemberPath& operator=(const InvalidMemberPath& other) noexcept;
     ~InvalidMemberPath() override;
 
-    /// Sentences that say what is wrong and what may have been meant, safe to be shown.
+    /// What is wrong and what may have been meant, safe to display.
     const QString& GetText() const noexcept { return m_text; }
     /// The text in UTF-8.
     const char* what() const noexcept override { return m_utf8.constData(); }

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Marks what the document library makes visible to other modules.
+/// Marks what the document library exports.
 #pragma once
 
 #include <QtCore/qglobal.h>
 
+/// \def ROUTERDOCUMENTS_EXPORT
+/// Exported while the library itself is built, otherwise imported.
 #if defined(ROUTERDOCUMENTS_BUILD)
     #define ROUTERDOCUMENTS_EXPORT Q_DECL_EXPORT
 #else

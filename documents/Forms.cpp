@@ -29,7 +29,7 @@ bool isTextByte(char byte)
     return static_cast<unsigned char>(byte) >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-// UTF-16 and UTF-32, with and without a mark.
+// XML in UTF-16 or UTF-32, with or without a byte order mark.
 bool beginsAsWideXml(const QByteArray& bytes)
 {
     static const QByteArray beginnings[] = {QByteArray("\xFE\xFF"),        QByteArray("\xFF\xFE"),

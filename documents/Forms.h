@@ -18,9 +18,9 @@ namespace ROUTERDOCUMENTS {
 /// The written forms of a document.
 enum class Form
 {
-    Xml,        ///< in any encoding that is decoded
+    Xml,        ///< in any accepted encoding
     Binary,     ///< the plain whole-object form
-    Compressed, ///< the same, deflated
+    Compressed, ///< the compressed whole-object form
     Json        ///< see JsonForm.h
 };
 
@@ -28,16 +28,15 @@ enum class Form
 ROUTERDOCUMENTS_EXPORT const QStringList& FormNames();
 /// The name of a form: "xml", "binary", "compressed", "json".
 ROUTERDOCUMENTS_EXPORT QString NameOf(Form form);
-/// The form of that name, if there is one.
+/// The form with that name, if there is one.
 ROUTERDOCUMENTS_EXPORT std::optional<Form> FormByName(const QString& name);
-/// The form that the ending of a file's name stands for.
+/// The form that the file name's extension stands for, in any case; nothing for an unknown extension.
 ROUTERDOCUMENTS_EXPORT std::optional<Form> FormOfFileName(const QString& path);
-/// The endings of file names as the user is told of them: ".xml, .bin, .binz, .json".
+/// The known file name extensions as a text for users: ".xml, .bin, .binz, .json".
 ROUTERDOCUMENTS_EXPORT QString KnownEndings();
-/// What the bytes are, or are most like. Nothing but their beginning is looked at: whether they can be read
-/// is another question.
+/// The form that the beginning of the bytes looks like most. It does not tell whether they can be read.
 ROUTERDOCUMENTS_EXPORT Form FormOfContent(const QByteArray& bytes);
-/// The class whose whole-object binary form the bytes begin as; null when it is none.
+/// The class of the plain binary form that begins with these bytes; null when no class has their id.
 ROUTERDOCUMENTS_EXPORT const PELLU300ROUTERINTERFACEXML::RecordInfo* ClassOfBinary(const QByteArray& bytes);
 
 } // namespace ROUTERDOCUMENTS

@@ -78,7 +78,7 @@ bool holdsItems(const QVector<const MemberInfo*>& members)
                        [](const MemberInfo* member) { return member->GetKind() == MemberInfo::List; });
 }
 
-// What the members hold.
+// The classes of the records that the members hold.
 Classes classesIn(const QVector<const MemberInfo*>& members)
 {
     Classes classes;
@@ -101,12 +101,12 @@ QStringList classNames()
 void IgnoredMembers::requireExisting(const Pattern& pattern, const QString& path)
 {
     const auto refuse = [&](const QString& what, const QString& name, const QStringList& names) {
-        throw InvalidMemberPath(QStringLiteral("There is no %1 %2 where the path %3 has it.%4")
+        throw InvalidMemberPath(QStringLiteral("The %1 %2 in the path %3 does not exist.%4")
                                     .arg(what, Quoted(name), Quoted(path), DidYouMean(name, names)));
     };
     Classes classes = RecordInfo::All();
     auto step = pattern.steps.begin();
-    // The class of the root, which is also the name of members in other records.
+    // A path may begin with the class of the root. Some classes are also the names of members.
     const RecordInfo* root = RecordInfo::Find(step->name);
     if (pattern.isFromRoot && !root)
         refuse(QStringLiteral("record"), step->name, classNames());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Members that do not count in a comparison.
+/// Members that a comparison ignores.
 #pragma once
 
 #include "documents/Export.h"
@@ -12,28 +12,29 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// Members that do not count.
+/// Members that a comparison ignores, with everything below them.
 ///
-/// Each is a path of names with slashes between them. It may begin at any record: "Frequency",
-/// "DF_Params/Frequency". With a slash in front it begins with the class of the root. Of a list
-/// "Fragment[2]" is the second item, counted in each document by itself, and "Fragment" or "Fragment[*]" are
-/// all. What does not count, does not with all that is below.
+/// Each is given as a path of names, separated by slashes. A path may begin at any record: "Frequency",
+/// "DF_Params/Frequency". A path with a leading slash begins with the class of the root. "Fragment[2]" is the
+/// second item of a list, counted in each document separately; "Fragment" and "Fragment[*]" are all items.
 class ROUTERDOCUMENTS_EXPORT IgnoredMembers
 {
 public:
-    /// \throws InvalidMemberPath for a path that no record has, with the name that is closest, and for one
-    /// that is not understood.
+    /// \throws InvalidMemberPath for a path that no record has, with the most similar name, and for one with
+    /// wrong syntax.
     explicit IgnoredMembers(const QStringList& paths = QStringList());
 
+    /// Whether nothing is ignored.
     bool IsEmpty() const { return m_patterns.isEmpty(); }
-    /// Whether the member at the end of the path is one of them, or an item with either of its numbers.
+    /// Whether the member at the end of the path is ignored. An item is ignored when either of its numbers
+    /// is.
     bool Contains(const MemberPath& path) const;
 
 private:
     struct Step
     {
         QString name;
-        /// 0 stands for all.
+        // 0 means all items.
         int number = 0;
     };
     struct Pattern

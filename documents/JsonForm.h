@@ -2,14 +2,14 @@
 /// \file
 /// Records as JSON.
 ///
-/// The whole is an object whose only key is the name of the record's class. A record is an object with
-/// the members that are set under their names, in the order of their declaration; a list is an array.
-/// Numbers and truth values are those of JSON, texts are strings, and null for a null text; enumerators
-/// go by their names, and null stands for none of them.
+/// The document is an object whose only key is the name of the record's class. A record is an object that
+/// holds the members that are set, under their names and in the order of their declaration; a list is an
+/// array. Numbers and booleans are those of JSON. A text is a string, or null for a null text. An enumerator
+/// is its name, or null for the invalid value.
 ///
-/// Of all written forms this is the one that loses nothing: decimal numbers have all their digits, and
-/// unsigned ones may be as large as they are. What it cannot carry are decimals that are infinite or
-/// no number at all, and the sign of a zero.
+/// This form loses less than the other forms: decimal numbers keep all their digits, and unsigned numbers
+/// their full range. It cannot represent infinite decimals, decimals that are not a number, and the sign of a
+/// zero.
 #pragma once
 
 #include "documents/Export.h"
@@ -22,18 +22,18 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// The record as JSON, indented by two blanks, with a line break at the end.
-/// \throws DocumentError, with a path as FromJson() gives, for a decimal that JSON cannot carry, and
-/// std::bad_cast when the object is no record of the record library.
+/// The record as JSON, indented by two spaces, with a line break at the end.
+/// \throws DocumentError, with a path as in FromJson(), for a decimal that JSON cannot represent.
+/// \throws std::bad_cast when the object is no record of the record library.
 ROUTERDOCUMENTS_EXPORT QByteArray ToJson(const MODELKIT::IMKObject& record);
 
-/// The record that is written in \a json. Nothing is skipped and nothing converted: what the record does
-/// not know, values of another type or out of the range of their member, keys that come twice and more
-/// than one member of a record that carries one at a time are refused. Limits::inputSize and
-/// Limits::listItems apply. \param validate whether the record gets its validation switched on before it is
-/// filled. \throws DocumentError with line and column of what is no JSON, or else with the path of what is
-/// wrong; in it items count from 0: "$.PelLu300RouterMessage.Fragment[1].DF_Params.Frequency". \throws
-/// MKException what the record throws, with such a path as its place.
+/// Reads a record from JSON. Nothing is skipped and nothing is converted: unknown keys, repeated keys, values
+/// of another type or outside the range of their member, and more than one member in a record that carries
+/// one at a time are refused. Limits::inputSize and Limits::listItems apply.
+/// \param validate whether to switch the record's validation on before it is filled.
+/// \throws DocumentError with line and column where the text is not JSON, or else with the path of what is
+/// wrong, in which items count from 0: "$.PelLu300RouterMessage.Fragment[1].DF_Params.Frequency".
+/// \throws MKException what the record throws, with such a path as its place.
 ROUTERDOCUMENTS_EXPORT std::unique_ptr<MODELKIT::IMKObject> FromJson(const QByteArray& json, bool validate);
 
 } // namespace ROUTERDOCUMENTS

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The way to a value in a JSON text. Not installed.
+// The path to a value in a JSON text. Not installed.
 #pragma once
 
 #include "documents/DocumentError.h"
@@ -11,7 +11,7 @@
 
 namespace ROUTERDOCUMENTS {
 
-// The way to a value. It costs nothing until somebody asks for the text.
+// The path to a value. Its text is made only when it is asked for.
 class JsonPath
 {
 public:

@@ -82,7 +82,7 @@ QVariant textOf(const QJsonValue& json, const JsonPath& path)
         return QString();
     requireType(json, QJsonValue::String, path);
     const QString text = json.toString();
-    // An empty text is a text.
+    // An empty text must not become a null text.
     return text.isNull() ? QStringLiteral("") : text;
 }
 
@@ -103,7 +103,7 @@ QVariant enumeratorOf(const MemberInfo& member, const QJsonValue& json, bool val
     return static_cast<int>(value);
 }
 
-// Does what calls into a record, which does not know the path.
+// Calls the action, and adds the path to the exceptions of a record.
 template <class Action>
 void at(const JsonPath& path, const Action& action)
 {

@@ -14,7 +14,7 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-// Refuses the text at an offset in its bytes.
+// Throws a DocumentError with the line and column of the offset.
 [[noreturn]] void refuseAt(const QByteArray& json, int offset, const QString& text)
 {
     const QByteArray before = json.left(offset);
@@ -27,8 +27,8 @@ namespace {
     throw DocumentError(failure);
 }
 
-// Finds keys that come twice in an object, of which Qt's parser keeps the last without a word. The text
-// is known to be JSON; so what matters is where objects, arrays and strings begin and end.
+// Finds keys that are repeated in an object; Qt's parser silently keeps the last one. The text has already
+// been parsed, so only the beginnings and ends of objects, arrays and strings matter.
 class KeyCheck
 {
 public:
@@ -68,7 +68,7 @@ private:
         while (m_json.at(m_at) != '"')
             m_at += m_json.at(m_at) == '\\' ? 2 : 1;
         ++m_at;
-        // Only in an object a comma announces a key, and behind a key no string but the value follows.
+        // In an object a key follows the opening brace and each comma; any other string is a value.
         if (m_isKeyNext)
             add(m_json.mid(begin, m_at - begin), begin);
         m_isKeyNext = false;
@@ -85,7 +85,7 @@ private:
         keys.insert(key);
     }
 
-    // One character can be written in several ways.
+    // The same key can be written with different escapes.
     static QByteArray plain(const QByteArray& string)
     {
         if (!string.contains('\\'))

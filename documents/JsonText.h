@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From a JSON text to its values. Not installed.
+// Parsing a JSON text. Not installed.
 #pragma once
 
 #include <QtCore/QByteArray>
@@ -7,7 +7,7 @@
 
 namespace ROUTERDOCUMENTS {
 
-// Refuses what is no JSON, and keys that come twice in an object.
+// Throws a DocumentError for a text that is not JSON, and for a key that is repeated in its object.
 QJsonValue parseText(const QByteArray& json);
 
 } // namespace ROUTERDOCUMENTS

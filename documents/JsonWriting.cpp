@@ -44,7 +44,7 @@ private:
         endLevel('}');
     }
 
-    // A list goes by its items.
+    // An empty list is not written.
     static bool isWritten(const IMKObject& record, const MemberInfo& member)
     {
         return member.IsSet(record)

@@ -10,7 +10,7 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-// Documents are arrays or objects.
+// QJsonDocument writes only arrays and objects, so the value becomes an array for a moment.
 QString oneLine(const QJsonValue& value)
 {
     const QString json = QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact));

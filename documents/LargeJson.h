@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Results as JSON that are too many to be kept until all are known.
+/// JSON that is too large to be kept in memory.
 #pragma once
 
 #include "documents/Export.h"
@@ -12,8 +12,8 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// A JSON object that is handed out while it is made, with every item of its lists in a line of its own.
-/// Nothing in it can steer a terminal. What the sink throws passes through; the text then ends there.
+/// Writes a JSON object piece by piece, with every list item on a line of its own. Control characters are
+/// escaped, so the text is safe to display. Exceptions of the sink are passed on; the text then ends there.
 ///
 /// \code
 /// LargeJson json([](const QString& text) { std::cout << text.toStdString(); });
@@ -26,21 +26,23 @@ namespace ROUTERDOCUMENTS {
 class ROUTERDOCUMENTS_EXPORT LargeJson
 {
 public:
-    /// Takes the text piece by piece.
+    /// Receives the text piece by piece.
     using Sink = std::function<void(const QString&)>;
 
-    /// Hands the beginning to the sink.
+    /// Writes the beginning of the object.
     explicit LargeJson(const Sink& sink);
     LargeJson(const LargeJson&) = delete;
     LargeJson& operator=(const LargeJson&) = delete;
 
-    /// A member of the object.
+    /// Writes a member.
     void Add(const QString& key, const QJsonValue& value);
-    /// A member that is a list; until EndList() only items may be added.
+    /// Begins a member that is a list. Until EndList() only items may be added.
     void BeginList(const QString& key);
+    /// Writes an item of the current list.
     void AddItem(const QJsonValue& item);
+    /// Ends the current list.
     void EndList();
-    /// The end of the object.
+    /// Writes the end of the object.
     void End();
 
 private:

@@ -9,7 +9,7 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-// Without the root, when there is more.
+// Without the root, unless it is the only step.
 template <class StepText>
 QString pathText(const QVector<MemberPath::Step>& steps, const StepText& stepText)
 {

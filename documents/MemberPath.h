@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The way to a member in two records that are compared.
+/// The path to a member in two records that are compared.
 #pragma once
 
 #include "documents/Export.h"
@@ -10,42 +10,43 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// The way to a member in two records that are compared: names from the root's class down, where items have
-/// their numbers in either of the two.
+/// The path to a member in two records that are compared: the names from the root's class down. An item has a
+/// number in each of the two records.
 class ROUTERDOCUMENTS_EXPORT MemberPath
 {
 public:
-    /// One name, of a member or of the root.
+    /// One step of the path.
     struct Step
     {
+        /// The name of a member or of the root's class.
         QString name;
-        /// Of an item the number from 1, which is 0 in the document that does not have it; of all else 0.
+        /// The number of an item in the first record, counted from 1. It is 0 when the record does not have
+        /// the item, and for a step that is not an item.
         int first = 0;
+        /// The same in the second record.
         int second = 0;
     };
 
-    /// Goes a step down, and back.
-    /// @{
+    /// Appends a step.
     void Enter(const Step& step) { m_steps.append(step); }
+    /// Removes the last step.
     void Leave() { m_steps.removeLast(); }
-    /// @}
-    /// Makes the last step that to an item, or to another one.
+    /// Sets the item numbers of the last step.
     void SetNumbers(int first, int second)
     {
         m_steps.last().first = first;
         m_steps.last().second = second;
     }
-    /// The root first.
+    /// The steps, beginning with the root.
     const QVector<Step>& GetSteps() const { return m_steps; }
 
-    /// Without the root: "PelLu300RouterMessage/Fragment[2]/DF_Params/Frequency". An item that has
-    /// another number in the second record has both: "Fragment[2->3]".
+    /// The path without the root: "PelLu300RouterMessage/Fragment[2]/DF_Params/Frequency". An item whose
+    /// numbers differ has both: "Fragment[2->3]".
     QString ToText() const;
-    /// The same in one of the records, with its numbers.
-    /// @{
+    /// The same with the numbers in the first record only.
     QString InFirst() const { return inOne(&Step::first); }
+    /// The same with the numbers in the second record only.
     QString InSecond() const { return inOne(&Step::second); }
-    /// @}
 
 private:
     QString inOne(int Step::*number) const;

@@ -22,7 +22,7 @@ namespace {
 // The byte count of a null text.
 constexpr qint32 nullText = -1;
 
-// Texts, decimals and enumerators have a byte count in front.
+// Texts, decimals and enumerators are written as texts, with a byte count in front.
 bool isTextual(const MemberInfo& member)
 {
     switch (member.GetKind()) {
@@ -67,7 +67,7 @@ private:
         m_cutter.emitRest(end);
     }
 
-    // The class as which the form is to be read; null when nothing tells it.
+    // The class with which the form is decoded; null when neither the id nor the first tag tells it.
     const RecordInfo* dissectClassId()
     {
         const auto id = static_cast<quint32>(m_cutter.peekWord());
@@ -116,7 +116,7 @@ private:
         if (member && !before.contains(member))
             before += member;
         const Cutter::Level level(m_cutter);
-        // Steps for a list are its items.
+        // In the path of a list, its items are the steps.
         const Cutter::Step step(m_cutter, member && !isList(*member) ? member->GetName() : QString());
         const qint64 entryEnd = dissectLength(info, member, end);
         if (member && m_cutter.available(entryEnd) > 0)
@@ -141,7 +141,7 @@ private:
         m_cutter.emitPart(part, wordSize);
     }
 
-    // Returns where the payload ends, which is in the frame that ends at frameEnd.
+    // Returns the end of the payload, which is not after frameEnd, the end of the frame around it.
     qint64 dissectLength(const RecordInfo& info, const MemberInfo* member, qint64 frameEnd)
     {
         const qint32 length = m_cutter.peekWord();
@@ -150,15 +150,15 @@ private:
         const bool isPossible = length >= 0 && end <= frameEnd;
         const auto size = member ? sizeOfValue(*member, frameEnd) : std::nullopt;
         const bool disagree = size && *size != length;
-        // Reading goes by the value. But when only behind the length something follows that belongs there,
-        // there is more to be shown that way.
+        // Reading uses the size of the value. But when a known tag follows only at the end according to the
+        // length, more can be decoded with the length.
         const bool goesByValue =
             disagree && begin + *size <= frameEnd
             && !(isPossible && canGoOn(info, end, frameEnd) && !canGoOn(info, begin + *size, frameEnd));
         QString wrong = negativeLength(length);
         if (length >= 0 && end > frameEnd)
             wrong = goesBeyond(QStringLiteral("The entry"), end - frameEnd, info.GetName());
-        // Otherwise it is the byte count of a text that is wrong.
+        // Otherwise the byte count of a text is wrong, and not the length.
         else if (length >= 0 && disagree && (goesByValue || !isTextual(*member)))
             wrong =
                 QStringLiteral("The length is %1, but the value takes %2.").arg(length).arg(bytesText(*size));
@@ -168,7 +168,7 @@ private:
         return isPossible ? end : frameEnd;
     }
 
-    // Whether something follows at the offset that belongs into the frame, or nothing.
+    // Whether the frame ends at the offset or continues there with a known tag.
     bool canGoOn(const RecordInfo& info, qint64 offset, qint64 frameEnd) const
     {
         if (offset == frameEnd)
@@ -178,8 +178,8 @@ private:
                && info.FindMember(static_cast<quint32>(m_cutter.peekWord(behind)));
     }
 
-    // How many bytes the value of the member takes by itself, whose length is the next word; nothing when
-    // it goes by its length.
+    // The size in bytes of the member's value, which follows the length at the current position. Nothing when
+    // only the length tells it.
     std::optional<qint64> sizeOfValue(const MemberInfo& member, qint64 frameEnd) const
     {
         if (member.GetKind() == MemberInfo::UnsignedInteger)
@@ -225,7 +225,7 @@ private:
             m_cutter.emitPart(textualPart(member, m_cutter.peek(count)), count);
     }
 
-    // Of what is missing because the input ends it is told once, there.
+    // When the input is cut off, only its end is reported as wrong.
     QString unlessCutOff(qint64 end, const QString& wrong) const
     {
         return m_cutter.isCutOff(end) ? QString() : wrong;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Parts of sentences about names.
+/// Parts of messages about names.
 #pragma once
 
 #include "documents/Export.h"
@@ -10,10 +10,10 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// " Did you mean X?" with the closest word, or nothing.
+/// " Did you mean X?" with the most similar word, or an empty text.
 ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& word, const QStringList& words);
 
-/// " Did you mean X?" with that word, or nothing when it is empty.
+/// " Did you mean X?" with that word, or an empty text when it is empty.
 ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& meant);
 
 /// "a, b and c".

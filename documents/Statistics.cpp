@@ -94,7 +94,7 @@ void addRow(StatisticsTable& table, const QString& name, qint64 count)
     table.rows.append({name, {static_cast<double>(count)}});
 }
 
-// Rows that need not be there when there is nothing to count.
+// Adds a row that is left out when its count is 0.
 void addRowIfAny(StatisticsTable& table, const QString& name, qint64 count)
 {
     if (count > 0)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// What many documents hold.
+/// Statistics of the content of many documents.
 #pragma once
 
 #include "documents/Document.h"
@@ -16,26 +16,32 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// Counts how often each number comes, of which all that is asked for follows exactly.
+/// Counts how often each number occurs. All results are exact.
 ///
-/// It takes room for the different numbers only. Where the numbers are sizes of documents, n different
-/// ones stand for more than n * n / 2 bytes of documents, so that there are never many.
+/// The memory depends only on how many different numbers there are. Sizes of documents are never many: n
+/// different sizes take documents of more than n * n / 2 bytes in total.
 class ROUTERDOCUMENTS_EXPORT Histogram
 {
 public:
+    /// Counts a number.
     void Add(qint64 number);
 
+    /// Whether no number was added.
     bool IsEmpty() const { return m_count == 0; }
+    /// How many numbers were added.
     qint64 GetCount() const { return m_count; }
+    /// The sum of all numbers.
     qint64 GetTotal() const { return m_total; }
-    /// Of nothing all these are 0.
+    /// The smallest number; 0 when there is none.
     qint64 GetSmallest() const { return IsEmpty() ? 0 : m_counts.firstKey(); }
+    /// The largest number; 0 when there is none.
     qint64 GetLargest() const { return IsEmpty() ? 0 : m_counts.lastKey(); }
-    /// The one in the middle, or the mean of the two there.
+    /// The median, which is the mean of the two middle numbers when their count is even; 0 when there is
+    /// none.
     double GetMedian() const;
 
 private:
-    // The number at a position among all in order.
+    // The number at a position in the sorted sequence of all numbers.
     qint64 at(qint64 position) const;
 
     QMap<qint64, qint64> m_counts;
@@ -43,36 +49,39 @@ private:
     qint64 m_total = 0;
 };
 
-/// Numbers under names.
+/// A table of numbers.
 struct StatisticsTable
 {
-    /// As many numbers as there are columns.
+    /// A row of the table.
     struct Row
     {
-        QString name;
-        QVector<double> numbers;
+        QString name;            ///< what the numbers are about
+        QVector<double> numbers; ///< one number for each column
     };
 
-    QString title;
-    QStringList columns;
-    QVector<Row> rows;
+    QString title;       ///< what the table is about
+    QStringList columns; ///< the titles of the columns
+    QVector<Row> rows;   ///< the rows in order
 };
 
-/// Counts what the documents hold that are added. Its size does not depend on how many they are.
+/// Counts what the added documents hold. The memory does not depend on the number of documents.
 class ROUTERDOCUMENTS_EXPORT Statistics
 {
 public:
+    /// Counts a document and the records in it.
     /// \param document as ReadDocument() returns it
     void Add(const Document& document);
-    /// Counts one that cannot be read.
+    /// Counts a document that cannot be read.
     void AddUnreadable() { ++m_unreadable; }
 
+    /// The number of documents that were added.
     qint64 GetDocuments() const { return m_documents; }
+    /// The number of documents that cannot be read.
     qint64 GetUnreadable() const { return m_unreadable; }
 
-    /// Sizes by form, the classes of the roots, and for all records in the documents what their enumerated
-    /// members and truth values are, which members they carry that carry one at a time, and how long their
-    /// lists are. Of records that there are none of there is no table.
+    /// The sizes by form and the classes of the roots. Then, for all records in the documents, the values of
+    /// their enumerations and booleans, the members of those that carry one at a time, and the lengths of
+    /// their lists. A class that does not occur has no table.
     QVector<StatisticsTable> GetTables() const;
 
 private:
@@ -95,7 +104,7 @@ private:
     QHash<const RecordInfo*, qint64> m_records;
     // How many records have the member set.
     QHash<const MemberInfo*, qint64> m_set;
-    // How often values came, by their number.
+    // How often each value occurred, by its number.
     QHash<const MemberInfo*, QMap<int, qint64>> m_values;
     QHash<const MemberInfo*, Histogram> m_lists;
 };

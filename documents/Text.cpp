@@ -10,7 +10,7 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-// Joiners are part of how some scripts and emojis are written.
+// Some scripts and emojis need joiners.
 bool isJoiner(char32_t character) { return character == 0x200C || character == 0x200D; }
 
 bool canBeShown(char32_t character)
@@ -48,7 +48,7 @@ QString escapedUnit(QChar unit)
     }
 }
 
-// Replaces what cannot be shown, except line breaks when those are to stay.
+// Replaces characters that cannot be displayed safely. Line breaks can be kept.
 QString escaped(const QString& text, const std::function<QString(QStringView)>& escape, bool keepLineBreaks)
 {
     QString result;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Records with everything that can be told of their members, for programs.
+/// The complete content of records, for programs.
 #pragma once
 
 #include "documents/Export.h"
@@ -11,9 +11,9 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// An object with record, the name of the class, and members, an array in the order of declaration: name,
-/// type and set of each, and value, which is such an object for a nested record, or items for a list. Beside
-/// the name of an enumerator stands its number.
+/// An object with record, the name of the class, and members, an array in the order of declaration. Each
+/// member has name, type and set. If it is set, it also has value, or items if it is a list. Nested records
+/// and items are such objects again. An enumeration also has number, its enumerator's value.
 /// \throws std::bad_cast when the object is no record of the record library.
 ROUTERDOCUMENTS_EXPORT QJsonObject TreeJson(const MODELKIT::IMKObject& record);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// How members and their values are shown.
+/// How members and their values are displayed.
 #pragma once
 
 #include "documents/Export.h"
@@ -13,36 +13,36 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// What the member holds, in words: "unsigned integer", "text", "record".
+/// The type of the member in words: "unsigned integer", "text", "record".
 ROUTERDOCUMENTS_EXPORT QString TypeName(const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
 
-/// A value of the member in one line that is safe to be shown: texts in quotes, a null text as null,
-/// enumerators with name and number, decimals exactly.
+/// A value of the member on one line, safe to display: texts in quotes, a null text as null, enumerators with
+/// name and number, decimals with all digits.
 ROUTERDOCUMENTS_EXPORT QString ValueText(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                          const QVariant& value);
 
-/// A value of the member for programs: texts as strings, or null; enumerators by name, or null for none;
-/// numbers as such, but as text where JSON has no number for them.
+/// A value of the member for programs: a text as a string, or null; an enumerator as its name, or null when
+/// the value is invalid; a number as a number, or as a text when JSON has no such number.
 ROUTERDOCUMENTS_EXPORT QJsonValue ValueJson(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                             const QVariant& value);
 
-/// Whether two values of the member are the same, exactly.
+/// Whether two values of the member are exactly equal.
 ROUTERDOCUMENTS_EXPORT bool IsSameValue(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                         const QVariant& a, const QVariant& b);
 
-/// The member's value, "not set", or for a nested record or a list what SummaryText() tells.
+/// The member's value or "not set"; for a nested record or a list as in SummaryText().
 ROUTERDOCUMENTS_EXPORT QString MemberText(const MODELKIT::IMKObject& record,
                                           const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
 
-/// As MemberText(), for programs; undefined for what is not set.
+/// Like MemberText(), for programs; undefined when the member is not set.
 ROUTERDOCUMENTS_EXPORT QJsonValue MemberJson(const MODELKIT::IMKObject& record,
                                              const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
 
-/// What is set in the record, in one line: "{DF_Params: {Frequency: 98500000}}". Of a list only the
-/// number of its items is told.
+/// What is set in the record, on one line: "{DF_Params: {Frequency: 98500000}}". A list is given as the
+/// number of its items only.
 ROUTERDOCUMENTS_EXPORT QString SummaryText(const MODELKIT::IMKObject& record);
 
-/// As SummaryText(), for programs.
+/// Like SummaryText(), for programs.
 ROUTERDOCUMENTS_EXPORT QJsonValue SummaryJson(const MODELKIT::IMKObject& record);
 
 } // namespace ROUTERDOCUMENTS

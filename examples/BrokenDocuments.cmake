@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-# Runs PROGRAM on documents that cannot be read or checked, written into FOLDER, and on a good one
-# among them: it must exit with 1, say on each document's line what is wrong, and still process the
-# good one.
+# Writes documents into FOLDER that cannot be read or do not pass their check, and a good one, and runs
+# PROGRAM on them. It must exit with 1, tell on each document's line what is wrong, and still process the good
+# one.
 cmake_minimum_required(VERSION 3.21)
 
 file(REMOVE_RECURSE ${FOLDER})
@@ -48,11 +48,11 @@ expect_line("empty-fragment.xml +failed: PelLu300RouterMessage: Tried to append 
 expect_line("good.xml +Event +0 +[0-9]+ +[0-9]+ +unchanged")
 expect_line("no-type.xml +failed: PelLu300RouterMessage: Please set Type properly.")
 expect_line("steers-the-terminal-[\\]x1B\\[2J.xml +failed: enum is not valid \\(classname=PelLu300RouterMessage,membername=m_type\\)")
-expect_line("unclosed-fragment.xml +failed: line [0-9]+, column [0-9]+: [^\n]+")
-expect_line("unclosed-type.xml +failed: line [0-9]+, column [0-9]+: [^\n]+")
-expect_line("wrong-root.xml +failed: the root element is RouterStatus, not PelLu300RouterInterfaceXml")
-expect_line("zero-bytes.xml +failed: line 1, column 0: [^\n]+")
-expect_line("missing.xml +failed: cannot be opened: No such file or directory")
+expect_line("unclosed-fragment.xml +failed: 5:26: [^\n]+ .in /PelLu300RouterInterfaceXml/PelLu300RouterMessage/Fragment.")
+expect_line("unclosed-type.xml +failed: 5:26: [^\n]+ .in /PelLu300RouterInterfaceXml/PelLu300RouterMessage/Type.")
+expect_line("wrong-root.xml +failed: 2:1: The root element is RouterStatus,[^\n]+ PelLu300RouterInterfaceXml. .in /RouterStatus.")
+expect_line("zero-bytes.xml +failed: 1:1: [^\n]+")
+expect_line("missing.xml +failed: The file cannot be read: No such file or directory.")
 expect_line("10 documents: 1 unchanged, 0 changed, 9 failed")
 if(output MATCHES "${escape}")
     message(SEND_ERROR "an escape character reached the terminal")

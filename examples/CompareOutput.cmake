@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Runs PROGRAM, with ARGUMENT if given: it must exit with 0 and print exactly what EXPECTED holds.
-# What it printed is left in ACTUAL.
+# Runs PROGRAM, with ARGUMENT if given. It must exit with 0 and print exactly the content of EXPECTED.
+# Its output is written to ACTUAL.
 cmake_minimum_required(VERSION 3.21)
 
 execute_process(COMMAND ${PROGRAM} ${ARGUMENT}

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Builds a client's request to become master of the router and prints it as XML.
+// Builds a client's request to become master of the router and prints it as XML. README.md shows this
+// program.
 
+//! [the first program]
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
 #include <iostream>
@@ -19,3 +21,4 @@ int main()
     message.AppendFragment(fragment);
     std::cout << document.GetXmlString().toStdString();
 }
+//! [the first program]

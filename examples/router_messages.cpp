@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Sends router messages through both of their written forms and says what came of them.
+// Writes router messages in both forms, reads them back, and tells what has changed.
 //
 //     router_messages [FILE.xml | FOLDER]...
 //
-// First a typical request is built, written as XML and as binary, and read back from both. Then every
-// document named on the command line (of a folder: every *.xml in it) is loaded, checked and sent
-// through both forms; one line each says whether anything changed on the way, and what.
+// First the program builds a typical request, writes it as XML and as binary, and reads it back from both.
+// Then it loads and checks every document named on the command line (in a folder: every *.xml file), writes
+// it in both forms and reads it back. One line per document tells whether anything has changed, and what.
 //
-// The exit status is 1 when a document could not be read or did not pass its check or when the typical
-// request did not come back as it was, otherwise 0.
+// The exit status is 1 when a document cannot be read or does not pass its check, or when the typical request
+// has changed, otherwise 0.
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
@@ -19,7 +19,6 @@
 #include <QtCore/QLocale>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
-#include <QtCore/QXmlStreamReader>
 
 #include <algorithm>
 #include <iostream>
@@ -34,8 +33,8 @@ namespace {
 
 void print(const QString& text) { std::cout << text.toStdString(); }
 
-// File names and documents can hold anything. Characters that are not printable are shown as their
-// number behind \x, so that they cannot steer the terminal, and a backslash is doubled.
+// File names and documents can contain any character. A character that is not printable is shown as \x and
+// its number, so that it cannot control the terminal, and a backslash is doubled.
 QString printable(const QString& text)
 {
     QString shown;
@@ -64,7 +63,7 @@ QString hexDump(const QByteArray& bytes)
 // --- documents ------------------------------------------------------------------------------
 
 // Validation is off in a new record. It is switched on before anything else, so that wrong values are
-// refused where they occur; the records inside the document follow it.
+// refused where they occur, also in the records inside the document.
 Document newDocument()
 {
     Document document;
@@ -120,7 +119,7 @@ Document typicalRequest()
     return document;
 }
 
-// Says what was read back and whether it is the same as what was written.
+// Prints what was read back and whether it equals what was written.
 bool showReadBack(const QString& form, bool readBack, const Document& copy, const Document& original)
 {
     const bool equal = readBack && copy == original;
@@ -150,7 +149,7 @@ bool showTypicalRequest()
 
 // --- the members of a document --------------------------------------------------------------
 
-// Every member that is set, under a name that says where it stands.
+// Every member that is set, with a name that tells where it is.
 struct Members
 {
     QStringList names;
@@ -165,10 +164,10 @@ struct Members
 
 QString quoted(const QString& text) { return '"' + printable(text) + '"'; }
 
-// All digits, not only the two decimals that the written forms carry.
+// All digits, not only the two decimals of the written forms.
 QString exactly(double value) { return QString::number(value, 'f', QLocale::FloatingPointShortest); }
 
-// Records with a string member are taken by value: reading a string is no const operation.
+// Records with a string member are passed by value, because the getter of a string is not const.
 void addMembers(Members& members, const QString& place, MastershipState record)
 {
     if (record.IsStateSet())
@@ -300,7 +299,7 @@ enum class Outcome
 // One line of the table.
 struct Report
 {
-    QStringList cells; // as in the table's header; only the name when the document failed
+    QStringList cells; // the columns of the table; only the name when the document failed
     QString result;
     Outcome outcome = Outcome::Failed;
 };
@@ -312,43 +311,31 @@ Report failure(const QString& path, const QString& reason)
     return {{nameOf(path)}, "failed: " + printable(reason), Outcome::Failed};
 }
 
-// What is wrong with the file itself; nothing when it is well-formed and has the right root element.
-QString defectOf(const QString& path)
+// Why the last operation on a whole document failed. The table names the file already.
+QString lastFailure()
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return "cannot be opened: " + file.errorString();
-
-    const QString expectedRoot = Document().GetObjectName();
-    QXmlStreamReader reader(&file);
-    if (reader.readNextStartElement() && reader.name() != expectedRoot)
-        return "the root element is " + reader.name().toString() + ", not " + expectedRoot;
-    while (!reader.atEnd())
-        reader.readNext();
-    if (reader.hasError()) {
-        return "line " + QString::number(reader.lineNumber()) + ", column "
-               + QString::number(reader.columnNumber()) + ": " + reader.errorString();
-    }
-    return {};
+    MODELKIT::Failure failure = MODELKIT::IMKObject::GetLastFailure();
+    failure.place.file.clear();
+    return failure.GetSentence();
 }
 
 Report sendThroughBothForms(const QString& path)
 {
     Document original = newDocument();
     if (!original.LoadXml(path))
-        return failure(path, "not a document that can be loaded");
+        return failure(path, lastFailure());
     original.Check();
 
     QByteArray binary = original.GetBinaryRepresentationAsQByteArray();
     Document fromBinary = newDocument();
     if (!fromBinary.SetBinaryRepresentation(binary))
-        return failure(path, "its binary form cannot be read back");
+        return failure(path, "its binary form cannot be read back: " + lastFailure());
     fromBinary.Check();
 
     const QString xml = original.GetXmlString();
     Document fromXml = newDocument();
     if (!fromXml.SetXmlString(xml, true))
-        return failure(path, "its XML form cannot be read back");
+        return failure(path, "its XML form cannot be read back: " + lastFailure());
 
     const bool unchanged = fromBinary == original && fromXml == original;
     return {{nameOf(path), describeMessage(original), describeFragments(original),
@@ -359,20 +346,11 @@ Report sendThroughBothForms(const QString& path)
 
 Report examine(const QString& path)
 {
-    Report report;
     try {
-        report = sendThroughBothForms(path);
+        return sendThroughBothForms(path);
     } catch (const MKException& exception) {
-        report = failure(path, exception.GetText());
+        return failure(path, exception.GetText());
     }
-    // LoadXml() does not say why it failed, and a file that breaks off can first break a rule of a record
-    // that it left incomplete: the defect of the file tells more.
-    if (report.outcome == Outcome::Failed) {
-        const QString defect = defectOf(path);
-        if (!defect.isEmpty())
-            return failure(path, defect);
-    }
-    return report;
 }
 
 // --- all documents --------------------------------------------------------------------------

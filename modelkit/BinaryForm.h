@@ -10,14 +10,15 @@
 
 namespace MODELKIT {
 
-/// Whether the bytes begin as the compressed form does.
+/// Whether the bytes begin like a compressed form.
 MODELKIT_EXPORT bool IsCompressedForm(const QByteArray& form);
 
-/// Inflates the compressed form at the beginning of \a form, which is big-endian, as
-/// `GetCompressedBinaryRepresentationAsQByteArray` makes it.
-/// \param plain gets the plain form, or what could be inflated of it. It takes no more than
-/// Limits::inflatedSize bytes.
-/// \param failure tells why the result is false: the form is none, is cut off or damaged, or too large.
+/// Inflates the compressed form at the beginning of \a form, which is in big-endian byte order like the
+/// result of `GetCompressedBinaryRepresentationAsQByteArray`. Limits::inputSize and Limits::inflatedSize
+/// apply.
+/// \param plain receives the plain form, or the part of it that could be inflated.
+/// \param failure tells why the result is false: the bytes are no compressed form, or the form is cut off,
+/// damaged or too large.
 MODELKIT_EXPORT bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure);
 
 } // namespace MODELKIT

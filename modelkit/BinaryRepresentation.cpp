@@ -1,160 +1,28 @@
 // SPDX-License-Identifier: MIT
-// The whole-object binary form, plain and compressed.
-//
-// Plain: the object's binary frame with the low 32 bits of its type code as id, that is
-//
-//     id, length, content of that length
-//
-// Compressed: the plain form in big-endian byte order, cut into pieces that are compressed one by one,
-//
-//     marker, length, content of that length: { length of the piece, piece as qCompress makes it } ...
-//
-// Reading tells them apart by the first word. The pieces are what bounds inflating: `qUncompress`
-// cannot be stopped, but what it can make of one piece is limited by the piece's length.
+// The operations on whole binary forms, plain and compressed.
 
-#include "modelkit/BinaryForm.h"
 #include "modelkit/ClassNames.h"
+#include "modelkit/Compression.h"
 #include "modelkit/Devices.h"
 #include "modelkit/DocumentContext.h"
 #include "modelkit/DocumentOperation.h"
+#include "modelkit/FormHeader.h"
 #include "modelkit/IMKObject.h"
+#include "modelkit/Limits.h"
 #include "modelkit/NotRepresentableException.h"
 #include "modelkit/ReplaceFile.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
-#include <QtCore/QHash>
 #include <QtCore/QIODevice>
-#include <QtCore/QMutex>
-#include <QtCore/QtEndian>
 
-#include <algorithm>
-#include <new>
 #include <utility>
 
 namespace MODELKIT {
 
 namespace {
 
-constexpr int compressedMarker = 0x4D4B5A31;
-constexpr int pieceSize = 64 << 10;
-// zlib makes no piece larger than this; see compressBound() in its documentation.
-constexpr int maximalPackedPiece = pieceSize + (pieceSize >> 10) + 64;
-constexpr int headerSize = 8;
-
-int frameId(long long typeCode) { return static_cast<int>(static_cast<unsigned int>(typeCode)); }
-
-QHash<int, QString>& classNames()
-{
-    static QHash<int, QString> names;
-    return names;
-}
-
-QMutex& classNamesMutex()
-{
-    static QMutex mutex;
-    return mutex;
-}
-
-int word(const char* bytes, QDataStream::ByteOrder order)
-{
-    return order == QDataStream::BigEndian ? qFromBigEndian<qint32>(bytes) : qFromLittleEndian<qint32>(bytes);
-}
-
-QByteArray compress(const QByteArray& plain, int level)
-{
-    QByteArray packed;
-    QDataStream stream(&packed, QIODevice::WriteOnly);
-    for (int begin = 0; begin < plain.size(); begin += pieceSize) {
-        const QByteArray piece = qCompress(plain.mid(begin, pieceSize), std::clamp(level, -1, 9));
-        // A level in range leaves one reason.
-        if (piece.isEmpty())
-            throw std::bad_alloc();
-        stream << piece;
-    }
-    return packed;
-}
-
-// False, with the failure filled in, when the pieces are damaged or hold more than limit bytes.
-bool inflate(const QByteArray& packed, qint64 limit, QByteArray& plain, Failure& failure)
-{
-    failure.kind = Failure::DamagedCompression;
-    failure.text = QStringLiteral("The compressed form is damaged.");
-    int position = 0;
-    while (position < packed.size()) {
-        failure.place.offset = headerSize + position;
-        if (packed.size() - position < 4)
-            return false;
-        const int size = word(packed.constData() + position, QDataStream::BigEndian);
-        position += 4;
-        if (size <= 4 || size > maximalPackedPiece || size > packed.size() - position)
-            return false;
-        // The piece begins with its inflated size, for which memory is taken before inflating.
-        const int inflatedSize = word(packed.constData() + position, QDataStream::BigEndian);
-        if (inflatedSize <= 0 || inflatedSize > pieceSize)
-            return false;
-        if (plain.size() + inflatedSize > limit) {
-            failure.kind = Failure::InflatedTooLarge;
-            failure.text =
-                QStringLiteral("The inflated form is larger than the limit of %1 bytes.").arg(limit);
-            return false;
-        }
-        const QByteArray piece =
-            qUncompress(reinterpret_cast<const uchar*>(packed.constData()) + position, size);
-        if (piece.size() != inflatedSize)
-            return false;
-        plain += piece;
-        position += size;
-    }
-    failure = Failure();
-    return true;
-}
-
-// The first words of a form.
-struct Header
-{
-    int id = 0;
-    int length = 0;
-
-    Header(const char* bytes, QDataStream::ByteOrder order)
-        : id(word(bytes, order)), length(word(bytes + 4, order))
-    {}
-};
-
-Failure notAForm(const QString& text)
-{
-    Failure failure;
-    failure.kind = Failure::NotABinaryForm;
-    failure.text = text;
-    return failure;
-}
-
-Failure cutOff(qint64 bytes)
-{
-    Failure failure = notAForm(QStringLiteral("The binary form is cut off."));
-    failure.place.offset = bytes;
-    return failure;
-}
-
-// Whether the header can begin a form of the object; otherwise the failure says why not.
-bool accepts(const Header& header, int id, const QString& name, qint64 limit, Failure& failure)
-{
-    if (header.id != id && header.id != compressedMarker) {
-        failure.kind = Failure::WrongClass;
-        failure.text =
-            QStringLiteral("The binary form holds %1, expected is %2.").arg(classNameOf(header.id), name);
-    } else if (header.length < 0) {
-        failure = notAForm(QStringLiteral("The binary form has a negative length."));
-    } else if (header.length > limit - headerSize) {
-        failure = inputTooLarge(limit);
-    } else {
-        return true;
-    }
-    failure.place.offset = 0;
-    return false;
-}
-
-// One form that is read into an object.
+// Reads one form into an object.
 class FormReading
 {
 public:
@@ -164,28 +32,28 @@ public:
 
     const Limits& GetLimits() const { return m_limits; }
 
-    bool Admits(const Header& header)
+    bool Admits(const FormHeader& header)
     {
         Failure failure;
-        return accepts(header, m_id, m_object.GetObjectName(), m_limits.inputSize, failure)
+        return header.BeginsFormOf(m_id, m_object.GetObjectName(), m_limits.inputSize, failure)
                || m_operation.Fail(failure);
     }
 
-    // The same for the form inside of a compressed one, whose size has its own limit.
-    bool AdmitsInside(const Header& header)
+    // The same for the form inside a compressed one, whose size has a limit of its own.
+    bool AdmitsInside(const FormHeader& header)
     {
         Failure failure;
-        return accepts(header, m_id, m_object.GetObjectName(), Limits::anySize, failure)
+        return header.BeginsFormOf(m_id, m_object.GetObjectName(), Limits::anySize, failure)
                || m_operation.Fail(failure);
     }
 
-    // Reads the form whose header has been admitted. Behind: the number of bytes behind it that are ignored.
-    bool Read(const Header& header, const QByteArray& content, qint64 behind)
+    // Reads the form whose header was admitted. Behind: the number of ignored bytes after the form.
+    bool Read(const FormHeader& header, const QByteArray& content, qint64 behind)
     {
         return header.id == m_id ? ReadPlain(content, m_order, behind) : ReadCompressed(content, behind);
     }
 
-    // Ending: why the device broke off behind the bytes, if it did.
+    // Ending: why the device broke off after the bytes, if it did.
     bool ReadBytes(const QByteArray& bytes, const Failure& ending = Failure())
     {
         const auto fallShort = [&] {
@@ -193,15 +61,16 @@ public:
         };
         if (bytes.size() > m_limits.inputSize)
             return m_operation.Fail(inputTooLarge(m_limits.inputSize));
-        if (bytes.size() < headerSize)
+        if (bytes.size() < FormHeader::size)
             return fallShort();
-        const Header header(bytes.constData(), m_order);
+        const FormHeader header(bytes.constData(), m_order);
         if (!Admits(header))
             return false;
-        const qint64 behind = bytes.size() - headerSize - header.length;
+        const qint64 behind = bytes.size() - FormHeader::size - header.length;
         if (behind < 0)
             return fallShort();
-        return Read(header, QByteArray::fromRawData(bytes.constData() + headerSize, header.length), behind);
+        return Read(header, QByteArray::fromRawData(bytes.constData() + FormHeader::size, header.length),
+                    behind);
     }
 
 private:
@@ -209,27 +78,27 @@ private:
     {
         QByteArray plain;
         Failure failure;
-        if (!inflate(content, m_limits.inflatedSize, plain, failure))
+        if (!inflatePieces(content, m_limits.inflatedSize, plain, failure))
             return m_operation.Fail(failure);
-        if (plain.size() < headerSize)
+        if (plain.size() < FormHeader::size)
             return m_operation.Fail(cutOff(plain.size()));
-        const Header inner(plain.constData(), QDataStream::BigEndian);
-        if (inner.id == compressedMarker)
+        const FormHeader inner(plain.constData(), QDataStream::BigEndian);
+        if (inner.id == FormHeader::compressedMarker)
             return m_operation.Fail(
                 notAForm(QStringLiteral("The compressed form holds another compressed form.")));
         if (!AdmitsInside(inner))
             return false;
-        const qint64 behindInside = plain.size() - headerSize - inner.length;
+        const qint64 behindInside = plain.size() - FormHeader::size - inner.length;
         if (behindInside < 0)
             return m_operation.Fail(cutOff(plain.size()));
-        return ReadPlain(QByteArray::fromRawData(plain.constData() + headerSize, inner.length),
+        return ReadPlain(QByteArray::fromRawData(plain.constData() + FormHeader::size, inner.length),
                          QDataStream::BigEndian, behind + behindInside);
     }
 
     bool ReadPlain(const QByteArray& content, QDataStream::ByteOrder order, qint64 behind)
     {
         DocumentContext context(DocumentContext::Purpose::Reading);
-        context.SetBaseOffset(headerSize);
+        context.SetBaseOffset(FormHeader::size);
         bool isRead = false;
         try {
             isRead = ReadContent(context, content, order);
@@ -237,7 +106,7 @@ private:
             try {
                 DeliverReport(context);
             } catch (...) {
-                // The other exception is on its way already.
+                // Another exception is already in flight.
             }
             throw;
         }
@@ -267,15 +136,14 @@ private:
         } catch (ModelKitException& exception) {
             Place place = exception.GetPlace();
             if (place.offset >= 0)
-                place.offset += headerSize;
+                place.offset += FormHeader::size;
             if (context.GetFailure().kind != Failure::None) {
                 context.DropReport();
                 Failure failure = context.GetFailure();
                 failure.place = place;
                 return m_operation.Fail(failure);
             }
-            // Where the lengths are wrong, what was noticed may have been none of the entries that were
-            // meant.
+            // When the lengths are wrong, what was reported may be about bytes that were never entries.
             if (dynamic_cast<const BinaryParsingException*>(&exception))
                 context.DropReport();
             m_operation.Refuse(exception, place);
@@ -290,8 +158,8 @@ private:
     Limits m_limits;
 };
 
-// Takes a form from the device of a stream until there are so many bytes of it; false, with the failure
-// noted, when they are not there.
+// Reads from the stream's device until the form has that many bytes. False, with the failure recorded, when
+// they are not there.
 bool takeForm(DocumentOperation& operation, QDataStream& stream, Intake& intake, qint64 size,
               QByteArray& form)
 {
@@ -302,7 +170,7 @@ bool takeForm(DocumentOperation& operation, QDataStream& stream, Intake& intake,
     case Intake::Late:
     case Intake::Quiet:
         putBack(*device, form);
-        // A transaction of the stream's own is rolled back by who began it.
+        // Whoever began a transaction rolls it back.
         if (device->isTransactionStarted())
             stream.setStatus(QDataStream::ReadPastEnd);
         return operation.Fail(
@@ -322,18 +190,19 @@ bool readForm(DocumentOperation& operation, FormReading& reading, QDataStream& s
 {
     QByteArray form;
     Intake intake(*stream.device(), reading.GetLimits().waitingTime);
-    if (!takeForm(operation, stream, intake, headerSize, form))
+    if (!takeForm(operation, stream, intake, FormHeader::size, form))
         return false;
-    const Header header(form.constData(), stream.byteOrder());
+    const FormHeader header(form.constData(), stream.byteOrder());
     if (!reading.Admits(header)) {
         putBack(*stream.device(), form);
         return false;
     }
-    return takeForm(operation, stream, intake, headerSize + qint64(header.length), form)
-           && reading.Read(header, QByteArray::fromRawData(form.constData() + headerSize, header.length), 0);
+    return takeForm(operation, stream, intake, FormHeader::size + qint64(header.length), form)
+           && reading.Read(header,
+                           QByteArray::fromRawData(form.constData() + FormHeader::size, header.length), 0);
 }
 
-// A form that was refused can be tried again by an object of another class.
+// Goes back to the beginning, so that an object of another class can try to read a form that was refused.
 void seekBack(QDataStream& stream, qint64 begin)
 {
     if (begin >= 0 && !stream.device()->seek(begin))
@@ -360,7 +229,7 @@ bool readStream(DocumentOperation& operation, IMKObject& object, int id, QDataSt
     return false;
 }
 
-// The object's form; a null byte array, with the failure noted, when nothing is to be written.
+// The object's form; a null byte array, with the failure recorded, when nothing may be written.
 QByteArray encode(DocumentOperation& operation, const IMKObject& object, int id, const QDataStream& like)
 {
     QByteArray form;
@@ -383,7 +252,7 @@ QByteArray encode(DocumentOperation& operation, const IMKObject& object, int id,
     return form;
 }
 
-// The same compressed.
+// The compressed form.
 QByteArray encodeCompressed(DocumentOperation& operation, const IMKObject& object, int id, int level,
                             QDataStream::ByteOrder order)
 {
@@ -393,11 +262,11 @@ QByteArray encodeCompressed(DocumentOperation& operation, const IMKObject& objec
     QByteArray form;
     QDataStream stream(&form, QIODevice::WriteOnly);
     stream.setByteOrder(order);
-    stream << compressedMarker << compress(plain, level);
+    stream << FormHeader::compressedMarker << compressInPieces(plain, level);
     return form;
 }
 
-// Hands a form to the stream's device. A null one has failed already.
+// Writes the form to the stream's device. For a null form the failure is already recorded.
 void write(DocumentOperation& operation, QDataStream& stream, const QByteArray& form)
 {
     if (form.isNull())
@@ -425,82 +294,42 @@ bool save(DocumentOperation& operation, const QByteArray& form)
 
 } // namespace
 
-bool IsCompressedForm(const QByteArray& form)
-{
-    return form.size() >= headerSize
-           && Header(form.constData(), QDataStream::BigEndian).id == compressedMarker;
-}
-
-bool InflateForm(const QByteArray& form, QByteArray& plain, Failure& failure)
-{
-    plain.clear();
-    if (!IsCompressedForm(form)) {
-        failure = notAForm(QStringLiteral("The bytes do not begin as a compressed form."));
-        return false;
-    }
-    const Header header(form.constData(), QDataStream::BigEndian);
-    if (!accepts(header, compressedMarker, QString(), Limits::Get().inputSize, failure))
-        return false;
-    const auto there = std::min<qint64>(header.length, form.size() - headerSize);
-    const bool inflated =
-        inflate(QByteArray::fromRawData(form.constData() + headerSize, static_cast<int>(there)),
-                Limits::Get().inflatedSize, plain, failure);
-    if (there == header.length)
-        return inflated;
-    failure = cutOff(form.size());
-    return false;
-}
-
-bool registerClass(long long typeCode, const QString& name)
-{
-    const QMutexLocker lock(&classNamesMutex());
-    classNames().insert(frameId(typeCode), name);
-    return true;
-}
-
-QString classNameOf(int id)
-{
-    const QMutexLocker lock(&classNamesMutex());
-    return classNames().value(
-        id, QStringLiteral("class 0x%1").arg(static_cast<unsigned int>(id), 8, 16, QLatin1Char('0')));
-}
-
 void IMKObject::GetBinaryRepresentation(QDataStream& stream) const
 {
     DocumentOperation operation(*this, fileNameOf(stream.device()));
-    write(operation, stream, encode(operation, *this, frameId(m_typeCode), stream));
+    write(operation, stream, encode(operation, *this, frameIdOf(m_typeCode), stream));
 }
 
 QByteArray IMKObject::GetBinaryRepresentationAsQByteArray()
 {
     DocumentOperation operation(*this, QString());
-    return encode(operation, *this, frameId(m_typeCode), QDataStream());
+    return encode(operation, *this, frameIdOf(m_typeCode), QDataStream());
 }
 
 void IMKObject::GetCompressedBinaryRepresentation(QDataStream& stream, int level) const
 {
     DocumentOperation operation(*this, fileNameOf(stream.device()));
     write(operation, stream,
-          encodeCompressed(operation, *this, frameId(m_typeCode), level, stream.byteOrder()));
+          encodeCompressed(operation, *this, frameIdOf(m_typeCode), level, stream.byteOrder()));
 }
 
 QByteArray IMKObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
 {
     DocumentOperation operation(*this, QString());
-    return encodeCompressed(operation, *this, frameId(m_typeCode), level, QDataStream::BigEndian);
+    return encodeCompressed(operation, *this, frameIdOf(m_typeCode), level, QDataStream::BigEndian);
 }
 
 bool IMKObject::SaveBinary(const QString& path) const
 {
     DocumentOperation operation(*this, path);
-    return save(operation, encode(operation, *this, frameId(m_typeCode), QDataStream()));
+    return save(operation, encode(operation, *this, frameIdOf(m_typeCode), QDataStream()));
 }
 
 bool IMKObject::SaveCompressed(const QString& path, int level) const
 {
     DocumentOperation operation(*this, path);
     return save(operation,
-                encodeCompressed(operation, *this, frameId(m_typeCode), level, QDataStream::BigEndian));
+                encodeCompressed(operation, *this, frameIdOf(m_typeCode), level, QDataStream::BigEndian));
 }
 
 bool IMKObject::SetBinaryRepresentation(QByteArray& bytes)
@@ -511,13 +340,13 @@ bool IMKObject::SetBinaryRepresentation(QByteArray& bytes)
 bool IMKObject::SetBinaryRepresentation(const QByteArray& bytes)
 {
     DocumentOperation operation(*this, QString());
-    return FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian).ReadBytes(bytes);
+    return FormReading(operation, *this, frameIdOf(m_typeCode), QDataStream::BigEndian).ReadBytes(bytes);
 }
 
 bool IMKObject::SetBinaryRepresentation(QDataStream& stream)
 {
     DocumentOperation operation(*this, fileNameOf(stream.device()));
-    return readStream(operation, *this, frameId(m_typeCode), stream);
+    return readStream(operation, *this, frameIdOf(m_typeCode), stream);
 }
 
 bool IMKObject::LoadBinary(const QString& path)
@@ -538,7 +367,7 @@ bool IMKObject::LoadBinary(QIODevice* device)
     Failure failure;
     if (!readToEnd(*device, input, failure))
         return operation.Fail(failure);
-    if (FormReading(operation, *this, frameId(m_typeCode), QDataStream::BigEndian)
+    if (FormReading(operation, *this, frameIdOf(m_typeCode), QDataStream::BigEndian)
             .ReadBytes(input.bytes, input.ending))
         return true;
     if (operation.GetOwnFailure().kind == Failure::NotWholeYet)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The names of the classes whose whole-object binary forms a program can meet. Not installed.
+// The names of the classes whose whole-object binary forms a program can encounter. Not installed.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -8,7 +8,10 @@
 
 namespace MODELKIT {
 
-// Makes a class known by the low 32 bits of its type code. Called while libraries are loaded.
+// The id of the frames of a class: the low 32 bits of its type code.
+int frameIdOf(long long typeCode);
+
+// Makes the name of a class known. Called while libraries are loaded.
 MODELKIT_EXPORT bool registerClass(long long typeCode, const QString& name);
 
 // The name of the class with that frame id, or the id in hexadecimal digits.

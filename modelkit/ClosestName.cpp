@@ -9,7 +9,7 @@ namespace MODELKIT {
 
 namespace {
 
-// How many characters have to be put in, left out, replaced or swapped with their neighbours.
+// The edit distance: the number of characters to insert, delete, replace or swap with their neighbours.
 int edits(const QString& a, const QString& b)
 {
     const int width = static_cast<int>(b.size());
@@ -34,7 +34,7 @@ int edits(const QString& a, const QString& b)
 
 constexpr int unlike = 1000;
 
-// The smaller, the more alike.
+// The smaller the distance, the more similar the names.
 int distance(const QString& given, const QString& possible)
 {
     const QString a = given.toCaseFolded();
@@ -53,7 +53,7 @@ int distance(const QString& given, const QString& possible)
     return unlike;
 }
 
-// Longer words are not compared: the time grows with the square, and nobody means them.
+// Longer words are not compared: the time grows with the square of the length, and no name is that long.
 constexpr int longestWord = 100;
 
 } // namespace

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// \file
-/// What somebody may have meant.
+// The name that somebody who misspelt it may have meant. Not installed.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -10,8 +9,8 @@
 
 namespace MODELKIT {
 
-/// The name that is most like \a word, if any is like it: by other case, as its beginning or a part of it, or
-/// by few edits. Of several the first. Null when none is like it.
+// The name that is most like the word: one that differs in case only, begins or ends with the word, contains
+// it, or differs by few edits. The first of several that are equally like it; null when none is like it.
 MODELKIT_EXPORT QString ClosestName(const QString& word, const QStringList& names);
 
 } // namespace MODELKIT

@@ -20,7 +20,7 @@ QDeadlineTimer deadlineAfter(int milliseconds)
                                              : QDeadlineTimer(milliseconds);
 }
 
-// A container of bytes takes no more in Qt 5.
+// The most that a QByteArray can hold in Qt 5.
 constexpr qint64 mostBytes = std::numeric_limits<int>::max() - 64;
 
 } // namespace
@@ -34,7 +34,7 @@ QString fileNameOf(const QIODevice* device)
 QString reasonOf(const QIODevice& device)
 {
     const QString reason = device.errorString();
-    // So a device says that it has nothing to say.
+    // These are Qt's texts when there is no reason.
     const bool isNone = reason.isEmpty() || reason == QLatin1String("Unknown error")
                         || reason == QIODevice::tr("Unknown error");
     return isNone ? QStringLiteral("the device gives no reason") : reason;
@@ -68,7 +68,7 @@ Failure inputTooLarge(qint64 limit)
 
 Intake::Intake(QIODevice& device, int waitingTime)
     : m_device(device), m_deadline(deadlineAfter(waitingTime)),
-      // Reading a file waits by itself, also where it is a pipe.
+      // Reading a file blocks by itself, even when it is a pipe.
       m_waits(device.isSequential() && !qobject_cast<QFileDevice*>(&device))
 {}
 
@@ -97,7 +97,8 @@ Intake::Outcome Intake::Take(qint64 size, QByteArray& bytes)
         }
         if (!m_waits)
             return Ended;
-        // Why waiting was in vain, reading tells: by then more may have come, or the device has ended.
+        // After waiting in vain, one more attempt to read tells whether more has arrived or the device has
+        // ended.
         if (hasWaitedInVain)
             return m_deadline.hasExpired() ? Late : Quiet;
         hasWaitedInVain = !Wait();
@@ -181,7 +182,7 @@ bool readToEnd(QIODevice& device, Input& input, Failure& failure)
         try {
             device.close();
         } catch (...) {
-            // The other exception is on its way already.
+            // Another exception is already in flight.
         }
         throw;
     }
@@ -190,7 +191,7 @@ bool readToEnd(QIODevice& device, Input& input, Failure& failure)
 bool writeAll(QIODevice& device, const QByteArray& bytes, QString& reason)
 {
     for (qint64 at = 0; at < bytes.size();) {
-        // A device that takes less than it is given says why only when it is asked again.
+        // A device that accepts only a part gives the reason at the next attempt.
         const qint64 written = device.write(bytes.constData() + at, bytes.size() - at);
         if (written <= 0) {
             reason = reasonOf(device);
@@ -206,7 +207,7 @@ bool flush(QIODevice& device, QString& reason)
     auto* const file = qobject_cast<QFileDevice*>(&device);
     if (!file)
         return true;
-    // As above: one time only a part may be written, for no reason that the system gives.
+    // As above: the system may write only a part and give no reason yet.
     qint64 left = file->bytesToWrite();
     while (true) {
         const bool isFlushed = file->flush();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading from and writing to devices; every result counts. Not installed.
+// Reading from and writing to devices; every result is checked. Not installed.
 #pragma once
 
 #include "modelkit/Failure.h"
@@ -21,22 +21,22 @@ QString reasonOf(const QIODevice& device);
 Failure cannotRead(const QIODevice* device, const QString& reason);
 Failure cannotWrite(const QString& what, const QString& reason);
 
-// Takes bytes from a device, waiting for one that delivers later.
+// Takes bytes from a device, and waits for one whose data arrive later.
 class Intake
 {
 public:
     enum Outcome
     {
         Whole,
-        Ended, // the device has no more to give
-        Quiet, // it has nothing now and cannot be waited for, but does not say that it has ended
-        Late,  // the time is over, and more may come
+        Ended, // the device has no more data
+        Quiet, // it has none now and waiting is impossible, but it has not reported its end
+        Late,  // the time is over, and more may arrive
         Broken // the device failed or was closed; GetReason() says why
     };
 
-    // WaitingTime: in milliseconds, for all calls together.
+    // WaitingTime: in milliseconds, for all calls of Take() together.
     Intake(QIODevice& device, int waitingTime);
-    // Takes bytes until there are that many. Memory grows with what comes.
+    // Appends to bytes until there are that many. Allocates memory only as data arrive.
     Outcome Take(qint64 size, QByteArray& bytes);
 
     const QString& GetReason() const { return m_reason; }
@@ -50,29 +50,29 @@ private:
     QString m_reason;
 };
 
-// Gives the bytes that were taken last back to a device that cannot seek. In a transaction that is left to
-// who began it.
+// Gives the bytes that were taken last back to a device that cannot seek. During a transaction it does
+// nothing, because whoever began the transaction can roll it back.
 void putBack(QIODevice& device, const QByteArray& bytes);
 
-// What is left in a device.
+// The rest of a device's data.
 struct Input
 {
     QByteArray bytes;
-    // Why nothing came behind the bytes, unless the device told its end. A connection that was closed fails,
-    // and another device may only be quiet: whether something is missing is for the bytes to tell.
+    // Why nothing followed the bytes, unless the device reported its end. Some devices fail at their end, as
+    // a closed connection does, or merely stay quiet: only the bytes show whether something is missing.
     Failure ending;
 };
 
-// Reads to the end, within Limits::inputSize and Limits::waitingTime. A closed device is open while it is
-// read. False, with the reason in failure, when there is nothing to make a document of.
+// Reads to the end, within Limits::inputSize and Limits::waitingTime. A closed device is opened while it is
+// read. False, with the reason in failure, when there is nothing that could be a document.
 bool readToEnd(QIODevice& device, Input& input, Failure& failure);
 
 Failure inputTooLarge(qint64 limit);
 
-// Writes all of the bytes; the reason is the device's at the moment when it failed.
+// Writes all bytes. When it fails, reason is what the device gave as the reason.
 bool writeAll(QIODevice& device, const QByteArray& bytes, QString& reason);
 
-// Brings what a file still holds back to the system.
+// Passes what a file has buffered to the operating system.
 bool flush(QIODevice& device, QString& reason);
 
 } // namespace MODELKIT

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What one operation on a whole document has to know beyond the object on which it works. Not installed.
+// The state of one operation on a whole document, beside the object itself. Not installed.
 #pragma once
 
 #include "modelkit/Failure.h"
@@ -15,13 +15,13 @@ class QXmlStreamReader;
 
 namespace MODELKIT {
 
-// Exists while an operation reads or writes a whole document, or transfers one object into another, in this
-// thread. Records ask for it through Current(), once for each operation; without one they read and write
-// as `ProcessXml`, `SetBinary` and `GetBinary` do when they are called directly.
+// Exists while an operation in this thread reads or writes a whole document, or transfers one object into
+// another. Records ask for it through Current(), once for each operation. Without one, `ProcessXml`,
+// `SetBinary` or `GetBinary` was called directly.
 class MODELKIT_EXPORT DocumentContext
 {
 public:
-    // Transfer: the binary form serves as a carrier from object to object and keeps everything.
+    // Transfer: the binary form carries the content from object to object without loss.
     enum class Purpose
     {
         Reading,
@@ -37,16 +37,16 @@ public:
     static DocumentContext* Current() noexcept;
 
     bool IsTransfer() const { return m_purpose == Purpose::Transfer; }
-    // Whether a text that the form cannot carry is refused with a NotRepresentableException. Otherwise its
-    // lone surrogates are written as question marks.
+    // Whether a text that the form cannot represent is refused with a NotRepresentableException. Otherwise
+    // its lone surrogates are written as question marks.
     bool RefusesUnrepresentable() const { return m_purpose != Purpose::Reading; }
     const Limits& GetLimits() const { return m_limits; }
 
-    // --- limits: false, with the failure noted, when one is exceeded
+    // --- limits: false, with the failure recorded, when one is exceeded
 
     // Called with every token that is read.
     bool CountToken(QXmlStreamReader& reader);
-    // Called before an item is appended to a list of that many.
+    // Called before an item is appended to a list that has that many.
     bool AdmitsItem(qint64 items);
 
     void Fail(Failure::Kind kind, const QString& text);
@@ -55,23 +55,23 @@ public:
     // --- report
 
     bool IsReporting() const { return m_report != nullptr; }
-    // An entry at the place where the reader stands; line, column and path are found afterwards.
+    // An entry at the reader's position; line, column and path are found afterwards.
     void Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader);
     // An entry at a byte offset of the binary form, in the member that was entered last.
     void Report(ReadingReport::Kind kind, const QString& text, qint64 offset, const QString& member);
 
-    // The number of bytes of a binary form in front of the frame's content.
+    // The offset of the frame's content in the binary form.
     void SetBaseOffset(qint64 offset) { m_baseOffset = offset; }
 
-    // The way down to the member that is being read from a binary form; kept for the report only.
+    // The path to the member that is being read from a binary form; kept for the report only.
     void Enter(const QString& name) { m_path.append(name); }
     void Leave() { m_path.removeLast(); }
 
-    // Forgets the entries of a document that turns out to be none.
+    // Drops the entries, because the document turned out to be none.
     void DropReport();
 
-    // Hands the entries to the report. Those of an XML document get the places that find(characterOffset)
-    // returns. Names can be long and paths deep: entries for whose paths there is no room are dropped.
+    // Passes the entries to the report. Those of an XML document get the places that find(characterOffset)
+    // returns. Names can be long and paths deep: entries whose paths exceed the maximum are dropped.
     template <class Find>
     void DeliverReport(const Find& find)
     {
@@ -86,7 +86,7 @@ public:
     bool HasNoticed() const { return !m_noticed.isEmpty(); }
 
 private:
-    // An entry, and where the reader stood in an XML document.
+    // An entry, and the reader's offset in an XML document or -1.
     struct Noticed
     {
         ReadingReport::Entry entry;

@@ -40,10 +40,10 @@ DocumentOperation::~DocumentOperation()
         try {
             Log();
         } catch (...) {
-            // The other exception is on its way already.
+            // Another exception is already in flight.
         }
     }
-    // A device or a log sink may have called other operations in between.
+    // A device or a log sink may have called other operations in the meantime.
     setLastFailure(m_failure);
 }
 

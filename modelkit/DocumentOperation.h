@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the operations on whole documents begin and end. Not installed.
+// The beginning and the end of every operation on a whole document. Not installed.
 #pragma once
 
 #include "modelkit/Exceptions.h"
@@ -11,30 +11,30 @@ namespace MODELKIT {
 
 class IMKObject;
 
-// One operation on a whole document: begins with a clean slate and notes how it ended, for
-// GetLastFailure() and in the logger.
+// One operation on a whole document. It clears the thread's last failure, and records how the operation ended
+// for GetLastFailure() and in the log.
 class DocumentOperation
 {
 public:
     DocumentOperation(const IMKObject& object, const QString& file);
     DocumentOperation(const DocumentOperation&) = delete;
     DocumentOperation& operator=(const DocumentOperation&) = delete;
-    // An exception that nobody has refused is noted as an interruption.
+    // An exception that was not passed to Refuse() is recorded as an interruption.
     ~DocumentOperation();
 
-    // Notes the failure and returns false.
+    // Records the failure and returns false.
     bool Fail(const Failure& failure);
     bool Fail(Failure::Kind kind, const QString& text, const Place& place = Place());
 
-    // Notes an exception that is about to be passed on and gives it its place.
+    // Records an exception that is about to be passed on, and sets its place.
     void Refuse(ModelKitException& exception, Place place);
 
     const QString& GetFile() const { return m_file; }
 
-    // Unlike the thread's last failure this one is not changed by operations that a log sink calls.
+    // Unlike the thread's last failure, this one is not changed by operations that a log sink calls.
     const Failure& GetOwnFailure() const { return m_failure; }
 
-    // That of the thread's last operation.
+    // The failure of the thread's last operation.
     static const Failure& GetLastFailure();
 
 private:
@@ -46,7 +46,7 @@ private:
     Failure m_failure;
 };
 
-// That validation lets nothing of the object be written.
+// The failure of writing an object that validation does not allow to be written.
 Failure nothingToWrite(const IMKObject& object);
 
 } // namespace MODELKIT

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "modelkit/Exceptions.h"
 
-#include "modelkit/NotRepresentableException.h"
-
-// The special members stand here and not in the header so that each class has its type
-// information in this library: an exception thrown in one module is then caught in another.
+// The special members are defined here and not in the header, so that the type information of each class is
+// in this library. Only then can one module catch an exception that another one throws.
 
 ModelKitException::ModelKitException(const QString& text) : m_text(text), m_utf8(text.toUtf8()) {}
 ModelKitException::ModelKitException(const ModelKitException&) noexcept = default;
@@ -34,9 +32,5 @@ OutOfRangeException::OutOfRangeException(const QString& text, const QString& off
 {}
 const QString& OutOfRangeException::GetOffendingValue() const noexcept { return m_offendingValue; }
 const QString& OutOfRangeException::GetClosest() const noexcept { return m_closest; }
-
-namespace MODELKIT {
-MODELKIT_DEFINE_EXCEPTION(NotRepresentableException, ModelKitException)
-} // namespace MODELKIT
 
 #undef MODELKIT_DEFINE_EXCEPTION

@@ -2,8 +2,8 @@
 /// \file
 /// The exceptions of the base object library and of the records built on it.
 ///
-/// Every failure that a record reports is one of the four leaf classes. Each can be caught as its
-/// own class, as `MKException`, as `ModelKitException` and as `std::exception`.
+/// Every exception that a record throws is of one of the four leaf classes. It can be caught as that class,
+/// as `MKException`, as `ModelKitException` or as `std::exception`.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -18,11 +18,11 @@
 class MODELKIT_EXPORT ModelKitException : public std::exception
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit ModelKitException(const QString& text);
-    /// Copies the text and what else the exception tells.
+    /// Copies the exception with all that it holds.
     ModelKitException(const ModelKitException& other) noexcept;
-    /// As the copy constructor.
+    /// Copies like the copy constructor.
     ModelKitException& operator=(const ModelKitException& other) noexcept;
     ~ModelKitException() override;
 
@@ -32,12 +32,12 @@ public:
     /// The message text in UTF-8; valid as long as the exception lives.
     const char* what() const noexcept override;
 
-    /// Where it happened. Exceptions that pass through the operations that read whole documents have a
-    /// place in the document; those of checking and writing have the path of the record that they are
-    /// about; others have none. The place is no part of the text.
+    /// Where it happened. An exception from an operation that reads a whole document has a place in the
+    /// document. One from checking or writing has the path of the record that it is about. Others have an
+    /// empty place. The text does not include the place.
     const MODELKIT::Place& GetPlace() const noexcept;
 
-    /// Notes where in a document it happened.
+    /// Sets where in a document it happened.
     void SetPlace(const MODELKIT::Place& place);
 
 private:
@@ -50,11 +50,11 @@ private:
 class MODELKIT_EXPORT MKException : public ModelKitException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit MKException(const QString& text);
-    /// Copies the text and what else the exception tells.
+    /// Copies the exception with all that it holds.
     MKException(const MKException& other) noexcept;
-    /// As the copy constructor.
+    /// Copies like the copy constructor.
     MKException& operator=(const MKException& other) noexcept;
     ~MKException() override;
 };
@@ -63,22 +63,22 @@ public:
 class MODELKIT_EXPORT OutOfRangeException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit OutOfRangeException(const QString& text);
-    /// About a value of which a text is known, and the valid one that may have been meant.
+    /// For a value that has a text, and the valid value that may have been meant.
     OutOfRangeException(const QString& text, const QString& offendingValue, const QString& closest);
-    /// Copies the text and what else the exception tells.
+    /// Copies the exception with all that it holds.
     OutOfRangeException(const OutOfRangeException& other) noexcept;
-    /// As the copy constructor.
+    /// Copies like the copy constructor.
     OutOfRangeException& operator=(const OutOfRangeException& other) noexcept;
     ~OutOfRangeException() override;
 
-    /// The value as it was read or passed, for example "Replay" or "7"; null when it has no text. It is
-    /// no part of the message, may come from a document, and is as long as it was there.
+    /// The value as it was read or passed, for example "Replay" or "7"; null when it has no text. The message
+    /// does not include it. It may come from a document and may be long.
     const QString& GetOffendingValue() const noexcept;
 
     /// The name of the enumerator that is most like the value, for example "Reply"; empty when none is
-    /// like it, and when it is no enumerator that is asked for.
+    /// like it, or when the member is no enumeration.
     const QString& GetClosest() const noexcept;
 
 private:
@@ -90,24 +90,24 @@ private:
 class MODELKIT_EXPORT IncompleteDefinitionException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit IncompleteDefinitionException(const QString& text);
-    /// Copies the text and what else the exception tells.
+    /// Copies the exception with all that it holds.
     IncompleteDefinitionException(const IncompleteDefinitionException& other) noexcept;
-    /// As the copy constructor.
+    /// Copies like the copy constructor.
     IncompleteDefinitionException& operator=(const IncompleteDefinitionException& other) noexcept;
     ~IncompleteDefinitionException() override;
 };
 
-/// XML input cannot give a member a value.
+/// XML input holds no valid value for a member.
 class MODELKIT_EXPORT InvalidXmlException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit InvalidXmlException(const QString& text);
-    /// Copies the text and what else the exception tells.
+    /// Copies the exception with all that it holds.
     InvalidXmlException(const InvalidXmlException& other) noexcept;
-    /// As the copy constructor.
+    /// Copies like the copy constructor.
     InvalidXmlException& operator=(const InvalidXmlException& other) noexcept;
     ~InvalidXmlException() override;
 };
@@ -116,11 +116,11 @@ public:
 class MODELKIT_EXPORT BinaryParsingException : public MKException
 {
 public:
-    /// Takes the message text as it stands.
+    /// Takes the message text unchanged.
     explicit BinaryParsingException(const QString& text);
-    /// Copies the text and what else the exception tells.
+    /// Copies the exception with all that it holds.
     BinaryParsingException(const BinaryParsingException& other) noexcept;
-    /// As the copy constructor.
+    /// Copies like the copy constructor.
     BinaryParsingException& operator=(const BinaryParsingException& other) noexcept;
     ~BinaryParsingException() override;
 };

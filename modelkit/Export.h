@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Marks what the base object library makes visible to other modules.
+/// Marks what the base object library exports.
 #pragma once
 
 #include <QtCore/qglobal.h>

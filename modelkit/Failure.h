@@ -18,7 +18,7 @@ struct MODELKIT_EXPORT Failure
     {
         None = 0,           ///< the operation succeeded
         InputOutput,        ///< a file or device could not be opened, read or written
-        NotWellFormed,      ///< the text is not an XML document
+        NotWellFormed,      ///< the XML is not well-formed or its encoding is damaged
         WrongRoot,          ///< the root element is not that of the object
         DoctypeRefused,     ///< the document has a document type declaration
         InputTooLarge,      ///< Limits::inputSize is exceeded
@@ -26,25 +26,25 @@ struct MODELKIT_EXPORT Failure
         NestedTooDeep,      ///< Limits::nestingDepth is exceeded
         TooManyAttributes,  ///< Limits::attributes is exceeded
         TooManyItems,       ///< Limits::listItems is exceeded
-        NotABinaryForm,     ///< the bytes are no whole-object form, or one that is cut off
-        WrongClass,         ///< the binary form is one of another class
+        NotABinaryForm,     ///< the bytes are not a whole-object form, or the form is cut off
+        WrongClass,         ///< the binary form, or the object to be merged, is of another class
         DamagedCompression, ///< the compressed form cannot be inflated
-        NotRepresentable,   ///< the content holds text that the form cannot carry
+        NotRepresentable,   ///< the content holds text that the form cannot represent
         Refused,            ///< a record threw an exception, which was passed on
         EncodingRefused,    ///< the XML declaration names an encoding that is not accepted
-        NotWholeYet,        ///< not all has arrived in time; device and object are as before
-        Interrupted,        ///< a device, a log sink or the allocator threw an exception, which was passed on
-        NothingToWrite      ///< validation is on and the object lacks its data, so that nothing was written
+        NotWholeYet,   ///< the document did not arrive completely in time; device and object are unchanged
+        Interrupted,   ///< a device, a log sink or the allocator threw an exception, which was passed on
+        NothingToWrite ///< validation is on and the object lacks required data; nothing was written
     };
 
-    /// What went wrong, in one word.
+    /// What went wrong.
     Kind kind = None;
     /// One sentence without the place.
     QString text;
-    /// Where, as far as that is known.
+    /// Where it went wrong, as far as that is known.
     Place place;
 
-    /// One sentence with file, position and path, as far as they are known, for example
+    /// The text with file, position and path, as far as they are known, for example
     /// "request.xml:4:5: Opening and ending tag mismatch. (in /PelLu300RouterInterfaceXml)".
     QString GetSentence() const;
 };

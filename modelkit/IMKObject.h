@@ -30,8 +30,8 @@ namespace MODELKIT {
 /// the operations on whole documents, which are built on the object's own `GetXml`, `ProcessXml`,
 /// `GetBinary` and `SetBinary`.
 ///
-/// The order of the virtual operations is part of the library's binary interface: new ones may only
-/// be added behind the last.
+/// The order of the virtual operations is part of the library's binary interface: a new one may only
+/// be added after the last.
 ///
 /// An object must not be used from two threads at once, not even for reading: the validation flag
 /// and the logger are written by const operations.
@@ -43,29 +43,29 @@ public:
 
     virtual ~IMKObject();
 
-    /// True when the object holds the data that it must have to be written under validation.
+    /// Whether the object holds the data without which it is not written while validation is on.
     virtual bool HasData() const = 0;
 
-    /// Forgets the content; defaults stay.
+    /// Discards the content. Defaults stay.
     virtual void Reset() = 0;
 
     /// Applies the object's rules to its content and to the objects that it owns.
-    /// \param flag handed unchanged to the owned objects.
-    /// \throws MKException (a class below it) at the first rule that is broken.
+    /// \param flag passed on unchanged to the owned objects.
+    /// \throws MKException (a class derived from it) at the first rule that is broken.
     virtual void Check(bool flag) const = 0;
 
     /// `Check(false)`.
     virtual void Check() const = 0;
 
     /// \name Invalid markers
-    /// One value of each type stands for "no value": `SetInvalid` stores it, `IsValid` is false
-    /// for it and true for every other value. The markers are: a quiet NaN (any NaN is invalid)
-    /// for `float` and `double`, the largest value for `unsigned int`, the smallest value for `int`
-    /// and `long long`, the null string, and an invalid `QDateTime`. A `bool` is always valid.
+    /// One value of each type means "no value": `SetInvalid` stores it, and `IsValid` is false for it
+    /// and true for every other value. The markers are a quiet NaN for `float` and `double` (any NaN is
+    /// invalid), the largest value of `unsigned int`, the smallest value of `int` and `long long`, the
+    /// null string, and an invalid `QDateTime`. A `bool` is always valid.
     /// The markers are independent of what the members of a record accept.
     /// @{
     virtual bool IsValid(float value) const;            ///< false for the marker
-    virtual bool IsValid(bool value) const;             ///< false for the marker
+    virtual bool IsValid(bool value) const;             ///< always true
     virtual bool IsValid(unsigned int value) const;     ///< false for the marker
     virtual bool IsValid(long long value) const;        ///< false for the marker
     virtual bool IsValid(const QDateTime& value) const; ///< false for the marker
@@ -81,196 +81,200 @@ public:
     /// @}
 
     /// Writes the object as one element at the writer's position; starts and ends no document.
-    /// \throws MKException what `Check()` throws, when validation is on. The object has then written
-    /// nothing; when the failing object is an owned one, the elements around it stay open.
+    /// \throws MKException what `Check()` throws, when validation is on. The object that fails has
+    /// written nothing; when it is an owned object, the elements around it stay open.
     virtual void GetXml(QXmlStreamWriter& writer) const = 0;
 
     /// Writes the object as one binary frame at the stream's position.
     ///
-    /// The frame is \a id (only when \a writeId is true), the number of bytes that follow the
-    /// length, and the content. A device outside memory gets it in one piece when it is complete; what
-    /// it does not take shows in the stream's status. The stream's byte order is used as it stands.
+    /// The frame consists of \a id (only when \a writeId is true), the length of the content in bytes,
+    /// and the content. A device that is not in memory receives the complete frame in one piece; the
+    /// stream's status tells when the device did not accept all of it. The stream's byte order applies.
     /// A lone surrogate in a text is written as a question mark; the operations on whole documents
     /// refuse it instead.
     /// \returns false when validation is on and `HasData()` is false; nothing is written then.
-    /// \throws MKException what `Check()` throws, when validation is on; nothing is written then
-    /// unless it is an owned object that fails; a device outside memory gets nothing even then.
+    /// \throws MKException what `Check()` throws, when validation is on. Nothing is written then, unless an
+    /// owned object fails and the device is in memory.
     virtual bool GetBinary(QDataStream& stream, int id, bool writeId) const = 0;
 
-    /// Reads the content of one binary frame of \a length bytes; the caller has consumed the id and
-    /// the length. Members that the frame does not hold keep their values.
-    /// \throws BinaryParsingException when the bytes read and \a length disagree; members read until
-    /// then keep their new values.
+    /// Reads the content of one binary frame, which is \a length bytes long. The caller has already read
+    /// the id and the length. Members that the frame does not hold keep their values.
+    /// \throws BinaryParsingException when the bytes read do not add up to \a length; members read so far
+    /// keep their new values.
     virtual void SetBinary(QDataStream& stream, int length) = 0;
 
     /// \name Whole documents
     ///
     /// Every operation that reads replaces the content and obeys the Limits. It returns false, with
-    /// the reason in GetLastFailure(), when the input cannot be read, is no document of this object
-    /// or exceeds a limit. What a record throws passes through unchanged, with its place attached.
-    /// The object is then unchanged as long as nothing of its own element or frame was read;
-    /// otherwise it holds what was read until the failure.
+    /// the reason in GetLastFailure(), when the input cannot be read, is not a document of this object
+    /// or exceeds a limit. An exception that a record throws passes through with its place attached.
+    /// After a failure the object is unchanged if reading had not yet reached its own element or frame;
+    /// otherwise it holds what was read before the failure.
     ///
-    /// Reading from a device begins at its position. A closed device is opened for the time of reading. A
-    /// device that delivers later, such as a socket, is waited for, as long as Limits::waitingTime says; when
-    /// that was not enough the failure is of kind Failure::NotWholeYet, and device and object are as they
-    /// were, unless the device was closed before. (Files that are pipes wait by themselves, without a limit.)
+    /// Reading from a device begins at its current position. A closed device is opened while it is read. On a
+    /// device whose data arrive later, such as a socket, reading waits for up to Limits::waitingTime. When
+    /// that is not enough, the failure is of kind Failure::NotWholeYet, and device and object are as they
+    /// were, unless the device was closed before. (Reading a file that is a pipe waits without a limit.)
     ///
-    /// Every failure, exceptions included, is written to the logger as an error in one sentence.
+    /// Every failure, including every exception, is logged as one error.
     /// @{
 
-    /// Replaces the content by that of an XML document whose root element carries the object's name. The
-    /// encoding that the declaration names does not matter, but must be known to Qt.
-    /// \param check whether `Check()` is called after reading.
+    /// Replaces the content by that of an XML document whose root element has the object's name. The encoding
+    /// in the XML declaration has no effect, but Qt must know it.
+    /// \param check whether to call `Check()` after reading.
     /// \throws MKException what reading and `Check()` throw.
     virtual bool SetXmlString(const QString& xml, bool check);
 
-    /// As above, from bytes in the encoding of the byte order mark, or else of the declaration, or else
-    /// UTF-8. Accepted are UTF-8, UTF-16, UTF-32 and encodings that extend ASCII and keep no state, such as
-    /// ISO-8859, windows-125x, KOI8, EUC-JP, Shift_JIS, GB18030 and Big5, as far as Qt knows them; a
-    /// declaration of another one is a Failure::EncodingRefused.
+    /// As above, from bytes. The byte order mark determines the encoding, or else the XML declaration;
+    /// without both it is UTF-8. UTF-8, UTF-16 and UTF-32 are accepted, and so are the stateless encodings
+    /// that extend ASCII, such as ISO-8859, windows-125x, KOI8, EUC-JP, Shift_JIS, GB18030 and Big5, if Qt
+    /// knows them. Any other declared encoding is a Failure::EncodingRefused.
     bool SetXmlBytes(const QByteArray& xml, bool check = false);
 
     /// Replaces the content by that of a whole-object binary form, plain or compressed, as
     /// GetBinaryRepresentation() and GetCompressedBinaryRepresentation() write it in big-endian byte
-    /// order. Bytes behind the form are ignored, which a ReadingReport tells.
+    /// order. Bytes after the form are ignored; a ReadingReport mentions them.
     /// \throws MKException what `SetBinary` throws.
     virtual bool SetBinaryRepresentation(QByteArray& bytes);
 
     /// As above.
     bool SetBinaryRepresentation(const QByteArray& bytes);
 
-    /// As above; reads from the stream's position in the stream's byte order and leaves the stream
-    /// behind the form.
+    /// As above; reads from the stream's position, in the stream's byte order, and leaves the stream
+    /// after the form.
     ///
-    /// Where the form is not whole, what was there is put back. On a device in memory or a file the failure
-    /// is of kind Failure::NotABinaryForm and the stream's status `ReadPastEnd`: call again when there is
-    /// more. On a device that delivers later it is of kind Failure::NotWholeYet. Only when such a device
-    /// failed or was closed, which is a Failure::InputOutput, or a pipe has ended, what was there is gone.
+    /// When the form is incomplete, the bytes that were read are put back, and the call can be repeated when
+    /// there are more. On a file or a device in memory the failure is of kind Failure::NotABinaryForm and the
+    /// stream's status is `ReadPastEnd`. On a device whose data arrive later it is of kind
+    /// Failure::NotWholeYet. The bytes are lost only when such a device failed or was closed, which is a
+    /// Failure::InputOutput, or when a pipe has ended.
     virtual bool SetBinaryRepresentation(QDataStream& stream);
 
-    /// Takes over what \a other has set, on top of the own content; the items of lists are appended.
-    /// What is taken over is what the binary form carries: texts, the selected payload of a fragment, and the
-    /// invalid value for a number that is no enumerator; but doubles keep their full precision. Neither
-    /// validation flag nor completeness of \a other matters; the rules of this object's setters apply when
-    /// its validation is on. \returns false, changing nothing, when \a other is an object of another class or
-    /// a text holds half of a surrogate pair. \throws MKException what the setters throw; what was taken over
-    /// until then stays.
+    /// Adds what is set in \a other to this object's content: values that are set in \a other replace those
+    /// of this object, and list items are appended.
+    ///
+    /// Values are transferred as in the binary form: only the selected payload of a fragment, and the invalid
+    /// value in place of a number that is no enumerator. But doubles keep their full precision.
+    /// \a other need not be complete, and its validation flag has no effect. When validation is on in this
+    /// object, the rules of its setters apply.
+    /// \returns false, changing nothing, when \a other is an object of another class or a text holds half of
+    /// a surrogate pair.
+    /// \throws MKException what the setters throw; what was transferred before stays.
     virtual bool MergeMKObject(const IMKObject& other);
 
     /// @}
 
-    /// The kind that the object was constructed with.
+    /// The kind with which the object was constructed, or which SetObjectType() has set.
     virtual ObjectTypes GetObjectType();
 
-    /// The object's name: for a record its class name, which is also its XML element's name and the
-    /// beginning of its messages.
+    /// The object's name. For a record it is the class name, which is also the name of its XML element and
+    /// the beginning of its messages.
     virtual const QString& GetObjectName() const;
 
-    /// Reads the element on whose start the reader stands: calls ProcessXmlStartElement() for each
-    /// start element inside it and returns with the reader on the end element of the same name, or
-    /// at the end of the input. Errors of well-formedness stay in the reader. A reader that does not
-    /// stand on a start element is left as it is.
+    /// Reads the element at whose start tag the reader is: calls ProcessXmlStartElement() for each
+    /// start tag inside it and returns with the reader at the end tag of the same name, or at the end of
+    /// the input. When the XML is not well-formed, the reader holds the error. A reader that is not at a
+    /// start tag is left as it is.
     virtual void ProcessXml(QXmlStreamReader& reader);
 
     /// \name Whole documents
     /// @{
 
-    /// The object as an XML document with declaration, indented by two blanks.
+    /// The object as an XML document with an XML declaration, indented by two spaces.
     /// \returns a null string, with the reason in GetLastFailure(), when a text holds a character
-    /// that XML cannot carry, or validation is on and `HasData()` is false.
+    /// that XML cannot represent, or when validation is on and `HasData()` is false.
     /// \throws MKException what `GetXml` throws.
     virtual QString GetXmlString();
 
-    /// As above, without white space between the elements.
+    /// As above, without white space between elements.
     QString GetCompactXmlString() const;
 
-    /// As above, in UTF-8, which the declaration names: the bytes that SaveXml() and SaveCompactXml() write.
-    /// A null byte array on failure.
+    /// As above, in UTF-8, which the XML declaration names: the bytes that SaveXml() and SaveCompactXml()
+    /// write. A null byte array on failure.
     QByteArray GetXmlBytes(XmlLayout layout = XmlLayout::Indented) const;
 
     /// Writes the whole-object form: the binary frame with the object's type code as its id, in the byte
-    /// order of the stream. The device gets it in one piece, and a file is flushed. To save a file use
-    /// SaveBinary().
+    /// order of the stream. The device receives it in one piece, and a file is flushed. Use SaveBinary() to
+    /// save a file.
     ///
-    /// Whether it was written is in GetLastFailure(), and the stream's status is `WriteFailed` when the
-    /// device did not take it all. Nothing at all is written when validation is on and `HasData()` is false,
-    /// or when a text holds half of a surrogate pair. \throws MKException what `GetBinary` throws; nothing is
-    /// written then.
+    /// GetLastFailure() tells whether it was written; the stream's status is `WriteFailed` when the device
+    /// did not accept all of it. Nothing is written when validation is on and `HasData()` is false, or when a
+    /// text holds half of a surrogate pair.
+    /// \throws MKException what `GetBinary` throws; nothing is written then.
     virtual void GetBinaryRepresentation(QDataStream& stream) const;
 
-    /// The whole-object form in big-endian byte order; empty, with the reason in GetLastFailure(), when
-    /// nothing is written.
+    /// The whole-object form in big-endian byte order; empty, with the reason in GetLastFailure(), where
+    /// GetBinaryRepresentation() writes nothing.
     /// \throws MKException what `GetBinary` throws.
     virtual QByteArray GetBinaryRepresentationAsQByteArray();
 
     /// Writes the whole-object form compressed with zlib; otherwise as GetBinaryRepresentation().
-    /// \param level from 0 (none) to 9 (smallest), -1 for zlib's default; others are clamped.
+    /// \param level from 0 (none) to 9 (smallest), or -1 for zlib's default; other values are clamped.
     /// \throws MKException what `GetBinary` throws.
     virtual void GetCompressedBinaryRepresentation(QDataStream& stream, int level) const;
 
     /// As above, as a byte array in big-endian byte order.
     virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
-    /// Replaces the content by that of an XML file, in an encoding as with SetXmlBytes().
+    /// Replaces the content by that of an XML file, in any encoding that SetXmlBytes() accepts.
     /// \throws MKException what reading throws.
     virtual bool LoadXml(const QString& path);
 
-    /// As above, from the position of an open file, which may be a pipe or standard input, to its
-    /// end; a closed one is opened for the time of reading.
+    /// As above, from the current position of an open file, which may be a pipe or standard input, to its
+    /// end. A closed file is opened while it is read.
     virtual bool LoadXml(QFile* file);
 
     /// As above, from any device.
     bool LoadXml(QIODevice* device);
-    /// Fails, as with any file or device that is null.
+    /// Fails like a null pointer to a file or device.
     bool LoadXml(std::nullptr_t);
 
     /// Replaces the content by that of a file in the whole-object form, plain or compressed, in
-    /// big-endian byte order. Bytes behind the form are ignored, which a ReadingReport tells.
+    /// big-endian byte order. Bytes after the form are ignored; a ReadingReport mentions them.
     /// \throws MKException what reading throws.
     bool LoadBinary(const QString& path);
 
-    /// As above; the file as with LoadXml().
+    /// As above, from a file as LoadXml() takes it.
     virtual bool LoadBinary(QFile* file);
 
     /// As above, from any device, which is read to its end.
     bool LoadBinary(QIODevice* device);
-    /// Fails, as with any file or device that is null.
+    /// Fails like a null pointer to a file or device.
     bool LoadBinary(std::nullptr_t);
 
-    /// Saves the object as an XML document in UTF-8 with declaration, indented by two blanks. An
-    /// existing file stays as it is until the new one is written whole, and then is replaced at once.
+    /// Saves the object as an XML document in UTF-8 with an XML declaration, indented by two spaces. An
+    /// existing file is replaced atomically, once the new one is completely written.
     /// \returns false, with the reason in GetLastFailure(), when the file cannot be written, a text
-    /// holds a character that XML cannot carry, or validation is on and `HasData()` is false.
+    /// holds a character that XML cannot represent, or validation is on and `HasData()` is false.
     /// \throws MKException what `GetXml` throws.
     virtual bool SaveXml(const QString& path) const;
 
-    /// As above, without white space between the elements.
+    /// As above, without white space between elements.
     bool SaveCompactXml(const QString& path) const;
 
     /// Saves the object in the whole-object form, in big-endian byte order, replacing an existing file as
     /// SaveXml() does.
     /// \returns false, with the reason in GetLastFailure(), when the file cannot be written, a text holds
-    /// half of a surrogate pair, or validation is on and `HasData()` is false. \throws MKException what
-    /// `GetBinary` throws.
+    /// half of a surrogate pair, or validation is on and `HasData()` is false.
+    /// \throws MKException what `GetBinary` throws.
     bool SaveBinary(const QString& path) const;
 
     /// As above, compressed.
-    /// \param level as with GetCompressedBinaryRepresentation().
+    /// \param level as for GetCompressedBinaryRepresentation().
     bool SaveCompressed(const QString& path, int level = -1) const;
 
     /// @}
 
-    /// Switches the rules of setters, readers and writers on or off, also in the owned objects.
+    /// Switches the rules of setters, readers and writers on or off, in this object and the owned objects.
     virtual void SetValidate(bool validate) const;
 
     /// The validation flag; off in a new object.
     virtual bool GetValidate() const;
 
-    /// Sets the logger, also in the owned objects.
+    /// Sets the logger of this object and the owned objects.
     virtual void SetLogger(std::shared_ptr<Logger> logger) const;
 
-    /// Lets go of the logger; the owned objects follow at their owner's next operation.
+    /// Releases the logger. The owned objects release it at their owner's next operation.
     virtual void ResetLogger() const;
 
     /// The version of the library.
@@ -279,39 +283,39 @@ public:
     /// Sets the kind and the type code; records ignore it.
     virtual void SetObjectType(ObjectTypes type);
 
-    /// The logger, or none.
+    /// The logger; null when there is none.
     std::shared_ptr<Logger> GetLogger() const;
 
     /// Why the calling thread's last operation on a whole document failed; of kind Failure::None when
-    /// it succeeded. It stays until the thread's next such operation, on whichever object.
+    /// it succeeded. The thread's next such operation, on any object, replaces it.
     static const Failure& GetLastFailure();
 
-    /// Moves the stream behind the payload of a binary entry that the object does not know.
-    /// \param length the announced number of payload bytes; nothing is consumed when it is negative.
-    /// \param tag the entry's tag.
-    /// \returns the number of bytes consumed: fewer than \a length when the stream ends before.
+    /// Skips the payload of a binary entry that the object does not know.
+    /// \param length the payload's announced length in bytes; nothing is skipped when it is negative.
+    /// \param tag the entry's tag; it has no effect.
+    /// \returns the number of bytes skipped, which is less than \a length when the stream ends early.
     int skipCurrentElement(QDataStream& stream, int length, int tag) const;
 
 protected:
     IMKObject();
-    /// An object with that type code and without a name.
+    /// An object of that kind, which is also its type code. It has no name.
     explicit IMKObject(ObjectTypes type);
 
-    /// Gives the object its name, which is also that of its XML element.
+    /// Sets the object's name, which is also the name of its XML element.
     virtual void SetObjectName(const QString& name);
 
-    /// Reads the child element on whose start the reader stands and leaves the reader on its end. An
-    /// element that the object does not know is left at the next tag of the same name.
+    /// Reads the child element at whose start tag the reader is and leaves the reader at its end tag. When
+    /// the object does not know the element, the reader is left at the next tag of the same name.
     virtual void ProcessXmlStartElement(QXmlStreamReader& reader) = 0;
 
-    /// The text of the element on whose start the reader stands, without that of child elements;
-    /// leaves the reader on the element's end. Never a null string. A reader that does not stand on
-    /// a start element is left as it is and gives an empty text.
+    /// The text of the element at whose start tag the reader is, without the text of child elements;
+    /// leaves the reader at the element's end tag. Never a null string. A reader that is not at a start tag
+    /// is left as it is, and the text is empty.
     QString GetTextValue(QXmlStreamReader& reader);
 
     /// \name Settings of owned objects
-    /// For an owner that knows the class of what it owns: name, validation flag and logger without
-    /// virtual calls. Nothing is handed further down.
+    /// Name, validation flag and logger without virtual calls, for an owner that knows the class of what it
+    /// owns. Nothing is passed further down.
     /// @{
 
     /// The name.
@@ -326,8 +330,8 @@ protected:
         m_validate = validate;
         ShareLogger(m_logger, logger);
     }
-    /// `held = logger`. Counting a reference is dear where it must be atomic, and mostly the logger
-    /// is the same.
+    /// `held = logger`, but without the cost of atomic reference counting when the logger is the same, as it
+    /// mostly is.
     static void ShareLogger(std::shared_ptr<Logger>& held, const std::shared_ptr<Logger>& logger)
     {
         if (held != logger || held.owner_before(logger) || logger.owner_before(held))

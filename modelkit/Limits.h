@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// How much the operations on whole documents take in.
+/// How much the operations on whole documents read at most.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -13,45 +13,46 @@
 namespace MODELKIT {
 
 /// The limits of reading whole documents (`SetXmlString`, `SetXmlBytes`, `LoadXml`,
-/// `SetBinaryRepresentation`, `LoadBinary`). A document that exceeds one is refused with a Failure of its
-/// own kind. A document type declaration is always refused. `ProcessXml` and `SetBinary`, called outside
-/// of such an operation, know no limits.
+/// `SetBinaryRepresentation`, `LoadBinary`). A document that exceeds a limit is refused, and each limit has
+/// its own Failure::Kind. A document type declaration is always refused. `ProcessXml` and `SetBinary` have no
+/// limits when they are called outside of such an operation.
 ///
-/// Every value is safe. A negative one is taken for 0, which admits nothing; #anySize and #anyNumber are no
-/// limit. Without limits a document can still be too large for the memory, which is `std::bad_alloc`, or for
-/// Qt's containers, which hold 2 GB in Qt 5.
+/// Every value is safe. A negative value counts as 0, which admits nothing; #anySize and #anyNumber mean no
+/// limit. Even without limits a document can be too large for the memory, which throws `std::bad_alloc`, or
+/// for Qt's containers, which hold at most 2 GB in Qt 5.
 struct MODELKIT_EXPORT Limits
 {
-    /// No limit of a size.
+    /// A size without a limit.
     static constexpr qint64 anySize = std::numeric_limits<qint64>::max();
-    /// No limit of a number or time.
+    /// A number or time without a limit.
     static constexpr int anyNumber = std::numeric_limits<int>::max();
 
-    /// The size of a document as it comes in: in bytes, or in characters when it is given as a string.
+    /// The size of the input in bytes, or in characters when it is a string.
     qint64 inputSize = qint64(256) << 20;
     /// The size in bytes of a binary form after inflating.
     qint64 inflatedSize = qint64(256) << 20;
-    /// The depth to which elements may be nested; the root has depth 1.
+    /// The depth of nested elements; the root element has depth 1.
     int nestingDepth = 64;
-    /// The number of attributes on one element. The dialect has none; a reader's work on them grows
+    /// The number of attributes of one element. The dialect has none, and the time that a reader needs grows
     /// with the square of their number.
     int attributes = 256;
     /// The number of items in one list.
     int listItems = 4000000;
-    /// How many milliseconds one operation waits in all for a device that delivers later, such as a socket.
-    /// With 0 it takes only what is there.
+    /// How many milliseconds one operation waits in total for a device whose data arrive later, such as a
+    /// socket. With 0 it reads only what has arrived.
     int waitingTime = 30000;
 
     /// The limits in force in the calling thread: those of its newest LimitsInScope, or else those of the
-    /// program.
+    /// program, which Set() changes.
     static Limits Get();
 
-    /// Changes the limits of the program, for all operations that begin afterwards, in every thread.
+    /// Changes the limits of the program for all operations that begin afterwards, in every thread.
     static void Set(const Limits& limits);
 };
 
-/// Puts limits in force for the operations that begin in this thread as long as the object lives, for example
-/// for one operation or for what one connection sends. The newest object of a thread counts.
+/// Puts limits in force for the operations that begin in this thread during the object's lifetime, for
+/// example for one operation or one connection. When a thread has several such objects, the newest one
+/// applies.
 ///
 /// \code
 /// MODELKIT::Limits limits;

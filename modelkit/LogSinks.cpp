@@ -12,7 +12,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(category, "modelkit")
 
-// Whether the character would let an entry look like several, or like another one.
+// Whether the character could make an entry look like several entries or like another one.
 bool deceives(QChar character)
 {
     switch (character.category()) {

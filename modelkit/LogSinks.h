@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Ready-made receivers of log entries.
+/// Ready-made sinks for log entries.
 #pragma once
 
 #include "modelkit/Logger.h"
@@ -12,24 +12,23 @@ class QIODevice;
 
 namespace MODELKIT {
 
-/// Hands entries to Qt's logging, in the category "modelkit".
+/// Passes entries to Qt's logging, in the category "modelkit".
 class MODELKIT_EXPORT QtLogSink : public LogSink
 {
 public:
     void Write(Logger::Level level, const QString& text) override;
 };
 
-/// Writes each entry as a line in UTF-8, "ERROR: text", to an open device that outlives the sink. Line
-/// breaks, other control characters and marks that change the direction of a text are written as blanks. A
-/// file is flushed after each entry.
+/// Writes each entry as one line in UTF-8, "ERROR: text", to a device. Line breaks, other control characters
+/// and direction marks are written as spaces. A file is flushed after each entry.
 class MODELKIT_EXPORT DeviceLogSink : public LogSink
 {
 public:
-    /// The device must be open.
+    /// The device must be open and outlive the sink.
     explicit DeviceLogSink(QIODevice& device);
     void Write(Logger::Level level, const QString& text) override;
 
-    /// The number of entries that the device has not taken whole. Not to be called while another thread
+    /// The number of entries that the device has not accepted completely. Do not call it while another thread
     /// writes.
     qint64 GetLost() const;
 
@@ -46,14 +45,14 @@ public:
     struct Entry
     {
         Logger::Level level; ///< how serious it is
-        QString text;        ///< the text as it was given
+        QString text;        ///< the unchanged text
     };
 
     void Write(Logger::Level level, const QString& text) override;
 
-    /// The entries so far, oldest first. Not to be called while another thread writes.
+    /// The entries so far, oldest first. Do not call it while another thread writes.
     const QVector<Entry>& GetEntries() const;
-    /// Forgets the entries.
+    /// Removes all entries.
     void Clear();
 
 private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The logger that objects hold and hand on to the objects that they own.
+/// The logger that objects hold and pass on to the objects that they own.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -39,7 +39,7 @@ public:
     Logger& operator=(const Logger&) = delete;
     virtual ~Logger();
 
-    /// Hands one entry to the sink, if there is one. What the sink throws passes through. An entry that the
+    /// Passes one entry to the sink, if there is one. Exceptions of the sink are passed on. An entry that the
     /// sink itself causes, for example by a failing operation on an object with the same logger, is dropped.
     void Log(Level level, const QString& text);
 
@@ -53,7 +53,7 @@ private:
     std::shared_ptr<LogSink> m_sink;
 };
 
-/// Receives the entries of a logger; derive from it to bring them where they are wanted.
+/// Receives the entries of a logger. Derive from it to write them wherever you need them.
 class MODELKIT_EXPORT LogSink
 {
 public:
@@ -62,7 +62,7 @@ public:
     LogSink& operator=(const LogSink&) = delete;
     virtual ~LogSink();
 
-    /// Takes one entry. Called by one thread at a time for each logger.
+    /// Receives one entry. Each logger calls it from one thread at a time.
     virtual void Write(Logger::Level level, const QString& text) = 0;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Taking over what another object has set.
+// Merging the content of another object.
 
 #include "modelkit/DocumentContext.h"
 #include "modelkit/DocumentOperation.h"
@@ -21,8 +21,8 @@ bool IMKObject::MergeMKObject(const IMKObject& other)
             Failure::WrongClass,
             QStringLiteral("A %1 cannot be merged into a %2.").arg(other.GetObjectName(), GetObjectName()));
     try {
-        // The binary form carries what is set, and reading it merges. Nothing is read unless all of it can
-        // be carried.
+        // The binary form holds what is set, and reading it merges. Reading begins only when writing has
+        // succeeded.
         DocumentContext transfer(DocumentContext::Purpose::Transfer);
         QByteArray frame;
         {
@@ -36,7 +36,7 @@ bool IMKObject::MergeMKObject(const IMKObject& other)
     } catch (const NotRepresentableException& exception) {
         return operation.Fail(Failure::NotRepresentable, exception.GetText(), exception.GetPlace());
     } catch (ModelKitException& exception) {
-        // The offset in the carrier means nothing to anybody.
+        // The offset in this temporary form means nothing to the caller.
         Place place = exception.GetPlace();
         place.offset = -1;
         operation.Refuse(exception, place);

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
-// How a record tells the whole-document operation that writes it of a text that the form cannot carry.
-// Not installed.
+// The exception for a text that the form cannot represent. Not installed.
 #pragma once
 
 #include "modelkit/Exceptions.h"
 
 namespace MODELKIT {
 
-// Thrown by the records while a DocumentContext refuses such texts; never leaves the operation, which makes
-// a Failure of it. The place names the member.
+// Records throw it while a DocumentContext refuses such texts. It never leaves the whole-document operation,
+// which turns it into a Failure. The place names the member.
 class MODELKIT_EXPORT NotRepresentableException : public ModelKitException
 {
 public:

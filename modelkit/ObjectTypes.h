@@ -5,8 +5,8 @@
 
 namespace MODELKIT {
 
-/// What an object is used for. The kind is given at construction and handed on by copies; the
-/// library itself attaches no behaviour to it.
+/// What an object is used for. The kind is set at construction and copied with the object; it has no effect
+/// in the library itself.
 enum class ObjectTypes : int
 {
     Undefined = 0, ///< no kind was given

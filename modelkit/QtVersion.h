@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// \file
-/// The one place that knows how the supported Qt versions differ.
+// The one place that knows how the supported Qt versions differ. Not installed.
 #pragma once
 
 #include <QtCore/QByteArray>
@@ -22,21 +21,21 @@
 namespace MODELKIT {
 namespace QtVersion {
 
-/// What a stream reader hands out for names and texts: a reference into its buffer, valid until
-/// the next token is read (`QStringRef` up to Qt 5, `QStringView` from Qt 6).
+// The type of the names and texts of a stream reader: a reference into its buffer, valid until the next
+// token is read (`QStringRef` up to Qt 5, `QStringView` from Qt 6).
 using XmlView = decltype(std::declval<QXmlStreamReader>().name());
 
-/// The type in which containers count their elements (`int` up to Qt 5, `qsizetype` from Qt 6).
+// The type in which containers count their elements (`int` up to Qt 5, `qsizetype` from Qt 6).
 using Size = QVector<int>::size_type;
 
-/// Looks \a text up in the installed translations. Source texts are UTF-8; Qt 4's choice between
-/// text encodings is gone in Qt 5 and later, so both encodings of that time end here.
+// Looks the text up in the installed translations. Source texts are UTF-8: Qt 5 and later have no choice of
+// encodings as Qt 4 had.
 inline QString translate(const char* context, const char* text, const char* disambiguation, int n = -1)
 {
     return QCoreApplication::translate(context, text, disambiguation, n);
 }
 
-/// Whether the writer encodes in UTF-8, as it always does from Qt 6 on.
+// Whether the writer encodes in UTF-8; from Qt 6 on it always does.
 inline bool writesUtf8([[maybe_unused]] const QXmlStreamWriter& writer)
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -47,7 +46,7 @@ inline bool writesUtf8([[maybe_unused]] const QXmlStreamWriter& writer)
 #endif
 }
 
-/// Whether there is a codec for the encoding of that name. Qt 6 has fewer than Qt 5.
+// Whether Qt has a codec for the encoding. Qt 6 has fewer than Qt 5.
 inline bool knowsEncoding(const QByteArray& name)
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -57,7 +56,7 @@ inline bool knowsEncoding(const QByteArray& name)
 #endif
 }
 
-/// The text of bytes in an encoding that is known. U+FFFD replaces what is no text of the encoding.
+// Decodes bytes in an encoding that Qt knows. U+FFFD replaces malformed bytes.
 inline QString decode(const QByteArray& encoding, const QByteArray& bytes)
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)

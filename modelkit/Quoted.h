@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Values inside sentences. Not installed.
+// Values quoted in messages. Not installed.
 #pragma once
 
 #include <QtCore/QString>
 
 namespace MODELKIT {
 
-// The text in quotation marks; a long one is cut.
+// The text in quotation marks; a long text is truncated.
 inline QString quoted(const QString& text)
 {
     constexpr int shown = 40;

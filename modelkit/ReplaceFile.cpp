@@ -13,12 +13,12 @@ namespace MODELKIT {
 
 namespace {
 
-// QSaveFile itself does not ask whether the disk has taken everything.
+// QSaveFile itself does not check whether everything has reached the disk.
 bool synchronize(const QSaveFile& file, QString& reason)
 {
     if (::fsync(file.handle()) == 0)
         return true;
-    // There are file systems on which nothing can be synchronized.
+    // Some file systems do not support it.
     if (errno == EINVAL || errno == ENOSYS || errno == EROFS)
         return true;
     reason = qt_error_string(errno);
@@ -40,7 +40,8 @@ bool ReplaceFile(const QString& path, const QByteArray& bytes, Failure& failure)
     QString reason;
     if (!file.open(QIODevice::WriteOnly))
         return refuse(reasonOf(file));
-    // Unless it is committed it is removed. Committing does not look at what is written while it closes.
+    // The file is removed unless it is committed. commit() does not check what is written when it closes the
+    // file, so everything is flushed before.
     if (!writeAll(file, bytes, reason) || !flush(file, reason) || !synchronize(file, reason))
         return refuse(reason);
     return file.commit() || refuse(reasonOf(file));

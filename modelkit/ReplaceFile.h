@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Saving a file so that nothing can be lost.
+/// Replacing a file without the risk of losing it.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -11,11 +11,10 @@
 
 namespace MODELKIT {
 
-/// Writes a file that holds just those bytes. An existing file stays as it is until the new one is
-/// written whole and has reached the disk, and is then replaced at once. A device, a pipe or a folder is not
-/// replaced.
+/// Writes a file that holds exactly those bytes. An existing file is replaced atomically, once the new one is
+/// completely written and has reached the disk. A device, a pipe or a folder is not replaced.
 /// \returns false, with the reason in \a failure, when the file cannot be written. The old file is unchanged
-/// then, and nothing is left behind.
+/// then, and no temporary file remains.
 MODELKIT_EXPORT bool ReplaceFile(const QString& path, const QByteArray& bytes, Failure& failure);
 
 } // namespace MODELKIT

@@ -8,8 +8,8 @@
 
 namespace MODELKIT {
 
-/// Base of a data block that several objects may hold. Copying a block copies its content; the
-/// copy starts with a count of its own.
+/// Base of a data block that several objects may hold. A copy of a block has a reference count of its own,
+/// which starts at 0.
 class SharedBlock
 {
 public:
@@ -26,12 +26,12 @@ private:
     std::atomic<int> m_references{0};
 };
 
-/// Points at a shared block, or at none. Copying the pointer shares the block; `detach()` gives the
+/// Points to a shared block, or is null. Copying the pointer shares the block; `detach()` gives the
 /// holder a block of its own.
 ///
-/// The count is read with acquire ordering. That is what sets this class apart from
-/// `QExplicitlySharedDataPointer`, whose relaxed read lets the last holder write to a block without
-/// being ordered behind the reads of the holder that has just left it in another thread.
+/// Unlike `QExplicitlySharedDataPointer`, this class reads the count with acquire ordering. With a relaxed
+/// read, the last holder could write to the block without being ordered after the reads of a holder that
+/// has just released it in another thread.
 template <class Block>
 class BlockPointer
 {
@@ -64,8 +64,8 @@ public:
         return m_block && m_block->m_references.load(std::memory_order_acquire) != 1;
     }
 
-    /// Replaces a shared block by a copy that nobody else holds. When the copy cannot be made the
-    /// exception passes and the pointer keeps its block.
+    /// Replaces a shared block by a copy that nobody else holds. When copying throws, the exception is passed
+    /// on and the pointer keeps its block.
     void detach()
     {
         if (isShared())

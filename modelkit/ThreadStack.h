@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Objects that are in force in the thread in which they were put, the newest first. Not installed.
+// Values that are in force in one thread, the newest first. Not installed.
 #pragma once
 
 #include <algorithm>
@@ -10,12 +10,13 @@
 
 namespace MODELKIT {
 
-// One object for each thread. Static objects may still be at work when those of the main thread are gone.
+// One object for each thread. Static objects may still be in use after the thread_local objects of the main
+// thread were destroyed.
 template <class T>
 class OfThread
 {
 public:
-    // Null when it is gone.
+    // Null when it has been destroyed.
     static T* get()
     {
         static thread_local bool isGone = false;
@@ -29,8 +30,8 @@ public:
     }
 };
 
-// Keeps a value in force in the thread that constructs it, until it is destroyed. It may be destroyed in any
-// order with others and in any thread: whoever uses the value at that time shares it.
+// Keeps a value in force in the thread that constructs this object, until the object is destroyed. Objects
+// may be destroyed in any order and in any thread: whoever is using the value then shares its ownership.
 template <class T>
 class InThread
 {

@@ -10,13 +10,13 @@ namespace MODELKIT {
 
 namespace {
 
-// The number of bytes of the character that begins there; 0 when none does.
+// The number of bytes of the character that begins there; 0 when the bytes are malformed.
 int characterSize(const unsigned char* at, const unsigned char* end)
 {
     const unsigned char first = *at;
     if (first < 0x80)
         return 1;
-    // The second byte decides about what is too long, a surrogate or beyond U+10FFFF.
+    // The range of the second byte excludes overlong encodings, surrogates and code points above U+10FFFF.
     int size = 0;
     unsigned char least = 0x80;
     unsigned char most = 0xBF;

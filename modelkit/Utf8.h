@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texts in UTF-8 and UTF-16 that may be damaged. Not installed.
+// Texts in UTF-8 and UTF-16 that may be malformed. Not installed.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -9,13 +9,13 @@
 
 namespace MODELKIT {
 
-// The number of bytes up to the first that is not part of a character in UTF-8; size when all are.
+// The number of bytes before the first malformed one; size when there is none.
 MODELKIT_EXPORT qint64 wellFormedUtf8(const char* bytes, qint64 size);
 
-// The text; never null. Unlike QString::fromUtf8() it keeps U+FEFF at the beginning.
+// The decoded text; never null. Unlike QString::fromUtf8() it keeps U+FEFF at the beginning.
 MODELKIT_EXPORT QString textOfUtf8(const char* bytes, qint64 size);
 
-// The position of the first half of a surrogate pair without its other half; -1 when there is none.
+// The position of the first surrogate that is not part of a pair; -1 when there is none.
 MODELKIT_EXPORT qint64 loneSurrogate(const QString& text);
 
 } // namespace MODELKIT

@@ -23,8 +23,8 @@ bool isBlank(QChar character)
            || character == QLatin1Char('\n');
 }
 
-// The encoding that the XML declaration at the beginning names; empty when there is none, or none that can be
-// made out: the reader then says what is wrong with the declaration.
+// Finds the encoding in the XML declaration. It is empty when there is none and when the declaration is
+// malformed; the reader then reports what is wrong.
 class Declaration
 {
 public:
@@ -69,7 +69,7 @@ private:
         return true;
     }
 
-    // True when there were some.
+    // True when there were any.
     bool skipBlanks()
     {
         const Size before = m_at;
@@ -78,7 +78,7 @@ private:
         return m_at != before;
     }
 
-    // What stands in front of the character; goes behind it.
+    // The text before the character; continues after the character.
     QString until(QChar end)
     {
         const Size begin = m_at;
@@ -91,7 +91,7 @@ private:
     Size m_at = 0;
 };
 
-// The names of an encoding differ in case and in the signs between their letters and digits.
+// The name without what its spellings differ in: case, and the signs between letters and digits.
 QString plainName(const QString& encoding)
 {
     QString plain;
@@ -109,7 +109,7 @@ bool isNumbered(const QString& name, const char* family)
     return std::all_of(name.begin() + beginning.size(), name.end(), [](QChar c) { return c.isDigit(); });
 }
 
-// Encodings without a state in which the characters of markup are those of ASCII.
+// Stateless encodings that encode the characters of markup as ASCII does.
 bool isAccepted(const QString& name)
 {
     static const char* const families[] = {"iso8859", "latin", "windows125", "cp125"};
@@ -126,7 +126,7 @@ bool isAccepted(const QString& name)
            || std::any_of(std::begin(families), std::end(families), isOfIt);
 }
 
-// How many bytes one unit takes, in which order they stand, and how many are a mark.
+// The size of a code unit in bytes, the byte order, and the size of the byte order mark.
 struct Units
 {
     int size = 1;
@@ -146,7 +146,7 @@ Units unitsOf(const QByteArray& bytes)
         return {2, false, 2};
     if (bytes.startsWith("\xEF\xBB\xBF"))
         return {1, false, 3};
-    // No character of a document is 0, and the first ones are of ASCII.
+    // A document contains no U+0000 and begins with ASCII characters.
     const auto isZero = [&bytes](int i) { return i < bytes.size() && bytes.at(i) == 0; };
     if (isZero(0) && isZero(1) && isZero(2))
         return {4, true, 0};
@@ -220,8 +220,8 @@ DecodedXml fromAscii(const QByteArray& bytes)
     return decoded;
 }
 
-// Of these encodings Qt tells malformed bytes by the characters with which it replaces them. One is not
-// allowed in XML; none of the encodings but GB18030 has the other one itself.
+// Qt replaces malformed bytes of these encodings by one of two characters. U+001A is not allowed in XML
+// anyway, and of these encodings only GB18030 can encode U+FFFD.
 bool isReplacement(QChar character)
 {
     constexpr char substitute = 0x1A;
@@ -231,7 +231,7 @@ bool isReplacement(QChar character)
 DecodedXml fromCodec(const QByteArray& bytes, const QString& encoding)
 {
     DecodedXml decoded;
-    // Behind a character that is cut off at the end must stand another one, or it is dropped in silence.
+    // Qt silently drops a character that is cut off at the end, unless another one follows.
     decoded.text = QtVersion::decode(encoding.toLatin1(), bytes + '\n');
     decoded.text.chop(1);
     const auto malformed = std::find_if(decoded.text.cbegin(), decoded.text.cend(), isReplacement);
@@ -248,7 +248,7 @@ DecodedXml refuse(const QString& encoding)
     return decoded;
 }
 
-// Half of a surrogate pair is no text.
+// The text ends in front of a lone surrogate.
 void endAtLoneSurrogate(DecodedXml& decoded)
 {
     const qint64 position = loneSurrogate(decoded.text);
@@ -260,13 +260,13 @@ void endAtLoneSurrogate(DecodedXml& decoded)
     decoded.isWhole = false;
 }
 
-// What all texts have to pass: the declared encoding is known, and there are only whole characters.
+// Checks every text: the declared encoding must be known, and all characters must be complete.
 DecodedXml examined(DecodedXml decoded)
 {
     const QString declared = Declaration(decoded.text).encoding();
     if (!declared.isEmpty() && !QtVersion::knowsEncoding(declared.toLatin1()))
         return refuse(declared);
-    // The reader would let a second mark aside in silence.
+    // The reader would silently ignore a second byte order mark.
     if (decoded.text.startsWith(QChar(QChar::ByteOrderMark))) {
         decoded.text.clear();
         decoded.isWhole = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From the bytes of an XML document to its text. Not installed.
+// Decoding the bytes of an XML document to its text. Not installed.
 #pragma once
 
 #include <QtCore/QByteArray>
@@ -7,25 +7,25 @@
 
 namespace MODELKIT {
 
-// The text of a document: all that looks through it, reads it or finds places in it works on this one text.
+// The text of a document. Everything that scans it, reads it or finds places in it works on this one text.
 struct DecodedXml
 {
-    // Without the mark at its beginning.
+    // Without the byte order mark. Ends in front of the first bytes that are malformed in their encoding.
     QString text;
-    // The text ends where the input stops being text of its encoding, or goes on to its end.
+    // Whether the text is that of the whole input.
     bool isWhole = true;
-    // It stops because the input ends inside of a character: more input may complete it.
+    // Whether it is not, because the input ends inside a character that more input may complete.
     bool endsInside = false;
-    // The encoding that the declaration names and that is not accepted; the text is empty then.
+    // The declared encoding, if it is not accepted; the text is empty then.
     QString refusedEncoding;
 };
 
-// Decodes by the byte order mark, else by the declaration, else as UTF-8. UTF-16 and UTF-32 without a mark
-// are known by the zeros among their first bytes. Other encodings are accepted when they keep no state, write
-// markup as ASCII and are known to Qt.
+// The byte order mark determines the encoding, or else the XML declaration; without both it is UTF-8. UTF-16
+// and UTF-32 without a mark are recognised by the zeros among their first bytes. Other encodings are accepted
+// when they are stateless, encode markup as ASCII and are known to Qt.
 DecodedXml decodeXml(const QByteArray& bytes);
 
-// A string needs no decoding, whatever its declaration names; but what it names must be known.
+// A string needs no decoding. The encoding that its declaration names has no effect, but Qt must know it.
 DecodedXml decodeXml(const QString& string);
 
 } // namespace MODELKIT

@@ -9,7 +9,7 @@
 #include "modelkit/Utf8.h"
 #include "modelkit/XmlDecoding.h"
 #include "modelkit/XmlPath.h"
-#include "modelkit/XmlText.h"
+#include "modelkit/XmlTraps.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QIODevice>
@@ -24,7 +24,7 @@ namespace {
 
 // --- reading --------------------------------------------------------------------------------
 
-// Where the reader has stopped over an error of its own, which is behind it.
+// The place of the reader's own error. The reader has already gone past it.
 Place placeOfError(const QString& text, const QXmlStreamReader& reader)
 {
     Place place = XmlPath(text).FindPosition(reader.characterOffset());
@@ -32,7 +32,7 @@ Place placeOfError(const QString& text, const QXmlStreamReader& reader)
     return place;
 }
 
-// Whether something is missing at the end of the text. A reader must not see one with a trap.
+// Whether the text ends too early. Not checked for a text with a trap, which a reader must not see.
 bool breaksOff(const DecodedXml& input)
 {
     if (!input.refusedEncoding.isEmpty() || findTrap(input.text, Limits::Get().attributes).kind != Trap::None)
@@ -46,11 +46,11 @@ bool breaksOff(const DecodedXml& input)
     return reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
 }
 
-// One document that is read into an object.
+// Reads one document into an object.
 class DocumentReading
 {
 public:
-    // Ending: why the device broke off behind the text, if it did.
+    // Ending: why the device broke off after the text, if it did.
     DocumentReading(DocumentOperation& operation, IMKObject& object, const DecodedXml& input,
                     const Failure& ending = Failure())
         : m_operation(operation), m_object(object), m_input(input), m_text(input.text), m_ending(ending),
@@ -66,7 +66,7 @@ public:
             try {
                 DeliverReport();
             } catch (...) {
-                // The other exception is on its way already.
+                // Another exception is already in flight.
             }
             throw;
         }
@@ -87,7 +87,7 @@ private:
         return m_operation.Fail(kind, text, place);
     }
 
-    // Whether a reader may see the text: it is whole, and there is no trap in it.
+    // Whether a reader may see the text: it must be complete and without traps.
     bool AdmitsText()
     {
         if (!m_input.refusedEncoding.isEmpty()) {
@@ -115,7 +115,7 @@ private:
                          XmlPath(m_text).FindPosition(m_text.size()));
     }
 
-    // Reads the next token behind the records.
+    // Reads the next token outside the root element.
     void Next(QXmlStreamReader& reader)
     {
         reader.readNext();
@@ -125,7 +125,7 @@ private:
     bool ReadRoot()
     {
         QXmlStreamReader reader(m_text);
-        // The dialect has no namespaces, and looking prefixes up can take long.
+        // The dialect has no namespaces, and looking up prefixes can take a long time.
         reader.setNamespaceProcessing(false);
         while (!reader.atEnd() && !reader.isStartElement())
             Next(reader);
@@ -158,7 +158,7 @@ private:
             m_object.Reset();
             m_object.ProcessXml(reader);
         } catch (ModelKitException& exception) {
-            // What is missing from a document that breaks off is not the record's to complain about.
+            // When the document breaks off, that is the error, and not what the record therefore misses.
             if (m_context.GetFailure().kind != Failure::None || reader.hasError())
                 return;
             m_operation.Refuse(exception, XmlPath(m_text).Find(reader.characterOffset()));
@@ -228,8 +228,8 @@ bool loadFrom(IMKObject& object, QIODevice* device)
 
 // --- writing --------------------------------------------------------------------------------
 
-// Keeps what a writer writes and notes how much that was when the writer first met a character that
-// XML cannot carry: the writer leaves the character out and only raises its error.
+// Finds the first character that XML cannot represent. The writer leaves it out and only sets an error flag,
+// so this device notes how much was written before.
 class ErrorLocator : public QIODevice
 {
 public:
@@ -260,7 +260,7 @@ private:
     int m_sizeAtError = -1;
 };
 
-// Whether the text is to become bytes, whose encoding the declaration names.
+// What the XML declaration contains. The encoding is declared only when the text is written as bytes.
 enum class Declare
 {
     Version,
@@ -269,7 +269,7 @@ enum class Declare
 
 void writeDocument(const IMKObject& object, QXmlStreamWriter& writer, XmlLayout layout, Declare declare)
 {
-    // The text is encoded behind the writer's back.
+    // The writer does not know that its text will be encoded in UTF-8.
     if (declare == Declare::Encoding)
         writer.writeProcessingInstruction(QStringLiteral("xml"),
                                           QStringLiteral("version=\"1.0\" encoding=\"UTF-8\""));
@@ -310,7 +310,7 @@ QString writeText(DocumentOperation& operation, const IMKObject& object, XmlLayo
         operation.Fail(nothingToWrite(object));
         return QString();
     }
-    // A reader takes a carriage return for the end of a line, unless it is written as a reference.
+    // A reader reads a carriage return as a line break, unless it is written as a character reference.
     xml.replace(QLatin1Char('\r'), QLatin1String("&#13;"));
     return xml;
 }

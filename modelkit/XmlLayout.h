@@ -5,11 +5,11 @@
 
 namespace MODELKIT {
 
-/// The white space between the elements of a document that is written.
+/// The white space between the elements of a written document.
 enum class XmlLayout
 {
-    Indented, ///< every element on a line of its own, indented by two blanks for each level
-    Compact   ///< none
+    Indented, ///< every element on its own line, indented by two spaces for each level
+    Compact   ///< no white space
 };
 
 } // namespace MODELKIT

@@ -1,31 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "modelkit/XmlPath.h"
 
-#include "modelkit/Limits.h"
-#include "modelkit/XmlDecoding.h"
-#include "modelkit/XmlPlaces.h"
-#include "modelkit/XmlText.h"
-
 #include <algorithm>
 
 namespace MODELKIT {
-
-Place FindInXml(const QByteArray& xml, const QString& path)
-{
-    return XmlPath(decodeXml(xml).text).FindElement(path);
-}
-
-QString RootNameOfXml(const QByteArray& xml)
-{
-    const DecodedXml decoded = decodeXml(xml);
-    if (findTrap(decoded.text, Limits::Get().attributes).kind != Trap::None)
-        return QString();
-    QXmlStreamReader reader(decoded.text);
-    reader.setNamespaceProcessing(false);
-    while (!reader.atEnd() && !reader.isStartElement())
-        reader.readNext();
-    return reader.isStartElement() ? reader.name().toString() : QString();
-}
 
 // True when the token is a start tag.
 bool XmlPath::ReadToken()
@@ -67,7 +45,7 @@ Place XmlPath::FindElement(const QString& path)
     const auto depth = path.count(QLatin1Char('/'));
     const QString lastStep = path.section(QLatin1Char('/'), -1);
     while (!m_reader.atEnd()) {
-        // Most elements are not even similar, and a path is long to put together.
+        // A quick test first, because building the path is expensive.
         if (!ReadToken() || m_levels.size() - 1 != depth || m_levels.last().step != lastStep)
             continue;
         Place place = GetPlace();
@@ -81,8 +59,8 @@ Place XmlPath::FindElement(const QString& path)
 
 void XmlPath::FindTag(qint64 end, Level& level)
 {
-    // The reader's own position is no help: it may be ahead of a tag's beginning by what it has to
-    // see to know that a text has ended. Inside a tag there is no other "<".
+    // The reader's position before it reads the tag is of no use: to see the end of a text, the reader may
+    // have read on into the tag. Inside a tag there is no other "<".
     const qint64 begin = m_text.lastIndexOf(QLatin1Char('<'), static_cast<int>(end) - 1);
     CountLines(begin);
     level.line = m_line;

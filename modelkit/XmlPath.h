@@ -12,25 +12,25 @@
 namespace MODELKIT {
 
 // Reads a document a second time, up to places that the first reading has noted as offsets in
-// characters. So the first reading need not keep track of where it is.
+// characters. The first reading need not keep track of lines and paths.
 class XmlPath
 {
 public:
-    // The text that the first reader had.
+    // Text: the same that the first reader has read.
     explicit XmlPath(const QString& text) : m_reader(text), m_text(text)
     {
         m_reader.setNamespaceProcessing(false);
         m_levels.append(Level());
     }
 
-    // The innermost element at the offset, with the place of its start tag. Offsets must not decrease
-    // from call to call.
+    // The place of the start tag of the innermost element at the offset. Offsets must not decrease from
+    // call to call.
     Place Find(qint64 characterOffset);
 
-    // The first element with that path; without line and column when there is none.
+    // The place of the first element with that path; without line and column when there is none.
     Place FindElement(const QString& path);
 
-    // As Find(), with the place of the offset itself.
+    // Like Find(), but with line and column of the offset itself.
     Place FindPosition(qint64 characterOffset);
 
 private:
@@ -51,7 +51,7 @@ private:
 
     QXmlStreamReader m_reader;
     QString m_text;
-    // How far lines have been counted, the number of the line there and where it begins.
+    // The offset up to which lines have been counted, and the number and the beginning of the line there.
     qint64 m_counted = 0;
     qint64 m_line = 1;
     qint64 m_lineBegin = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Looking into XML documents without an object to read them.
+/// Finding elements in XML documents without an object that reads them.
 #pragma once
 
 #include "modelkit/Export.h"
@@ -11,13 +11,13 @@
 
 namespace MODELKIT {
 
-/// The place of the first element with that path, such as the path in the place of an exception that
-/// `Check()` has thrown; line and column stay 0 when the document has none.
-/// \param xml a document that an object has read, so that it is known to be harmless.
+/// The place of the first element with that path, for example the path in the place of an exception that
+/// `Check()` has thrown. Line and column are 0 when the document has no such element.
+/// \param xml a document that an object has read. Do not pass other documents: no limits apply here.
 MODELKIT_EXPORT Place FindInXml(const QByteArray& xml, const QString& path);
 
-/// The name of the root element; a null string when the document has none, or one that the operations on
-/// whole documents do not accept.
+/// The name of the root element. A null string when there is none, or when the document has an encoding, a
+/// document type declaration or a number of attributes that the operations on whole documents refuse.
 MODELKIT_EXPORT QString RootNameOfXml(const QByteArray& xml);
 
 } // namespace MODELKIT

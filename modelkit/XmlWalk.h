@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The two walks over an element that reading consists of. Not installed.
+// The two walks over an element of which reading consists. Not installed.
 #pragma once
 
 #include "modelkit/DocumentContext.h"
@@ -12,7 +12,7 @@
 
 namespace MODELKIT {
 
-// Reads the next token, within the limits of the whole-document operation, if there is one.
+// Reads the next token and counts it for the limits of the whole-document operation, if there is one.
 inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, DocumentContext* context)
 {
     const auto token = reader.readNext();
@@ -21,7 +21,7 @@ inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, DocumentC
     return token;
 }
 
-// White space is none in the report, even if it is written as references or as CDATA.
+// White space is not reported, even if it is written as character references or as CDATA.
 inline void noticeTextBetween(const QXmlStreamReader& reader, DocumentContext* context)
 {
     if (!context || !context->IsReporting() || reader.isWhitespace())
@@ -46,8 +46,8 @@ inline void noticeElementInText(const QXmlStreamReader& reader, DocumentContext*
             reader);
 }
 
-// Calls readChild() for each start element inside the element on whose start the reader stands. Ends on
-// the end element of the same name, or at the end of the input.
+// Calls readChild() for each start tag inside the element at whose start tag the reader is. Ends at the end
+// tag of the same name, or at the end of the input.
 template <class Name, class ReadChild>
 void walkElement(QXmlStreamReader& reader, DocumentContext* context, const Name& name,
                  const ReadChild& readChild)
@@ -75,8 +75,8 @@ void walkElement(QXmlStreamReader& reader, DocumentContext* context, const Name&
     }
 }
 
-// Calls append() with each piece of the text of the element on whose start the reader stands, without
-// the text of child elements. Ends on the element's own end, or at the end of the input.
+// Calls append() with each piece of the text of the element at whose start tag the reader is, without the
+// text of child elements. Ends at the element's own end tag, or at the end of the input.
 template <class Append>
 void walkText(QXmlStreamReader& reader, DocumentContext* context, const Append& append)
 {

@@ -50,8 +50,9 @@ public:
     MemberInfo& operator=(const MemberInfo&) = delete;
     virtual ~MemberInfo();
 
-    /// The name of the member. In XML it is the name of the member's element, except that a nested
-    /// record and an item of a list are elements with the name of their class.
+    /// The name of the member. In XML it is the name of the member's element, but the element of a nested
+    /// record or list item has the object name of that record. It is the name of the class, unless a derived
+    /// class has changed it.
     const QString& GetName() const { return m_name; }
     /// What the member holds.
     Kind GetKind() const { return m_kind; }

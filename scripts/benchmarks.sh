@@ -3,9 +3,9 @@
 # Builds the benchmarks for speed and prints the table of docs/performance.md:
 #
 #     scripts/benchmarks.sh [OPTION OF GOOGLE BENCHMARK]...
-#     scripts/benchmarks.sh --update     writes docs/performance.md anew from its frame and three runs
+#     scripts/benchmarks.sh --update     writes three runs into docs/performance.md; the text above them stays
 #
-# Contenders whose Debian packages are missing are left out, and named.
+# Contenders whose Debian packages are missing are left out; the script names them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh

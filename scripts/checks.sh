@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# What is checked without running anything: licence lines, the format, clang-tidy over the libraries, the
+# The checks that run no code of ours: licence lines, the format, clang-tidy over the libraries, the
 # documentation of the public headers, and that each library can be compiled as one source.
 #
 #     scripts/checks.sh
@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-# files NAME...: the files of the project that are called so.
+# files NAME...: the files of the project with these names.
 files() {
     local name names=()
     for name in "$@"; do
@@ -20,7 +20,8 @@ files() {
 
 licence='SPDX-License-Identifier: MIT'
 
-# It is the first line, or the second one of a script that begins with its interpreter. add is "add" or empty.
+# check_licence COMMENT FILE ADD: the licence must be the first line, or the second one after that with the
+# interpreter. ADD is "add" to insert it, or empty.
 check_licence() {
     local comment=$1 file=$2 add=$3 line=1
     [ "$(head -c 2 "$file")" != '#!' ] || line=2
@@ -61,7 +62,7 @@ files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
 echo "Documentation of the public headers"
 doxygen Doxyfile
 
-# configure FOLDER COMPILER [OPTION]...: the libraries alone.
+# configure FOLDER COMPILER [OPTION]...: configures the libraries alone.
 configure() {
     cmake -S . -B "build/$1" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER="$2" \
         -DROUTERINTERFACE_WERROR=ON -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF \

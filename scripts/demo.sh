@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Builds the program routermsg and runs it with the given arguments in the current folder; without any it is
-# shown at work on the example documents.
+# Builds the program routermsg and runs it with the given arguments in the current folder. Without arguments it
+# shows what routermsg does with the example documents.
 set -euo pipefail
 folder=$PWD
 cd "$(dirname "$0")/.."

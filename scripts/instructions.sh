@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Compares the instructions that the canonical operations take with benchmarks/instructions.txt;
+# Compares the numbers of instructions of the canonical operations with benchmarks/instructions.txt;
 # --update writes the file anew.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Sourced by the other scripts.
 
-# install_missing PACKAGE...: installs those Debian packages that are not there yet and says which.
+# install_missing PACKAGE...: installs the Debian packages that are missing and says which.
 install_missing() {
     local missing=() package as_root=()
     for package in "$@"; do

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Builds and runs the tests: scripts/test.sh [PRESET...], by default gcc-qt5.
-# `cmake --list-presets` shows the presets.
+# `cmake --list-presets` lists the presets.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The structs that soapcpp2 makes of router.gsoap, as XML without an envelope.
+// The structs that soapcpp2 generates from router.gsoap, as XML without an envelope.
 
 #include "Peer.h"
 
@@ -16,8 +16,8 @@ namespace {
 
 using Document = PelLu300RouterInterfaceXml;
 
-// All memory of a document belongs to a context. Contexts for reading and writing are used again, as in
-// an application: setting one up costs more than a small message.
+// All memory of a document belongs to a context. Contexts for reading and writing are reused, as in an
+// application, because setting one up costs more than a small message.
 using Context = std::shared_ptr<soap>;
 
 Context newContext()
@@ -27,7 +27,7 @@ Context newContext()
     return context;
 }
 
-// The document owns what is in the context, so a context serves one document at a time.
+// A context holds the memory of one document at a time.
 std::shared_ptr<Document> newDocument(const Context& context)
 {
     return {soap_new_PelLu300RouterInterfaceXml(context.get()), [context](Document*) {

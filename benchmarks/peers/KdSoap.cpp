@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A value tree of KDSoap, written as XML. It offers no way to read XML other than as the answer of a
-// server.
+// A value tree of KDSoap, written as XML. KDSoap reads XML only as the answer of a server, so there is no
+// benchmark of reading.
 
 #include "Peer.h"
 

@@ -13,8 +13,8 @@ namespace benchmarks {
 
 constexpr unsigned int canonicalMessageId = 4711;
 
-// Hands the values of the i-th canonical fragment to one of the functions of a sink. A mastership state
-// is MasterPresent.
+// Passes the values of the i-th canonical fragment to one of the functions of a sink. A mastership state
+// is always MasterPresent.
 template <class Sink>
 void fillFragment(int i, Sink&& sink)
 {
@@ -37,8 +37,7 @@ void fillFragment(int i, Sink&& sink)
     }
 }
 
-// A library that keeps a message in a type of its own. Everything is returned the way an operation
-// returns its result.
+// A library with a message type of its own. Each function returns its result as an operation does.
 template <class Document>
 struct Peer
 {
@@ -46,7 +45,7 @@ struct Peer
     std::shared_ptr<Document> (*build)(int fragments);
     std::shared_ptr<std::string> (*write)(const Document& document);
     std::shared_ptr<Document> (*read)(const std::string& form);
-    // Whether a written form carries the canonical values.
+    // Whether a written form holds the canonical values.
     bool (*isCanonical)(const std::string& form, int fragments);
 };
 
@@ -76,7 +75,7 @@ Prepare writing(const Peer<Document>& peer)
     };
 }
 
-// An operation that reads what canonical() gives.
+// An operation that reads the result of canonical().
 template <class Document, class Canonical>
 Prepare reading(const Peer<Document>& peer, const Canonical& canonical)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The classes that CodeSynthesis XSD generates from the schema (C++/Tree mapping). They come after a DOM
-// of Xerces-C++ in both directions. Nothing is validated against the schema.
+// The classes that CodeSynthesis XSD generates from the schema (C++/Tree mapping). Reading and writing go
+// through a DOM of Xerces-C++. Nothing is validated against the schema.
 
 #include "Peer.h"
 

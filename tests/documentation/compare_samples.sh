@@ -1,22 +1,33 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# compare_samples.sh [--update]: the code on the pages must be that of the tests in this folder.
+# compare_samples.sh [--update]: the code on the pages must be code that is compiled and run.
 #
-# The C++ blocks of docs/NAME.md are, in their order, the regions of NAME_page_test.cpp (with _ for -). A
-# region stands between two lines "//! [what it shows]" and is indented as they are. --update writes the
-# regions into the pages, whose number of blocks must fit.
+# The C++ blocks of docs/NAME.md are, in their order, the regions of NAME_page_test.cpp (with _ for -) in this
+# folder; the program in README.md is examples/first_message.cpp, whose output another test compares. A region
+# stands between two lines "//! [what it shows]" and is indented as they are. --update writes the regions into
+# the pages, whose number of blocks must fit.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-# code_of PAGE: its blocks, each behind a line ----.
+# code_of PAGE: its blocks, each after a line ----.
 code_of() {
     awk '/^```cpp$/ { inside = 1; print "----"; next } /^```/ { inside = 0 } inside' "$1"
 }
 
-# regions_of SOURCE: the same of a test.
+# regions_of SOURCE: its regions, each after a line ----.
 regions_of() {
     awk '/^ *\/\/! \[.*\]$/ { inside = !inside; match($0, /^ */); indent = RLENGTH; if (inside) print "----"; next }
          inside { print substr($0, indent + 1) }' "$1"
+}
+
+# source_of PAGE: the source with its regions.
+source_of() {
+    local name
+    name=$(basename "$1" .md)
+    case $name in
+    README) echo examples/first_message.cpp ;;
+    *) echo "tests/documentation/${name//-/_}_page_test.cpp" ;;
+    esac
 }
 
 # with_regions PAGE SOURCE: the page with the regions in place of its blocks.
@@ -28,9 +39,8 @@ with_regions() {
 }
 
 failed=0
-for page in docs/*.md; do
-    name=$(basename "$page" .md)
-    source=tests/documentation/${name//-/_}_page_test.cpp
+for page in README.md docs/*.md; do
+    source=$(source_of "$page")
     [ -e "$source" ] || source=/dev/null
     if [ "${1:-}" = --update ] && [ $source != /dev/null ]; then
         with_regions "$page" "$source" >"$page.new"

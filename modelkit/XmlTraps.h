@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// XML as text, looked at without reading it. Not installed.
+// What in a document must not be given to an XML reader. Not installed.
 #pragma once
 
 #include <QtCore/QString>
@@ -7,8 +7,8 @@
 
 namespace MODELKIT {
 
-// Something in a document that is not to be given to a reader, because its work on it grows with the
-// square of the size, or without bound.
+// Markup that must not be given to a reader, because the reader's work on it grows with the square of the
+// size, or without bound.
 struct Trap
 {
     enum Kind
@@ -23,8 +23,8 @@ struct Trap
     qint64 characterOffset = 0;
 };
 
-// The first declaration of a document type, or the first tag with more attributes than that. What is
-// not well-formed may hide them, but the reader stops there as well.
+// The first document type declaration, or the first tag with more than maximalAttributes attributes. Markup
+// that is not well-formed may hide them, but the reader stops there as well.
 Trap findTrap(const QString& text, int maximalAttributes);
 
 } // namespace MODELKIT

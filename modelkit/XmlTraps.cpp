@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "modelkit/XmlText.h"
+#include "modelkit/XmlTraps.h"
 
 #include <QtCore/QChar>
 
@@ -12,7 +12,7 @@ namespace {
 
 bool isSame(char ascii, QChar character) { return character == QLatin1Char(ascii); }
 
-// Characters of a document.
+// Walks over the characters of a document.
 class Scanner
 {
 public:
@@ -29,7 +29,7 @@ public:
         return true;
     }
 
-    // Goes behind the text, or to the end.
+    // Goes to the character after the text, or to the end.
     void skipBehind(std::string_view text)
     {
         while (find(text.front())) {
@@ -39,14 +39,14 @@ public:
         }
     }
 
-    // Leaves the tag; false when it has more attributes than that.
+    // Skips the tag; false when it has more attributes than that.
     bool skipTag(int maximalAttributes)
     {
         int attributes = 0;
         unsigned int quote = 0;
         for (++m_at; m_at != m_end; ++m_at) {
             const unsigned int code = m_at->unicode();
-            // Not allowed there, not even in a quoted value.
+            // Not well-formed inside a tag, not even in a quoted value.
             if (code == '<')
                 return true;
             if (quote != 0) {
@@ -97,7 +97,7 @@ Trap findTrap(const QString& text, int maximalAttributes)
         } else if (scanner.skip("<?")) {
             scanner.skipBehind("?>");
         } else if (scanner.skip("<!DOCTYPE")) {
-            // There are readers that take it anywhere.
+            // Some readers accept it anywhere.
             return {Trap::Doctype, position};
         } else if (!scanner.skipTag(maximalAttributes)) {
             return {Trap::Attributes, position};
