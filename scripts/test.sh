@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-install_missing cmake g++ libcli11-dev libgtest-dev libxml2-utils ninja-build
+install_missing cmake g++ libgtest-dev libxml2-utils ninja-build
 for preset in "${@:-gcc-qt5}"; do
     case $preset in
         *qt6) install_missing qt6-base-dev ;;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "NewWords.h"
 
+#include "Suggestions.h"
 #include "UsageError.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
@@ -333,7 +334,7 @@ private:
         if (words.contains(word + QLatin1Char('=')))
             throw UsageError(QStringLiteral("%1 needs a value: %1=...").arg(word));
         throw UsageError(QStringLiteral("The word %1 is not known.%2 Possible are %3.")
-                             .arg(Quoted(word), didYouMeanWord(word), Enumerated(words)));
+                             .arg(Quoted(word), didYouMeanWord(word, words), Enumerated(words)));
     }
 
     // The word belongs to records of which none is at hand.
@@ -414,16 +415,6 @@ QStringList possibleWords()
     });
     words.removeDuplicates();
     return words;
-}
-
-QString didYouMeanWord(const QString& word)
-{
-    QStringList names = possibleWords();
-    names.replaceInStrings(QStringLiteral("="), QString());
-    const QString meant = MODELKIT::ClosestName(word, names);
-    return meant.isEmpty()
-               ? QString()
-               : QStringLiteral(" Did you mean %1?").arg(possibleWords().at(names.indexOf(meant)));
 }
 
 QVector<RecordWords> describeWords()
