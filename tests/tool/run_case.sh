@@ -2,8 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Runs the program as a user does and compares all that comes out:
 #
-#     run_case.sh [--update] PROGRAM DOCUMENTS CASE...
-#     run_case.sh --locale LOCALE FOLDER PROGRAM DOCUMENTS CASE...
+#     run_case.sh [--update] [--quick] [--locale LOCALE FOLDER] PROGRAM DOCUMENTS CASE...
 #
 # A case is a folder with
 #     cmd      the commands, for bash
@@ -15,22 +14,30 @@
 #
 # --update keeps what comes out as what is expected. Read it before you commit it.
 #
+# --quick leaves out the cases that begin with the line "# slow": they take seconds.
+#
 # --locale runs the program, and nothing but the program, under a locale, which it makes in the folder. What is
-# expected stays the same. Cases that begin with the line "# slow" are left out.
+# expected stays the same.
 set -uo pipefail
 
 support=$(dirname "$(realpath "$0")")
 skipped=77
 update=no
+quick=no
 locale=
-if [ "$1" = --update ]; then
-    update=yes
+while true; do
+    case $1 in
+        --update) update=yes ;;
+        --quick) quick=yes ;;
+        --locale)
+            locale=$2
+            locales=$3
+            shift 2
+            ;;
+        *) break ;;
+    esac
     shift
-elif [ "$1" = --locale ]; then
-    locale=$2
-    locales=$3
-    shift 3
-fi
+done
 program=$(realpath "$1")
 documents=$(realpath "$2")
 shift 2
@@ -101,7 +108,7 @@ fi
 result=$skipped
 for case in "$@"; do
     case=$(realpath "$case")
-    if [ "$locale" ] && [ "$(head -n 1 "$case/cmd")" = '# slow' ]; then
+    if [ $quick = yes ] && [ "$(head -n 1 "$case/cmd")" = '# slow' ]; then
         continue
     fi
     folder=$(mktemp -d)
