@@ -4,7 +4,7 @@
 #
 #     run_case.sh [--update] [--quick] [--locale LOCALE FOLDER] PROGRAM DOCUMENTS CASE...
 #
-# A case is a folder with
+# A case is a folder with the files below; a folder with cases stands for all of them.
 #     cmd      the commands, for bash
 #     out, err what they write to standard output and standard error; a missing file stands for nothing
 #     status   the exit status
@@ -105,9 +105,19 @@ if [ "$locale" ] && ! make_locale; then
     echo "There is no locale $locale; the Debian package locales has what it is made from." >&2
     exit $skipped
 fi
-result=$skipped
+cases=()
 for case in "$@"; do
     case=$(realpath "$case")
+    if [ -e "$case/cmd" ]; then
+        cases+=("$case")
+    else
+        for command in "$case"/*/cmd; do
+            cases+=("$(dirname "$command")")
+        done
+    fi
+done
+result=$skipped
+for case in "${cases[@]}"; do
     if [ $quick = yes ] && [ "$(head -n 1 "$case/cmd")" = '# slow' ]; then
         continue
     fi
