@@ -39,8 +39,14 @@ public:
     }
     /// @}
 
-    /// \throws UsageError when the words do not fit the table
+    /// \name Mistakes
+    /// \throws UsageError
+    /// @{
+    /// When the words do not fit the table.
     void requireSense() const;
+    /// Says the text, and advises to look at the help of the command.
+    [[noreturn]] void refuse(const QString& text) const;
+    /// @}
 
 private:
     class Reader;
@@ -49,7 +55,6 @@ private:
     int choiceIndex(const char* name) const;
     void requireGoodValues(const OptionTable& row) const;
     [[noreturn]] void refuseExtra(const QString& word) const;
-    [[noreturn]] void refuse(const QString& text) const;
 
     const CommandTable m_table;
     // By the last name of the row.
