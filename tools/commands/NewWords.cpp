@@ -6,8 +6,6 @@
 #include "documents/Sentences.h"
 #include "documents/Text.h"
 
-#include "modelkit/ClosestName.h"
-
 #include <QtCore/QPair>
 #include <QtCore/QVariant>
 #include <QtCore/QVector>
