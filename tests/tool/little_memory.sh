@@ -14,9 +14,7 @@ make_documents() {
     done | xargs -n 1000 sh -c 'tee "$@" <few/0.xml >/dev/null' _
     {
         sed '/<\/PelLu300RouterMessage>/,$d' few/0.xml
-        for ((i = 0; i < 10000; ++i)); do
-            echo "<!-- $(printf '%01000d' 0) -->"
-        done
+        yes "<!-- $(printf '%01000d' 0) -->" | head -n 10000
         sed -n '/<\/PelLu300RouterMessage>/,$p' few/0.xml
     } >whole.xml
 }
