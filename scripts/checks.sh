@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# The checks that run no code of ours: licence lines, the format, clang-tidy over the libraries, the
-# documentation of the public headers, and that each library can be compiled as one source.
+# The checks that run no code of ours: licence lines, that no include goes up a floor, the format, clang-tidy over the
+# libraries, the documentation of the public headers, and that each library can be compiled as one source.
 #
 #     scripts/checks.sh
 #     scripts/checks.sh --add-licences     adds the licence line to those files that lack it
@@ -55,6 +55,9 @@ mkdir -p build
 
 echo "Licence lines"
 check_licences ''
+
+echo "Floors"
+bash scripts/floors.sh
 
 echo "Format"
 files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror

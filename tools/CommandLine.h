@@ -1,39 +1,38 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The command line: all commands and their options.
+/// From the words of a command line to the work.
 #pragma once
 
-#include "CommandTables.h"
+#include "Arguments.h"
+#include "CommonOptions.h"
+#include "Program.h"
 #include "Session.h"
 
-#include <functional>
-#include <memory>
+#include <QtCore/QStringList>
+
+#include <optional>
 
 namespace routermsg {
 
 class CommandLine
 {
 public:
-    using Work = std::function<Status(Session&)>;
+    /// \param words without the name of the program
+    explicit CommandLine(const QStringList& words);
 
-    CommandLine();
-    ~CommandLine();
+    /// As they were given; for the session.
+    CommonOptions commonOptions() const;
 
-    /// Understands the arguments of the program.
-    /// \returns what is to be done
-    /// \throws UsageError
-    Work parse(int argc, const char* const* argv);
-
-    /// As they were given.
-    const CommonOptions& commonOptions() const;
-
-    /// What the parser itself goes by.
-    ProgramTable tables() const;
+    /// Does what the words say.
+    /// \throws UsageError when they make no sense
+    /// \throws whatever the command throws
+    Status run(Session& session) const;
 
 private:
-    class Parser;
-
-    std::unique_ptr<Parser> m_parser;
+    const QStringList m_words;
+    // Both or none.
+    std::optional<Command> m_command;
+    std::optional<Arguments> m_arguments;
 };
 
 } // namespace routermsg

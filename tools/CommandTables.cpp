@@ -21,6 +21,70 @@ QString argumentLabel(const OptionTable& argument)
 
 } // namespace
 
+// --- rows
+
+QString fileValue() { return QStringLiteral("FILE"); }
+
+bool OptionTable::takesFile() const { return value == fileValue(); }
+
+OptionTable flag(const QStringList& names, const QString& text) { return {names, QString(), text}; }
+
+OptionTable option(const QStringList& names, const QString& value, const QString& text)
+{
+    return {names, value, text};
+}
+
+OptionTable choice(const QStringList& names, const QString& value, const QStringList& choices,
+                   const QString& text)
+{
+    return {names, value, text, choices};
+}
+
+OptionTable argument(const QString& name, const QString& value, const QString& text)
+{
+    return {{name}, value, text};
+}
+
+OptionTable required(OptionTable row)
+{
+    row.isRequired = true;
+    return row;
+}
+
+OptionTable repeatable(OptionTable row)
+{
+    row.isRepeatable = true;
+    return row;
+}
+
+OptionTable suggesting(const QStringList& values, OptionTable row)
+{
+    row.suggestions = values;
+    return row;
+}
+
+// --- names
+
+QStringList namesOf(const QVector<OptionTable>& options)
+{
+    QStringList names;
+    for (const OptionTable& option : options)
+        names += option.names;
+    return names;
+}
+
+QStringList namesOf(const QVector<CommandTable>& commands)
+{
+    QStringList names;
+    for (const CommandTable& command : commands)
+        names += command.name;
+    return names;
+}
+
+QString optionName(const QString& word) { return word.section(QLatin1Char('='), 0, 0); }
+
+// --- what is said of them
+
 QString usage(const ProgramTable& program, const CommandTable& command)
 {
     QString line = program.name + QLatin1Char(' ') + command.name;

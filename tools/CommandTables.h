@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The tables of commands and options from which help, manual page and completions are made.
+/// The tables of commands and options, by which the words of a command line are read, and from which help,
+/// manual page and completions are made.
 #pragma once
 
 #include <QtCore/QPair>
@@ -10,20 +11,47 @@
 
 namespace routermsg {
 
-/// An option, or an argument without a name.
+/// An option, or an argument, which has its place only.
 struct OptionTable
 {
-    /// "-q" and "--quiet"; the only name of an argument is that of its value.
+    /// "-q" and "--quiet"; an argument has one name without dashes.
     QStringList names;
     /// What the value is called; empty for an option without one.
     QString value;
-    /// The values there are, if they can be told.
-    QStringList choices;
     QString text;
-    bool isFile = false;
+    /// All values there are, if there are no others.
+    QStringList choices = {};
+    /// Values that can be told beforehand, among others.
+    QStringList suggestions = {};
     bool isRepeatable = false;
     bool isRequired = false;
+
+    bool takesValue() const { return !value.isEmpty(); }
+    bool takesFile() const;
+    /// The values that can be told.
+    QStringList knownValues() const { return choices + suggestions; }
+    /// The long name of an option that has several.
+    QString lastName() const { return names.constLast(); }
 };
+
+/// \name Rows of tables
+/// @{
+OptionTable flag(const QStringList& names, const QString& text);
+/// \param value what the value is called; "FILE" for a file
+OptionTable option(const QStringList& names, const QString& value, const QString& text);
+/// An option that takes certain values only.
+OptionTable choice(const QStringList& names, const QString& value, const QStringList& choices,
+                   const QString& text);
+OptionTable argument(const QString& name, const QString& value, const QString& text);
+/// The row, but it must be given, can be given several times, or has some values that can be told.
+/// @{
+OptionTable required(OptionTable row);
+OptionTable repeatable(OptionTable row);
+OptionTable suggesting(const QStringList& values, OptionTable row);
+/// @}
+/// The value of rows that take a file.
+QString fileValue();
+/// @}
 
 struct Note
 {
@@ -48,6 +76,8 @@ struct CommandTable
     QString notesTitle;
     QVector<Note> notes;
     QVector<Example> examples;
+    /// Whether it writes results, and so has the options about them.
+    bool hasCommonOptions = true;
 };
 
 struct Section
@@ -65,6 +95,14 @@ struct ProgramTable
     QVector<OptionTable> options;
     QVector<Section> sections;
 };
+
+/// All names.
+/// @{
+QStringList namesOf(const QVector<OptionTable>& options);
+QStringList namesOf(const QVector<CommandTable>& commands);
+/// @}
+/// The option's name in a word such as "--format=json".
+QString optionName(const QString& word);
 
 /// A name and what it stands for.
 using Row = QPair<QString, QString>;

@@ -8,34 +8,18 @@ namespace routermsg {
 
 namespace {
 
-QStringList allNames(const QVector<OptionTable>& options)
-{
-    QStringList names;
-    for (const OptionTable& option : options)
-        names += option.names;
-    return names;
-}
-
-QStringList commandNames(const ProgramTable& program)
-{
-    QStringList names;
-    for (const CommandTable& command : program.commands)
-        names += command.name;
-    return names;
-}
-
 bool takesFiles(const CommandTable& command)
 {
     return std::any_of(command.arguments.begin(), command.arguments.end(),
-                       [](const OptionTable& argument) { return argument.isFile; });
+                       [](const OptionTable& argument) { return argument.takesFile(); });
 }
 
-QStringList argumentChoices(const CommandTable& command)
+QStringList knownArguments(const CommandTable& command)
 {
-    QStringList choices;
+    QStringList values;
     for (const OptionTable& argument : command.arguments)
-        choices += argument.choices;
-    return choices;
+        values += argument.knownValues();
+    return values;
 }
 
 QString inQuotes(QString text)
@@ -63,22 +47,21 @@ QString bashValues(const CommandTable& command, const OptionTable& option)
     for (const QString& name : option.names)
         patterns += command.name + QLatin1Char(':') + name;
     const QString action =
-        option.choices.isEmpty()
+        option.knownValues().isEmpty()
             ? QStringLiteral("compopt -o default")
-            : QStringLiteral("_routermsg_words %1").arg(inQuotes(option.choices.join(' ')));
+            : QStringLiteral("_routermsg_words %1").arg(inQuotes(option.knownValues().join(' ')));
     return QStringLiteral("    %1) %2; return ;;\n").arg(patterns.join(QStringLiteral(" | ")), action);
 }
 
 QString bashCommand(const CommandTable& command)
 {
     QString otherwise;
-    if (!argumentChoices(command).isEmpty())
-        otherwise +=
-            QStringLiteral(" _routermsg_words %1;").arg(inQuotes(argumentChoices(command).join(' ')));
+    if (!knownArguments(command).isEmpty())
+        otherwise += QStringLiteral(" _routermsg_words %1;").arg(inQuotes(knownArguments(command).join(' ')));
     if (takesFiles(command))
         otherwise += QStringLiteral(" compopt -o default;");
     return QStringLiteral("    %1:-*) _routermsg_words %2 ;;\n    %1:*)%3 ;;\n")
-        .arg(command.name, inQuotes(allNames(command.options).join(' ')), otherwise);
+        .arg(command.name, inQuotes(namesOf(command.options).join(' ')), otherwise);
 }
 
 QString bash(const ProgramTable& program)
@@ -112,7 +95,7 @@ _routermsg()
 
 complete -F _routermsg %1
 )")
-        .arg(program.name, inQuotes((commandNames(program) + allNames(program.options)).join(' ')), values,
+        .arg(program.name, inQuotes((namesOf(program.commands) + namesOf(program.options)).join(' ')), values,
              each(program.commands, bashCommand));
 }
 
@@ -127,10 +110,10 @@ QString zshText(QString text)
 
 QString zshValue(const OptionTable& option)
 {
-    if (!option.choices.isEmpty())
-        return QStringLiteral(":%1:(%2)").arg(option.value, option.choices.join(' '));
-    return option.isFile ? QStringLiteral(":%1:_files").arg(option.value)
-                         : QStringLiteral(":%1: ").arg(option.value);
+    if (!option.knownValues().isEmpty())
+        return QStringLiteral(":%1:(%2)").arg(option.value, option.knownValues().join(' '));
+    return option.takesFile() ? QStringLiteral(":%1:_files").arg(option.value)
+                              : QStringLiteral(":%1: ").arg(option.value);
 }
 
 QString zshLine(const QString& argument)
@@ -205,10 +188,10 @@ QString fishOption(const QString& beginning, const OptionTable& option)
     for (const QString& name : option.names)
         line += name.startsWith(QLatin1String("--")) ? QStringLiteral(" -l ") + name.mid(2)
                                                      : QStringLiteral(" -s ") + name.mid(1);
-    if (!option.choices.isEmpty())
-        line += QStringLiteral(" -x -a ") + fishQuotes(option.choices.join(' '));
+    if (!option.knownValues().isEmpty())
+        line += QStringLiteral(" -x -a ") + fishQuotes(option.knownValues().join(' '));
     else if (!option.value.isEmpty())
-        line += option.isFile ? QStringLiteral(" -r -F") : QStringLiteral(" -x");
+        line += option.takesFile() ? QStringLiteral(" -r -F") : QStringLiteral(" -x");
     return line + QStringLiteral(" -d ") + fishQuotes(option.text) + QLatin1Char('\n');
 }
 
@@ -220,8 +203,8 @@ QString fishCommand(const QString& beginning, const CommandTable& command)
                        .arg(beginning, command.name, fishQuotes(command.summary));
     if (!takesFiles(command))
         text += inCommand + QStringLiteral(" -f\n");
-    if (!argumentChoices(command).isEmpty())
-        text += inCommand + QStringLiteral(" -a ") + fishQuotes(argumentChoices(command).join(' '))
+    if (!knownArguments(command).isEmpty())
+        text += inCommand + QStringLiteral(" -a ") + fishQuotes(knownArguments(command).join(' '))
                 + QLatin1Char('\n');
     return text
            + each(command.options, [&](const OptionTable& option) { return fishOption(inCommand, option); });

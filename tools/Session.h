@@ -3,6 +3,7 @@
 /// What a command runs in.
 #pragma once
 
+#include "CommonOptions.h"
 #include "Finding.h"
 #include "Output.h"
 
@@ -10,22 +11,6 @@
 #include <QtCore/QString>
 
 namespace routermsg {
-
-/// The format of results.
-enum class Format
-{
-    Text,
-    Json
-};
-
-/// The options that all commands have.
-struct CommonOptions
-{
-    Format format = Format::Text;
-    Colour colour = Colour::Auto;
-    /// Only findings and errors are written: no lines about what is fine, no summary, no progress.
-    bool quiet = false;
-};
 
 /// What a command runs in.
 class Session

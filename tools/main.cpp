@@ -2,7 +2,8 @@
 #include "CommandLine.h"
 #include "UsageError.h"
 
-#include <QtCore/QCoreApplication>
+#include <QtCore/QStringList>
+#include <QtCore/QtGlobal>
 
 #include <clocale>
 #include <exception>
@@ -35,10 +36,10 @@ void ignoreQtMessages()
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
 }
 
-Status run(const CommandLine::Work& work, Session& session)
+Status run(const CommandLine& commandLine, Session& session)
 {
     try {
-        const Status status = work(session);
+        const Status status = commandLine.run(session);
         session.out().flush();
         return status;
     } catch (const Refusal& refusal) {
@@ -50,19 +51,12 @@ Status run(const CommandLine::Work& work, Session& session)
     }
 }
 
-Status run(int argc, char* argv[])
+Status run(const QStringList& words)
 {
-    CommandLine commandLine;
-    CommandLine::Work work;
-    try {
-        work = commandLine.parse(argc, argv);
-    } catch (const UsageError& error) {
-        Session(commandLine.commonOptions()).complain(error.text());
-        return Failed;
-    }
+    const CommandLine commandLine(words);
     Session session(commandLine.commonOptions());
     try {
-        return run(work, session);
+        return run(commandLine, session);
     } catch (const OutputError& error) {
         if (!error.isBrokenPipe())
             session.complain(QString::fromUtf8(error.what()));
@@ -81,7 +75,10 @@ int main(int argc, char* argv[])
     occupyStandardStreams();
     ignoreQtMessages();
     try {
-        return run(argc, argv);
+        QStringList words;
+        for (int i = 1; i < argc; ++i)
+            words += QString::fromUtf8(argv[i]);
+        return run(words);
     } catch (const OutputError&) {
         // Not even the complaint could be written.
         return Failed;

@@ -2,36 +2,78 @@
 # SPDX-License-Identifier: MIT
 # Runs the program as a user does and compares all that comes out:
 #
-#     run_case.sh [--update] PROGRAM DOCUMENTS CASE...
+#     run_case.sh [--update] [--quick] [--locale LOCALE FOLDER] PROGRAM DOCUMENTS CASE...
 #
-# A case is a folder with
+# A case is a folder with the files below; a folder with cases stands for all of them.
 #     cmd      the commands, for bash
 #     out, err what they write to standard output and standard error; a missing file stands for nothing
 #     status   the exit status
-# The commands run in an empty folder with $ROUTERMSG, the program, $DOCUMENTS, the example documents, and
-# $CASE, the folder of the case; the last two are links, so that the paths in messages are always the same.
+# The commands run in an empty folder with $ROUTERMSG, the program, $DOCUMENTS, the example documents,
+# $CASE, the folder of the case, and $SUPPORT, this folder; the last three are links, so that the paths in messages
+# are always the same. With the status 77 they say that they cannot be run here, and on standard error why.
 #
 # --update keeps what comes out as what is expected. Read it before you commit it.
+#
+# --quick leaves out the cases that begin with the line "# slow": they take seconds.
+#
+# --locale runs the program, and nothing but the program, under a locale, which it makes in the folder. What is
+# expected stays the same.
 set -uo pipefail
 
+support=$(dirname "$(realpath "$0")")
+skipped=77
 update=no
-if [ "$1" = --update ]; then
-    update=yes
+quick=no
+locale=
+while true; do
+    case $1 in
+        --update) update=yes ;;
+        --quick) quick=yes ;;
+        --locale)
+            locale=$2
+            locales=$3
+            shift 2
+            ;;
+        *) break ;;
+    esac
     shift
-fi
+done
 program=$(realpath "$1")
 documents=$(realpath "$2")
 shift 2
 
+# make_locale: compiles it. Its decimal comma shows that it is in force.
+make_locale() {
+    local language=${locale%%.*} encoding=${locale#*.}
+    mkdir -p "$locales" && locales=$(realpath "$locales")
+    [ -d "$locales/$locale" ] || localedef --no-archive -i "$language" -f "$encoding" "$locales/$locale" || return
+    [ "$(LOCPATH=$locales LC_ALL=$locale locale decimal_point)" = , ]
+}
+
+# in_locale FOLDER: puts a program into the folder that runs the program under the locale.
+in_locale() {
+    cat >"$1/routermsg" <<END
+#!/bin/sh
+LOCPATH='$locales' LC_ALL=$locale LANGUAGE=${locale%%_*} exec '$program' "\$@"
+END
+    chmod +x "$1/routermsg"
+}
+
 # run FOLDER CASE: leaves out, err and status in the folder.
 run() {
+    local routermsg=$program
     mkdir "$1/work"
     ln -s "$documents" "$1/work/documents"
     ln -s "$2" "$1/work/case"
+    ln -s "$support" "$1/support"
+    if [ "$locale" ]; then
+        in_locale "$1"
+        routermsg=$1/routermsg
+    fi
     (
         cd "$1/work" || exit
-        env -u NO_COLOR -u COLUMNS LC_ALL=C TERM=xterm ROUTERMSG="$program" DOCUMENTS=documents CASE=case \
-            bash case/cmd </dev/null >"$1/out" 2>"$1/err"
+        env -u NO_COLOR -u COLUMNS LC_ALL=C TERM=xterm ROUTERMSG="$routermsg" DOCUMENTS=documents CASE=case \
+            SUPPORT=../support bash case/cmd </dev/null >"$1/out" 2>"$1/err"
         echo $? >"$1/status"
     )
 }
@@ -53,20 +95,44 @@ compare() {
         [ -e "$expected" ] || expected=/dev/null
         diff -u --label "expected $name" --label "actual $name" "$expected" "$1/$name" || same=no
     done
-    [ $same = yes ] || echo "The case $(basename "$2") failed."
-    [ $same = yes ]
+    [ $same = yes ] && return
+    echo "The case $(basename "$2") failed${locale:+ under $locale}. If what it does now is right:"
+    echo "    bash tests/tool/run_case.sh --update $(printf '%q' "$program") examples/documents $(printf '%q' "$2")"
+    return 1
 }
 
-failed=0
+if [ "$locale" ] && ! make_locale; then
+    echo "There is no locale $locale; the Debian package locales has what it is made from." >&2
+    exit $skipped
+fi
+cases=()
 for case in "$@"; do
     case=$(realpath "$case")
+    if [ -e "$case/cmd" ]; then
+        cases+=("$case")
+    else
+        for command in "$case"/*/cmd; do
+            cases+=("$(dirname "$command")")
+        done
+    fi
+done
+result=$skipped
+for case in "${cases[@]}"; do
+    if [ $quick = yes ] && [ "$(head -n 1 "$case/cmd")" = '# slow' ]; then
+        continue
+    fi
     folder=$(mktemp -d)
     run "$folder" "$case"
-    if [ $update = yes ]; then
+    if [ "$(cat "$folder/status")" = $skipped ]; then
+        echo "The case $(basename "$case") cannot be run here: $(cat "$folder/err")"
+    elif [ $update = yes ]; then
         keep "$folder" "$case"
+        [ $result = 1 ] || result=0
+    elif compare "$folder" "$case"; then
+        [ $result = 1 ] || result=0
     else
-        compare "$folder" "$case" || failed=1
+        result=1
     fi
     rm -rf "$folder"
 done
-exit $failed
+exit $result

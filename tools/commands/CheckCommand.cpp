@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "CheckCommand.h"
+// The command `check`: are documents valid?
 
+#include "Commands.h"
 #include "InputFiles.h"
 #include "Progress.h"
+#include "SharedOptions.h"
 #include "documents/LargeJson.h"
 #include "documents/Text.h"
 
@@ -251,22 +253,40 @@ std::unique_ptr<Report> makeReport(Session& session)
     return std::make_unique<TextReport>(session);
 }
 
-} // namespace
-
-Status check(const CheckOptions& options, Session& session)
+Status check(const Arguments& arguments, Session& session)
 {
-    const QStringList files = filesAmong(options.inputs);
+    const QStringList files = inputsOf(arguments);
+    const bool strict = arguments.isGiven("--strict");
     const auto report = makeReport(session);
     Progress progress(session, static_cast<int>(files.size()));
     Status worst = Fine;
     for (const QString& file : files) {
         progress.next(inputName(file));
-        const Verdict verdict = examine(file, options.strict);
+        const Verdict verdict = examine(file, strict);
         report->add(verdict);
         worst = std::max(worst, verdict.status());
     }
     report->end();
     return worst;
+}
+
+} // namespace
+
+Command checkCommand()
+{
+    CommandTable table;
+    table.name = "check";
+    table.summary = "Say whether documents are valid, or what is wrong and where.";
+    table.arguments = {inputsArgument()};
+    table.options = {
+        flag({"--strict"},
+             "Also find what is accepted in silence: what is unknown or repeated, numbers that are none "
+             "or lose digits, attributes, and what is not set although it should be.")};
+    table.examples = {
+        {"routermsg check request.xml", "One document."},
+        {"routermsg check --quiet recordings", "Only what is wrong among the documents of a folder."},
+        {"routermsg check --strict request.xml", "Also what a reader accepts without a word."}};
+    return {table, check};
 }
 
 } // namespace routermsg

@@ -1,28 +1,54 @@
 // SPDX-License-Identifier: MIT
-#include "ConvertCommand.h"
+// The command `convert`: a document in another form.
 
+#include "Commands.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "Saving.h"
+#include "SharedOptions.h"
 
 namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
-Status convert(const ConvertOptions& options, Session& session)
-{
-    const Target target(options.output, options.to);
-    Progress progress(session, 1);
-    progress.next(inputName(options.input));
+namespace {
 
-    const Document loaded = load(options.input, {options.from, options.validate});
-    const FileSummary input{inputName(options.input), loaded.form, loaded.size, std::nullopt};
+Status convert(const Arguments& arguments, Session& session)
+{
+    const QString path = arguments.text("IN");
+    const Target target(arguments.text("OUT"), formOf(arguments, "--to"));
+    Progress progress(session, 1);
+    progress.next(inputName(path));
+
+    const Document loaded = load(path, {formOf(arguments, "--from"), !arguments.isGiven("--invalid")});
+    const FileSummary input{inputName(path), loaded.form, loaded.size, std::nullopt};
     const FileSummary output = save(*loaded.record, target, session);
 
     reportSaving(input.toText() + QStringLiteral(" -> ") + output.toText(),
                  {{QStringLiteral("input"), input.toJson()}, {QStringLiteral("output"), output.toJson()}},
                  target, session);
     return Fine;
+}
+
+} // namespace
+
+Command convertCommand()
+{
+    CommandTable table;
+    table.name = "convert";
+    table.summary = "Write a document in another form.";
+    table.arguments = {
+        required(argument("IN", fileValue(), "The document to read, or - for standard input.")),
+        required(argument("OUT", fileValue(), "The file to write, or - for standard output."))};
+    table.options = {
+        formOption("--from", "The form of IN; otherwise its content tells it."),
+        formOption("--to", "The form of OUT; otherwise its ending tells it, and it is xml for -."),
+        flag({"--invalid"}, "Convert the document even if it is not valid.")};
+    table.examples = {
+        {"routermsg convert request.xml request.bin", "From XML to the binary form."},
+        {"routermsg convert request.bin - --to json | less", "Look at a binary document as JSON."},
+        {"routermsg convert - reply.binz < reply.json", "From standard input to the compressed form."}};
+    return {table, convert};
 }
 
 } // namespace routermsg

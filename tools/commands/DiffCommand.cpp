@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "DiffCommand.h"
+// The command `diff`: where two documents differ.
 
+#include "Commands.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "UsageError.h"
@@ -93,38 +94,36 @@ std::unique_ptr<Report> makeReport(Session& session)
     return std::make_unique<TextReport>(session);
 }
 
-void requireDifferentInputs(const DiffOptions& options)
+void requireDifferentInputs(const QString& first, const QString& second)
 {
     const QString standardInput = QStringLiteral("-");
-    if (options.first == standardInput && options.second == standardInput)
+    if (first == standardInput && second == standardInput)
         throw UsageError(QStringLiteral("Only one of the documents can come from standard input."));
 }
 
-IgnoredMembers ignoredMembers(const DiffOptions& options)
+IgnoredMembers ignoredMembers(const QStringList& paths)
 {
     try {
-        return IgnoredMembers(options.ignored);
+        return IgnoredMembers(paths);
     } catch (const InvalidMemberPath& error) {
         throw UsageError(error.GetText());
     }
 }
 
-std::pair<Document, Document> loadBoth(const DiffOptions& options, Session& session)
+std::pair<Document, Document> loadBoth(const QString& first, const QString& second, Session& session)
 {
     Progress progress(session, 2);
-    progress.next(inputName(options.first));
-    Document first = load(options.first);
-    progress.next(inputName(options.second));
-    return {std::move(first), load(options.second)};
+    progress.next(inputName(first));
+    Document loaded = load(first);
+    progress.next(inputName(second));
+    return {std::move(loaded), load(second)};
 }
 
-} // namespace
-
-Status diff(const DiffOptions& options, Session& session)
+Status diff(const Arguments& arguments, Session& session)
 {
-    requireDifferentInputs(options);
-    const IgnoredMembers ignored = ignoredMembers(options);
-    const auto [first, second] = loadBoth(options, session);
+    requireDifferentInputs(arguments.text("A"), arguments.text("B"));
+    const IgnoredMembers ignored = ignoredMembers(arguments.texts("--ignore"));
+    const auto [first, second] = loadBoth(arguments.text("A"), arguments.text("B"), session);
     const auto report = makeReport(session);
     qint64 count = 0;
     CompareRecords(*first.record, *second.record, ignored, [&](const Difference& difference) {
@@ -133,6 +132,25 @@ Status diff(const DiffOptions& options, Session& session)
     });
     report->end(count);
     return count == 0 ? Fine : Found;
+}
+
+} // namespace
+
+Command diffCommand()
+{
+    CommandTable table;
+    table.name = "diff";
+    table.summary = "Show where two documents differ, whatever their forms.";
+    table.arguments = {required(argument("A", fileValue(), "The first document, or - for standard input.")),
+                       required(argument("B", fileValue(), "The second document, or - for standard input."))};
+    table.options = {repeatable(
+        option({"--ignore"}, "PATH",
+               "A member that does not count, as a path of names such as MessageID, DF_Params/Frequency or "
+               "Fragment[2]; can be given several times."))};
+    table.examples = {
+        {"routermsg diff before.xml after.bin", "Member by member."},
+        {"routermsg diff a.xml b.xml --ignore MessageID", "Two messages that may have different numbers."}};
+    return {table, diff};
 }
 
 } // namespace routermsg

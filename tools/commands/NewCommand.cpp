@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "NewCommand.h"
+// The command `new`: a document from words on the command line; NewWords.h tells what they mean.
 
+#include "Commands.h"
 #include "NewWords.h"
 #include "Saving.h"
+#include "SharedOptions.h"
+#include "Suggestions.h"
 #include "UsageError.h"
 #include "documents/DocumentError.h"
 #include "documents/Sentences.h"
@@ -28,18 +31,17 @@ const RecordInfo& rootOf(const QString& name)
     if (const RecordInfo* info = RecordInfo::Find(name))
         return *info;
     const QStringList names = recordNames();
-    throw UsageError(QStringLiteral("There is no record %1.%2 Possible are %3.")
-                         .arg(Quoted(name), DidYouMean(name, names), Enumerated(names)));
+    throw UsageError(QStringLiteral("There is no record %1.%2%3")
+                         .arg(Quoted(name), DidYouMean(name, names), possible(names)));
 }
 
-} // namespace
-
-Status makeNew(const NewOptions& options, Session& session)
+Status makeNew(const Arguments& arguments, Session& session)
 {
-    const Target target(options.output, options.to);
+    const QString path = arguments.isGiven("--output") ? arguments.text("--output") : QStringLiteral("-");
+    const Target target(path, formOf(arguments, "--to"));
     std::unique_ptr<IMKObject> record;
     try {
-        record = build(rootOf(options.root), options.words);
+        record = build(rootOf(arguments.text("--root")), arguments.texts("WORD"));
         record->Check();
     } catch (const ModelKitException& exception) {
         throw Refusal(Finding::of(DocumentError(exception), QString()));
@@ -47,6 +49,51 @@ Status makeNew(const NewOptions& options, Session& session)
     const FileSummary copy = save(*record, target, session);
     reportSaving(copy.toText(), {{QStringLiteral("output"), copy.toJson()}}, target, session);
     return Fine;
+}
+
+OptionTable wordsArgument()
+{
+    return repeatable(suggesting(
+        possibleWords(),
+        argument(
+            "WORD", "WORD",
+            "Names of records, values as Member=value, and names of enumerators, in order. A value belongs "
+            "to the record that was named last, or to one around it. What is around a record comes by "
+            "itself.")));
+}
+
+QVector<Note> wordNotes()
+{
+    QVector<Note> notes;
+    for (const RecordWords& record : describeWords())
+        notes += Note{record.record, (record.isChoice ? QStringLiteral("one of ") : QString())
+                                         + record.words.join(QLatin1Char(' '))};
+    return notes;
+}
+
+} // namespace
+
+Command newCommand()
+{
+    CommandTable table;
+    table.name = "new";
+    table.summary = "Make a document from words.";
+    table.arguments = {wordsArgument()};
+    table.options = {
+        option({"-o", "--output"}, fileValue(), "The file to write; otherwise, and for -, standard output."),
+        formOption("--to",
+                   "The form to write; otherwise the ending of the file tells it, and it is xml for -."),
+        suggesting(recordNames(),
+                   option({"--root"}, "RECORD", "The record to make; otherwise a whole document."))};
+    table.notesTitle = "Words";
+    table.notes = wordNotes();
+    table.examples = {
+        {"routermsg new Request MessageID=7 AcquireMastership", "A request, as XML on standard output."},
+        {"routermsg new Event DF_Params Frequency=98.5e6 DF_Params Frequency=99.1e6 -o scan.bin",
+         "Two fragments in order, written as a binary file."},
+        {"routermsg new Request PelVtConnectServer 'Address=host name' Port=5000 --to json",
+         "A text with a blank."}};
+    return {table, makeNew};
 }
 
 } // namespace routermsg

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "NewWords.h"
 
+#include "Suggestions.h"
 #include "UsageError.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
-
-#include "modelkit/ClosestName.h"
 
 #include <QtCore/QPair>
 #include <QtCore/QVariant>
@@ -333,7 +332,7 @@ private:
         if (words.contains(word + QLatin1Char('=')))
             throw UsageError(QStringLiteral("%1 needs a value: %1=...").arg(word));
         throw UsageError(QStringLiteral("The word %1 is not known.%2 Possible are %3.")
-                             .arg(Quoted(word), didYouMeanWord(word), Enumerated(words)));
+                             .arg(Quoted(word), didYouMeanWord(word, words), Enumerated(words)));
     }
 
     // The word belongs to records of which none is at hand.
@@ -414,16 +413,6 @@ QStringList possibleWords()
     });
     words.removeDuplicates();
     return words;
-}
-
-QString didYouMeanWord(const QString& word)
-{
-    QStringList names = possibleWords();
-    names.replaceInStrings(QStringLiteral("="), QString());
-    const QString meant = MODELKIT::ClosestName(word, names);
-    return meant.isEmpty()
-               ? QString()
-               : QStringLiteral(" Did you mean %1?").arg(possibleWords().at(names.indexOf(meant)));
 }
 
 QVector<RecordWords> describeWords()

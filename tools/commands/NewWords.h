@@ -31,9 +31,6 @@ QStringList recordNames();
 /// All words there are; those for members end with "=".
 QStringList possibleWords();
 
-/// " Did you mean X?" with the closest of them, or nothing.
-QString didYouMeanWord(const QString& word);
-
 /// The words that a record understands, to be read by people.
 struct RecordWords
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ShowCommand.h"
+// The command `show`: a document to be read by people.
 
+#include "Commands.h"
 #include "HexView.h"
 #include "InputFiles.h"
 #include "Progress.h"
@@ -21,17 +22,17 @@ void writeHead(const QString& text, Session& session)
         session.out().writeLine(session.out().paint(Style::Faint, text));
 }
 
-Document loadInput(const ShowOptions& options, Session& session)
+Document loadInput(const QString& path, Session& session)
 {
     Progress progress(session, 1);
-    progress.next(inputName(options.input));
-    return load(options.input);
+    progress.next(inputName(path));
+    return load(path);
 }
 
-Status showTree(const ShowOptions& options, Session& session)
+Status showTree(const QString& path, Session& session)
 {
-    const Document loaded = loadInput(options, session);
-    const FileSummary copy{inputName(options.input), loaded.form, loaded.size};
+    const Document loaded = loadInput(path, session);
+    const FileSummary copy{inputName(path), loaded.form, loaded.size};
     if (session.format() == Format::Json) {
         QJsonObject json = copy.toJson();
         json[QStringLiteral("document")] = TreeJson(*loaded.record);
@@ -53,10 +54,10 @@ Form formToDissect(const QByteArray& bytes)
 }
 
 // The bytes of the input when it is in a binary form, otherwise those that it has in the plain one.
-Status showHex(const ShowOptions& options, Session& session)
+Status showHex(const QString& path, Session& session)
 {
-    const QString name = inputName(options.input);
-    const QByteArray bytes = readInput(options.input);
+    const QString name = inputName(path);
+    const QByteArray bytes = readInput(path);
     const Form form = formToDissect(bytes);
     const FileSummary copy{name, form, bytes.size()};
     const QByteArray shown =
@@ -76,11 +77,25 @@ Status showHex(const ShowOptions& options, Session& session)
     throw Refusal(*wrong);
 }
 
+Status show(const Arguments& arguments, Session& session)
+{
+    const QString path = arguments.text("FILE");
+    return arguments.isGiven("--hex") ? showHex(path, session) : showTree(path, session);
+}
+
 } // namespace
 
-Status show(const ShowOptions& options, Session& session)
+Command showCommand()
 {
-    return options.hex ? showHex(options, session) : showTree(options, session);
+    CommandTable table;
+    table.name = "show";
+    table.summary = "Show what is in a document.";
+    table.arguments = {required(argument("FILE", fileValue(), "The document, or - for standard input."))};
+    table.options = {flag({"--hex"}, "Show the bytes of the binary form and what they mean.")};
+    table.examples = {
+        {"routermsg show request.xml", "The document as a tree, with types and what is not set."},
+        {"routermsg show --hex request.bin", "Every byte of a binary document, explained."}};
+    return {table, show};
 }
 
 } // namespace routermsg

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "StatsCommand.h"
+// The command `stats`: what recorded documents hold.
 
+#include "Commands.h"
 #include "InputFiles.h"
 #include "Progress.h"
+#include "SharedOptions.h"
 #include "documents/Statistics.h"
 #include "documents/Text.h"
 
@@ -109,11 +111,9 @@ QJsonObject toJson(const Statistics& statistics)
             {QStringLiteral("tables"), tables}};
 }
 
-} // namespace
-
-Status stats(const StatsOptions& options, Session& session)
+Status stats(const Arguments& arguments, Session& session)
 {
-    const QStringList files = filesAmong(options.inputs);
+    const QStringList files = inputsOf(arguments);
     Statistics statistics;
     Status worst = Fine;
     {
@@ -134,6 +134,18 @@ Status stats(const StatsOptions& options, Session& session)
     else
         writeText(statistics, session.out());
     return worst;
+}
+
+} // namespace
+
+Command statsCommand()
+{
+    CommandTable table;
+    table.name = "stats";
+    table.summary = "Count what documents hold.";
+    table.arguments = {inputsArgument()};
+    table.examples = {{"routermsg stats recordings", "All documents of a folder together."}};
+    return {table, stats};
 }
 
 } // namespace routermsg

@@ -1,0 +1,95 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Compares the page about the program with what the program says of itself:
+#
+#     page.sh [--update] PROGRAM PAGE
+#
+# The table of commands must be that of the program. Each command has a section, in which its usage stands with all
+# its options and arguments, but for the options that stand in the section "Options of all commands".
+#
+# --update writes the table, and tells what else is to be written.
+set -euo pipefail
+
+update=no
+if [ "$1" = --update ]; then
+    update=yes
+    shift
+fi
+program=$(realpath "$1")
+page=$2
+failed=0
+
+complain() {
+    echo "$page: $1"
+    failed=1
+}
+
+# help_of COMMAND TITLE: the lines of that part of its help, without the indentation.
+help_of() {
+    "$program" ${1:+"$1"} --help | awk -v title="$2:" '$0 == title { inside = 1; next } /^$/ { inside = 0 } inside' |
+        sed 's/^  //'
+}
+
+commands() { help_of '' Commands | sed 's/ .*//'; }
+
+# The arguments as they stand in the usage.
+arguments_of() { help_of "$1" Usage | sed "s/^routermsg $1//; s/^ \[OPTION\]\.\.\.//; s/^ //"; }
+
+# Lines "-o --output FILE".
+options_of() { help_of "$1" Options | sed -n '/^-/ { s/  .*//; s/,//g; p }'; }
+
+section() { awk -v title="## $1" '/^## / { inside = $0 == title; next } inside' "$page"; }
+
+table() {
+    echo '| Command | What it does |'
+    echo '|---|---|'
+    local command summary arguments
+    while read -r command summary; do
+        arguments=$(arguments_of "$command")
+        echo "| [\`$command${arguments:+ $arguments}\`](#$command) | $summary |"
+    done < <(help_of '' Commands)
+}
+
+# check_option COMMAND USAGE NAME... [VALUE]: unless it is one of all commands, it stands in the usage.
+check_option() {
+    local command=$1 usage=$2 name value=
+    shift 2
+    [[ ${*: -1} = -* ]] || value=" ${*: -1}"
+    for name in "$@"; do
+        case $(section 'Options of all commands')$usage in
+            *"\`$name"* | *"[$name$value]"*) return ;;
+        esac
+    done
+    complain "The usage of $command lacks the option $*."
+}
+
+check_section() {
+    local command=$1 usage option
+    if [ -z "$(section "$command")" ]; then
+        complain "There is no section \"## $command\"."
+        return
+    fi
+    usage=$(section "$command" | grep -m 1 "^    routermsg $command\b" || true)
+    case $usage in
+        *" $(arguments_of "$command")" | "    routermsg $command") ;;
+        *) complain "The usage of $command does not end with its arguments, $(arguments_of "$command")." ;;
+    esac
+    while read -ra option; do
+        check_option "$command" "$usage" "${option[@]}"
+    done < <(options_of "$command")
+}
+
+begin='<!-- commands -->'
+end='<!-- end of commands -->'
+if [ $update = yes ]; then
+    new=$(mktemp)
+    { sed "/^$begin\$/q" "$page" && table && sed -n "/^$end\$/,\$p" "$page"; } >"$new"
+    cp "$new" "$page"
+    rm "$new"
+fi
+diff -u --label "$page" --label 'the commands there are' \
+    <(sed -n "/^$begin\$/,/^$end\$/p" "$page") <(echo "$begin" && table && echo "$end") || failed=1
+for command in $(commands); do
+    check_section "$command"
+done
+[ $update = yes ] || exit $failed

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+/// \file
+/// The options of all commands that write results.
+#pragma once
+
+#include "Arguments.h"
+#include "Output.h"
+
+namespace routermsg {
+
+/// The format of results.
+enum class Format
+{
+    Text,
+    Json
+};
+
+struct CommonOptions
+{
+    Format format = Format::Text;
+    Colour colour = Colour::Auto;
+    /// Only findings and errors are written: no lines about what is fine, no summary, no progress.
+    bool quiet = false;
+};
+
+QVector<OptionTable> commonOptionRows();
+
+/// What was given for these rows; what makes no sense is taken for not given.
+CommonOptions commonOptionsOf(const Arguments& arguments);
+
+} // namespace routermsg

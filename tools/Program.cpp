@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "Program.h"
+
+#include "CommonOptions.h"
+#include "documents/Forms.h"
+#include "documents/Sentences.h"
+
+#include "modelkit/Version.h"
+
+namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
+
+namespace {
+
+OptionTable helpOption() { return flag({"-h", "--help"}, "Show this help."); }
+
+Command completed(Command command)
+{
+    CommandTable& table = command.table;
+    table.options.prepend(helpOption());
+    if (table.hasCommonOptions)
+        table.options += commonOptionRows();
+    return command;
+}
+
+QVector<Section> sections()
+{
+    return {
+        {QStringLiteral("Forms"),
+         {QStringLiteral(
+              "A document has one of the forms %1. Reading recognises them by the content, writing "
+              "goes by the ending of the file's name: %2.")
+              .arg(Enumerated(FormNames()), KnownEndings()),
+          QStringLiteral("JSON is the form that loses nothing; the others carry decimal numbers with two "
+                         "decimals.")}},
+        {QStringLiteral("Exit status"),
+         {QStringLiteral("0 when all is well; 1 when a document is not valid or documents differ; 2 when the "
+                         "command line makes no sense or a file cannot be read or written.")}},
+        {QStringLiteral("Environment"),
+         {QStringLiteral("NO_COLOR: when it is set and not empty, --color auto means never.")}}};
+}
+
+} // namespace
+
+QVector<Command> commands()
+{
+#define COMMAND(name) completed(name##Command()),
+    return {COMMANDS(COMMAND)};
+#undef COMMAND
+}
+
+ProgramTable programTable()
+{
+    ProgramTable program;
+    program.name = QStringLiteral("routermsg");
+    program.version = QStringLiteral(MODELKIT_VERSION);
+    program.summary =
+        QStringLiteral("Look at messages of the router interface, make, convert, check and compare them.");
+    for (const Command& command : commands())
+        program.commands += command.table;
+    program.options = {helpOption(), flag({"--version"}, "Show the version.")};
+    program.sections = sections();
+    return program;
+}
+
+} // namespace routermsg

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+/// \file
+/// Options and arguments that several commands have: their rows, and what was given for them.
+#pragma once
+
+#include "Arguments.h"
+#include "documents/Forms.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <optional>
+
+namespace routermsg {
+
+/// An option whose value is a form.
+/// @{
+OptionTable formOption(const char* name, const QString& text);
+std::optional<ROUTERDOCUMENTS::Form> formOf(const Arguments& arguments, const char* name);
+/// @}
+
+/// Any number of documents, also those in folders.
+/// @{
+OptionTable inputsArgument();
+/// All files among them, as filesAmong() tells.
+QStringList inputsOf(const Arguments& arguments);
+/// @}
+
+} // namespace routermsg
