@@ -7,15 +7,17 @@
 set -euo pipefail
 
 # Each floor, the uppermost first, and what its files may include besides the files of the same floor. A folder
-# stands for all files in it, also deeper ones that are no floor of their own.
+# stands for all files in it, also deeper ones, that are no floor of their own.
 floors='
-simulator                  models link documents routerinterface modelkit
-tools                      models link documents routerinterface modelkit
-models                     link documents routerinterface modelkit
-link                       documents routerinterface modelkit
-documents                  routerinterface/RecordInfo.h modelkit
-routerinterface            modelkit
-routerinterface/machinery  modelkit
+simulator                     models link documents routerinterface routerinterface/RecordInfo.h modelkit
+tools                         models link documents routerinterface routerinterface/RecordInfo.h modelkit
+models                        link documents routerinterface routerinterface/RecordInfo.h modelkit
+link                          documents routerinterface routerinterface/RecordInfo.h modelkit
+documents                     routerinterface/RecordInfo.h modelkit
+routerinterface               routerinterface/RecordInfo.h routerinterface/Export.h modelkit
+routerinterface/machinery     modelkit
+routerinterface/RecordInfo.h  routerinterface/Export.h modelkit
+routerinterface/Export.h
 modelkit
 '
 # What single files may include besides: a pattern of files, and what.
@@ -42,12 +44,13 @@ includes() {
 }
 
 includes | awk -v floors="$floors" -v besides="$besides" -v draw=$draw '
-    # The floor of a file: the longest one whose folder it is in.
+    # The floor of a file: itself, or the longest one whose folder it is in.
     function floor_of(file,   folder) {
         folder = file
-        while (sub(/\/[^\/]*$/, "", folder))
+        do
             if (folder in allowed)
                 return folder
+        while (sub(/\/[^\/]*$/, "", folder))
         return ""
     }
     function covers(names, file,   list, count, i) {
@@ -109,7 +112,7 @@ includes | awk -v floors="$floors" -v besides="$besides" -v draw=$draw '
                 if ((order[i], order[j]) in uses)
                     line = line (line == "" ? "" : ", ") order[j] " " uses[order[i], order[j]]
             if (line != "")
-                printf "%-26s includes %s\n", order[i], line
+                printf "%-29s includes %s\n", order[i], line
         }
         exit failed
     }'
