@@ -27,6 +27,24 @@ namespace {
 
 // --- what makes no sense to send ------------------------------------------------------------
 
+// These lists are kept by hand. If they followed from the tables of the records, a new optional member would
+// make old documents incomplete.
+
+struct MemberName
+{
+    const char* record;
+    const char* member;
+};
+
+// Nobody sends a record without these members.
+constexpr MemberName alwaysSet[] = {{"PelLu300RouterInterfaceXml", "PelLu300RouterMessage"},
+                                    {"PelLu300RouterMessage", "Type"},
+                                    {"PelLu300RouterMessage", "MessageID"},
+                                    {"PelLu300RouterMessage", "Fragment"}};
+
+// Nobody sends these records without any member. Others are sent empty, to ask for what they hold.
+constexpr const char* neverEmpty[] = {"Fragment", "MastershipState", "PelVtConnectServer", "DF_Params"};
+
 /// Finds members that are not set although nobody sends a record without them.
 class SenseWarnings
 {
@@ -36,39 +54,29 @@ public:
     void visit(const IMKObject& record, const QString& path)
     {
         const RecordInfo& info = RecordInfo::Of(record);
-        if (info.IsChoice() || ownsNothing(info))
-            warnIfEmpty(record, info, path);
-        else
-            warnOfEachUnset(record, info, path);
+        for (const MemberName& name : alwaysSet)
+            if (info.GetName() == QLatin1String(name.record))
+                warnIfUnset(record, *info.FindMember(QLatin1String(name.member)), path);
+        for (const char* name : neverEmpty)
+            if (info.GetName() == QLatin1String(name))
+                warnIfEmpty(record, info, path);
         for (const MemberInfo* member : info.GetMembers())
             if (member->IsSet(record))
                 visitOwned(record, *member, path);
     }
 
 private:
-    static bool ownsNothing(const RecordInfo& info)
+    void warnIfUnset(const IMKObject& record, const MemberInfo& member, const QString& path)
     {
-        const auto& members = info.GetMembers();
-        return std::none_of(members.begin(), members.end(),
-                            [](const MemberInfo* member) { return member->GetClass() != nullptr; });
+        if (!member.IsSet(record))
+            warn(QStringLiteral("%1 is not set.").arg(member.GetName()), path);
     }
 
-    // A record that owns others is their frame and is sent complete.
-    void warnOfEachUnset(const IMKObject& record, const RecordInfo& info, const QString& path)
-    {
-        for (const MemberInfo* member : info.GetMembers())
-            if (!member->IsSet(record))
-                warn(QStringLiteral("%1 is not set.").arg(member->GetName()), path);
-    }
-
-    // Of the others any member may be missing. All may when there is but one: the record is then sent to
-    // ask for it.
     void warnIfEmpty(const IMKObject& record, const RecordInfo& info, const QString& path)
     {
         const auto& members = info.GetMembers();
-        const bool isEmpty = std::none_of(members.begin(), members.end(),
-                                          [&](const MemberInfo* member) { return member->IsSet(record); });
-        if (isEmpty && members.size() > 1)
+        if (std::none_of(members.begin(), members.end(),
+                         [&](const MemberInfo* member) { return member->IsSet(record); }))
             warn(QStringLiteral("None of the members of %1 is set.").arg(info.GetName()), path);
     }
 
