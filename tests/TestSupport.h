@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What most tests need: the ten record classes, both written forms as literals, and messages of
-// exceptions.
+// What most tests need: the ten record classes, both written forms as literals, messages of exceptions, and
+// limits. All that is in here is compiled once and for all tests.
 #pragma once
 
+#include "modelkit/Limits.h"
 #include "routerinterface/AcquireMastership.h"
 #include "routerinterface/DF_Params.h"
 #include "routerinterface/Fragment.h"
@@ -18,6 +19,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QDataStream>
 #include <QtCore/QString>
+#include <QtCore/QVector>
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
@@ -25,6 +27,7 @@
 
 #include <memory>
 #include <ostream>
+#include <string>
 
 // GoogleTest prints Qt strings and byte arrays through these.
 inline void PrintTo(const QString& text, std::ostream* out)
@@ -50,6 +53,22 @@ using namespace PELLU300ROUTERINTERFACEXML;
 using AllRecords = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer,
                                     MastershipState, AcquireMastership, ReleaseMastership, DF_Params,
                                     Fragment, PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
+
+// The two records that tell whether something succeeded.
+using SuccessRecords = ::testing::Types<AcquireMastership, ReleaseMastership>;
+
+// Names the tests of a typed test suite after their records.
+struct RecordName
+{
+    template <class R>
+    static std::string GetName(int)
+    {
+        return R().GetObjectName().toStdString();
+    }
+};
+
+// A text from UTF-8.
+inline QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 // An empty text that is not null.
 inline QString empty() { return QString(QLatin1String("")); }
@@ -90,6 +109,30 @@ inline void readFrame(MODELKIT::IMKObject& record, const QByteArray& frame)
     int length = 0;
     stream >> length;
     record.SetBinary(stream, length);
+}
+
+// A fragment that can be told by its port, and the ports of all fragments of a message.
+inline Fragment withPort(unsigned int port)
+{
+    Fragment fragment;
+    fragment.GetOstraInterfacePort().SetPort(port);
+    return fragment;
+}
+inline QVector<unsigned int> portsOf(const PelLu300RouterMessage& message)
+{
+    QVector<unsigned int> ports;
+    for (const Fragment& fragment : message.GetFragment())
+        ports.append(fragment.GetOstraInterfacePort().GetPort());
+    return ports;
+}
+
+// The limits in force, but for what change makes of them: for a MODELKIT::LimitsInScope.
+template <class Change>
+MODELKIT::Limits limitsWith(const Change& change)
+{
+    MODELKIT::Limits limits = MODELKIT::Limits::Get();
+    change(limits);
+    return limits;
 }
 
 // Expects that statement throws exactly an Exception with exactly that text.

@@ -416,9 +416,9 @@ TEST(BinaryReading, TakesEveryByteButZeroForTrue)
 
 TEST(BinaryReading, TakesDoublesFromTheirText)
 {
-    const auto record = readFrom<DF_Params>(
-        frame(entry(frequencyTag, text("1234.57")) + entry(demodulationFrequencyTag, text("-0.25"))
-              + entry(bandwidthTag, text("1.5e3")) + entry(panoramaSpanTag, text("0.125"))));
+    const auto record = readFrom<DF_Params>(frame(
+        entry(frequencyTag, textPayload("1234.57")) + entry(demodulationFrequencyTag, textPayload("-0.25"))
+        + entry(bandwidthTag, textPayload("1.5e3")) + entry(panoramaSpanTag, textPayload("0.125"))));
     EXPECT_EQ(record.GetFrequency(), 1234.57);
     EXPECT_EQ(record.GetDemodulationFrequency(), -0.25);
     EXPECT_EQ(record.GetBandwidth(), 1500);
@@ -450,8 +450,8 @@ TEST(BinaryReading, GivesBackDoublesWithoutDigits)
 TEST(BinaryReading, TakesZeroForATextThatIsNoNumber)
 {
     for (const bool validate : {false, true}) {
-        for (const QByteArray& payload :
-             {text("abc"), text(""), text("1,5"), text("12 34"), text("\xFF\xFE"), word(0xFFFFFFFF)}) {
+        for (const QByteArray& payload : {textPayload("abc"), textPayload(""), textPayload("1,5"),
+                                          textPayload("12 34"), textPayload("\xFF\xFE"), word(0xFFFFFFFF)}) {
             DF_Params record;
             record.SetFrequency(7);
             record.SetValidate(validate);
@@ -467,15 +467,15 @@ TEST(BinaryReading, TakesZeroForATextThatIsNoNumber)
 TEST(BinaryReading, DecodesStringsFromUtf8)
 {
     auto server =
-        readFrom<PelVtConnectServer>(frame(entry(addressTag, text("Z\xC3\xBCrich \xF0\x9F\x93\xA1"))));
+        readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload("Z\xC3\xBCrich \xF0\x9F\x93\xA1"))));
     EXPECT_EQ(server.GetAddress(), QString::fromUtf8("Z\xC3\xBCrich \xF0\x9F\x93\xA1"));
-    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, text("\xE2\x82\xAC"))));
+    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, textPayload("\xE2\x82\xAC"))));
     EXPECT_EQ(state.GetMasterClientID(), QString(QChar(0x20AC)));
 }
 
 TEST(BinaryReading, ReplacesBytesThatAreNoUtf8)
 {
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text("a\xFFz"))));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload("a\xFFz"))));
     EXPECT_EQ(server.GetAddress(),
               QLatin1String("a") + QChar(QChar::ReplacementCharacter) + QLatin1String("z"));
 }
@@ -483,17 +483,18 @@ TEST(BinaryReading, ReplacesBytesThatAreNoUtf8)
 TEST(BinaryReading, KeepsNullCharactersInStrings)
 {
     const QString expected = QString::fromUtf8("\0a\0", 3);
-    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, text(QByteArray("\0a\0", 3)))));
+    auto state =
+        readFrom<MastershipState>(frame(entry(masterClientIdTag, textPayload(QByteArray("\0a\0", 3)))));
     EXPECT_EQ(state.GetMasterClientID().size(), 3);
     EXPECT_EQ(state.GetMasterClientID(), expected);
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text(QByteArray("\0a\0", 3)))));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload(QByteArray("\0a\0", 3)))));
     EXPECT_EQ(server.GetAddress(), expected);
 }
 
 TEST(BinaryReading, TakesLongStringsWhole)
 {
     const QByteArray content(3 * 1024 * 1024 + 1, 'y');
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text(content)) + portEntry(1)));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload(content)) + portEntry(1)));
     EXPECT_EQ(server.GetAddress().size(), content.size());
     EXPECT_TRUE(server.GetAddress() == QString::fromLatin1(content));
     EXPECT_EQ(server.GetPort(), 1U);
@@ -501,7 +502,7 @@ TEST(BinaryReading, TakesLongStringsWhole)
 
 TEST(BinaryReading, TellsEmptyStringsFromNullStrings)
 {
-    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, text(""))));
+    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, textPayload(""))));
     EXPECT_TRUE(state.GetMasterClientID().isEmpty());
     EXPECT_FALSE(state.GetMasterClientID().isNull());
     EXPECT_TRUE(state.IsMasterClientIDSet());
@@ -509,7 +510,7 @@ TEST(BinaryReading, TellsEmptyStringsFromNullStrings)
     EXPECT_TRUE(state.GetMasterClientID().isNull());
     EXPECT_TRUE(state.IsMasterClientIDSet());
 
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text(""))));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload(""))));
     EXPECT_FALSE(server.GetAddress().isNull());
     readFrame(server, frame(entry(addressTag, word(0xFFFFFFFF))));
     EXPECT_TRUE(server.GetAddress().isNull());
@@ -520,7 +521,7 @@ TEST(BinaryReading, TakesEmptyStringsUnderValidation)
 {
     MastershipState state;
     state.SetValidate(true);
-    readFrame(state, frame(entry(masterClientIdTag, text(""))));
+    readFrame(state, frame(entry(masterClientIdTag, textPayload(""))));
     EXPECT_FALSE(state.GetMasterClientID().isNull());
     EXPECT_TRUE(state.IsMasterClientIDSet());
 }
@@ -554,7 +555,7 @@ TEST(BinaryReading, TakesEveryEnumeratorByItsName)
                   {"MasterPresent", MastershipState::MasterPresent},
                   {"RouterIsMaster", MastershipState::RouterIsMaster}};
     for (const auto& expected : states) {
-        const auto record = readFrom<MastershipState>(frame(entry(stateTag, text(expected.name))));
+        const auto record = readFrom<MastershipState>(frame(entry(stateTag, textPayload(expected.name))));
         EXPECT_EQ(record.GetState(), expected.value);
         EXPECT_TRUE(record.IsStateSet());
     }
@@ -566,7 +567,8 @@ TEST(BinaryReading, TakesEveryEnumeratorByItsName)
                  {"Reply", PelLu300RouterMessage::Reply},
                  {"Event", PelLu300RouterMessage::Event}};
     for (const auto& expected : types) {
-        const auto record = readFrom<PelLu300RouterMessage>(frame(entry(typeTag, text(expected.name))));
+        const auto record =
+            readFrom<PelLu300RouterMessage>(frame(entry(typeTag, textPayload(expected.name))));
         EXPECT_EQ(record.GetType(), expected.value);
         EXPECT_TRUE(record.IsTypeSet());
     }
@@ -574,15 +576,16 @@ TEST(BinaryReading, TakesEveryEnumeratorByItsName)
 
 TEST(BinaryReading, StoresTheInvalidValueForAnUnknownName)
 {
-    for (const QByteArray& payload : {text("masterPresent"), text("MasterPresent "), text(""), text("1"),
-                                      text(QByteArray("MasterPresent\0", 14)), word(0xFFFFFFFF)}) {
+    for (const QByteArray& payload :
+         {textPayload("masterPresent"), textPayload("MasterPresent "), textPayload(""), textPayload("1"),
+          textPayload(QByteArray("MasterPresent\0", 14)), word(0xFFFFFFFF)}) {
         MastershipState record;
         record.SetState(MastershipState::MasterPresent);
         readFrame(record, frame(entry(stateTag, payload)));
         EXPECT_EQ(record.GetState(), -1) << payload.toHex().constData();
         EXPECT_TRUE(record.IsStateSet());
     }
-    const auto message = readFrom<PelLu300RouterMessage>(frame(entry(typeTag, text("request"))));
+    const auto message = readFrom<PelLu300RouterMessage>(frame(entry(typeTag, textPayload("request"))));
     EXPECT_EQ(message.GetType(), -1);
     EXPECT_TRUE(message.IsTypeSet());
 }
@@ -594,7 +597,8 @@ TEST(BinaryReading, ThrowsForAnUnknownNameUnderValidationAndKeepsTheOldValue)
     state.SetValidate(true);
     expectThrow<OutOfRangeException>(
         [&] {
-            readFrame(state, frame(entry(masterClientIdTag, text("c")) + entry(stateTag, text("Unknown"))));
+            readFrame(state, frame(entry(masterClientIdTag, textPayload("c"))
+                                   + entry(stateTag, textPayload("Unknown"))));
         },
         QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"));
     EXPECT_EQ(state.GetState(), MastershipState::MasterPresent);
@@ -605,7 +609,7 @@ TEST(BinaryReading, ThrowsForAnUnknownNameUnderValidationAndKeepsTheOldValue)
     expectThrow<OutOfRangeException>(
         [&] {
             readFrame(message,
-                      frame(entry(typeTag, text("Unknown")) + entry(messageIdTag, word(0) + word(3))));
+                      frame(entry(typeTag, textPayload("Unknown")) + entry(messageIdTag, word(0) + word(3))));
         },
         QStringLiteral("enum is not valid (classname=PelLu300RouterMessage,membername=m_type)"));
     EXPECT_FALSE(message.IsTypeSet());
@@ -617,13 +621,13 @@ TEST(BinaryReading, UsesTheRecordsOwnInvalidValueForAnUnknownName)
     MastershipState state;
     state.SetInvalidState(MastershipState::RouterIsMaster);
     state.SetValidate(true);
-    readFrame(state, frame(entry(stateTag, text("Unknown"))));
+    readFrame(state, frame(entry(stateTag, textPayload("Unknown"))));
     EXPECT_EQ(state.GetState(), MastershipState::RouterIsMaster);
     EXPECT_TRUE(state.IsStateSet());
 
     PelLu300RouterMessage message;
     message.SetInvalidType(static_cast<PelLu300RouterMessage::Type>(9));
-    readFrame(message, frame(entry(typeTag, text("Unknown"))));
+    readFrame(message, frame(entry(typeTag, textPayload("Unknown"))));
     EXPECT_EQ(message.GetType(), 9);
 }
 
@@ -641,9 +645,9 @@ TEST(BinaryReading, GivesAnUnsetTypeBackAsSetToTheInvalidValue)
 
 TEST(BinaryReading, TakesEntriesInAnyOrder)
 {
-    const auto record = readFrom<DF_Params>(
-        frame(entry(panoramaSpanTag, text("4.00")) + entry(frequencyTag, text("1.00"))
-              + entry(bandwidthTag, text("3.00")) + entry(demodulationFrequencyTag, text("2.00"))));
+    const auto record = readFrom<DF_Params>(frame(
+        entry(panoramaSpanTag, textPayload("4.00")) + entry(frequencyTag, textPayload("1.00"))
+        + entry(bandwidthTag, textPayload("3.00")) + entry(demodulationFrequencyTag, textPayload("2.00"))));
     EXPECT_EQ(record.GetFrequency(), 1);
     EXPECT_EQ(record.GetDemodulationFrequency(), 2);
     EXPECT_EQ(record.GetBandwidth(), 3);
@@ -651,7 +655,7 @@ TEST(BinaryReading, TakesEntriesInAnyOrder)
 
     const auto message = readFrom<PelLu300RouterMessage>(
         frame(entry(fragmentTag, list(1, portElement(8))) + entry(messageIdTag, bytes("0000000000000002"))
-              + entry(typeTag, text("Event"))));
+              + entry(typeTag, textPayload("Event"))));
     EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Event);
     EXPECT_EQ(message.GetMessageID(), 2U);
     ASSERT_EQ(message.GetFragment().size(), 1);
@@ -660,9 +664,9 @@ TEST(BinaryReading, TakesEntriesInAnyOrder)
 
 TEST(BinaryReading, SkipsUnknownEntriesBetweenKnownOnes)
 {
-    auto record =
-        readFrom<PelVtConnectServer>(frame(entry(addressTag, text("a")) + entry(unknownTag, portEntry(1))
-                                           + entry(stateTag, text("MasterPresent")) + portEntry(2)));
+    auto record = readFrom<PelVtConnectServer>(
+        frame(entry(addressTag, textPayload("a")) + entry(unknownTag, portEntry(1))
+              + entry(stateTag, textPayload("MasterPresent")) + portEntry(2)));
     EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
     EXPECT_EQ(record.GetPort(), 2U);
 }
@@ -680,7 +684,7 @@ TEST(BinaryReading, KeepsValueAndFlagOfAbsentMembers)
     DF_Params tuning;
     tuning.SetDefaultFrequency(5);
     tuning.Reset();
-    readFrame(tuning, frame(entry(bandwidthTag, text("3.00"))));
+    readFrame(tuning, frame(entry(bandwidthTag, textPayload("3.00"))));
     EXPECT_FALSE(tuning.IsFrequencySet());
     EXPECT_EQ(tuning.GetFrequency(), 5);
     EXPECT_EQ(tuning.GetBandwidth(), 3);
@@ -689,8 +693,8 @@ TEST(BinaryReading, KeepsValueAndFlagOfAbsentMembers)
 TEST(BinaryReading, KeepsTheLastOfRepeatedEntries)
 {
     EXPECT_EQ(readFrom<OstraInterfacePort>(frame(portEntry(1) + portEntry(2) + portEntry(3))).GetPort(), 3U);
-    const auto state = readFrom<MastershipState>(
-        frame(entry(stateTag, text("RouterIsMaster")) + entry(stateTag, text("NoMasterPresent"))));
+    const auto state = readFrom<MastershipState>(frame(entry(stateTag, textPayload("RouterIsMaster"))
+                                                       + entry(stateTag, textPayload("NoMasterPresent"))));
     EXPECT_EQ(state.GetState(), MastershipState::NoMasterPresent);
 }
 
@@ -754,7 +758,7 @@ TEST(BinaryReadingOfAFragment, EndsOnTheLastOfTwoPayloadsAndKeepsBoth)
 
 TEST(BinaryReadingOfAFragment, MovesTheChoiceBackToAnEarlierMember)
 {
-    const auto record = readFrom<Fragment>(frame(entry(dfParamsTag, entry(frequencyTag, text("2.00")))
+    const auto record = readFrom<Fragment>(frame(entry(dfParamsTag, entry(frequencyTag, textPayload("2.00")))
                                                  + entry(acquireMastershipTag, QByteArray())));
     EXPECT_EQ(record.GetChoiceFragment(), Fragment::AcquireMastership);
     EXPECT_TRUE(record.IsDF_ParamsSet());
@@ -801,7 +805,7 @@ TEST(BinaryReadingOfAFragment, AppliesItsValidationToThePayload)
     Fragment record;
     record.GetMastershipState().SetValidate(false);
     record.SetValidate(true);
-    const QByteArray unknownState = frame(entry(mastershipStateTag, entry(stateTag, text("Unknown"))));
+    const QByteArray unknownState = frame(entry(mastershipStateTag, entry(stateTag, textPayload("Unknown"))));
     expectThrow<OutOfRangeException>(
         [&] { readFrame(record, unknownState); },
         QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"));
@@ -871,7 +875,7 @@ TEST(BinaryReadingOfAMessage, RefusesAnElementWithoutDataUnderValidation)
 {
     PelLu300RouterMessage message;
     message.SetValidate(true);
-    const QByteArray entries = entry(typeTag, text("Reply"))
+    const QByteArray entries = entry(typeTag, textPayload("Reply"))
                                + entry(fragmentTag, list(3, portElement(1) + word(0) + portElement(2)))
                                + entry(messageIdTag, word(0) + word(5));
     QDataStream stream(entries);
@@ -889,9 +893,9 @@ TEST(BinaryReadingOfAMessage, RefusesAnElementWithoutDataUnderValidation)
 
 TEST(BinaryReadingOfAMessage, AppliesItsValidationToTheElements)
 {
-    const QByteArray entries = frame(
-        entry(fragmentTag,
-              list(2, portElement(1) + frame(entry(mastershipStateTag, entry(stateTag, text("Unknown")))))));
+    const QByteArray entries = frame(entry(
+        fragmentTag,
+        list(2, portElement(1) + frame(entry(mastershipStateTag, entry(stateTag, textPayload("Unknown")))))));
     PelLu300RouterMessage strict;
     strict.SetValidate(true);
     expectThrow<OutOfRangeException>(
@@ -988,12 +992,12 @@ TEST(BinaryReadingOfADocument, GivesBackEveryPayload)
 TEST(BinaryReadingOfADocument, ReadsASecondMessageOnTopOfTheFirst)
 {
     PelLu300RouterInterfaceXml document;
-    readFrame(document,
-              frame(entry(messageTag, entry(typeTag, text("Reply")) + entry(messageIdTag, word(0) + word(5))
-                                          + entry(fragmentTag, list(1, portElement(1))))
-                    + entry(unknownTag, QByteArray())
-                    + entry(messageTag,
-                            entry(typeTag, text("Event")) + entry(fragmentTag, list(1, portElement(2))))));
+    readFrame(document, frame(entry(messageTag, entry(typeTag, textPayload("Reply"))
+                                                    + entry(messageIdTag, word(0) + word(5))
+                                                    + entry(fragmentTag, list(1, portElement(1))))
+                              + entry(unknownTag, QByteArray())
+                              + entry(messageTag, entry(typeTag, textPayload("Event"))
+                                                      + entry(fragmentTag, list(1, portElement(2))))));
     EXPECT_TRUE(document.IsPelLu300RouterMessageSet());
     const PelLu300RouterMessage& message = messageIn(document);
     EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Event);
@@ -1017,7 +1021,7 @@ TEST(BinaryReadingOfADocument, DoesNotSetAMessageThatFailedButKeepsWhatWasRead)
     expectThrow<OutOfRangeException>(
         [&] {
             readFrame(document, frame(entry(messageTag, entry(messageIdTag, word(0) + word(5))
-                                                            + entry(typeTag, text("Unknown")))));
+                                                            + entry(typeTag, textPayload("Unknown")))));
         },
         QStringLiteral("enum is not valid (classname=PelLu300RouterMessage,membername=m_type)"));
     EXPECT_FALSE(document.IsPelLu300RouterMessageSet());
@@ -1088,8 +1092,8 @@ TEST(BinaryLengths, OfTwoKnownEntriesWrongByTheOppositeAreNotNoticed)
 {
     // A known entry takes what its type takes, whatever its length; only the sums are compared.
     PelVtConnectServer record;
-    readFrame(record, frame(word(addressTag) + word(5 + 3) + text("a") + word(portTag) + word(8 - 3) + word(0)
-                            + word(9)));
+    readFrame(record, frame(word(addressTag) + word(5 + 3) + textPayload("a") + word(portTag) + word(8 - 3)
+                            + word(0) + word(9)));
     EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
     EXPECT_EQ(record.GetPort(), 9U);
 }
@@ -1097,7 +1101,7 @@ TEST(BinaryLengths, OfTwoKnownEntriesWrongByTheOppositeAreNotNoticed)
 TEST(BinaryLengths, OfAKnownEntryThatSwallowsTheNextOne)
 {
     PelVtConnectServer record;
-    expectLengthError(record, frame(word(addressTag) + word(5 + 16) + text("a") + portEntry(9)),
+    expectLengthError(record, frame(word(addressTag) + word(5 + 16) + textPayload("a") + portEntry(9)),
                       "PelVtConnectServer");
     EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
     EXPECT_FALSE(record.IsPortSet());
@@ -1106,7 +1110,7 @@ TEST(BinaryLengths, OfAKnownEntryThatSwallowsTheNextOne)
 TEST(BinaryLengths, OfAStringThatIsLongerThanItsEntry)
 {
     PelVtConnectServer record;
-    expectLengthError(record, frame(word(addressTag) + word(4) + text("ab")), "PelVtConnectServer");
+    expectLengthError(record, frame(word(addressTag) + word(4) + textPayload("ab")), "PelVtConnectServer");
     EXPECT_EQ(record.GetAddress(), QStringLiteral("ab"));
 }
 
@@ -1114,7 +1118,7 @@ TEST(BinaryLengths, OfAnUnknownEntryTooLarge)
 {
     PelVtConnectServer record;
     expectLengthError(record,
-                      frame(entry(addressTag, text("a")) + word(unknownTag) + word(17) + portEntry(9)),
+                      frame(entry(addressTag, textPayload("a")) + word(unknownTag) + word(17) + portEntry(9)),
                       "PelVtConnectServer");
     EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
     EXPECT_FALSE(record.IsPortSet());
@@ -1184,7 +1188,7 @@ TEST(BinaryReadingOfACutStream, EndsInALengthErrorOnADeviceThatOnlyGoesForwards)
 TEST(BinaryReadingOfACutStream, KeepsEveryItemThatWasWhole)
 {
     const QByteArray entries =
-        entry(typeTag, text("Event"))
+        entry(typeTag, textPayload("Event"))
         + entry(fragmentTag, list(3, portElement(1) + portElement(2) + portElement(3)));
     const int length = static_cast<int>(entries.size());
     const int items = 17 + 8 + 4;
@@ -1259,9 +1263,9 @@ TEST(BinaryReadingOfACutStream, KeepsATruthValueWhoseByteIsMissing)
 TEST(BinaryReadingOfACutStream, KeepsTextsWhoseBytesAreMissing)
 {
     for (const bool validate : {false, true}) {
-        const QByteArray address = entry(addressTag, text("new"));
-        const QByteArray state = entry(stateTag, text("RouterIsMaster"));
-        const QByteArray frequency = entry(frequencyTag, text("12.50"));
+        const QByteArray address = entry(addressTag, textPayload("new"));
+        const QByteArray state = entry(stateTag, textPayload("RouterIsMaster"));
+        const QByteArray frequency = entry(frequencyTag, textPayload("12.50"));
         for (int present = 8; present < address.size(); ++present) {
             PelVtConnectServer record;
             record.SetAddress(QStringLiteral("old"));

@@ -517,7 +517,7 @@ QByteArray textOfDouble(double value)
     record.SetBandwidth(value);
     const QByteArray written = frameOf(record);
     const QByteArray content = written.mid(16);
-    EXPECT_EQ(written, frame(entry(bandwidthTag, text(content))));
+    EXPECT_EQ(written, frame(entry(bandwidthTag, textPayload(content))));
     return content;
 }
 

@@ -20,18 +20,6 @@ namespace {
 
 using LoggerPointer = std::shared_ptr<Logger>;
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
-// Names the instances of a typed test.
-struct RecordName
-{
-    template <class R>
-    static std::string GetName(int)
-    {
-        return R().GetObjectName().toStdString();
-    }
-};
-
 // Names the instances for a record itself and for a class derived from it, which is read by another way.
 struct RecordOrDerived
 {
@@ -75,13 +63,6 @@ void readUnknownChild(Opened<R>& record)
 
 MastershipState::State state(int value) { return static_cast<MastershipState::State>(value); }
 PelLu300RouterMessage::Type type(int value) { return static_cast<PelLu300RouterMessage::Type>(value); }
-
-Fragment portFragment(unsigned int port)
-{
-    Fragment fragment;
-    fragment.GetOstraInterfacePort().SetPort(port);
-    return fragment;
-}
 
 // --- Check() of every record ------------------------------------------------------------------
 
@@ -673,16 +654,16 @@ TEST(MessageTexts, AFragmentIsNotCheckedIntoItsPayload)
 TEST(MessageTexts, AnItemWithoutDataIsRefusedOnlyUnderValidation)
 {
     PelLu300RouterMessage message;
-    message.AppendFragment(portFragment(1));
+    message.AppendFragment(withPort(1));
     message.SetValidate(true);
     expectThrow<IncompleteDefinitionException>(
         [&] { message.AppendFragment(Fragment()); },
         text("PelLu300RouterMessage: Tried to append not completely defined or invalid item Fragment."));
-    Fragment withoutChoice = portFragment(2);
+    Fragment withoutChoice = withPort(2);
     withoutChoice.ResetChoiceFragment();
     EXPECT_THROW(message.AppendFragment(withoutChoice), IncompleteDefinitionException);
     EXPECT_EQ(message.GetFragment().size(), 1);
-    EXPECT_NO_THROW(message.AppendFragment(portFragment(2)));
+    EXPECT_NO_THROW(message.AppendFragment(withPort(2)));
     EXPECT_EQ(message.GetFragment().size(), 2);
     message.SetValidate(false);
     EXPECT_NO_THROW(message.AppendFragment(Fragment()));
@@ -728,7 +709,7 @@ TEST(MessageTexts, AnItemWithoutDataInBinaryInputIsRefusedOnlyUnderValidation)
 TEST(MessageTexts, TheInvalidChoiceIsRefusedWhateverTheFlag)
 {
     for (const bool validate : {false, true}) {
-        Fragment fragment = portFragment(1);
+        Fragment fragment = withPort(1);
         fragment.SetValidate(validate);
         expectThrow<OutOfRangeException>(
             [&] { fragment.InitChoice(static_cast<Fragment::ChoiceFragment>(-1)); },
@@ -896,7 +877,7 @@ TEST(CheckOrder, OutputIsCheckedOnlyUnderValidation)
 TEST(CheckOrder, AFailingCheckHasHandedTheSettingsDownAndChangedNoMember)
 {
     Opened<PelLu300RouterInterfaceXml> document;
-    document.GetPelLu300RouterMessage().AppendFragment(portFragment(1));
+    document.GetPelLu300RouterMessage().AppendFragment(withPort(1));
     const auto logger = std::make_shared<Logger>();
     document.SetLogger(logger);
     PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();
@@ -995,9 +976,9 @@ void build(Fragment& fragment) { fragment.GetOstraInterfacePort().SetPort(1); }
 void build(PelLu300RouterMessage& message)
 {
     message.SetType(PelLu300RouterMessage::Event);
-    message.AppendFragment(portFragment(1));
-    message.AppendFragment(portFragment(2));
-    message.AppendFragment(portFragment(3));
+    message.AppendFragment(withPort(1));
+    message.AppendFragment(withPort(2));
+    message.AppendFragment(withPort(3));
 }
 void build(PelLu300RouterInterfaceXml& document) { build(document.GetPelLu300RouterMessage()); }
 
@@ -1285,7 +1266,7 @@ TEST(SettingsOfItems, AnAppendedItemLearnsThemWithTheNextOperationOfItsOwner)
     message.SetType(PelLu300RouterMessage::Event);
     document.SetValidate(true);
     document.SetLogger(logger);
-    Fragment item = portFragment(1);
+    Fragment item = withPort(1);
     item.SetLogger(std::make_shared<Logger>());
     message.AppendFragment(item);
     EXPECT_FALSE(std::as_const(message).GetFragment()[0].GetValidate());
@@ -1298,7 +1279,7 @@ TEST(SettingsOfItems, AnAppendedItemLearnsThemWithTheNextOperationOfItsOwner)
 TEST(SettingsOfItems, AnAppendedItemBringsItsOwnFlag)
 {
     PelLu300RouterMessage message;
-    Fragment item = portFragment(1);
+    Fragment item = withPort(1);
     item.SetValidate(true);
     message.AppendFragment(item);
     EXPECT_TRUE(std::as_const(message).GetFragment()[0].GetValidate());
@@ -1307,7 +1288,7 @@ TEST(SettingsOfItems, AnAppendedItemBringsItsOwnFlag)
 TEST(SettingsOfItems, AListThatTheCallerSharesIsNotTouched)
 {
     const auto logger = std::make_shared<Logger>();
-    QVector<Fragment> list{portFragment(1), portFragment(2)};
+    QVector<Fragment> list{withPort(1), withPort(2)};
     PelLu300RouterMessage message;
     message.SetType(PelLu300RouterMessage::Event);
     message.SetFragment(list);
@@ -1332,8 +1313,8 @@ TEST(SettingsOfItems, SurviveTheSeparationOfAListThatIsShared)
 {
     const auto logger = std::make_shared<Logger>();
     PelLu300RouterMessage message;
-    message.AppendFragment(portFragment(1));
-    message.AppendFragment(portFragment(2));
+    message.AppendFragment(withPort(1));
+    message.AppendFragment(withPort(2));
     message.SetLogger(logger);
     {
         const QVector<Fragment> handedOut = std::as_const(message).GetFragment();
@@ -1341,7 +1322,7 @@ TEST(SettingsOfItems, SurviveTheSeparationOfAListThatIsShared)
         expectSettings(message, true, logger);
     }
     const QVector<Fragment> handedOut = std::as_const(message).GetFragment();
-    message.AppendFragment(portFragment(3));
+    message.AppendFragment(withPort(3));
     ASSERT_EQ(std::as_const(message).GetFragment().size(), 3);
     EXPECT_EQ(handedOut.size(), 2);
     for (int i = 0; i < 2; ++i) {
@@ -1355,10 +1336,10 @@ TEST(SettingsOfItems, SurviveTheGrowthOfTheList)
 {
     const auto logger = std::make_shared<Logger>();
     PelLu300RouterMessage message;
-    message.AppendFragment(portFragment(0));
+    message.AppendFragment(withPort(0));
     message.SetLogger(logger);
     for (unsigned int port = 1; port < 100; ++port)
-        message.AppendFragment(portFragment(port));
+        message.AppendFragment(withPort(port));
     EXPECT_EQ(std::as_const(message).GetFragment()[0].GetLogger(), logger);
     EXPECT_EQ(std::as_const(message).GetFragment()[1].GetLogger(), nullptr);
 }
@@ -1423,8 +1404,8 @@ TYPED_TEST(SettingsWhileReading, ItemsThatWereThereGetThemWithTheFirstChildEleme
     const auto logger = std::make_shared<Logger>();
     TypeParam message;
     message.SetLogger(logger);
-    message.AppendFragment(portFragment(1));
-    message.AppendFragment(portFragment(2));
+    message.AppendFragment(withPort(1));
+    message.AppendFragment(withPort(2));
     ASSERT_EQ(itemsWithLogger(message, logger), (std::vector<bool>{false, false}));
     readXml(message, text("<PelLu300RouterMessage>") + text(threeItems) + text("</PelLu300RouterMessage>"));
     EXPECT_EQ(itemsWithLogger(message, logger), (std::vector<bool>{true, true, true, true, false}));
@@ -1437,7 +1418,7 @@ TYPED_TEST(SettingsWhileReading, ItemsReadFromBinaryInputGetTheLoggerWithTheNext
     message.SetType(PelLu300RouterMessage::Event);
     message.SetValidate(true);
     message.SetLogger(logger);
-    message.AppendFragment(portFragment(1));
+    message.AppendFragment(withPort(1));
     readBinary(message, "61023A90 0000001C 00000002 00000008 BE2DFF74 00000000 00000008 BE2DFF74 00000000",
                36);
     EXPECT_EQ(itemsWithLogger(message, logger), (std::vector<bool>{true, false, false}));

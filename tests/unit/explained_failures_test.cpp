@@ -2,9 +2,13 @@
 // Why an operation on a whole document failed: the whole sentence, the exact place, and one entry in the
 // log each.
 
+#include "ChildProcess.h"
+#include "DocumentParts.h"
+#include "LogSupport.h"
+#include "TestDevices.h"
+#include "TestFolder.h"
 #include "TestSupport.h"
 
-#include "modelkit/LogSinks.h"
 #include "modelkit/ReadingReport.h"
 
 #include <QtCore/QDir>
@@ -12,35 +16,25 @@
 #include <QtCore/QSaveFile>
 #include <QtCore/QTemporaryDir>
 
-#include <csignal>
 #include <functional>
-#include <sys/resource.h>
+#include <optional>
+
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace testing_support;
 using MODELKIT::Failure;
 using MODELKIT::IMKObject;
 using MODELKIT::Limits;
+using MODELKIT::LimitsInScope;
 using MODELKIT::Place;
 using MODELKIT::ReadingReport;
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
-const char* const rootPath = "/PelLu300RouterInterfaceXml";
-const char* const messagePath = "/PelLu300RouterInterfaceXml/PelLu300RouterMessage";
-
 QString inRoot(const QString& content)
 {
     return text("<PelLu300RouterInterfaceXml>") + content + text("</PelLu300RouterInterfaceXml>");
-}
-
-QString inMessage(const QString& content)
-{
-    return inRoot(text("<PelLu300RouterMessage>") + content + text("</PelLu300RouterMessage>"));
 }
 
 QString attributes(int count)
@@ -50,92 +44,6 @@ QString attributes(int count)
         result += text(" a%1=''").arg(i);
     return result;
 }
-
-enum class ByteOrder
-{
-    Big,
-    Little
-};
-
-// UTF-16 with a byte order mark.
-QByteArray utf16(const QString& content, ByteOrder order)
-{
-    QByteArray result;
-    QDataStream stream(&result, QIODevice::WriteOnly);
-    stream.setByteOrder(order == ByteOrder::Big ? QDataStream::BigEndian : QDataStream::LittleEndian);
-    stream << quint16(0xFEFF);
-    for (const QChar character : content)
-        stream << quint16(character.unicode());
-    return result;
-}
-
-class ScopedLimits
-{
-public:
-    template <class Change>
-    explicit ScopedLimits(const Change& change) : m_before(Limits::Get())
-    {
-        Limits limits = m_before;
-        change(limits);
-        Limits::Set(limits);
-    }
-    ~ScopedLimits() { Limits::Set(m_before); }
-
-private:
-    Limits m_before;
-};
-
-// Collects what is logged.
-class Log
-{
-public:
-    explicit Log(const IMKObject& record) { record.SetLogger(std::make_shared<MODELKIT::Logger>(m_sink)); }
-
-    // Expects that nothing but this has been logged.
-    void expectOneError(const QString& sentence) const
-    {
-        ASSERT_EQ(m_sink->GetEntries().size(), 1);
-        EXPECT_EQ(m_sink->GetEntries().first().level, MODELKIT::Logger::Error);
-        EXPECT_EQ(m_sink->GetEntries().first().text, sentence);
-    }
-
-    void expectNothing() const { EXPECT_TRUE(m_sink->GetEntries().isEmpty()); }
-
-private:
-    std::shared_ptr<MODELKIT::MemoryLogSink> m_sink = std::make_shared<MODELKIT::MemoryLogSink>();
-};
-
-// A folder with at most one document.
-class Folder
-{
-public:
-    QString path() const { return m_folder.filePath(text("document")); }
-
-    QString write(const QByteArray& bytes) const
-    {
-        QFile file(path());
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        EXPECT_EQ(file.write(bytes), bytes.size());
-        return path();
-    }
-
-    QByteArray read() const
-    {
-        QFile file(path());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
-    }
-
-    QStringList entries() const
-    {
-        return QDir(m_folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
-    }
-
-    QString folder() const { return m_folder.path(); }
-
-private:
-    QTemporaryDir m_folder;
-};
 
 PelLu300RouterInterfaceXml sample()
 {
@@ -276,12 +184,12 @@ TEST(ExplainedAttributes, TheLimitHoldsAtAndNotAboveInUtf16)
 {
     for (const ByteOrder order : {ByteOrder::Big, ByteOrder::Little}) {
         const QString before = text("\n\u00E4\u20AC\U0001F600<x");
-        expectFileRefused(utf16(inRoot(before + attributes(257) + text("/>")), order),
+        expectFileRefused(utf16(inRoot(before + attributes(257) + text("/>")), order, Mark::With),
                           Failure::TooManyAttributes, tooManyAt("2:5", rootPath));
         const Folder folder;
         PelLu300RouterInterfaceXml document;
-        EXPECT_TRUE(
-            document.LoadXml(folder.write(utf16(inRoot(before + attributes(256) + text("/>")), order))));
+        EXPECT_TRUE(document.LoadXml(
+            folder.write(utf16(inRoot(before + attributes(256) + text("/>")), order, Mark::With))));
     }
 }
 
@@ -350,7 +258,7 @@ TEST(ExplainedAttributes, OfSeveralElementsAreNotAddedUp)
 
 TEST(ExplainedAttributes, ALimitOfZeroRefusesAll)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.attributes = 0; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.attributes = 0; }));
     expectRead(inRoot(QString()));
     expectRefused(
         inRoot(text("<x a=''/>")), Failure::TooManyAttributes,
@@ -407,7 +315,7 @@ TEST(ExplainedDoctype, IsRefusedWhereItBeginsInUtf16)
     for (const ByteOrder order : {ByteOrder::Big, ByteOrder::Little})
         expectFileRefused(utf16(text("<?xml version='1.0' encoding='UTF-16'?>\r\n<!--\u20AC--> <!DOCTYPE x>")
                                     + inRoot(QString()),
-                                order),
+                                order, Mark::With),
                           Failure::DoctypeRefused, text("2:10: ") + text(noDoctype));
 }
 
@@ -518,7 +426,7 @@ TEST(ExplainedPrefixes, AreDeclaredByAttributesLikeOthers)
     EXPECT_EQ(report.GetEntries().at(0).text, text("The attribute xmlns:p was ignored."));
     EXPECT_EQ(report.GetEntries().at(1).text, text("The attribute p:a was ignored."));
 
-    const ScopedLimits limits([](Limits& changed) { changed.attributes = 1; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.attributes = 1; }));
     expectRefused(
         inRoot(text("<x xmlns:p='u' xmlns='v'/>")), Failure::TooManyAttributes,
         text("1:29: An element has more attributes than the limit of 1. (in %1)").arg(text(rootPath)));
@@ -528,7 +436,7 @@ TEST(ExplainedPrefixes, AreDeclaredByAttributesLikeOthers)
 
 TEST(ExplainedLimits, NestingIsToldInsteadOfWhatIsThenMissing)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.nestingDepth = 5; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 5; }));
     // Without its text the truth value is one that a record refuses.
     expectRefused(
         inMessage(text(
@@ -542,7 +450,7 @@ TEST(ExplainedLimits, NestingIsToldInsteadOfWhatIsThenMissing)
 
 TEST(ExplainedLimits, NestingIsToldInsteadOfAnItemWithoutData)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.nestingDepth = 3; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 3; }));
     expectRefused(inMessage(text("\n<Type>Reply</Type><Fragment>\n <Unknown/></Fragment>")),
                   Failure::NestedTooDeep,
                   text("3:11: Elements are nested deeper than the limit of 3. (in %1/Fragment/Unknown)")
@@ -552,7 +460,7 @@ TEST(ExplainedLimits, NestingIsToldInsteadOfAnItemWithoutData)
 
 TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.listItems = 1; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.listItems = 1; }));
     expectRefused(
         inMessage(text("<Type>Reply</Type>\n<Fragment><DF_Params/></Fragment>\n<Fragment></Fragment>")),
         Failure::TooManyItems,
@@ -572,7 +480,7 @@ TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
 
 TEST(ExplainedLimits, AnEarlierExceptionIsToldFirst)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.nestingDepth = 3; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 3; }));
     PelLu300RouterInterfaceXml document;
     document.SetValidate(true);
     expectThrown<OutOfRangeException>(
@@ -933,16 +841,7 @@ TEST(ExplainedReport, EntriesAreKeptAndPlacedAlsoWhenARecordRefuses)
 namespace {
 
 // The compressed form, in one piece.
-QByteArray compressed(const QByteArray& plain)
-{
-    QByteArray pieces;
-    QDataStream inner(&pieces, QIODevice::WriteOnly);
-    inner << qCompress(plain, 9);
-    QByteArray form;
-    QDataStream outer(&form, QIODevice::WriteOnly);
-    outer << 0x4D4B5A31 << pieces;
-    return form;
-}
+QByteArray compressed(const QByteArray& plain) { return compressedForm(sized(qCompress(plain, 9))); }
 
 // Expects the failure from a byte array, a stream and a file, and an unchanged record.
 void expectFormRefused(QByteArray form, Failure::Kind kind, const QString& sentence)
@@ -1021,19 +920,6 @@ TEST(ExplainedForms, AStreamOnAFileNamesTheFile)
 
 namespace {
 
-class RefusingBuffer : public QBuffer
-{
-public:
-    RefusingBuffer()
-    {
-        open(QIODevice::WriteOnly);
-        setErrorString(text("The device is tired"));
-    }
-
-protected:
-    qint64 writeData(const char*, qint64) override { return -1; }
-};
-
 enum class Kind
 {
     Plain,
@@ -1072,7 +958,7 @@ TEST(ExplainedDevices, OneThatRefusesIsToldInItsOwnWords)
 TEST(ExplainedDevices, AFullOneIsTold)
 {
     if (!QFile::exists(text("/dev/full")))
-        GTEST_SKIP() << "there is no device that is always full";
+        GTEST_SKIP() << "This machine has no device that is always full.";
     for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
         QFile file(text("/dev/full"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -1189,16 +1075,11 @@ TEST(SavingABinaryFile, ADiskThatIsFullLeavesTheOldOneAndIsTold)
     fragment.GetPelVtConnectServer().SetAddress(QString(100000, QLatin1Char('x')));
     large.GetPelLu300RouterMessage().AppendFragment(fragment);
     const Log log(large);
-    // A process that may write no file beyond a size meets the same error as on a full disk.
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit small = before;
-    small.rlim_cur = 50000;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const bool saved = saveBinary(large, folder.path());
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, signalBefore);
+    bool saved = true;
+    {
+        const FileSizeLimit limit(50000);
+        saved = saveBinary(large, folder.path());
+    }
     EXPECT_FALSE(saved);
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
     const QString sentence = IMKObject::GetLastFailure().GetSentence();
@@ -1212,38 +1093,22 @@ TEST(SavingABinaryFile, ADiskThatIsFullLeavesTheOldOneAndIsTold)
 
 namespace {
 
-constexpr int noOtherUser = 77;
-
-// What operation() returns when it is done by somebody without privileges, in a process of its own;
-// null when nobody such can be had.
-QString unprivileged(const std::function<QString()>& operation)
+// What operation() returns when it is done by somebody without privileges; nothing where root cannot give
+// them up.
+std::optional<QString> unprivileged(const std::function<QString()>& operation)
 {
-    int ends[2];
-    if (pipe(ends) != 0)
-        return QString();
-    const pid_t child = fork();
-    if (child == 0) {
-        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
-            _exit(noOtherUser);
-        QString result;
-        try {
-            result = operation();
-        } catch (const std::exception& exception) {
-            result = QString::fromUtf8(exception.what());
-        }
-        const QByteArray told = result.toUtf8();
-        _exit(::write(ends[1], told.constData(), static_cast<std::size_t>(told.size())) == told.size() ? 0
-                                                                                                       : 1);
-    }
-    close(ends[1]);
-    QFile answer;
-    QByteArray told;
-    if (answer.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-        told = answer.readAll();
-    int status = 0;
-    if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        return QString();
-    return QString::fromUtf8(told);
+    constexpr int noOtherUser = 77;
+    const ChildEnd end = runInChild([&operation](QByteArray& said) {
+        constexpr unsigned int nobody = 65534;
+        if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0))
+            return noOtherUser;
+        said = operation().toUtf8();
+        return 0;
+    });
+    if (end.status == noOtherUser)
+        return std::nullopt;
+    EXPECT_EQ(end.status, 0) << ::testing::PrintToString(end);
+    return QString::fromUtf8(end.said);
 }
 
 // Kind, sentence and log of a failure in one text.
@@ -1269,13 +1134,13 @@ TEST(WithoutPermission, AFileIsNotRead)
     const QString path = folder.write("<PelLu300RouterInterfaceXml/>");
     ASSERT_EQ(setMode(path, 0000), 0);
     const QString sentence = path + text(": The file cannot be read: Permission denied.");
-    const QString fromXml = unprivileged([&] {
+    const std::optional<QString> fromXml = unprivileged([&] {
         PelLu300RouterInterfaceXml document;
         const Log log(document);
         return told(document.LoadXml(path), log);
     });
-    if (fromXml.isNull())
-        GTEST_SKIP() << "there is no user without privileges here";
+    if (!fromXml)
+        GTEST_SKIP() << "Root cannot give up its privileges on this machine.";
     EXPECT_EQ(fromXml, sentence);
     EXPECT_EQ(unprivileged([&] {
                   PelLu300RouterInterfaceXml document;
@@ -1292,13 +1157,13 @@ TEST(WithoutPermission, AFileIsNotReplaced)
     ASSERT_EQ(setMode(folder.folder(), 0777), 0);
     const QString path = folder.write("old");
     ASSERT_EQ(setMode(path, 0444), 0);
-    const QString sentence = unprivileged([&] {
+    const std::optional<QString> sentence = unprivileged([&] {
         const PelLu300RouterInterfaceXml document = sample();
         const Log log(document);
         return told(document.SaveXml(path), log);
     });
-    if (sentence.isNull())
-        GTEST_SKIP() << "there is no user without privileges here";
+    if (!sentence)
+        GTEST_SKIP() << "Root cannot give up its privileges on this machine.";
     EXPECT_EQ(sentence,
               path + text(": The file cannot be written: Existing file %1 is not writable.").arg(path));
     EXPECT_EQ(folder.read(), QByteArray("old"));
@@ -1311,19 +1176,19 @@ TEST(WithoutPermission, AFolderTakesNoFileAndGivesNone)
     const QString path = folder.write("old");
     ASSERT_EQ(setMode(path, 0666), 0);
     ASSERT_EQ(setMode(folder.folder(), 0000), 0);
-    const QString saved = unprivileged([&] {
+    const std::optional<QString> saved = unprivileged([&] {
         const PelLu300RouterInterfaceXml document = sample();
         const Log log(document);
         return told(document.SaveXml(path), log);
     });
-    const QString loaded = unprivileged([&] {
+    const std::optional<QString> loaded = unprivileged([&] {
         PelLu300RouterInterfaceXml document;
         const Log log(document);
         return told(document.LoadXml(path), log);
     });
     ASSERT_EQ(setMode(folder.folder(), 0700), 0);
-    if (saved.isNull())
-        GTEST_SKIP() << "there is no user without privileges here";
+    if (!saved)
+        GTEST_SKIP() << "Root cannot give up its privileges on this machine.";
     EXPECT_EQ(saved, path + text(": The file cannot be written: Permission denied."));
     EXPECT_EQ(loaded, path + text(": The file cannot be read: Permission denied."));
     EXPECT_EQ(folder.read(), QByteArray("old"));
@@ -1409,7 +1274,7 @@ TEST(ExplainedPlaces, OfAFileInUtf16KnowEveryLineEnd)
     for (const ByteOrder order : {ByteOrder::Big, ByteOrder::Little}) {
         expectPlaces([order](PelLu300RouterInterfaceXml& document, const QString& xml) {
             const Folder folder;
-            return document.LoadXml(folder.write(utf16(xml, order)));
+            return document.LoadXml(folder.write(utf16(xml, order, Mark::With)));
         });
     }
 }

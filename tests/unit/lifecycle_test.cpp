@@ -3,6 +3,7 @@
 // apart again, and what setting, resetting and comparing do. Whether two records share a block shows
 // in the addresses of the defaults, which getters hand out by reference.
 
+#include "FailingAllocator.h"
 #include "TestSupport.h"
 
 #include <cstdlib>
@@ -15,75 +16,9 @@
 #include <utility>
 #include <vector>
 
-// --- an allocator that can be told to fail ------------------------------------------------------
-
-namespace {
-
-// The number of allocations that still succeed; negative while none is to fail.
-thread_local long allocationsLeft = -1;
-thread_local long allocations = 0;
-
-bool allocationFails()
-{
-    ++allocations;
-    return allocationsLeft >= 0 && allocationsLeft-- == 0;
-}
-
-void* allocate(std::size_t size)
-{
-    void* const memory = allocationFails() ? nullptr : std::malloc(size == 0 ? 1 : size);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-void* allocateOrNull(std::size_t size) noexcept
-{
-    return allocationFails() ? nullptr : std::malloc(size == 0 ? 1 : size);
-}
-
-} // namespace
-
-void* operator new(std::size_t size) { return allocate(size); }
-void* operator new[](std::size_t size) { return allocate(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocateOrNull(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocateOrNull(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
-void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
-
 namespace {
 
 using namespace testing_support;
-
-// Lets the allocation after the next `successes` fail, once. Returns whether that one was reached.
-template <class Statement>
-bool failsOutOfMemory(long successes, Statement&& statement)
-{
-    allocationsLeft = successes;
-    bool failed = false;
-    try {
-        statement();
-    } catch (const std::bad_alloc&) {
-        failed = true;
-    } catch (...) {
-        allocationsLeft = -1;
-        throw;
-    }
-    allocationsLeft = -1;
-    return failed;
-}
-
-template <class Statement>
-long allocationsIn(Statement&& statement)
-{
-    const long before = allocations;
-    statement();
-    return allocations - before;
-}
 
 // --- the members of all records -----------------------------------------------------------------
 
@@ -869,16 +804,6 @@ TEST(EveryMember, AFailedAllocationLeavesTheOldDefault)
 }
 
 // --- construction -------------------------------------------------------------------------------
-
-// Names the tests of a record after it.
-struct RecordName
-{
-    template <class R>
-    static std::string GetName(int)
-    {
-        return R().GetObjectName().toStdString();
-    }
-};
 
 template <class R>
 class EveryRecordLifecycle : public ::testing::Test
@@ -1800,15 +1725,8 @@ TEST(OutOfMemory, APayloadThatCannotBeMadeIsNotSelectedByReading)
                 break;
             hasFailed = true;
             // Once it is there it is selected, whatever happens next.
-            bool isThere = true;
             const Fragment& view = target;
-            allocationsLeft = 0;
-            try {
-                view.GetDF_Params();
-            } catch (const std::bad_alloc&) {
-                isThere = false;
-            }
-            allocationsLeft = -1;
+            const bool isThere = !failsOutOfMemory(0, [&view] { view.GetDF_Params(); });
             EXPECT_EQ(target.GetChoiceFragment(),
                       isThere ? Fragment::DF_Params : Fragment::AcquireMastership);
         }

@@ -490,21 +490,10 @@ QString emptyBooleanMessage()
         .arg(QLatin1String(SuccessLiterals<R>::name));
 }
 
-// Names the tests of a record after it.
-struct RecordName
-{
-    template <class R>
-    static std::string GetName(int)
-    {
-        return R().GetObjectName().toStdString();
-    }
-};
-
 template <class R>
 class SuccessRecord : public ::testing::Test
 {
 };
-using SuccessRecords = ::testing::Types<AcquireMastership, ReleaseMastership>;
 TYPED_TEST_SUITE(SuccessRecord, SuccessRecords, RecordName);
 
 TYPED_TEST(SuccessRecord, NameAndIdAreThoseOfTheClass)

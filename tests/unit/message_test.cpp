@@ -23,13 +23,6 @@ const char* const itemIncomplete =
 const char* const lengthError =
     "PelLu300RouterMessage::SetBinary(...): Length error occurred during processing of binary representation";
 
-Fragment withPort(unsigned int port)
-{
-    Fragment item;
-    item.GetOstraInterfacePort().SetPort(port);
-    return item;
-}
-
 // An item that has a payload, and a payload that does not pass its check.
 Fragment withBadState()
 {
@@ -42,14 +35,6 @@ Fragment withBadState()
 unsigned int portOf(const Fragment& item) { return item.GetOstraInterfacePort().GetPort(); }
 
 const Items& itemsOf(const Message& message) { return message.GetFragment(); }
-
-QVector<unsigned int> portsOf(const Message& message)
-{
-    QVector<unsigned int> ports;
-    for (const Fragment& item : itemsOf(message))
-        ports.append(portOf(item));
-    return ports;
-}
 
 using Ports = QVector<unsigned int>;
 

@@ -16,18 +16,6 @@ using namespace testing_support;
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
-// Names the instances of a typed test.
-struct RecordName
-{
-    template <class R>
-    static std::string GetName(int)
-    {
-        return R().GetObjectName().toStdString();
-    }
-};
-
 // The literal element name of each class.
 QString elementName(const OstraInterfacePort&) { return text("OstraInterfacePort"); }
 QString elementName(const RouterVtServerPort&) { return text("RouterVtServerPort"); }
@@ -71,21 +59,6 @@ PelLu300RouterMessage messageOfType(PelLu300RouterMessage::Type type)
     PelLu300RouterMessage message;
     message.SetType(type);
     return message;
-}
-
-Fragment portFragment(unsigned int port)
-{
-    Fragment fragment;
-    fragment.GetOstraInterfacePort().SetPort(port);
-    return fragment;
-}
-
-std::vector<unsigned int> portsOf(const PelLu300RouterMessage& message)
-{
-    std::vector<unsigned int> ports;
-    for (const Fragment& fragment : message.GetFragment())
-        ports.push_back(fragment.GetOstraInterfacePort().GetPort());
-    return ports;
 }
 
 // --- text forms: unsigned ---------------------------------------------------------------------
@@ -393,7 +366,6 @@ protected:
                + elementName(R()) + QLatin1Char('>');
     }
 };
-using SuccessRecords = ::testing::Types<AcquireMastership, ReleaseMastership>;
 TYPED_TEST_SUITE(XmlMappingBool, SuccessRecords, RecordName);
 
 TYPED_TEST(XmlMappingBool, IsWrittenAsTrueOrFalse)
@@ -794,7 +766,7 @@ TEST(XmlMappingWriting, MembersStandInDeclarationOrderWhateverTheOrderOfSetting)
               text("<MastershipState><State>MasterPresent</State><MasterClientID>c</MasterClientID>"
                    "</MastershipState>"));
     PelLu300RouterMessage message;
-    message.AppendFragment(portFragment(1));
+    message.AppendFragment(withPort(1));
     message.SetMessageID(7);
     message.SetType(PelLu300RouterMessage::Event);
     EXPECT_EQ(
@@ -893,14 +865,14 @@ TEST(XmlMappingWriting, EachPayloadIsWrittenInsideItsFragment)
 
 TEST(XmlMappingWriting, AFragmentWithoutChoiceOrWithItsPayloadResetWritesNoPayload)
 {
-    Fragment fragment = portFragment(1);
+    Fragment fragment = withPort(1);
     fragment.ResetOstraInterfacePort();
     ASSERT_EQ(fragment.GetChoiceFragment(), Fragment::OstraInterfacePort);
     EXPECT_EQ(xmlOf(fragment), text("<Fragment/>"));
     fragment.SetValidate(true);
     EXPECT_EQ(xmlOf(fragment), text("<Fragment/>"));
     fragment.SetValidate(false);
-    fragment = portFragment(1);
+    fragment = withPort(1);
     fragment.ResetChoiceFragment();
     ASSERT_TRUE(fragment.IsOstraInterfacePortSet());
     EXPECT_EQ(xmlOf(fragment), text("<Fragment/>"));
@@ -911,7 +883,7 @@ TEST(XmlMappingWriting, AListStandsWithoutWrapperInItsOrder)
     PelLu300RouterMessage message = messageOfType(PelLu300RouterMessage::Reply);
     message.SetMessageID(7);
     for (const unsigned int port : {3U, 1U, 2U})
-        message.AppendFragment(portFragment(port));
+        message.AppendFragment(withPort(port));
     EXPECT_EQ(xmlOf(message),
               text("<PelLu300RouterMessage><Type>Reply</Type><MessageID>7</MessageID>"
                    "<Fragment><OstraInterfacePort><Port>3</Port></OstraInterfacePort></Fragment>"
@@ -927,7 +899,7 @@ TEST(XmlMappingWriting, AListGoesByItsItemsAndNotByItsFlag)
     ASSERT_TRUE(message.IsFragmentSet());
     EXPECT_EQ(xmlOf(message), text("<PelLu300RouterMessage><Type>Reply</Type></PelLu300RouterMessage>"));
     message.ResetFragment();
-    list.append(portFragment(4));
+    list.append(withPort(4));
     ASSERT_FALSE(message.IsFragmentSet());
     EXPECT_EQ(xmlOf(message),
               text("<PelLu300RouterMessage><Type>Reply</Type><Fragment><OstraInterfacePort><Port>4</Port>"
@@ -953,7 +925,7 @@ TEST(XmlMappingWriting, TheMessageOfADocumentIsWrittenOnlyWhileItIsSet)
 TEST(XmlMappingWriting, LeavesTheRecordAsItWas)
 {
     PelLu300RouterMessage message = messageOfType(PelLu300RouterMessage::Reply);
-    message.AppendFragment(portFragment(4));
+    message.AppendFragment(withPort(4));
     const PelLu300RouterMessage before(message);
     EXPECT_EQ(xmlOf(message), xmlOf(message));
     EXPECT_TRUE(message == before);
@@ -991,7 +963,7 @@ TEST(XmlMappingValidation, AListItemWithoutDataVanishesFromItsMessage)
 {
     PelLu300RouterMessage message = messageOfType(PelLu300RouterMessage::Event);
     message.AppendFragment(Fragment());
-    message.AppendFragment(portFragment(1));
+    message.AppendFragment(withPort(1));
     message.AppendFragment(Fragment());
     message.SetValidate(true);
     EXPECT_EQ(xmlOf(message),
@@ -1029,11 +1001,11 @@ TEST(XmlMappingValidation, AFailingPayloadLeavesTheElementsAroundItOpen)
     PelLu300RouterInterfaceXml document;
     PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();
     message.SetType(PelLu300RouterMessage::Event);
-    message.AppendFragment(portFragment(1));
+    message.AppendFragment(withPort(1));
     Fragment fragment;
     fragment.GetMastershipState().SetState(static_cast<MastershipState::State>(3));
     message.AppendFragment(fragment);
-    message.AppendFragment(portFragment(2));
+    message.AppendFragment(withPort(2));
     document.SetValidate(true);
     QString xml;
     QXmlStreamWriter writer(&xml);
@@ -1206,7 +1178,7 @@ TEST(XmlMappingReading, ChildElementsMayComeInAnyOrder)
                  "</OstraInterfacePort></Fragment><Type>Event</Type></PelLu300RouterMessage>"));
     EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Event);
     EXPECT_EQ(message.GetMessageID(), 7U);
-    EXPECT_EQ(portsOf(message), (std::vector<unsigned int>{1, 2}));
+    EXPECT_EQ(portsOf(message), (QVector<unsigned int>{1, 2}));
 }
 
 TEST(XmlMappingReading, MembersWithoutAnElementKeepValueAndFlag)
@@ -1286,7 +1258,7 @@ TEST(XmlMappingReading, AfterAnEarlyStopTheRecordIsReadToItsOwnEnd)
     message.ProcessXml(reader);
     EXPECT_EQ(message.GetMessageID(), 7U);
     EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Event);
-    EXPECT_EQ(portsOf(message), (std::vector<unsigned int>{1}));
+    EXPECT_EQ(portsOf(message), (QVector<unsigned int>{1}));
     EXPECT_TRUE(reader.isEndElement());
     EXPECT_EQ(reader.name().toString(), text("PelLu300RouterMessage"));
     reader.readNext();
@@ -1390,14 +1362,14 @@ TEST(XmlMappingNested, AnEmptyMessageElementSetsTheMessage)
 TEST(XmlMappingNested, ListItemsAreReadInDocumentOrderBehindThoseThatAreThere)
 {
     PelLu300RouterMessage message;
-    message.AppendFragment(portFragment(9));
+    message.AppendFragment(withPort(9));
     readXml(message, text("<PelLu300RouterMessage>"
                           "<Fragment><OstraInterfacePort><Port>3</Port></OstraInterfacePort></Fragment>"
                           "<Fragment><OstraInterfacePort><Port>1</Port></OstraInterfacePort></Fragment>"
                           "<Fragment><OstraInterfacePort><Port>2</Port></OstraInterfacePort></Fragment>"
                           "</PelLu300RouterMessage>"));
     EXPECT_TRUE(message.IsFragmentSet());
-    EXPECT_EQ(portsOf(message), (std::vector<unsigned int>{9, 3, 1, 2}));
+    EXPECT_EQ(portsOf(message), (QVector<unsigned int>{9, 3, 1, 2}));
 }
 
 TEST(XmlMappingNested, AListItemKeepsNothingOfTheItemReadBefore)
@@ -1418,7 +1390,7 @@ TEST(XmlMappingNested, AListItemKeepsNothingOfTheItemReadBefore)
 TEST(XmlMappingNested, ADefaultItemPlaysNoPartInReading)
 {
     PelLu300RouterMessage message;
-    message.SetDefaultFragment(portFragment(9));
+    message.SetDefaultFragment(withPort(9));
     readXml(message, text("<PelLu300RouterMessage><Fragment/></PelLu300RouterMessage>"));
     ASSERT_EQ(message.GetFragment().size(), 1);
     EXPECT_FALSE(message.GetFragment()[0].AnyData());
@@ -1444,7 +1416,7 @@ TEST(XmlMappingNested, AnItemWithoutUsablePayloadIsRefusedUnderValidation)
 
 TEST(XmlMappingNested, AFailedPayloadMovesTheChoiceButIsNotFlagged)
 {
-    Fragment fragment = portFragment(1);
+    Fragment fragment = withPort(1);
     fragment.SetValidate(true);
     EXPECT_THROW(
         readXml(fragment, text("<Fragment><AcquireMastership><Success/></AcquireMastership></Fragment>")),
