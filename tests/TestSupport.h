@@ -25,9 +25,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 #include <ostream>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 // GoogleTest prints Qt strings and byte arrays through these.
 inline void PrintTo(const QString& text, std::ostream* out)
@@ -125,6 +128,42 @@ inline QVector<unsigned int> portsOf(const PelLu300RouterMessage& message)
         ports.append(fragment.GetOstraInterfacePort().GetPort());
     return ports;
 }
+
+// The seven records in a fragment.
+inline std::array<const MODELKIT::IMKObject*, 7> payloadsOf(const Fragment& fragment)
+{
+    return {&fragment.GetMastershipState(),    &fragment.GetAcquireMastership(),
+            &fragment.GetReleaseMastership(),  &fragment.GetOstraInterfacePort(),
+            &fragment.GetPelVtConnectServer(), &fragment.GetRouterVtServerPort(),
+            &fragment.GetDF_Params()};
+}
+
+// A record of which a test may use what only derived classes may.
+template <class R>
+struct Opened : R
+{
+    using R::GetTextValue;
+    using R::m_typeCode;
+    using R::ProcessXmlStartElement;
+    using R::SetObjectName;
+
+    Opened() = default;
+    explicit Opened(const R& source) : R(source) {}
+
+    using R::operator=;
+};
+
+// Whether there is an operator == for the two classes.
+template <class Left, class Right, class = void>
+struct AreComparable : std::false_type
+{
+};
+template <class Left, class Right>
+struct AreComparable<Left, Right,
+                     std::void_t<decltype(std::declval<const Left&>() == std::declval<const Right&>())>>
+    : std::true_type
+{
+};
 
 // The limits in force, but for what change makes of them: for a MODELKIT::LimitsInScope.
 template <class Change>

@@ -130,16 +130,6 @@ private:
     Treatment m_treatment;
 };
 
-// A record whose protected parts a test may use, as a class derived from it may.
-template <class R>
-class Opened : public R
-{
-public:
-    using R::GetTextValue;
-    using R::m_typeCode;
-    using R::SetObjectName;
-};
-
 template <class R>
 Opened<R> renamed(const char* name)
 {

@@ -30,14 +30,6 @@ struct RecordOrDerived
     }
 };
 
-// Opens what only derived classes may call.
-template <class R>
-struct Opened : R
-{
-    using R::ProcessXmlStartElement;
-    using R::SetObjectName;
-};
-
 template <class R>
 class Renamed : public R
 {
@@ -937,14 +929,6 @@ TEST(CheckedValues, ValidityIsAnsweredWhateverTheFlag)
 }
 
 // --- propagation: what an owner owns ----------------------------------------------------------
-
-std::array<const IMKObject*, 7> payloadsOf(const Fragment& fragment)
-{
-    return {&fragment.GetMastershipState(),    &fragment.GetAcquireMastership(),
-            &fragment.GetReleaseMastership(),  &fragment.GetOstraInterfacePort(),
-            &fragment.GetPelVtConnectServer(), &fragment.GetRouterVtServerPort(),
-            &fragment.GetDF_Params()};
-}
 
 std::vector<const IMKObject*> ownedBy(const Fragment& fragment)
 {

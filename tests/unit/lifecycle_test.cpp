@@ -375,21 +375,6 @@ std::vector<Operation<R>> changingOperations()
     };
 }
 
-// A record that shows its protected parts and lets its name be changed.
-template <class R>
-struct Opened : R
-{
-    using R::ProcessXmlStartElement;
-    using R::SetObjectName;
-
-    Opened() = default;
-    explicit Opened(const R& source) : R(source) {}
-
-    using R::operator=;
-
-    long long typeCode() const { return this->m_typeCode; }
-};
-
 std::shared_ptr<MODELKIT::Logger> newLogger() { return std::make_shared<MODELKIT::Logger>(); }
 
 // --- one member ---------------------------------------------------------------------------------
@@ -826,8 +811,8 @@ TYPED_TEST(EveryRecordLifecycle, ANewRecordIsEmpty)
 
 TYPED_TEST(EveryRecordLifecycle, ANewRecordCarriesItsClassIdAsTypeCode)
 {
-    EXPECT_EQ(Opened<TypeParam>().typeCode(), TypeParam::GetId());
-    EXPECT_EQ(Opened<TypeParam>(TypeParam()).typeCode(), TypeParam::GetId());
+    EXPECT_EQ(Opened<TypeParam>().m_typeCode, TypeParam::GetId());
+    EXPECT_EQ(Opened<TypeParam>(TypeParam()).m_typeCode, TypeParam::GetId());
     EXPECT_EQ(TypeParam::GetId(), TypeParam::id);
 }
 
@@ -835,10 +820,10 @@ TYPED_TEST(EveryRecordLifecycle, TheTypeCodeNeverChanges)
 {
     Opened<TypeParam> record;
     record.SetObjectType(MODELKIT::ObjectTypes::Document);
-    EXPECT_EQ(record.typeCode(), TypeParam::GetId());
+    EXPECT_EQ(record.m_typeCode, TypeParam::GetId());
     record = TypeParam();
     record.Reset();
-    EXPECT_EQ(record.typeCode(), TypeParam::GetId());
+    EXPECT_EQ(record.m_typeCode, TypeParam::GetId());
 }
 
 TYPED_TEST(EveryRecordLifecycle, ARecordThatIsNeverTouchedAllocatesNothing)

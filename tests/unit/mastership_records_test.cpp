@@ -700,16 +700,6 @@ TYPED_TEST(SuccessRecord, ALengthErrorCarriesItsName)
     }
 }
 
-template <class A, class B, class = void>
-struct AreComparable : std::false_type
-{
-};
-template <class A, class B>
-struct AreComparable<A, B, std::void_t<decltype(std::declval<const A&>() == std::declval<const B&>())>>
-    : std::true_type
-{
-};
-
 TEST(SuccessClasses, AcquiringAndReleasingAreTwoClassesThatNeitherCompareNorConvert)
 {
     AcquireMastership acquire;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What editors need of RecordInfo: resetting, defaults, changing lists item by item, choosing.
+#include "MemberByName.h"
 #include "TestSupport.h"
 
 #include "routerinterface/RecordInfo.h"
@@ -12,11 +13,6 @@
 using namespace testing_support;
 
 namespace {
-
-const MemberInfo& member(const char* className, const char* name)
-{
-    return *RecordInfo::Find(QLatin1String(className))->FindMember(QString::fromLatin1(name));
-}
 
 const MemberInfo& list() { return member("PelLu300RouterMessage", "Fragment"); }
 
