@@ -232,4 +232,39 @@ inline void expectLengthError(MODELKIT::IMKObject& record, const QByteArray& fra
     expectThrow<BinaryParsingException>([&] { readFrame(record, frame); }, lengthErrorOf(name));
 }
 
+template <class R>
+R readFrom(const QByteArray& frame)
+{
+    R record;
+    readFrame(record, frame);
+    return record;
+}
+
+inline const PelLu300RouterMessage& messageIn(const PelLu300RouterInterfaceXml& document)
+{
+    return document.GetPelLu300RouterMessage();
+}
+
+// The port of the item at that place of the list.
+inline unsigned int portAt(const PelLu300RouterMessage& message, int index)
+{
+    const Fragment& item = message.GetFragment().at(index);
+    EXPECT_EQ(item.GetChoiceFragment(), Fragment::OstraInterfacePort);
+    EXPECT_TRUE(item.IsOstraInterfacePortSet());
+    return item.GetOstraInterfacePort().GetPort();
+}
+
+inline QByteArray portElement(std::uint32_t port)
+{
+    return frame(entry(ostraInterfacePortTag, portEntry(port)));
+}
+
+// Expects that content, announced as length bytes, ends in the length error of the record of that name.
+inline void expectLengthErrorOf(MODELKIT::IMKObject& record, const QByteArray& content, int length,
+                                const char* name)
+{
+    QDataStream stream(content);
+    expectThrow<BinaryParsingException>([&] { record.SetBinary(stream, length); }, lengthErrorOf(name));
+}
+
 } // namespace binary_support
