@@ -24,8 +24,11 @@ TEST(EveryMember, AFailedAllocationLeavesItUnset)
         long successes = 0;
         for (;; ++successes) {
             Owner record;
-            if (!failsOutOfMemory(successes, [&] { Member::set(record, value); }))
+            if (!failsOutOfMemory(successes, [&] { Member::set(record, value); })) {
+                EXPECT_TRUE(Member::isSet(record));
+                EXPECT_TRUE(same(Member::get(record), value));
                 break;
+            }
             SCOPED_TRACE(successes);
             EXPECT_FALSE(Member::isSet(record));
             EXPECT_FALSE(record.AnyData());
@@ -44,8 +47,10 @@ TEST(EveryMember, AFailedAllocationLeavesTheOldDefault)
         long successes = 0;
         for (;; ++successes) {
             Owner record;
-            if (!failsOutOfMemory(successes, [&] { Member::setDefault(record, value); }))
+            if (!failsOutOfMemory(successes, [&] { Member::setDefault(record, value); })) {
+                EXPECT_TRUE(same(Member::getDefault(record), value));
                 break;
+            }
             SCOPED_TRACE(successes);
             EXPECT_TRUE(same(Member::getDefault(record), Member::initialDefault()));
             record.ResetToDefault();
@@ -88,6 +93,8 @@ TYPED_TEST(EveryRecordLifecycle, AFailedCopyLeavesTheSource)
         ++successes;
     }
     EXPECT_GT(successes, 0);
+    TypeParam copy(source);
+    expectFilled(copy);
 }
 
 TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesBothSharersAsTheyWere)
@@ -105,8 +112,10 @@ TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesBothSharersAsTheyWere)
                 fill(source);
                 TypeParam target;
                 target = source;
-                if (!failsOutOfMemory(successes, [&] { operation.run(targetFails ? target : source); }))
+                if (!failsOutOfMemory(successes, [&] { operation.run(targetFails ? target : source); })) {
+                    expectFilled(targetFails ? source : target);
                     break;
+                }
                 SCOPED_TRACE(successes);
                 expectFilled(source);
                 expectFilled(target);
@@ -185,8 +194,10 @@ void expectAllOrNothing(const std::function<void(R&)>& prepare, const std::funct
             if (!isEmpty)
                 prepare(record);
             const QString before = contentOf(record);
-            if (!failsOutOfMemory(successes, [&] { change(record); }))
+            if (!failsOutOfMemory(successes, [&] { change(record); })) {
+                EXPECT_TRUE(record.IsInitialized());
                 break;
+            }
             EXPECT_EQ(contentOf(record), before) << "after " << successes << " allocations";
         }
         EXPECT_GT(successes, 0);
@@ -248,8 +259,10 @@ TEST(OutOfMemory, AFailedResetLeavesEveryMember)
         Fragment record;
         prepare(record);
         const QString before = contentOf(record);
-        if (!failsOutOfMemory(successes, [&] { record.Reset(); }))
+        if (!failsOutOfMemory(successes, [&] { record.Reset(); })) {
+            EXPECT_FALSE(record.AnyData());
             break;
+        }
         EXPECT_EQ(contentOf(record), before);
     }
     EXPECT_GT(successes, 0);
@@ -279,8 +292,10 @@ TEST(OutOfMemory, APayloadThatCannotBeMadeIsNotSelectedByReading)
                 else
                     target.SetBinary(stream, 8);
             };
-            if (!failsOutOfMemory(successes, read))
+            if (!failsOutOfMemory(successes, read)) {
+                EXPECT_EQ(target.GetChoiceFragment(), Fragment::DF_Params);
                 break;
+            }
             hasFailed = true;
             // Once it is there it is selected, whatever happens next.
             const Fragment& view = target;
@@ -304,10 +319,13 @@ TEST(MessageLifecycle, AFailedAppendLeavesTheListAsItWas)
             record.AppendFragment(fragment("two"));
             const QVector<Fragment> kept =
                 sharedList ? std::as_const(record).GetFragment() : QVector<Fragment>();
-            if (!failsOutOfMemory(successes, [&] { record.AppendFragment(item); }))
-                break;
-            SCOPED_TRACE(successes);
             const QVector<Fragment>& list = std::as_const(record).GetFragment();
+            if (!failsOutOfMemory(successes, [&] { record.AppendFragment(item); })) {
+                ASSERT_EQ(list.size(), 3);
+                EXPECT_TRUE(list.at(2) == item);
+                break;
+            }
+            SCOPED_TRACE(successes);
             ASSERT_EQ(list.size(), 2);
             EXPECT_TRUE(list.at(0) == fragment("one"));
             EXPECT_TRUE(list.at(1) == fragment("two"));

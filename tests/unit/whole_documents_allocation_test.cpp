@@ -88,8 +88,9 @@ struct Scene
     QString writtenXml;
     QTemporaryDir folder;
     QString path;
-    // The one that fails.
+    // The one that fails, and whether it has.
     Allocator allocator = Allocator::New;
+    bool hasFailed = false;
 };
 
 // What came out of an operation.
@@ -131,14 +132,13 @@ bool tryOnce(const Operation& operation, const Shortage& shortage)
     scene.allocator = shortage.allocator;
     operation.prepare(scene);
     Outcome outcome = Outcome::OutOfMemory;
-    bool hasFailed = false;
     {
         const FailingAllocations failing(shortage.successes, shortage.allocator, shortage.extent);
         try {
             outcome = operation.run(scene) ? Outcome::True : Outcome::False;
         } catch (const std::bad_alloc&) {
         }
-        hasFailed = failing.hasFailed();
+        scene.hasFailed = failing.hasFailed();
     }
     if (outcome == Outcome::True)
         operation.expectDone(scene);
@@ -147,7 +147,7 @@ bool tryOnce(const Operation& operation, const Shortage& shortage)
     if (outcome == Outcome::False) {
         EXPECT_NE(IMKObject::GetLastFailure().kind, Failure::None);
     }
-    if (!hasFailed) {
+    if (!scene.hasFailed) {
         EXPECT_EQ(outcome, Outcome::True);
     }
     // The record can be used as before.
@@ -157,7 +157,7 @@ bool tryOnce(const Operation& operation, const Shortage& shortage)
     EXPECT_TRUE(scene.record == scene.other);
     EXPECT_EQ(scene.record.GetBinaryRepresentationAsQByteArray(), scene.form);
     EXPECT_TRUE(scene.other == sample(2));
-    return hasFailed;
+    return scene.hasFailed;
 }
 
 // As tryOnce(), in a process of its own.
@@ -213,6 +213,12 @@ Operation writing(std::function<bool(Scene&)> run)
 
 } // namespace
 
+// Qt 6 ends the process when memory runs out while a QHash grows. In one of them the way to a failure is
+// kept.
+#define SKIP_WHERE_A_HASH_ENDS_THE_PROCESS()     \
+    if (QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)) \
+    GTEST_SKIP() << "Qt 6 does not survive it when memory runs out while a QHash grows."
+
 // --- XML ------------------------------------------------------------------------------------------
 
 TEST(OutOfMemory, WhileAnXmlStringIsRead)
@@ -228,6 +234,7 @@ TEST(OutOfMemory, WhileAnXmlStringIsReadUnderValidation)
 
 TEST(OutOfMemory, WhileAFailureIsExplained)
 {
+    SKIP_WHERE_A_HASH_ENDS_THE_PROCESS();
     Operation operation;
     operation.prepare = [](Scene& scene) {
         scene.written = "<PelLu300RouterInterfaceXml><PelLu300RouterMessage>\n<Type>Reply</Typ>";
@@ -247,6 +254,7 @@ TEST(OutOfMemory, WhileAFailureIsExplained)
 
 TEST(OutOfMemory, WhileAnExceptionIsGivenItsPlace)
 {
+    SKIP_WHERE_A_HASH_ENDS_THE_PROCESS();
     Operation operation;
     operation.prepare = [](Scene& scene) {
         scene.xml.replace(QStringLiteral("MasterPresent"), QStringLiteral("Nobody"));
@@ -267,6 +275,7 @@ TEST(OutOfMemory, WhileAnExceptionIsGivenItsPlace)
 
 TEST(OutOfMemory, WhileAReportIsKept)
 {
+    SKIP_WHERE_A_HASH_ENDS_THE_PROCESS();
     expectSurvives(reading(
         [](Scene& scene) {
             MODELKIT::ReadingReport report;
@@ -324,6 +333,7 @@ TEST(OutOfMemory, WhileAnXmlStringIsWritten)
 
 TEST(OutOfMemory, WhileATextThatXmlCannotCarryIsExplained)
 {
+    SKIP_WHERE_A_HASH_ENDS_THE_PROCESS();
     for (const char16_t character : {char16_t(1), char16_t(0xD800)}) {
         Operation operation;
         operation.prepare = [character](Scene& scene) {
@@ -331,7 +341,11 @@ TEST(OutOfMemory, WhileATextThatXmlCannotCarryIsExplained)
                 QString(QChar(character)));
         };
         operation.run = [](Scene& scene) { return scene.record.GetXmlString().isNull(); };
-        operation.expectDone = nothing;
+        operation.expectDone = [](Scene& scene) {
+            if (!scene.hasFailed) {
+                EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotRepresentable);
+            }
+        };
         operation.expectNotDone = nothing;
         expectSurvives(operation);
     }
