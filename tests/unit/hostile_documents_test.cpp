@@ -409,33 +409,21 @@ TEST(HostileDocument, ABinaryFormCutOffAnywhereIsRefusedAndLeavesTheRecordUnchan
 
 // --- damaged --------------------------------------------------------------------------------------
 
-TEST(HostileDocument, AnXmlStringWithAnyByteChangedIsReadOrRefusedOrThrows)
-{
-    XmlString reader;
-    const Outcomes lenient = readDamaged(reader, documentXml, allMasks, false);
-    EXPECT_GT(lenient.read, 0);
-    EXPECT_GT(lenient.refused, 0);
-    EXPECT_EQ(lenient.thrown, 0);
-    const Outcomes strict = readDamaged(reader, documentXml, twoMasks, true);
-    EXPECT_GT(strict.read, 0);
-    EXPECT_GT(strict.refused, 0);
-    EXPECT_GT(strict.thrown, 0);
-}
-
-TEST(HostileDocument, AnXmlFileWithAnyByteChangedIsReadOrRefusedOrThrows)
-{
-    XmlFile reader;
-    const Outcomes lenient = readDamaged(reader, documentXml, twoMasks, false);
-    EXPECT_GT(lenient.read, 0);
-    EXPECT_GT(lenient.refused, 0);
-    EXPECT_EQ(lenient.thrown, 0);
-    const Outcomes strict = readDamaged(reader, documentXml, twoMasks, true);
-    EXPECT_GT(strict.read, 0);
-    EXPECT_GT(strict.refused, 0);
-    EXPECT_GT(strict.thrown, 0);
-}
-
 namespace {
+
+// Only under validation does a record refuse what it reads from XML.
+template <class Masks>
+void expectXmlOutcomes(Reader& reader, const Masks& lenientMasks)
+{
+    const Outcomes lenient = readDamaged(reader, documentXml, lenientMasks, false);
+    EXPECT_GT(lenient.read, 0);
+    EXPECT_GT(lenient.refused, 0);
+    EXPECT_EQ(lenient.thrown, 0);
+    const Outcomes strict = readDamaged(reader, documentXml, twoMasks, true);
+    EXPECT_GT(strict.read, 0);
+    EXPECT_GT(strict.refused, 0);
+    EXPECT_GT(strict.thrown, 0);
+}
 
 template <class Masks>
 void expectEveryOutcome(Reader& reader, const Masks& masks, bool validate)
@@ -447,6 +435,18 @@ void expectEveryOutcome(Reader& reader, const Masks& masks, bool validate)
 }
 
 } // namespace
+
+TEST(HostileDocument, AnXmlStringWithAnyByteChangedIsReadOrRefusedOrThrows)
+{
+    XmlString reader;
+    expectXmlOutcomes(reader, allMasks);
+}
+
+TEST(HostileDocument, AnXmlFileWithAnyByteChangedIsReadOrRefusedOrThrows)
+{
+    XmlFile reader;
+    expectXmlOutcomes(reader, twoMasks);
+}
 
 TEST(HostileDocument, ABinaryFormWithAnyByteChangedIsReadOrRefusedOrThrows)
 {

@@ -339,60 +339,43 @@ TYPED_TEST(EveryRecordLifecycle, AssignmentAllocatesNothing)
     EXPECT_GT(allocationsIn([&] { static_cast<void>(target.IsInitialized()); }), 0);
 }
 
+// Whoever touches the shared block gets one of its own, and the other keeps it.
+template <class R>
+void expectSharedUntilTouched(const Operation<R>& operation, bool isTargetTouched, bool isChanged)
+{
+    SCOPED_TRACE(operation.name);
+    R source;
+    fill(source);
+    const void* const before = place(source);
+    R target;
+    target = source;
+    R& touched = isTargetTouched ? target : source;
+    R& other = isTargetTouched ? source : target;
+    operation.run(touched);
+    EXPECT_EQ(place(other), before);
+    EXPECT_NE(place(touched), before);
+    expectFilled(other);
+    if (!isChanged)
+        expectFilled(touched);
+}
+
 TYPED_TEST(EveryRecordLifecycle, AssignmentSharesTheBlockUntilTheTargetIsTouched)
 {
-    for (const auto& operation : readingOperations<TypeParam>()) {
-        SCOPED_TRACE(operation.name);
-        TypeParam source;
-        fill(source);
-        const void* const before = place(source);
-        TypeParam target;
-        target = source;
-        operation.run(target);
-        EXPECT_EQ(place(source), before);
-        EXPECT_NE(place(target), before);
-        expectFilled(source);
-        expectFilled(target);
-    }
+    for (const auto& operation : readingOperations<TypeParam>())
+        expectSharedUntilTouched(operation, true, false);
 }
 
 TYPED_TEST(EveryRecordLifecycle, AssignmentSharesTheBlockUntilTheSourceIsTouched)
 {
-    for (const auto& operation : readingOperations<TypeParam>()) {
-        SCOPED_TRACE(operation.name);
-        TypeParam source;
-        fill(source);
-        const void* const before = place(source);
-        TypeParam target;
-        target = source;
-        operation.run(source);
-        EXPECT_EQ(place(target), before);
-        EXPECT_NE(place(source), before);
-        expectFilled(source);
-        expectFilled(target);
-    }
+    for (const auto& operation : readingOperations<TypeParam>())
+        expectSharedUntilTouched(operation, false, false);
 }
 
 TYPED_TEST(EveryRecordLifecycle, ChangesAlsoEndTheSharingAndReachOneRecordOnly)
 {
-    for (const auto& operation : changingOperations<TypeParam>()) {
-        SCOPED_TRACE(operation.name);
-        TypeParam source;
-        fill(source);
-        const void* const before = place(source);
-        TypeParam target;
-        target = source;
-        operation.run(target);
-        EXPECT_EQ(place(source), before);
-        EXPECT_NE(place(target), before);
-        expectFilled(source);
-
-        target = source;
-        operation.run(source);
-        EXPECT_EQ(place(target), before);
-        EXPECT_NE(place(source), before);
-        expectFilled(target);
-    }
+    for (const auto& operation : changingOperations<TypeParam>())
+        for (const bool isTargetTouched : {true, false})
+            expectSharedUntilTouched(operation, isTargetTouched, true);
 }
 
 TYPED_TEST(EveryRecordLifecycle, OfThreeSharersEachGetsItsOwnBlockAndTheLastKeepsTheOld)
