@@ -2,6 +2,7 @@
 // What a reading report says, kind by kind: kind, sentence and place.
 
 #include "BinarySupport.h"
+#include "ReportSupport.h"
 
 #include "modelkit/ReadingReport.h"
 
@@ -13,16 +14,6 @@ using MODELKIT::IMKObject;
 using MODELKIT::ReadingReport;
 
 namespace {
-
-QStringList lines(const ReadingReport& report)
-{
-    QStringList result;
-    for (const ReadingReport::Entry& entry : report.GetEntries())
-        result << QStringLiteral("%1 %2 %3 %4")
-                      .arg(entry.kind)
-                      .arg(entry.place.ToString(), entry.text, entry.place.path);
-    return result;
-}
 
 // What is said about the text as it is read into the record; with validation off.
 template <class R>

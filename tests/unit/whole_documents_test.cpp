@@ -3,6 +3,7 @@
 
 #include "DocumentParts.h"
 #include "LogSupport.h"
+#include "ReportSupport.h"
 #include "TestFolder.h"
 #include "TestSupport.h"
 
@@ -560,21 +561,6 @@ TEST(WholeDocumentLimits, DoNotHoldForProcessXmlSetBinaryAndMerging)
 
 // --- report
 
-namespace {
-
-QStringList lines(const ReadingReport& report)
-{
-    QStringList result;
-    for (const ReadingReport::Entry& entry : report.GetEntries())
-        result << QStringLiteral("%1 %2 %3 %4")
-                      .arg(entry.kind)
-                      .arg(entry.place.ToString(), entry.text,
-                           entry.place.path.section(QLatin1Char('/'), -1));
-    return result;
-}
-
-} // namespace
-
 TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsInSilence)
 {
     ReadingReport report;
@@ -596,7 +582,7 @@ TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsInSilence)
                                        "</PelLu300RouterMessage></PelLu300RouterInterfaceXml>");
     ASSERT_TRUE(document.SetXmlString(xml, true));
     EXPECT_EQ(
-        lines(report),
+        lines(report, PathShown::LastStep),
         QStringList({QStringLiteral("3 1:1 The attribute version was ignored. PelLu300RouterInterfaceXml"),
                      QStringLiteral("2 4:1 Type came before; the last one counts. Type[2]"),
                      QStringLiteral("0 5:1 The element Unknown is not known in PelLu300RouterMessage and was "
@@ -623,7 +609,7 @@ TEST(WholeDocumentReport, NamesUnknownAndRepeatedBinaryEntriesWithOffsetAndPath)
     OstraInterfacePort port;
     ASSERT_TRUE(port.SetBinaryRepresentation(form));
     EXPECT_EQ(port.GetPort(), 7U);
-    EXPECT_EQ(lines(report),
+    EXPECT_EQ(lines(report, PathShown::LastStep),
               QStringList({QStringLiteral("1 offset 24 The entry with tag 0xdeadbeef is not known in "
                                           "OstraInterfacePort and was skipped. OstraInterfacePort"),
                            QStringLiteral("2 offset 34 Port came before; the last one counts. Port"),
