@@ -105,6 +105,9 @@ inline QByteArray frameOf(const MODELKIT::IMKObject& record)
 // Bytes from hexadecimal digits; blanks do not count.
 inline QByteArray bytes(const char* hex) { return QByteArray::fromHex(hex); }
 
+// The whole-object form of an OstraInterfacePort with port 5000.
+inline QByteArray portForm() { return bytes("7F012EB8 00000010 1F980517 00000008 0000000000001388"); }
+
 // Reads a frame that begins with its record length, as a caller of SetBinary does.
 inline void readFrame(MODELKIT::IMKObject& record, const QByteArray& frame)
 {

@@ -69,8 +69,6 @@ PelLu300RouterMessage largeSample()
     return message;
 }
 
-QByteArray portForm() { return bytes("7F012EB8 00000010 1F980517 00000008 0000000000001388"); }
-
 // --- pipes and sockets ----------------------------------------------------------------------------
 
 void pause() { std::this_thread::sleep_for(std::chrono::microseconds(200)); }

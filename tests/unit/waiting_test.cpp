@@ -27,8 +27,6 @@ using MODELKIT::LimitsInScope;
 
 namespace {
 
-QByteArray portForm() { return bytes("7F012EB8 00000010 1F980517 00000008 0000000000001388"); }
-
 Limits waiting(int milliseconds)
 {
     Limits limits;
