@@ -1,2 +1,49 @@
 // SPDX-License-Identifier: MIT
 #include "TestSupport.h"
+
+#include <csignal>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace {
+
+// Ends the program when a test waits for something that never comes, be it a thread, a process, a socket or a
+// pipe. No test takes nearly as long, not even under a sanitizer.
+class Watchdog : public ::testing::EmptyTestEventListener
+{
+    static constexpr unsigned int mostSeconds = 120;
+
+    void OnTestStart(const ::testing::TestInfo& test) override
+    {
+        std::strncpy(s_test, test.name(), sizeof s_test - 1);
+        std::signal(SIGALRM, bark);
+        alarm(mostSeconds);
+    }
+    void OnTestEnd(const ::testing::TestInfo&) override { alarm(0); }
+
+    static void bark(int)
+    {
+        say("\nThis test has been stopped, since it has not ended within two minutes: ");
+        say(s_test);
+        say("\n");
+        _exit(1);
+    }
+    static void say(const char* words)
+    {
+        // Whether anybody hears it makes no difference any more.
+        static_cast<void>(!::write(STDERR_FILENO, words, std::strlen(words)));
+    }
+
+    static char s_test[200];
+};
+
+char Watchdog::s_test[200];
+
+// GoogleTest deletes it.
+const bool isWatched = [] {
+    ::testing::UnitTest::GetInstance()->listeners().Append(new Watchdog);
+    return true;
+}();
+
+} // namespace

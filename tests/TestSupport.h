@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What most tests need: the ten record classes, both written forms as literals, and messages of
-// exceptions.
+// What most tests need: the ten record classes, both written forms as literals, messages of exceptions, and
+// limits. All that is in here is compiled once and for all tests.
 #pragma once
 
+#include "modelkit/Limits.h"
 #include "routerinterface/AcquireMastership.h"
 #include "routerinterface/DF_Params.h"
 #include "routerinterface/Fragment.h"
@@ -18,13 +19,18 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QDataStream>
 #include <QtCore/QString>
+#include <QtCore/QVector>
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 #include <ostream>
+#include <string>
+#include <type_traits>
+#include <utility>
 
 // GoogleTest prints Qt strings and byte arrays through these.
 inline void PrintTo(const QString& text, std::ostream* out)
@@ -50,6 +56,22 @@ using namespace PELLU300ROUTERINTERFACEXML;
 using AllRecords = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer,
                                     MastershipState, AcquireMastership, ReleaseMastership, DF_Params,
                                     Fragment, PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
+
+// The two records that tell whether something succeeded.
+using SuccessRecords = ::testing::Types<AcquireMastership, ReleaseMastership>;
+
+// Names the tests of a typed test suite after their records.
+struct RecordName
+{
+    template <class R>
+    static std::string GetName(int)
+    {
+        return R().GetObjectName().toStdString();
+    }
+};
+
+// A text from UTF-8.
+inline QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 // An empty text that is not null.
 inline QString empty() { return QString(QLatin1String("")); }
@@ -83,6 +105,9 @@ inline QByteArray frameOf(const MODELKIT::IMKObject& record)
 // Bytes from hexadecimal digits; blanks do not count.
 inline QByteArray bytes(const char* hex) { return QByteArray::fromHex(hex); }
 
+// The whole-object form of an OstraInterfacePort with port 5000.
+inline QByteArray portForm() { return bytes("7F012EB8 00000010 1F980517 00000008 0000000000001388"); }
+
 // Reads a frame that begins with its record length, as a caller of SetBinary does.
 inline void readFrame(MODELKIT::IMKObject& record, const QByteArray& frame)
 {
@@ -90,6 +115,66 @@ inline void readFrame(MODELKIT::IMKObject& record, const QByteArray& frame)
     int length = 0;
     stream >> length;
     record.SetBinary(stream, length);
+}
+
+// A fragment that can be told by its port, and the ports of all fragments of a message.
+inline Fragment withPort(unsigned int port)
+{
+    Fragment fragment;
+    fragment.GetOstraInterfacePort().SetPort(port);
+    return fragment;
+}
+inline QVector<unsigned int> portsOf(const PelLu300RouterMessage& message)
+{
+    QVector<unsigned int> ports;
+    for (const Fragment& fragment : message.GetFragment())
+        ports.append(fragment.GetOstraInterfacePort().GetPort());
+    return ports;
+}
+
+// The seven records in a fragment.
+inline std::array<const MODELKIT::IMKObject*, 7> payloadsOf(const Fragment& fragment)
+{
+    return {&fragment.GetMastershipState(),    &fragment.GetAcquireMastership(),
+            &fragment.GetReleaseMastership(),  &fragment.GetOstraInterfacePort(),
+            &fragment.GetPelVtConnectServer(), &fragment.GetRouterVtServerPort(),
+            &fragment.GetDF_Params()};
+}
+
+// A record of which a test may use what only derived classes may.
+template <class R>
+struct Opened : R
+{
+    using R::GetTextValue;
+    using R::m_typeCode;
+    using R::ProcessXmlStartElement;
+    using R::SetObjectName;
+
+    Opened() = default;
+    explicit Opened(const R& source) : R(source) {}
+
+    using R::operator=;
+};
+
+// Whether there is an operator == for the two classes.
+template <class Left, class Right, class = void>
+struct AreComparable : std::false_type
+{
+};
+template <class Left, class Right>
+struct AreComparable<Left, Right,
+                     std::void_t<decltype(std::declval<const Left&>() == std::declval<const Right&>())>>
+    : std::true_type
+{
+};
+
+// The limits in force, but for what change makes of them: for a MODELKIT::LimitsInScope.
+template <class Change>
+MODELKIT::Limits limitsWith(const Change& change)
+{
+    MODELKIT::Limits limits = MODELKIT::Limits::Get();
+    change(limits);
+    return limits;
 }
 
 // Expects that statement throws exactly an Exception with exactly that text.

@@ -22,8 +22,6 @@ using MODELKIT::IMKObject;
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
 const QStringList& recordNames()
 {
     static const QStringList names{text("OstraInterfacePort"),

@@ -3,7 +3,8 @@
 cmake_minimum_required(VERSION 3.21)
 
 function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    execute_process(COMMAND ${ARGN} TIMEOUT 240
+        RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT result EQUAL 0)
         message(FATAL_ERROR "${ARGN} failed with ${result}:\n${output}")
     endif()

@@ -506,17 +506,6 @@ TYPED_TEST(RecordContract, AssignmentGivesTheAssignedRecord)
     EXPECT_EQ(&(target = source), &target);
 }
 
-template <class Left, class Right, class = void>
-struct AreComparable : std::false_type
-{
-};
-template <class Left, class Right>
-struct AreComparable<Left, Right,
-                     std::void_t<decltype(std::declval<const Left&>() == std::declval<const Right&>())>>
-    : std::true_type
-{
-};
-
 template <class Left, class Right>
 constexpr bool areStrangers =
     !std::is_base_of_v<

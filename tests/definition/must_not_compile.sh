@@ -13,7 +13,7 @@ copies=$(mktemp -d)
 trap 'rm -rf "$copies"' EXIT
 failures=0
 
-compile() { LC_ALL=C "$@" -std=c++17 -Wall -fsyntax-only -I "$copies" -I "$folder" >"$copies/messages" 2>&1; }
+compile() { LC_ALL=C timeout 120 "$@" -std=c++17 -Wall -fsyntax-only -I "$copies" -I "$folder" >"$copies/messages" 2>&1; }
 
 fail() {
     echo "$1"

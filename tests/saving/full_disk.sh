@@ -20,7 +20,7 @@ in_namespace() {
 
 for namespaces in -m -Urm; do
     if reason=$(in_namespace "$namespaces" true 2>&1); then
-        in_namespace "$namespaces" "$program"
+        in_namespace "$namespaces" timeout --verbose 240 "$program"
         exit
     fi
 done

@@ -1,45 +1,59 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # kill_while_saving.sh PROGRAM [ROUNDS]: kills a program that saves all the time at random moments, and
-# checks after each time that the file is whole.
+# checks after each time that the file is whole. Some of the moments must lie in the middle of saving.
 set -euo pipefail
 program=$1
 rounds=${2:-1000}
 folder=$(mktemp -d)
 saver=
 trap '[ -z "$saver" ] || kill -9 $saver 2>/dev/null || true; rm -rf "$folder"' EXIT
-file=$folder/document.xml
+mkdir "$folder/documents"
+file=$folder/documents/document.xml
+mkfifo "$folder/saved"
 
-# Killing it fails when it has ended by itself, as it does when it cannot save.
+fail() {
+    echo "$1"
+    exit 1
+}
+
+# Returns when the program has saved for the first time.
+start_saver() {
+    "$program" "$file" >"$folder/saved" &
+    saver=$!
+    read -r -t 60 <"$folder/saved" || fail "The program does not save."
+}
+
+# Holds the program, so that it can be looked at.
+stop_saver() {
+    local state=
+    kill -STOP $saver 2>/dev/null || fail "The program ended by itself."
+    for ((wait = 0; wait < 6000; wait++)); do
+        read -r _ _ state _ <"/proc/$saver/stat" || fail "The program ended by itself."
+        [ "$state" != T ] || return 0
+        sleep 0.01
+    done
+    fail "The program cannot be stopped."
+}
+
+# Whether the program has a file open that is not finished. It may have no name yet.
+is_saving() { [ -n "$(find "/proc/$saver/fd" -lname "$folder/documents/*" 2>/dev/null)" ]; }
+
 kill_saver() {
-    if ! kill -9 $saver 2>/dev/null; then
-        echo "The program ended by itself."
-        exit 1
-    fi
+    kill -9 $saver
     wait $saver 2>/dev/null || true
     saver=
 }
 
-"$program" "$file" &
-saver=$!
-until [ -s "$file" ] || ! kill -0 $saver 2>/dev/null; do sleep 0.01; done
-kill_saver
-
 unfinished=0
 for ((round = 1; round <= rounds; round++)); do
-    "$program" "$file" &
-    saver=$!
+    start_saver
     sleep "0.0$((RANDOM % 30 + 10))"
+    stop_saver
+    is_saving && unfinished=$((unfinished + 1))
     kill_saver
-    if ! "$program" --check "$file"; then
-        echo "Round $round: the file is damaged."
-        exit 1
-    fi
-    # What the killed program had not finished lies beside the file.
-    left=("$folder"/document.xml.*)
-    if [ -e "${left[0]}" ]; then
-        unfinished=$((unfinished + 1))
-        rm -f "${left[@]}"
-    fi
+    "$program" --check "$file" || fail "Round $round: the file is damaged."
+    rm -f "$folder"/documents/document.xml.*
 done
-echo "$rounds rounds, $unfinished killed with an unfinished file beside it; the file was whole every time."
+[ $unfinished -gt 0 ] || fail "The program was never killed while it saved."
+echo "$rounds rounds, $unfinished of them killed in the middle of saving; the file was whole every time."

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// save_repeatedly FILE: saves two documents in turn until it is killed.
-// save_repeatedly --check FILE: succeeds when the file is one of the two, whole.
+// save_repeatedly FILE: saves two documents in turn until it is killed, and writes a line after the first
+// time. save_repeatedly --check FILE: succeeds when the file is one of the two, whole.
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
@@ -41,6 +41,10 @@ int main(int argc, char* argv[])
     if (argc != 2)
         return 2;
     const QString path = QString::fromLocal8Bit(argv[1]);
+    if (!large.SaveXml(path))
+        return 1;
+    std::puts("saved");
+    std::fflush(stdout);
     while (small.SaveXml(path) && large.SaveXml(path)) {
     }
     return 1;

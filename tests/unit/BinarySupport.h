@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the tests of the binary form share: one filled sample of every record with its literal frame,
-// and the parts from which frames are put together.
+// and parts of frames.
 #pragma once
 
+#include "DocumentParts.h"
+#include "TestDevices.h"
 #include "TestSupport.h"
 
-#include <QtCore/QIODevice>
-
-#include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 namespace binary_support {
 
@@ -168,48 +166,11 @@ struct Sample<PelLu300RouterInterfaceXml>
     }
 };
 
-// The parts of a big-endian frame.
-inline QByteArray word(std::uint32_t value)
-{
-    QByteArray part;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        part.append(static_cast<char>(value >> shift & 0xFFU));
-    return part;
-}
+inline quint32 sizeOf(const QByteArray& content) { return static_cast<quint32>(content.size()); }
 
-inline std::uint32_t sizeOf(const QByteArray& content) { return static_cast<std::uint32_t>(content.size()); }
+inline QByteArray textPayload(const QByteArray& utf8) { return sized(utf8); }
 
-inline QByteArray text(const QByteArray& utf8) { return word(sizeOf(utf8)) + utf8; }
-
-inline QByteArray entry(std::uint32_t tag, const QByteArray& payload)
-{
-    return word(tag) + word(sizeOf(payload)) + payload;
-}
-
-inline QByteArray frame(const QByteArray& entries) { return word(sizeOf(entries)) + entries; }
-
-// The tags that the tests put together themselves.
-constexpr std::uint32_t messageTag = 0x9B1A7AD8;
-constexpr std::uint32_t typeTag = 0xE1D9E008;
-constexpr std::uint32_t messageIdTag = 0xEF193DE9;
-constexpr std::uint32_t fragmentTag = 0x61023A90;
-constexpr std::uint32_t mastershipStateTag = 0x111939B4;
-constexpr std::uint32_t acquireMastershipTag = 0x21BDA6E2;
-constexpr std::uint32_t releaseMastershipTag = 0xFC38AB7C;
-constexpr std::uint32_t ostraInterfacePortTag = 0xF9E464D0;
-constexpr std::uint32_t pelVtConnectServerTag = 0x0BBAB464;
-constexpr std::uint32_t routerVtServerPortTag = 0x5D020EA0;
-constexpr std::uint32_t dfParamsTag = 0xBE2DFF74;
-constexpr std::uint32_t stateTag = 0x4264F498;
-constexpr std::uint32_t masterClientIdTag = 0x0BCD2CF7;
-constexpr std::uint32_t successTag = 0xBF8A59C6;
-constexpr std::uint32_t portTag = 0x1F980517;
-constexpr std::uint32_t addressTag = 0x2AC271EC;
-constexpr std::uint32_t frequencyTag = 0xA97DB5BE;
-constexpr std::uint32_t demodulationFrequencyTag = 0x5255927F;
-constexpr std::uint32_t bandwidthTag = 0x104A95AB;
-constexpr std::uint32_t panoramaSpanTag = 0x7029D96C;
-constexpr std::uint32_t unknownTag = 0x01020304;
+inline QByteArray frame(const QByteArray& entries) { return sized(entries); }
 
 inline QByteArray portEntry(std::uint32_t port) { return entry(portTag, word(0) + word(port)); }
 
@@ -228,7 +189,7 @@ inline QByteArray fullDocumentFrame()
         + frame(entry(releaseMastershipTag, entry(successTag, bytes("00"))))
         + frame(entry(ostraInterfacePortTag, portEntry(5000))) + frame(entry(pelVtConnectServerTag, server))
         + frame(entry(routerVtServerPortTag, portEntry(443))) + frame(entry(dfParamsTag, tuning));
-    return frame(entry(messageTag, entry(typeTag, text("Event"))
+    return frame(entry(messageTag, entry(typeTag, textPayload("Event"))
                                        + entry(messageIdTag, bytes("00000000FFFFFFFF"))
                                        + entry(fragmentTag, list(7, elements))));
 }
@@ -271,34 +232,39 @@ inline void expectLengthError(MODELKIT::IMKObject& record, const QByteArray& fra
     expectThrow<BinaryParsingException>([&] { readFrame(record, frame); }, lengthErrorOf(name));
 }
 
-// A device that can only be read forwards.
-class ForwardDevice : public QIODevice
+template <class R>
+R readFrom(const QByteArray& frame)
 {
-public:
-    explicit ForwardDevice(QByteArray content) : m_content(std::move(content))
-    {
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    }
+    R record;
+    readFrame(record, frame);
+    return record;
+}
 
-    bool isSequential() const override { return true; }
-    qint64 bytesAvailable() const override { return left() + QIODevice::bytesAvailable(); }
+inline const PelLu300RouterMessage& messageIn(const PelLu300RouterInterfaceXml& document)
+{
+    return document.GetPelLu300RouterMessage();
+}
 
-    // The number of bytes that nobody has taken yet.
-    qint64 left() const { return m_content.size() - m_taken; }
+// The port of the item at that place of the list.
+inline unsigned int portAt(const PelLu300RouterMessage& message, int index)
+{
+    const Fragment& item = message.GetFragment().at(index);
+    EXPECT_EQ(item.GetChoiceFragment(), Fragment::OstraInterfacePort);
+    EXPECT_TRUE(item.IsOstraInterfacePortSet());
+    return item.GetOstraInterfacePort().GetPort();
+}
 
-protected:
-    qint64 readData(char* to, qint64 count) override
-    {
-        const qint64 taken = std::min(count, left());
-        std::memcpy(to, m_content.constData() + m_taken, static_cast<std::size_t>(taken));
-        m_taken += taken;
-        return taken;
-    }
-    qint64 writeData(const char*, qint64) override { return -1; }
+inline QByteArray portElement(std::uint32_t port)
+{
+    return frame(entry(ostraInterfacePortTag, portEntry(port)));
+}
 
-private:
-    QByteArray m_content;
-    qint64 m_taken = 0;
-};
+// Expects that content, announced as length bytes, ends in the length error of the record of that name.
+inline void expectLengthErrorOf(MODELKIT::IMKObject& record, const QByteArray& content, int length,
+                                const char* name)
+{
+    QDataStream stream(content);
+    expectThrow<BinaryParsingException>([&] { record.SetBinary(stream, length); }, lengthErrorOf(name));
+}
 
 } // namespace binary_support

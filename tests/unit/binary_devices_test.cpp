@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The binary form is the same on every kind of device, and leaves it as every other writer and reader would.
 
+#include "TestDevices.h"
 #include "TestSupport.h"
 
 #include <QtCore/QFile>
@@ -32,22 +33,6 @@ PelLu300RouterMessage messageWithBadPayload()
     return message;
 }
 
-class Pipe : public QIODevice
-{
-public:
-    Pipe() { open(QIODevice::WriteOnly); }
-    bool isSequential() const override { return true; }
-    QByteArray written;
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-    qint64 writeData(const char* data, qint64 size) override
-    {
-        written.append(data, static_cast<int>(size));
-        return size;
-    }
-};
-
 // Random access in memory, but no buffer; takes as many bytes as it has room for.
 class Disk : public QIODevice
 {
@@ -75,17 +60,11 @@ protected:
     }
 };
 
-class RefusingBuffer : public QBuffer
-{
-protected:
-    qint64 writeData(const char*, qint64) override { return -1; }
-};
-
 } // namespace
 
 TEST(BinaryDevices, ASequentialDeviceGetsTheFrameInOnePiece)
 {
-    Pipe pipe;
+    Drain pipe;
     QDataStream stream(&pipe);
     EXPECT_TRUE(port().GetBinary(stream, 0, false));
     EXPECT_EQ(pipe.written, bytes(portFrame));
@@ -96,7 +75,7 @@ TEST(BinaryDevices, ASequentialDeviceGetsTheFrameInOnePiece)
 
 TEST(BinaryDevices, ASequentialDeviceGetsNothingWhenACheckFailsHalfway)
 {
-    Pipe pipe;
+    Drain pipe;
     QDataStream stream(&pipe);
     EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
     EXPECT_TRUE(pipe.written.isEmpty());
@@ -250,7 +229,6 @@ TEST(BinaryDevices, AStreamWithABadStatusIsNotWrittenTo)
 TEST(BinaryDevices, ABufferThatWritesInItsOwnWayIsAskedToWrite)
 {
     RefusingBuffer buffer;
-    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
     QDataStream stream(&buffer);
     port().GetBinary(stream, 0, false);
     EXPECT_TRUE(buffer.data().isEmpty());

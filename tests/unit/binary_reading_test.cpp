@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Reading the binary form.
+// Reading the binary form: what holds for every record, the values of members by kind, and entries in any
+// order.
+
 #include "BinarySupport.h"
 
 #include <QtCore/QTemporaryFile>
@@ -12,37 +14,6 @@
 namespace {
 
 using namespace binary_support;
-
-template <class R>
-R readFrom(const QByteArray& frame)
-{
-    R record;
-    readFrame(record, frame);
-    return record;
-}
-
-const PelLu300RouterMessage& messageIn(const PelLu300RouterInterfaceXml& document)
-{
-    return document.GetPelLu300RouterMessage();
-}
-
-// The port of the item at that place of the list.
-unsigned int portAt(const PelLu300RouterMessage& message, int index)
-{
-    const Fragment& item = message.GetFragment().at(index);
-    EXPECT_EQ(item.GetChoiceFragment(), Fragment::OstraInterfacePort);
-    EXPECT_TRUE(item.IsOstraInterfacePortSet());
-    return item.GetOstraInterfacePort().GetPort();
-}
-
-QByteArray portElement(std::uint32_t port) { return frame(entry(ostraInterfacePortTag, portEntry(port))); }
-
-// Expects that content, announced as length bytes, ends in the length error of the record of that name.
-void expectLengthErrorOf(MODELKIT::IMKObject& record, const QByteArray& content, int length, const char* name)
-{
-    QDataStream stream(content);
-    expectThrow<BinaryParsingException>([&] { record.SetBinary(stream, length); }, lengthErrorOf(name));
-}
 
 // --- every record ---------------------------------------------------------------------------
 
@@ -416,9 +387,9 @@ TEST(BinaryReading, TakesEveryByteButZeroForTrue)
 
 TEST(BinaryReading, TakesDoublesFromTheirText)
 {
-    const auto record = readFrom<DF_Params>(
-        frame(entry(frequencyTag, text("1234.57")) + entry(demodulationFrequencyTag, text("-0.25"))
-              + entry(bandwidthTag, text("1.5e3")) + entry(panoramaSpanTag, text("0.125"))));
+    const auto record = readFrom<DF_Params>(frame(
+        entry(frequencyTag, textPayload("1234.57")) + entry(demodulationFrequencyTag, textPayload("-0.25"))
+        + entry(bandwidthTag, textPayload("1.5e3")) + entry(panoramaSpanTag, textPayload("0.125"))));
     EXPECT_EQ(record.GetFrequency(), 1234.57);
     EXPECT_EQ(record.GetDemodulationFrequency(), -0.25);
     EXPECT_EQ(record.GetBandwidth(), 1500);
@@ -450,8 +421,8 @@ TEST(BinaryReading, GivesBackDoublesWithoutDigits)
 TEST(BinaryReading, TakesZeroForATextThatIsNoNumber)
 {
     for (const bool validate : {false, true}) {
-        for (const QByteArray& payload :
-             {text("abc"), text(""), text("1,5"), text("12 34"), text("\xFF\xFE"), word(0xFFFFFFFF)}) {
+        for (const QByteArray& payload : {textPayload("abc"), textPayload(""), textPayload("1,5"),
+                                          textPayload("12 34"), textPayload("\xFF\xFE"), word(0xFFFFFFFF)}) {
             DF_Params record;
             record.SetFrequency(7);
             record.SetValidate(validate);
@@ -467,15 +438,15 @@ TEST(BinaryReading, TakesZeroForATextThatIsNoNumber)
 TEST(BinaryReading, DecodesStringsFromUtf8)
 {
     auto server =
-        readFrom<PelVtConnectServer>(frame(entry(addressTag, text("Z\xC3\xBCrich \xF0\x9F\x93\xA1"))));
+        readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload("Z\xC3\xBCrich \xF0\x9F\x93\xA1"))));
     EXPECT_EQ(server.GetAddress(), QString::fromUtf8("Z\xC3\xBCrich \xF0\x9F\x93\xA1"));
-    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, text("\xE2\x82\xAC"))));
+    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, textPayload("\xE2\x82\xAC"))));
     EXPECT_EQ(state.GetMasterClientID(), QString(QChar(0x20AC)));
 }
 
 TEST(BinaryReading, ReplacesBytesThatAreNoUtf8)
 {
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text("a\xFFz"))));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload("a\xFFz"))));
     EXPECT_EQ(server.GetAddress(),
               QLatin1String("a") + QChar(QChar::ReplacementCharacter) + QLatin1String("z"));
 }
@@ -483,17 +454,18 @@ TEST(BinaryReading, ReplacesBytesThatAreNoUtf8)
 TEST(BinaryReading, KeepsNullCharactersInStrings)
 {
     const QString expected = QString::fromUtf8("\0a\0", 3);
-    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, text(QByteArray("\0a\0", 3)))));
+    auto state =
+        readFrom<MastershipState>(frame(entry(masterClientIdTag, textPayload(QByteArray("\0a\0", 3)))));
     EXPECT_EQ(state.GetMasterClientID().size(), 3);
     EXPECT_EQ(state.GetMasterClientID(), expected);
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text(QByteArray("\0a\0", 3)))));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload(QByteArray("\0a\0", 3)))));
     EXPECT_EQ(server.GetAddress(), expected);
 }
 
 TEST(BinaryReading, TakesLongStringsWhole)
 {
     const QByteArray content(3 * 1024 * 1024 + 1, 'y');
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text(content)) + portEntry(1)));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload(content)) + portEntry(1)));
     EXPECT_EQ(server.GetAddress().size(), content.size());
     EXPECT_TRUE(server.GetAddress() == QString::fromLatin1(content));
     EXPECT_EQ(server.GetPort(), 1U);
@@ -501,7 +473,7 @@ TEST(BinaryReading, TakesLongStringsWhole)
 
 TEST(BinaryReading, TellsEmptyStringsFromNullStrings)
 {
-    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, text(""))));
+    auto state = readFrom<MastershipState>(frame(entry(masterClientIdTag, textPayload(""))));
     EXPECT_TRUE(state.GetMasterClientID().isEmpty());
     EXPECT_FALSE(state.GetMasterClientID().isNull());
     EXPECT_TRUE(state.IsMasterClientIDSet());
@@ -509,7 +481,7 @@ TEST(BinaryReading, TellsEmptyStringsFromNullStrings)
     EXPECT_TRUE(state.GetMasterClientID().isNull());
     EXPECT_TRUE(state.IsMasterClientIDSet());
 
-    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, text(""))));
+    auto server = readFrom<PelVtConnectServer>(frame(entry(addressTag, textPayload(""))));
     EXPECT_FALSE(server.GetAddress().isNull());
     readFrame(server, frame(entry(addressTag, word(0xFFFFFFFF))));
     EXPECT_TRUE(server.GetAddress().isNull());
@@ -520,7 +492,7 @@ TEST(BinaryReading, TakesEmptyStringsUnderValidation)
 {
     MastershipState state;
     state.SetValidate(true);
-    readFrame(state, frame(entry(masterClientIdTag, text(""))));
+    readFrame(state, frame(entry(masterClientIdTag, textPayload(""))));
     EXPECT_FALSE(state.GetMasterClientID().isNull());
     EXPECT_TRUE(state.IsMasterClientIDSet());
 }
@@ -554,7 +526,7 @@ TEST(BinaryReading, TakesEveryEnumeratorByItsName)
                   {"MasterPresent", MastershipState::MasterPresent},
                   {"RouterIsMaster", MastershipState::RouterIsMaster}};
     for (const auto& expected : states) {
-        const auto record = readFrom<MastershipState>(frame(entry(stateTag, text(expected.name))));
+        const auto record = readFrom<MastershipState>(frame(entry(stateTag, textPayload(expected.name))));
         EXPECT_EQ(record.GetState(), expected.value);
         EXPECT_TRUE(record.IsStateSet());
     }
@@ -566,7 +538,8 @@ TEST(BinaryReading, TakesEveryEnumeratorByItsName)
                  {"Reply", PelLu300RouterMessage::Reply},
                  {"Event", PelLu300RouterMessage::Event}};
     for (const auto& expected : types) {
-        const auto record = readFrom<PelLu300RouterMessage>(frame(entry(typeTag, text(expected.name))));
+        const auto record =
+            readFrom<PelLu300RouterMessage>(frame(entry(typeTag, textPayload(expected.name))));
         EXPECT_EQ(record.GetType(), expected.value);
         EXPECT_TRUE(record.IsTypeSet());
     }
@@ -574,15 +547,16 @@ TEST(BinaryReading, TakesEveryEnumeratorByItsName)
 
 TEST(BinaryReading, StoresTheInvalidValueForAnUnknownName)
 {
-    for (const QByteArray& payload : {text("masterPresent"), text("MasterPresent "), text(""), text("1"),
-                                      text(QByteArray("MasterPresent\0", 14)), word(0xFFFFFFFF)}) {
+    for (const QByteArray& payload :
+         {textPayload("masterPresent"), textPayload("MasterPresent "), textPayload(""), textPayload("1"),
+          textPayload(QByteArray("MasterPresent\0", 14)), word(0xFFFFFFFF)}) {
         MastershipState record;
         record.SetState(MastershipState::MasterPresent);
         readFrame(record, frame(entry(stateTag, payload)));
         EXPECT_EQ(record.GetState(), -1) << payload.toHex().constData();
         EXPECT_TRUE(record.IsStateSet());
     }
-    const auto message = readFrom<PelLu300RouterMessage>(frame(entry(typeTag, text("request"))));
+    const auto message = readFrom<PelLu300RouterMessage>(frame(entry(typeTag, textPayload("request"))));
     EXPECT_EQ(message.GetType(), -1);
     EXPECT_TRUE(message.IsTypeSet());
 }
@@ -594,7 +568,8 @@ TEST(BinaryReading, ThrowsForAnUnknownNameUnderValidationAndKeepsTheOldValue)
     state.SetValidate(true);
     expectThrow<OutOfRangeException>(
         [&] {
-            readFrame(state, frame(entry(masterClientIdTag, text("c")) + entry(stateTag, text("Unknown"))));
+            readFrame(state, frame(entry(masterClientIdTag, textPayload("c"))
+                                   + entry(stateTag, textPayload("Unknown"))));
         },
         QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"));
     EXPECT_EQ(state.GetState(), MastershipState::MasterPresent);
@@ -605,7 +580,7 @@ TEST(BinaryReading, ThrowsForAnUnknownNameUnderValidationAndKeepsTheOldValue)
     expectThrow<OutOfRangeException>(
         [&] {
             readFrame(message,
-                      frame(entry(typeTag, text("Unknown")) + entry(messageIdTag, word(0) + word(3))));
+                      frame(entry(typeTag, textPayload("Unknown")) + entry(messageIdTag, word(0) + word(3))));
         },
         QStringLiteral("enum is not valid (classname=PelLu300RouterMessage,membername=m_type)"));
     EXPECT_FALSE(message.IsTypeSet());
@@ -617,13 +592,13 @@ TEST(BinaryReading, UsesTheRecordsOwnInvalidValueForAnUnknownName)
     MastershipState state;
     state.SetInvalidState(MastershipState::RouterIsMaster);
     state.SetValidate(true);
-    readFrame(state, frame(entry(stateTag, text("Unknown"))));
+    readFrame(state, frame(entry(stateTag, textPayload("Unknown"))));
     EXPECT_EQ(state.GetState(), MastershipState::RouterIsMaster);
     EXPECT_TRUE(state.IsStateSet());
 
     PelLu300RouterMessage message;
     message.SetInvalidType(static_cast<PelLu300RouterMessage::Type>(9));
-    readFrame(message, frame(entry(typeTag, text("Unknown"))));
+    readFrame(message, frame(entry(typeTag, textPayload("Unknown"))));
     EXPECT_EQ(message.GetType(), 9);
 }
 
@@ -641,9 +616,9 @@ TEST(BinaryReading, GivesAnUnsetTypeBackAsSetToTheInvalidValue)
 
 TEST(BinaryReading, TakesEntriesInAnyOrder)
 {
-    const auto record = readFrom<DF_Params>(
-        frame(entry(panoramaSpanTag, text("4.00")) + entry(frequencyTag, text("1.00"))
-              + entry(bandwidthTag, text("3.00")) + entry(demodulationFrequencyTag, text("2.00"))));
+    const auto record = readFrom<DF_Params>(frame(
+        entry(panoramaSpanTag, textPayload("4.00")) + entry(frequencyTag, textPayload("1.00"))
+        + entry(bandwidthTag, textPayload("3.00")) + entry(demodulationFrequencyTag, textPayload("2.00"))));
     EXPECT_EQ(record.GetFrequency(), 1);
     EXPECT_EQ(record.GetDemodulationFrequency(), 2);
     EXPECT_EQ(record.GetBandwidth(), 3);
@@ -651,7 +626,7 @@ TEST(BinaryReading, TakesEntriesInAnyOrder)
 
     const auto message = readFrom<PelLu300RouterMessage>(
         frame(entry(fragmentTag, list(1, portElement(8))) + entry(messageIdTag, bytes("0000000000000002"))
-              + entry(typeTag, text("Event"))));
+              + entry(typeTag, textPayload("Event"))));
     EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Event);
     EXPECT_EQ(message.GetMessageID(), 2U);
     ASSERT_EQ(message.GetFragment().size(), 1);
@@ -660,9 +635,9 @@ TEST(BinaryReading, TakesEntriesInAnyOrder)
 
 TEST(BinaryReading, SkipsUnknownEntriesBetweenKnownOnes)
 {
-    auto record =
-        readFrom<PelVtConnectServer>(frame(entry(addressTag, text("a")) + entry(unknownTag, portEntry(1))
-                                           + entry(stateTag, text("MasterPresent")) + portEntry(2)));
+    auto record = readFrom<PelVtConnectServer>(
+        frame(entry(addressTag, textPayload("a")) + entry(unknownTag, portEntry(1))
+              + entry(stateTag, textPayload("MasterPresent")) + portEntry(2)));
     EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
     EXPECT_EQ(record.GetPort(), 2U);
 }
@@ -680,7 +655,7 @@ TEST(BinaryReading, KeepsValueAndFlagOfAbsentMembers)
     DF_Params tuning;
     tuning.SetDefaultFrequency(5);
     tuning.Reset();
-    readFrame(tuning, frame(entry(bandwidthTag, text("3.00"))));
+    readFrame(tuning, frame(entry(bandwidthTag, textPayload("3.00"))));
     EXPECT_FALSE(tuning.IsFrequencySet());
     EXPECT_EQ(tuning.GetFrequency(), 5);
     EXPECT_EQ(tuning.GetBandwidth(), 3);
@@ -689,8 +664,8 @@ TEST(BinaryReading, KeepsValueAndFlagOfAbsentMembers)
 TEST(BinaryReading, KeepsTheLastOfRepeatedEntries)
 {
     EXPECT_EQ(readFrom<OstraInterfacePort>(frame(portEntry(1) + portEntry(2) + portEntry(3))).GetPort(), 3U);
-    const auto state = readFrom<MastershipState>(
-        frame(entry(stateTag, text("RouterIsMaster")) + entry(stateTag, text("NoMasterPresent"))));
+    const auto state = readFrom<MastershipState>(frame(entry(stateTag, textPayload("RouterIsMaster"))
+                                                       + entry(stateTag, textPayload("NoMasterPresent"))));
     EXPECT_EQ(state.GetState(), MastershipState::NoMasterPresent);
 }
 
@@ -714,595 +689,6 @@ TEST(BinaryReading, LeavesARecordAloneThatSharedItsBlockWithTheReader)
     readFrame(reader, bytes(Sample<PelLu300RouterInterfaceXml>::frame));
     EXPECT_EQ(messageIn(reader).GetFragment().size(), 2);
     EXPECT_EQ(frameOf(original), bytes(Sample<PelLu300RouterInterfaceXml>::frame));
-}
-
-// --- fragments ------------------------------------------------------------------------------
-
-TEST(BinaryReadingOfAFragment, SelectsThePayloadOfTheEntry)
-{
-    const struct
-    {
-        std::uint32_t tag;
-        Fragment::ChoiceFragment choice;
-    } payloads[] = {{0x111939B4, Fragment::MastershipState},    {0x21BDA6E2, Fragment::AcquireMastership},
-                    {0xFC38AB7C, Fragment::ReleaseMastership},  {0xF9E464D0, Fragment::OstraInterfacePort},
-                    {0x0BBAB464, Fragment::PelVtConnectServer}, {0x5D020EA0, Fragment::RouterVtServerPort},
-                    {0xBE2DFF74, Fragment::DF_Params}};
-    for (const auto& payload : payloads) {
-        const auto record = readFrom<Fragment>(frame(entry(payload.tag, QByteArray())));
-        EXPECT_EQ(record.GetChoiceFragment(), payload.choice);
-        EXPECT_EQ(record.IsMastershipStateSet(), payload.choice == Fragment::MastershipState);
-        EXPECT_EQ(record.IsAcquireMastershipSet(), payload.choice == Fragment::AcquireMastership);
-        EXPECT_EQ(record.IsReleaseMastershipSet(), payload.choice == Fragment::ReleaseMastership);
-        EXPECT_EQ(record.IsOstraInterfacePortSet(), payload.choice == Fragment::OstraInterfacePort);
-        EXPECT_EQ(record.IsPelVtConnectServerSet(), payload.choice == Fragment::PelVtConnectServer);
-        EXPECT_EQ(record.IsRouterVtServerPortSet(), payload.choice == Fragment::RouterVtServerPort);
-        EXPECT_EQ(record.IsDF_ParamsSet(), payload.choice == Fragment::DF_Params);
-    }
-}
-
-TEST(BinaryReadingOfAFragment, EndsOnTheLastOfTwoPayloadsAndKeepsBoth)
-{
-    const auto record = readFrom<Fragment>(frame(entry(acquireMastershipTag, entry(successTag, bytes("01")))
-                                                 + entry(ostraInterfacePortTag, portEntry(4))));
-    EXPECT_EQ(record.GetChoiceFragment(), Fragment::OstraInterfacePort);
-    EXPECT_TRUE(record.IsAcquireMastershipSet());
-    EXPECT_TRUE(record.GetAcquireMastership().GetSuccess());
-    EXPECT_TRUE(record.IsOstraInterfacePortSet());
-    EXPECT_EQ(record.GetOstraInterfacePort().GetPort(), 4U);
-}
-
-TEST(BinaryReadingOfAFragment, MovesTheChoiceBackToAnEarlierMember)
-{
-    const auto record = readFrom<Fragment>(frame(entry(dfParamsTag, entry(frequencyTag, text("2.00")))
-                                                 + entry(acquireMastershipTag, QByteArray())));
-    EXPECT_EQ(record.GetChoiceFragment(), Fragment::AcquireMastership);
-    EXPECT_TRUE(record.IsDF_ParamsSet());
-    EXPECT_EQ(record.GetDF_Params().GetFrequency(), 2);
-}
-
-TEST(BinaryReadingOfAFragment, DoesNotResetWhatItHolds)
-{
-    Fragment record;
-    record.GetPelVtConnectServer().SetAddress(QStringLiteral("old"));
-    record.GetOstraInterfacePort().SetPort(1);
-    readFrame(record, frame(entry(pelVtConnectServerTag, portEntry(4))));
-    EXPECT_EQ(record.GetChoiceFragment(), Fragment::PelVtConnectServer);
-    EXPECT_TRUE(record.IsOstraInterfacePortSet());
-    const Fragment& constant = record;
-    EXPECT_EQ(constant.GetOstraInterfacePort().GetPort(), 1U);
-    EXPECT_EQ(constant.GetPelVtConnectServer().GetPort(), 4U);
-    EXPECT_EQ(record.GetPelVtConnectServer().GetAddress(), QStringLiteral("old"));
-}
-
-TEST(BinaryReadingOfAFragment, DoesNotTakeTheDefaultOfThePayload)
-{
-    Fragment record;
-    OstraInterfacePort port;
-    port.SetPort(77);
-    record.SetDefaultOstraInterfacePort(port);
-    readFrame(record, frame(entry(ostraInterfacePortTag, QByteArray())));
-    EXPECT_FALSE(static_cast<const Fragment&>(record).GetOstraInterfacePort().IsPortSet());
-}
-
-TEST(BinaryReadingOfAFragment, HasMovedTheChoiceButNotTheFlagWhenThePayloadFails)
-{
-    Fragment record;
-    record.GetAcquireMastership();
-    expectLengthError(record, frame(entry(ostraInterfacePortTag, portEntry(4).left(15))),
-                      "OstraInterfacePort");
-    EXPECT_EQ(record.GetChoiceFragment(), Fragment::OstraInterfacePort);
-    EXPECT_FALSE(record.IsOstraInterfacePortSet());
-    EXPECT_TRUE(record.IsAcquireMastershipSet());
-}
-
-TEST(BinaryReadingOfAFragment, AppliesItsValidationToThePayload)
-{
-    Fragment record;
-    record.GetMastershipState().SetValidate(false);
-    record.SetValidate(true);
-    const QByteArray unknownState = frame(entry(mastershipStateTag, entry(stateTag, text("Unknown"))));
-    expectThrow<OutOfRangeException>(
-        [&] { readFrame(record, unknownState); },
-        QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"));
-    EXPECT_FALSE(static_cast<const Fragment&>(record).GetMastershipState().IsStateSet());
-
-    record.SetValidate(false);
-    record.GetMastershipState().SetValidate(true);
-    readFrame(record, unknownState);
-    EXPECT_EQ(record.GetMastershipState().GetState(), -1);
-    EXPECT_FALSE(record.GetMastershipState().GetValidate());
-}
-
-TEST(BinaryReadingOfAFragment, SkipsThePayloadsMembersAtItsOwnLevel)
-{
-    const auto record = readFrom<Fragment>(frame(portEntry(4) + entry(successTag, bytes("01"))));
-    EXPECT_FALSE(record.AnyData());
-    EXPECT_FALSE(record.IsOstraInterfacePortSet());
-}
-
-// --- messages -------------------------------------------------------------------------------
-
-TEST(BinaryReadingOfAMessage, AppendsTheItemsOfEveryListEntry)
-{
-    PelLu300RouterMessage message;
-    Fragment fragment;
-    fragment.GetOstraInterfacePort().SetPort(1);
-    message.AppendFragment(fragment);
-    readFrame(message, frame(entry(fragmentTag, list(2, portElement(2) + portElement(3)))
-                             + entry(fragmentTag, list(1, portElement(4)))));
-    ASSERT_EQ(message.GetFragment().size(), 4);
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(portAt(message, i), static_cast<unsigned int>(i + 1));
-}
-
-TEST(BinaryReadingOfAMessage, MarksTheListAsSetByAppending)
-{
-    const auto message = readFrom<PelLu300RouterMessage>(frame(entry(fragmentTag, list(1, portElement(2)))));
-    EXPECT_TRUE(message.IsFragmentSet());
-    EXPECT_FALSE(message.IsTypeSet());
-    EXPECT_FALSE(message.IsMessageIDSet());
-}
-
-TEST(BinaryReadingOfAMessage, AppendsNothingForTheCountZero)
-{
-    for (const bool validate : {false, true}) {
-        PelLu300RouterMessage message;
-        message.SetValidate(validate);
-        readFrame(message,
-                  frame(entry(fragmentTag, list(0, QByteArray())) + entry(messageIdTag, word(0) + word(5))));
-        EXPECT_FALSE(message.IsFragmentSet());
-        EXPECT_EQ(message.GetMessageID(), 5U);
-        EXPECT_EQ(message.GetFragment().size(), 0);
-    }
-}
-
-TEST(BinaryReadingOfAMessage, AppendsEmptyElementsWhenValidationIsOff)
-{
-    const auto message =
-        readFrom<PelLu300RouterMessage>(frame(entry(fragmentTag, list(2, word(0) + frame(portEntry(1))))));
-    ASSERT_EQ(message.GetFragment().size(), 2);
-    EXPECT_FALSE(message.GetFragment().at(0).AnyData());
-    EXPECT_FALSE(message.GetFragment().at(1).AnyData());
-    EXPECT_TRUE(message.IsFragmentSet());
-}
-
-TEST(BinaryReadingOfAMessage, RefusesAnElementWithoutDataUnderValidation)
-{
-    PelLu300RouterMessage message;
-    message.SetValidate(true);
-    const QByteArray entries = entry(typeTag, text("Reply"))
-                               + entry(fragmentTag, list(3, portElement(1) + word(0) + portElement(2)))
-                               + entry(messageIdTag, word(0) + word(5));
-    QDataStream stream(entries);
-    expectThrow<IncompleteDefinitionException>(
-        [&] { message.SetBinary(stream, static_cast<int>(entries.size())); },
-        QStringLiteral(
-            "PelLu300RouterMessage: Tried to append not completely defined or invalid item Fragment."));
-    EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Reply);
-    EXPECT_FALSE(message.IsMessageIDSet());
-    ASSERT_EQ(message.GetFragment().size(), 1);
-    EXPECT_EQ(portAt(message, 0), 1U);
-    // The reading ended right behind the refused element.
-    EXPECT_EQ(stream.device()->pos(), 17 + 8 + 4 + 28 + 4);
-}
-
-TEST(BinaryReadingOfAMessage, AppliesItsValidationToTheElements)
-{
-    const QByteArray entries = frame(
-        entry(fragmentTag,
-              list(2, portElement(1) + frame(entry(mastershipStateTag, entry(stateTag, text("Unknown")))))));
-    PelLu300RouterMessage strict;
-    strict.SetValidate(true);
-    expectThrow<OutOfRangeException>(
-        [&] { readFrame(strict, entries); },
-        QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"));
-    ASSERT_EQ(strict.GetFragment().size(), 1);
-    EXPECT_TRUE(strict.GetFragment().at(0).GetValidate());
-
-    PelLu300RouterMessage lenient;
-    readFrame(lenient, entries);
-    ASSERT_EQ(lenient.GetFragment().size(), 2);
-    EXPECT_EQ(lenient.GetFragment().at(1).GetMastershipState().GetState(), -1);
-    EXPECT_FALSE(lenient.GetFragment().at(1).GetValidate());
-}
-
-TEST(BinaryReadingOfAMessage, DoesNotLookAtTheTagForTheLengthOfTheItems)
-{
-    // The element lengths count, the entry's own length only for the message's.
-    PelLu300RouterMessage message;
-    const QByteArray elements = portElement(1) + portElement(2);
-    expectLengthError(message, frame(word(fragmentTag) + word(4 + sizeOf(elements) - 1) + list(2, elements)),
-                      "PelLu300RouterMessage");
-    ASSERT_EQ(message.GetFragment().size(), 2);
-    EXPECT_EQ(portAt(message, 1), 2U);
-}
-
-TEST(BinaryReadingOfAMessage, ThrowsForANegativeCount)
-{
-    for (const std::uint32_t count : {0xFFFFFFFFU, 0x80000000U}) {
-        PelLu300RouterMessage message;
-        expectLengthError(message,
-                          frame(entry(messageIdTag, word(0) + word(5)) + entry(fragmentTag, word(count))),
-                          "PelLu300RouterMessage");
-        EXPECT_EQ(message.GetMessageID(), 5U);
-        EXPECT_FALSE(message.IsFragmentSet());
-        EXPECT_EQ(message.GetFragment().size(), 0);
-    }
-}
-
-TEST(BinaryReadingOfAMessage, ThrowsForMoreAnnouncedElementsThanThereAre)
-{
-    PelLu300RouterMessage message;
-    expectLengthError(message, frame(entry(fragmentTag, list(3, portElement(1) + portElement(2)))),
-                      "PelLu300RouterMessage");
-    ASSERT_EQ(message.GetFragment().size(), 2);
-    EXPECT_EQ(portAt(message, 0), 1U);
-    EXPECT_EQ(portAt(message, 1), 2U);
-}
-
-TEST(BinaryReadingOfAMessage, ThrowsForFewerAnnouncedElementsThanThereAre)
-{
-    PelLu300RouterMessage message;
-    expectLengthError(message, frame(entry(fragmentTag, list(1, portElement(1) + portElement(2)))),
-                      "PelLu300RouterMessage");
-    ASSERT_EQ(message.GetFragment().size(), 1);
-    EXPECT_EQ(portAt(message, 0), 1U);
-}
-
-TEST(BinaryReadingOfAMessage, ThrowsWhenTheListEntryEndsBeforeItsCount)
-{
-    PelLu300RouterMessage message;
-    for (int present = 0; present < 4; ++present)
-        expectLengthErrorOf(message, word(fragmentTag) + word(4) + word(0).left(present), 12,
-                            "PelLu300RouterMessage");
-    EXPECT_FALSE(message.IsFragmentSet());
-}
-
-TEST(BinaryReadingOfAMessage, ReportsTheElementWhoseLengthIsWrong)
-{
-    const QByteArray content = entry(ostraInterfacePortTag, portEntry(1));
-    for (const std::uint32_t length : {sizeOf(content) - 1, sizeOf(content) + 1, 0xFFFFFFFFU}) {
-        PelLu300RouterMessage message;
-        expectLengthError(message, frame(entry(fragmentTag, list(1, word(length) + content))), "Fragment");
-        EXPECT_FALSE(message.IsFragmentSet());
-        EXPECT_EQ(message.GetFragment().size(), 0);
-    }
-}
-
-// --- documents ------------------------------------------------------------------------------
-
-TEST(BinaryReadingOfADocument, GivesBackEveryPayload)
-{
-    PelLu300RouterInterfaceXml expected;
-    fillFullDocument(expected);
-    for (const bool validate : {false, true}) {
-        PelLu300RouterInterfaceXml document;
-        document.SetValidate(validate);
-        readFrame(document, fullDocumentFrame());
-        EXPECT_TRUE(document == expected);
-        EXPECT_EQ(frameOf(document), fullDocumentFrame());
-    }
-}
-
-TEST(BinaryReadingOfADocument, ReadsASecondMessageOnTopOfTheFirst)
-{
-    PelLu300RouterInterfaceXml document;
-    readFrame(document,
-              frame(entry(messageTag, entry(typeTag, text("Reply")) + entry(messageIdTag, word(0) + word(5))
-                                          + entry(fragmentTag, list(1, portElement(1))))
-                    + entry(unknownTag, QByteArray())
-                    + entry(messageTag,
-                            entry(typeTag, text("Event")) + entry(fragmentTag, list(1, portElement(2))))));
-    EXPECT_TRUE(document.IsPelLu300RouterMessageSet());
-    const PelLu300RouterMessage& message = messageIn(document);
-    EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Event);
-    EXPECT_EQ(message.GetMessageID(), 5U);
-    ASSERT_EQ(message.GetFragment().size(), 2);
-    EXPECT_EQ(portAt(message, 0), 1U);
-    EXPECT_EQ(portAt(message, 1), 2U);
-}
-
-TEST(BinaryReadingOfADocument, SetsTheMessageForAnEmptyRecord)
-{
-    const auto document = readFrom<PelLu300RouterInterfaceXml>(frame(entry(messageTag, QByteArray())));
-    EXPECT_TRUE(document.IsPelLu300RouterMessageSet());
-    EXPECT_FALSE(document.AnyData());
-}
-
-TEST(BinaryReadingOfADocument, DoesNotSetAMessageThatFailedButKeepsWhatWasRead)
-{
-    PelLu300RouterInterfaceXml document;
-    document.SetValidate(true);
-    expectThrow<OutOfRangeException>(
-        [&] {
-            readFrame(document, frame(entry(messageTag, entry(messageIdTag, word(0) + word(5))
-                                                            + entry(typeTag, text("Unknown")))));
-        },
-        QStringLiteral("enum is not valid (classname=PelLu300RouterMessage,membername=m_type)"));
-    EXPECT_FALSE(document.IsPelLu300RouterMessageSet());
-    EXPECT_EQ(messageIn(document).GetMessageID(), 5U);
-    EXPECT_FALSE(messageIn(document).IsTypeSet());
-}
-
-TEST(BinaryReadingOfADocument, KeepsTheFlagOfAMessageThatWasSetBefore)
-{
-    auto document = sampleOf<PelLu300RouterInterfaceXml>();
-    expectLengthError(document, frame(word(messageTag) + word(0xFFFFFFFF)), "PelLu300RouterMessage");
-    EXPECT_TRUE(document.IsPelLu300RouterMessageSet());
-    EXPECT_EQ(frameOf(document), bytes(Sample<PelLu300RouterInterfaceXml>::frame));
-}
-
-TEST(BinaryReadingOfADocument, HandsTheSettingsDownToEverythingItOwns)
-{
-    auto document = sampleOf<PelLu300RouterInterfaceXml>();
-    const auto logger = std::make_shared<MODELKIT::Logger>();
-    document.SetLogger(logger);
-    const PelLu300RouterMessage& message = messageIn(document);
-    message.SetValidate(true);
-    message.SetLogger(nullptr);
-    message.GetFragment().at(0).GetDF_Params().SetValidate(true);
-
-    QDataStream stream((QByteArray()));
-    document.SetBinary(stream, 0);
-    EXPECT_FALSE(messageIn(document).GetValidate());
-    EXPECT_EQ(messageIn(document).GetLogger(), logger);
-    const Fragment& item = messageIn(document).GetFragment().at(0);
-    EXPECT_FALSE(item.GetDF_Params().GetValidate());
-    EXPECT_EQ(item.GetDF_Params().GetLogger(), logger);
-}
-
-// --- wrong lengths --------------------------------------------------------------------------
-
-TEST(BinaryLengths, OfAKnownEntryTooLargeByOne)
-{
-    const QByteArray content = word(portTag) + word(9) + word(0) + word(5);
-    OstraInterfacePort record;
-    expectLengthErrorOf(record, content, 16, "OstraInterfacePort");
-    EXPECT_EQ(record.GetPort(), 5U);
-    EXPECT_TRUE(record.IsPortSet());
-}
-
-TEST(BinaryLengths, OfAKnownEntryTooSmallByOne)
-{
-    const QByteArray content = word(portTag) + word(7) + word(0) + word(5);
-    OstraInterfacePort record;
-    expectLengthErrorOf(record, content, 16, "OstraInterfacePort");
-    EXPECT_EQ(record.GetPort(), 5U);
-}
-
-TEST(BinaryLengths, OfAKnownEntryAndItsRecordWrongByTheSame)
-{
-    OstraInterfacePort record;
-    // The lengths agree with each other, but not with the bytes that the value takes.
-    expectLengthErrorOf(record, word(portTag) + word(9) + word(0) + word(5) + bytes("00"), 17,
-                        "OstraInterfacePort");
-    EXPECT_EQ(record.GetPort(), 5U);
-    expectLengthErrorOf(record, word(portTag) + word(7) + word(0) + word(6), 15, "OstraInterfacePort");
-    EXPECT_EQ(record.GetPort(), 6U);
-    expectLengthErrorOf(record, word(portTag) + word(0) + word(0) + word(7), 8, "OstraInterfacePort");
-    EXPECT_EQ(record.GetPort(), 7U);
-}
-
-TEST(BinaryLengths, OfTwoKnownEntriesWrongByTheOppositeAreNotNoticed)
-{
-    // A known entry takes what its type takes, whatever its length; only the sums are compared.
-    PelVtConnectServer record;
-    readFrame(record, frame(word(addressTag) + word(5 + 3) + text("a") + word(portTag) + word(8 - 3) + word(0)
-                            + word(9)));
-    EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
-    EXPECT_EQ(record.GetPort(), 9U);
-}
-
-TEST(BinaryLengths, OfAKnownEntryThatSwallowsTheNextOne)
-{
-    PelVtConnectServer record;
-    expectLengthError(record, frame(word(addressTag) + word(5 + 16) + text("a") + portEntry(9)),
-                      "PelVtConnectServer");
-    EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
-    EXPECT_FALSE(record.IsPortSet());
-}
-
-TEST(BinaryLengths, OfAStringThatIsLongerThanItsEntry)
-{
-    PelVtConnectServer record;
-    expectLengthError(record, frame(word(addressTag) + word(4) + text("ab")), "PelVtConnectServer");
-    EXPECT_EQ(record.GetAddress(), QStringLiteral("ab"));
-}
-
-TEST(BinaryLengths, OfAnUnknownEntryTooLarge)
-{
-    PelVtConnectServer record;
-    expectLengthError(record,
-                      frame(entry(addressTag, text("a")) + word(unknownTag) + word(17) + portEntry(9)),
-                      "PelVtConnectServer");
-    EXPECT_EQ(record.GetAddress(), QStringLiteral("a"));
-    EXPECT_FALSE(record.IsPortSet());
-}
-
-TEST(BinaryLengths, OfANestedRecordAreReportedByIt)
-{
-    const QByteArray content = portEntry(4);
-    for (const std::uint32_t length : {15U, 17U, 0xFFFFFFFFU, 0x80000000U}) {
-        Fragment record;
-        expectLengthError(record, frame(word(ostraInterfacePortTag) + word(length) + content),
-                          "OstraInterfacePort");
-        EXPECT_FALSE(record.IsOstraInterfacePortSet());
-    }
-}
-
-TEST(BinaryLengths, OfANestedRecordOfLengthZeroLeaveItsBytesToTheOwner)
-{
-    // What follows is an entry that the fragment does not know.
-    Fragment record;
-    readFrame(record, frame(word(ostraInterfacePortTag) + word(0) + portEntry(4)));
-    EXPECT_TRUE(record.IsOstraInterfacePortSet());
-    EXPECT_FALSE(static_cast<const Fragment&>(record).GetOstraInterfacePort().IsPortSet());
-}
-
-TEST(BinaryLengths, BeyondTheEndOfTheEnclosingRecordAreReportedByTheEnclosingOne)
-{
-    // The port is whole and says so; the fragment around it is too short for it.
-    Fragment record;
-    const QByteArray content = entry(ostraInterfacePortTag, portEntry(4));
-    expectLengthErrorOf(record, content, static_cast<int>(content.size()) - 4, "Fragment");
-    EXPECT_TRUE(record.IsOstraInterfacePortSet());
-    EXPECT_EQ(record.GetOstraInterfacePort().GetPort(), 4U);
-}
-
-// --- streams that end too early -------------------------------------------------------------
-
-TEST(BinaryReadingOfACutStream, EndsInALengthErrorAtEveryByteOfADocument)
-{
-    const QByteArray entries = fullDocumentFrame().mid(4);
-    const int length = static_cast<int>(entries.size());
-    for (const bool validate : {false, true}) {
-        for (int present = 0; present < length; ++present) {
-            PelLu300RouterInterfaceXml document;
-            document.SetValidate(validate);
-            QDataStream stream(entries.left(present));
-            EXPECT_THROW(document.SetBinary(stream, length), BinaryParsingException)
-                << present << " bytes, validation " << validate;
-            EXPECT_FALSE(document.IsPelLu300RouterMessageSet()) << present;
-            EXPECT_LE(messageIn(document).GetFragment().size(), 6) << present;
-        }
-    }
-}
-
-TEST(BinaryReadingOfACutStream, EndsInALengthErrorOnADeviceThatOnlyGoesForwards)
-{
-    const QByteArray entries = fullDocumentFrame().mid(4);
-    const int length = static_cast<int>(entries.size());
-    for (int present = 0; present < length; ++present) {
-        PelLu300RouterInterfaceXml document;
-        ForwardDevice device(entries.left(present));
-        QDataStream stream(&device);
-        EXPECT_THROW(document.SetBinary(stream, length), BinaryParsingException) << present;
-    }
-}
-
-TEST(BinaryReadingOfACutStream, KeepsEveryItemThatWasWhole)
-{
-    const QByteArray entries =
-        entry(typeTag, text("Event"))
-        + entry(fragmentTag, list(3, portElement(1) + portElement(2) + portElement(3)));
-    const int length = static_cast<int>(entries.size());
-    const int items = 17 + 8 + 4;
-    for (int present = items; present < length; ++present) {
-        PelLu300RouterMessage message;
-        QDataStream stream(entries.left(present));
-        EXPECT_THROW(message.SetBinary(stream, length), BinaryParsingException) << present;
-        EXPECT_EQ(message.GetType(), PelLu300RouterMessage::Event);
-        EXPECT_EQ(message.IsFragmentSet(), present >= items + 28) << present;
-        EXPECT_EQ(message.GetFragment().size(), (present - items) / 28) << present;
-    }
-}
-
-TEST(BinaryReadingOfACutStream, NamesTheInnermostRecordThatIsNotWhole)
-{
-    const QByteArray whole = bytes(Sample<PelLu300RouterInterfaceXml>::frame);
-    const struct
-    {
-        int present;
-        const char* name;
-    } cuts[] = {
-        {4, "PelLu300RouterInterfaceXml"}, // nothing
-        {8, "PelLu300RouterInterfaceXml"}, // inside the entry's length
-        {12, "PelLu300RouterMessage"},     // before the first entry
-        {26, "PelLu300RouterMessage"},     // inside the type's name
-        {40, "PelLu300RouterMessage"},     // inside the number
-        {55, "PelLu300RouterMessage"},     // inside the count
-        {59, "PelLu300RouterMessage"},     // inside the element's length
-        {61, "Fragment"},                  // before the element's entry
-        {65, "Fragment"},                  // inside the entry's header
-        {69, "OstraInterfacePort"},        // before the port's entry
-        {84, "OstraInterfacePort"},        // inside the port's value
-    };
-    for (const auto& cut : cuts) {
-        PelLu300RouterInterfaceXml document;
-        expectLengthError(document, whole.left(cut.present), cut.name);
-        EXPECT_FALSE(document.IsPelLu300RouterMessageSet());
-    }
-}
-
-TEST(BinaryReadingOfACutStream, KeepsValueAndFlagOfAMemberWhosePayloadIsNotWhole)
-{
-    for (const bool validate : {false, true}) {
-        for (int missing = 1; missing <= 8; ++missing) {
-            const QByteArray entries = portEntry(5);
-            const QByteArray cut = entries.left(entries.size() - missing);
-            OstraInterfacePort set;
-            set.SetPort(3);
-            set.SetValidate(validate);
-            expectLengthErrorOf(set, cut, 16, "OstraInterfacePort");
-            EXPECT_EQ(set.GetPort(), 3U);
-            EXPECT_TRUE(set.IsPortSet());
-            OstraInterfacePort unset;
-            unset.SetValidate(validate);
-            expectLengthErrorOf(unset, cut, 16, "OstraInterfacePort");
-            EXPECT_FALSE(unset.IsPortSet());
-        }
-    }
-}
-
-TEST(BinaryReadingOfACutStream, KeepsATruthValueWhoseByteIsMissing)
-{
-    AcquireMastership record;
-    record.SetSuccess(true);
-    expectLengthErrorOf(record, word(successTag) + word(1), 9, "AcquireMastership");
-    EXPECT_TRUE(record.GetSuccess());
-    ReleaseMastership unset;
-    expectLengthErrorOf(unset, word(successTag) + word(1), 9, "ReleaseMastership");
-    EXPECT_FALSE(unset.IsSuccessSet());
-}
-
-TEST(BinaryReadingOfACutStream, KeepsTextsWhoseBytesAreMissing)
-{
-    for (const bool validate : {false, true}) {
-        const QByteArray address = entry(addressTag, text("new"));
-        const QByteArray state = entry(stateTag, text("RouterIsMaster"));
-        const QByteArray frequency = entry(frequencyTag, text("12.50"));
-        for (int present = 8; present < address.size(); ++present) {
-            PelVtConnectServer record;
-            record.SetAddress(QStringLiteral("old"));
-            record.SetValidate(validate);
-            expectLengthErrorOf(record, portEntry(4) + address.left(present), 16 + 15, "PelVtConnectServer");
-            EXPECT_EQ(record.GetAddress(), QStringLiteral("old"));
-            EXPECT_EQ(record.GetPort(), 4U);
-        }
-        for (int present = 8; present < state.size(); ++present) {
-            MastershipState record;
-            record.SetValidate(validate);
-            expectLengthErrorOf(record, state.left(present), static_cast<int>(state.size()),
-                                "MastershipState");
-            EXPECT_FALSE(record.IsStateSet());
-        }
-        for (int present = 8; present < frequency.size(); ++present) {
-            DF_Params record;
-            record.SetFrequency(1);
-            record.SetValidate(validate);
-            expectLengthErrorOf(record, frequency.left(present), static_cast<int>(frequency.size()),
-                                "DF_Params");
-            EXPECT_EQ(record.GetFrequency(), 1);
-            EXPECT_FALSE(record.IsBandwidthSet());
-        }
-    }
-}
-
-// --- skipping -------------------------------------------------------------------------------
-
-TEST(BinarySkipping, ConsumesExactlyThePayload)
-{
-    const OstraInterfacePort record;
-    QDataStream stream(QByteArray(10, '\0'));
-    EXPECT_EQ(record.skipCurrentElement(stream, 0, 1), 0);
-    EXPECT_EQ(stream.device()->pos(), 0);
-    EXPECT_EQ(record.skipCurrentElement(stream, 3, 1), 3);
-    EXPECT_EQ(stream.device()->pos(), 3);
-    EXPECT_EQ(record.skipCurrentElement(stream, -3, 1), 0);
-    EXPECT_EQ(stream.device()->pos(), 3);
-    EXPECT_EQ(record.skipCurrentElement(stream, 100, 1), 7);
-    EXPECT_TRUE(stream.atEnd());
 }
 
 } // namespace

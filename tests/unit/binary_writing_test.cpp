@@ -5,6 +5,7 @@
 #include <QtCore/QTemporaryFile>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <string>
@@ -319,168 +320,92 @@ TEST(BinaryWritingOfAPort, TakesOnlyTheLengthWhenThePortIsNotSet)
 
 // --- tags: each member alone ----------------------------------------------------------------
 
-TEST(BinaryTags, OfTheDocumentsMessage)
+// The frame of a record in which that is set.
+template <class R, class Set>
+std::function<QByteArray()> with(const Set& set)
 {
-    PelLu300RouterInterfaceXml record;
-    record.GetPelLu300RouterMessage().SetType(PelLu300RouterMessage::Event);
-    EXPECT_EQ(frameOf(record), bytes("00000019 9B1A7AD8 00000011 E1D9E008 00000009 00000005 4576656E74"));
+    return [set] {
+        R record;
+        set(record);
+        return frameOf(record);
+    };
 }
 
-TEST(BinaryTags, OfTheMessagesType)
+struct TaggedMember
 {
-    PelLu300RouterMessage record;
-    record.SetType(PelLu300RouterMessage::Request);
-    EXPECT_EQ(frameOf(record), bytes("00000013 E1D9E008 0000000B 00000007 52657175657374"));
-}
+    const char* name;
+    std::function<QByteArray()> write;
+    const char* frame;
+};
 
-TEST(BinaryTags, OfTheMessagesMessageID)
-{
-    PelLu300RouterMessage record;
-    record.SetMessageID(9);
-    EXPECT_EQ(frameOf(record),
-              bytes("0000001C E1D9E008 00000004 FFFFFFFF EF193DE9 00000008 0000000000000009"));
-}
+void PrintTo(const TaggedMember& member, std::ostream* out) { *out << member.name; }
 
-TEST(BinaryTags, OfTheMessagesFragment)
-{
-    PelLu300RouterMessage record;
-    record.AppendFragment(Fragment());
-    EXPECT_EQ(frameOf(record),
-              bytes("0000001C E1D9E008 00000004 FFFFFFFF 61023A90 00000008 00000001 00000000"));
-}
+const TaggedMember taggedMembers[] = {
+    {"OfTheDocumentsMessage", with<PelLu300RouterInterfaceXml>([](auto& record) {
+         record.GetPelLu300RouterMessage().SetType(PelLu300RouterMessage::Event);
+     }),
+     "00000019 9B1A7AD8 00000011 E1D9E008 00000009 00000005 4576656E74"},
+    {"OfTheMessagesType",
+     with<PelLu300RouterMessage>([](auto& record) { record.SetType(PelLu300RouterMessage::Request); }),
+     "00000013 E1D9E008 0000000B 00000007 52657175657374"},
+    {"OfTheMessagesMessageID", with<PelLu300RouterMessage>([](auto& record) { record.SetMessageID(9); }),
+     "0000001C E1D9E008 00000004 FFFFFFFF EF193DE9 00000008 0000000000000009"},
+    {"OfTheMessagesFragment",
+     with<PelLu300RouterMessage>([](auto& record) { record.AppendFragment(Fragment()); }),
+     "0000001C E1D9E008 00000004 FFFFFFFF 61023A90 00000008 00000001 00000000"},
+    {"OfTheFragmentsMastershipState", with<Fragment>([](auto& record) { record.GetMastershipState(); }),
+     "00000008 111939B4 00000000"},
+    {"OfTheFragmentsAcquireMastership", with<Fragment>([](auto& record) { record.GetAcquireMastership(); }),
+     "00000008 21BDA6E2 00000000"},
+    {"OfTheFragmentsReleaseMastership", with<Fragment>([](auto& record) { record.GetReleaseMastership(); }),
+     "00000008 FC38AB7C 00000000"},
+    {"OfTheFragmentsOstraInterfacePort", with<Fragment>([](auto& record) { record.GetOstraInterfacePort(); }),
+     "00000008 F9E464D0 00000000"},
+    {"OfTheFragmentsPelVtConnectServer", with<Fragment>([](auto& record) { record.GetPelVtConnectServer(); }),
+     "00000008 0BBAB464 00000000"},
+    {"OfTheFragmentsRouterVtServerPort", with<Fragment>([](auto& record) { record.GetRouterVtServerPort(); }),
+     "00000008 5D020EA0 00000000"},
+    {"OfTheFragmentsDF_Params", with<Fragment>([](auto& record) { record.GetDF_Params(); }),
+     "00000008 BE2DFF74 00000000"},
+    {"OfTheMastershipStatesState",
+     with<MastershipState>([](auto& record) { record.SetState(MastershipState::RouterIsMaster); }),
+     "0000001A 4264F498 00000012 0000000E 526F7574657249734D6173746572"},
+    {"OfTheMastershipStatesMasterClientID",
+     with<MastershipState>([](auto& record) { record.SetMasterClientID(QStringLiteral("c")); }),
+     "0000000D 0BCD2CF7 00000005 00000001 63"},
+    {"OfTheSuccessOfAcquireMastership",
+     with<AcquireMastership>([](auto& record) { record.SetSuccess(true); }), "00000009 BF8A59C6 00000001 01"},
+    {"OfTheSuccessOfReleaseMastership",
+     with<ReleaseMastership>([](auto& record) { record.SetSuccess(true); }), "00000009 BF8A59C6 00000001 01"},
+    {"OfThePortOfOstraInterfacePort", with<OstraInterfacePort>([](auto& record) { record.SetPort(1); }),
+     "00000010 1F980517 00000008 0000000000000001"},
+    {"OfThePortOfRouterVtServerPort", with<RouterVtServerPort>([](auto& record) { record.SetPort(1); }),
+     "00000010 1F980517 00000008 0000000000000001"},
+    {"OfTheConnectServersAddress",
+     with<PelVtConnectServer>([](auto& record) { record.SetAddress(QStringLiteral("a")); }),
+     "0000000D 2AC271EC 00000005 00000001 61"},
+    {"OfTheConnectServersPort", with<PelVtConnectServer>([](auto& record) { record.SetPort(1); }),
+     "00000010 1F980517 00000008 0000000000000001"},
+    {"OfTheParamsFrequency", with<DF_Params>([](auto& record) { record.SetFrequency(1); }),
+     "00000010 A97DB5BE 00000008 00000004 312E3030"},
+    {"OfTheParamsDemodulationFrequency",
+     with<DF_Params>([](auto& record) { record.SetDemodulationFrequency(1); }),
+     "00000010 5255927F 00000008 00000004 312E3030"},
+    {"OfTheParamsBandwidth", with<DF_Params>([](auto& record) { record.SetBandwidth(1); }),
+     "00000010 104A95AB 00000008 00000004 312E3030"},
+    {"OfTheParamsPanoramaSpan", with<DF_Params>([](auto& record) { record.SetPanoramaSpan(1); }),
+     "00000010 7029D96C 00000008 00000004 312E3030"},
+};
 
-TEST(BinaryTags, OfTheFragmentsMastershipState)
+class BinaryTags : public ::testing::TestWithParam<TaggedMember>
 {
-    Fragment record;
-    record.GetMastershipState();
-    EXPECT_EQ(frameOf(record), bytes("00000008 111939B4 00000000"));
-}
+};
+INSTANTIATE_TEST_SUITE_P(Alone, BinaryTags, ::testing::ValuesIn(taggedMembers),
+                         [](const ::testing::TestParamInfo<TaggedMember>& tested) {
+                             return tested.param.name;
+                         });
 
-TEST(BinaryTags, OfTheFragmentsAcquireMastership)
-{
-    Fragment record;
-    record.GetAcquireMastership();
-    EXPECT_EQ(frameOf(record), bytes("00000008 21BDA6E2 00000000"));
-}
-
-TEST(BinaryTags, OfTheFragmentsReleaseMastership)
-{
-    Fragment record;
-    record.GetReleaseMastership();
-    EXPECT_EQ(frameOf(record), bytes("00000008 FC38AB7C 00000000"));
-}
-
-TEST(BinaryTags, OfTheFragmentsOstraInterfacePort)
-{
-    Fragment record;
-    record.GetOstraInterfacePort();
-    EXPECT_EQ(frameOf(record), bytes("00000008 F9E464D0 00000000"));
-}
-
-TEST(BinaryTags, OfTheFragmentsPelVtConnectServer)
-{
-    Fragment record;
-    record.GetPelVtConnectServer();
-    EXPECT_EQ(frameOf(record), bytes("00000008 0BBAB464 00000000"));
-}
-
-TEST(BinaryTags, OfTheFragmentsRouterVtServerPort)
-{
-    Fragment record;
-    record.GetRouterVtServerPort();
-    EXPECT_EQ(frameOf(record), bytes("00000008 5D020EA0 00000000"));
-}
-
-TEST(BinaryTags, OfTheFragmentsDF_Params)
-{
-    Fragment record;
-    record.GetDF_Params();
-    EXPECT_EQ(frameOf(record), bytes("00000008 BE2DFF74 00000000"));
-}
-
-TEST(BinaryTags, OfTheMastershipStatesState)
-{
-    MastershipState record;
-    record.SetState(MastershipState::RouterIsMaster);
-    EXPECT_EQ(frameOf(record), bytes("0000001A 4264F498 00000012 0000000E 526F7574657249734D6173746572"));
-}
-
-TEST(BinaryTags, OfTheMastershipStatesMasterClientID)
-{
-    MastershipState record;
-    record.SetMasterClientID(QStringLiteral("c"));
-    EXPECT_EQ(frameOf(record), bytes("0000000D 0BCD2CF7 00000005 00000001 63"));
-}
-
-TEST(BinaryTags, OfTheSuccessOfAcquireMastership)
-{
-    AcquireMastership record;
-    record.SetSuccess(true);
-    EXPECT_EQ(frameOf(record), bytes("00000009 BF8A59C6 00000001 01"));
-}
-
-TEST(BinaryTags, OfTheSuccessOfReleaseMastership)
-{
-    ReleaseMastership record;
-    record.SetSuccess(true);
-    EXPECT_EQ(frameOf(record), bytes("00000009 BF8A59C6 00000001 01"));
-}
-
-TEST(BinaryTags, OfThePortOfOstraInterfacePort)
-{
-    OstraInterfacePort record;
-    record.SetPort(1);
-    EXPECT_EQ(frameOf(record), bytes("00000010 1F980517 00000008 0000000000000001"));
-}
-
-TEST(BinaryTags, OfThePortOfRouterVtServerPort)
-{
-    RouterVtServerPort record;
-    record.SetPort(1);
-    EXPECT_EQ(frameOf(record), bytes("00000010 1F980517 00000008 0000000000000001"));
-}
-
-TEST(BinaryTags, OfTheConnectServersAddress)
-{
-    PelVtConnectServer record;
-    record.SetAddress(QStringLiteral("a"));
-    EXPECT_EQ(frameOf(record), bytes("0000000D 2AC271EC 00000005 00000001 61"));
-}
-
-TEST(BinaryTags, OfTheConnectServersPort)
-{
-    PelVtConnectServer record;
-    record.SetPort(1);
-    EXPECT_EQ(frameOf(record), bytes("00000010 1F980517 00000008 0000000000000001"));
-}
-
-TEST(BinaryTags, OfTheParamsFrequency)
-{
-    DF_Params record;
-    record.SetFrequency(1);
-    EXPECT_EQ(frameOf(record), bytes("00000010 A97DB5BE 00000008 00000004 312E3030"));
-}
-
-TEST(BinaryTags, OfTheParamsDemodulationFrequency)
-{
-    DF_Params record;
-    record.SetDemodulationFrequency(1);
-    EXPECT_EQ(frameOf(record), bytes("00000010 5255927F 00000008 00000004 312E3030"));
-}
-
-TEST(BinaryTags, OfTheParamsBandwidth)
-{
-    DF_Params record;
-    record.SetBandwidth(1);
-    EXPECT_EQ(frameOf(record), bytes("00000010 104A95AB 00000008 00000004 312E3030"));
-}
-
-TEST(BinaryTags, OfTheParamsPanoramaSpan)
-{
-    DF_Params record;
-    record.SetPanoramaSpan(1);
-    EXPECT_EQ(frameOf(record), bytes("00000010 7029D96C 00000008 00000004 312E3030"));
-}
+TEST_P(BinaryTags, StandInFrontOfTheMember) { EXPECT_EQ(GetParam().write(), bytes(GetParam().frame)); }
 
 // --- payloads -------------------------------------------------------------------------------
 
@@ -517,7 +442,7 @@ QByteArray textOfDouble(double value)
     record.SetBandwidth(value);
     const QByteArray written = frameOf(record);
     const QByteArray content = written.mid(16);
-    EXPECT_EQ(written, frame(entry(bandwidthTag, text(content))));
+    EXPECT_EQ(written, frame(entry(bandwidthTag, textPayload(content))));
     return content;
 }
 

@@ -17,14 +17,6 @@ using Message = PelLu300RouterMessage;
 using Document = PelLu300RouterInterfaceXml;
 using LoggerPointer = std::shared_ptr<Logger>;
 
-std::vector<const MODELKIT::IMKObject*> payloadsOf(const Fragment& fragment)
-{
-    return {&fragment.GetMastershipState(),    &fragment.GetAcquireMastership(),
-            &fragment.GetReleaseMastership(),  &fragment.GetOstraInterfacePort(),
-            &fragment.GetPelVtConnectServer(), &fragment.GetRouterVtServerPort(),
-            &fragment.GetDF_Params()};
-}
-
 Fragment fragment(const LoggerPointer& logger)
 {
     Fragment record;

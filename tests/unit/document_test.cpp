@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The document: the record that holds one message and is loaded and saved as a whole.
 
+#include "DocumentParts.h"
 #include "TestSupport.h"
 
 #include <memory>
@@ -21,13 +22,6 @@ Message event(unsigned int number)
     message.SetType(Message::Event);
     message.SetMessageID(number);
     return message;
-}
-
-Fragment withPort(unsigned int port)
-{
-    Fragment item;
-    item.GetOstraInterfacePort().SetPort(port);
-    return item;
 }
 
 const Message& messageOf(const Document& document) { return document.GetPelLu300RouterMessage(); }
@@ -655,18 +649,12 @@ TEST(DocumentXml, ReadingWithoutAMessageKeepsTheOneItHolds)
 
 // --- failures while reading -----------------------------------------------------------------
 
-QString inMessage(const QString& content)
-{
-    return "<PelLu300RouterInterfaceXml><PelLu300RouterMessage>" + content
-           + "</PelLu300RouterMessage></PelLu300RouterInterfaceXml>";
-}
-
 TEST(DocumentFailure, AnInvalidTypePassesAndLeavesTheMessageUnset)
 {
     Document d;
     d.SetValidate(true);
     expectThrow<OutOfRangeException>(
-        [&] { readXml(d, inMessage("<MessageID>3</MessageID><Type>Question</Type>")); },
+        [&] { readXml(d, inMessage(text("<MessageID>3</MessageID><Type>Question</Type>"))); },
         "enum is not valid (classname=PelLu300RouterMessage,membername=m_type)");
     EXPECT_FALSE(d.IsPelLu300RouterMessageSet());
     EXPECT_EQ(messageOf(d).GetMessageID(), 3U);
@@ -679,8 +667,9 @@ TEST(DocumentFailure, AnInvalidStatePassesAndLeavesTheMessageUnset)
     d.SetValidate(true);
     expectThrow<OutOfRangeException>(
         [&] {
-            readXml(d, inMessage("<Type>Event</Type><Fragment><DF_Params/></Fragment>"
-                                 "<Fragment><MastershipState><State>3</State></MastershipState></Fragment>"));
+            readXml(d, inMessage(
+                           text("<Type>Event</Type><Fragment><DF_Params/></Fragment>"
+                                "<Fragment><MastershipState><State>3</State></MastershipState></Fragment>")));
         },
         "enum is not valid (classname=MastershipState,membername=m_state)");
     EXPECT_FALSE(d.IsPelLu300RouterMessageSet());
@@ -693,7 +682,7 @@ TEST(DocumentFailure, AnItemWithoutDataPassesAndLeavesTheMessageUnset)
     Document d;
     d.SetValidate(true);
     expectThrow<IncompleteDefinitionException>(
-        [&] { readXml(d, inMessage("<Type>Event</Type><Fragment/>")); },
+        [&] { readXml(d, inMessage(text("<Type>Event</Type><Fragment/>"))); },
         "PelLu300RouterMessage: Tried to append not completely defined or invalid item Fragment.");
     EXPECT_FALSE(d.IsPelLu300RouterMessageSet());
     EXPECT_EQ(messageOf(d).GetType(), Message::Event);
@@ -705,8 +694,8 @@ TEST(DocumentFailure, AnEmptyTruthValuePassesAndLeavesTheMessageUnset)
     d.SetValidate(true);
     expectThrow<InvalidXmlException>(
         [&] {
-            readXml(d, inMessage("<Fragment><AcquireMastership><Success></Success></AcquireMastership>"
-                                 "</Fragment>"));
+            readXml(d, inMessage(text("<Fragment><AcquireMastership><Success></Success></AcquireMastership>"
+                                      "</Fragment>")));
         },
         "Please set a value or a default for the boolean 'Success' in 'AcquireMastership'.");
     EXPECT_FALSE(d.IsPelLu300RouterMessageSet());
@@ -715,8 +704,8 @@ TEST(DocumentFailure, AnEmptyTruthValuePassesAndLeavesTheMessageUnset)
 TEST(DocumentFailure, TheSameInputIsReadWithoutValidation)
 {
     Document d;
-    readXml(d, inMessage("<Type>Question</Type><Fragment/><Fragment><AcquireMastership><Success/>"
-                         "</AcquireMastership></Fragment>"));
+    readXml(d, inMessage(text("<Type>Question</Type><Fragment/><Fragment><AcquireMastership><Success/>"
+                              "</AcquireMastership></Fragment>")));
     EXPECT_TRUE(d.IsPelLu300RouterMessageSet());
     EXPECT_EQ(messageOf(d).GetType(), -1);
     ASSERT_EQ(messageOf(d).GetFragment().size(), 2);

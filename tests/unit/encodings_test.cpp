@@ -2,6 +2,7 @@
 // Documents in every encoding: what is read, where places are, what is refused, and that no encoding hides
 // anything from the limits.
 
+#include "DocumentParts.h"
 #include "TestSupport.h"
 
 #include "modelkit/ReadingReport.h"
@@ -18,8 +19,6 @@ using MODELKIT::IMKObject;
 using MODELKIT::ReadingReport;
 
 namespace {
-
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 // An encoding by the name in the declaration, some characters beyond ASCII and their bytes.
 struct Sample
@@ -54,37 +53,6 @@ constexpr Sample extendingAscii[] = {
     {"Big5", "\xE5\x8A\x9F", "\xA5\x5C"},
 };
 
-QByteArray utf16(const QString& string, bool isBigEndian, bool hasMark)
-{
-    QByteArray encoded;
-    for (const QChar character : (hasMark ? QString(QChar(0xFEFF)) : QString()) + string) {
-        const int unit = character.unicode();
-        const char high = static_cast<char>(unit >> 8);
-        const char low = static_cast<char>(unit & 0xFF);
-        encoded += isBigEndian ? high : low;
-        encoded += isBigEndian ? low : high;
-    }
-    return encoded;
-}
-
-QByteArray utf32(const QString& string, bool isBigEndian, bool hasMark)
-{
-    QByteArray encoded;
-    const auto add = [&](quint32 code) {
-        char unit[4];
-        if (isBigEndian)
-            qToBigEndian(code, unit);
-        else
-            qToLittleEndian(code, unit);
-        encoded.append(unit, 4);
-    };
-    if (hasMark)
-        add(0xFEFF);
-    for (const uint code : string.toUcs4())
-        add(code);
-    return encoded;
-}
-
 // A document as text and as bytes.
 struct Encoded
 {
@@ -118,14 +86,14 @@ std::vector<Encoded> inAllEncodings(const QString& body)
         {"UTF-8 with a mark that is declared as ISO-8859-1", lying, "\xEF\xBB\xBF" + lying.toUtf8()});
     const QString mentioning = text("<?style encoding='EUC-JP'?>") + beyond;
     all.push_back({"UTF-8 that mentions an encoding", mentioning, mentioning.toUtf8()});
-    for (const bool isBigEndian : {false, true}) {
-        for (const bool hasMark : {false, true}) {
+    for (const ByteOrder order : {ByteOrder::Little, ByteOrder::Big}) {
+        for (const Mark mark : {Mark::Without, Mark::With}) {
             for (const char* const declared : {"", "UTF-16", "UTF-8", "ISO-8859-1"}) {
                 const QString string = *declared ? declaration(text(declared)) + beyond : beyond;
-                const std::string title =
-                    std::string(isBigEndian ? "big" : "little") + (hasMark ? " marked " : " ") + declared;
-                all.push_back({"UTF-16 " + title, string, utf16(string, isBigEndian, hasMark)});
-                all.push_back({"UTF-32 " + title, string, utf32(string, isBigEndian, hasMark)});
+                const std::string title = std::string(order == ByteOrder::Big ? "big" : "little")
+                                          + (mark == Mark::With ? " marked " : " ") + declared;
+                all.push_back({"UTF-16 " + title, string, utf16(string, order, mark)});
+                all.push_back({"UTF-32 " + title, string, utf32(string, order, mark)});
             }
         }
     }
@@ -352,16 +320,17 @@ TEST(Encodings, WithBytesThatAreNoneOfTheirsAreToldWhereTheyStop)
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
         EXPECT_EQ(IMKObject::GetLastFailure().place.ToString(), text("2:30"));
     }
-    for (const bool isBigEndian : {false, true}) {
+    for (const ByteOrder order : {ByteOrder::Little, ByteOrder::Big}) {
         const QString string = text("<PelLu300RouterInterfaceXml>\n\xF0\x9F\x98\x80");
         const QString half = string + QChar(0xDC00) + text("</PelLu300RouterInterfaceXml>");
-        expectMalformed(utf16(half, isBigEndian, true), "2:3");
-        expectMalformed(utf16(string, isBigEndian, true) + 'a', "2:3");
-        expectMalformed(utf32(string, isBigEndian, true) + QByteArray(4, '\xFF'), "2:3");
-        expectMalformed(utf32(string, isBigEndian, false) + "ab", "2:3");
-        expectMalformed(utf32(string, isBigEndian, false)
-                            + (isBigEndian ? QByteArray("\0\0\xD8\0", 4) : QByteArray("\0\xD8\0\0", 4)),
-                        "2:3");
+        expectMalformed(utf16(half, order, Mark::With), "2:3");
+        expectMalformed(utf16(string, order, Mark::With) + 'a', "2:3");
+        expectMalformed(utf32(string, order, Mark::With) + QByteArray(4, '\xFF'), "2:3");
+        expectMalformed(utf32(string, order, Mark::Without) + "ab", "2:3");
+        expectMalformed(
+            utf32(string, order, Mark::Without)
+                + (order == ByteOrder::Big ? QByteArray("\0\0\xD8\0", 4) : QByteArray("\0\xD8\0\0", 4)),
+            "2:3");
     }
 }
 
@@ -400,7 +369,7 @@ TEST(Encodings, WithTwoMarksAreNotWellFormed)
               text("1:1: Encountered incorrectly encoded content."));
     EXPECT_FALSE(document.SetXmlBytes(xml.toUtf8()));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
-    EXPECT_FALSE(document.SetXmlBytes(utf16(xml, true, false)));
+    EXPECT_FALSE(document.SetXmlBytes(utf16(xml, ByteOrder::Big, Mark::Without)));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
 }
 
@@ -429,14 +398,15 @@ TEST(Encodings, OfAStringWithHalfOfASurrogatePairIsToldWhereItStands)
 TEST(Encodings, ThatChangeBehindTheDeclarationAreNotFollowed)
 {
     // The declaration in ASCII, and then text in which every other byte is zero.
-    const QByteArray bytes = "<?xml version='1.0' encoding='UTF-16'?>"
-                             + utf16(text("<!DOCTYPE x><PelLu300RouterInterfaceXml/>"), false, false);
+    const QByteArray bytes =
+        "<?xml version='1.0' encoding='UTF-16'?>"
+        + utf16(text("<!DOCTYPE x><PelLu300RouterInterfaceXml/>"), ByteOrder::Little, Mark::Without);
     PelLu300RouterInterfaceXml document;
     EXPECT_FALSE(document.SetXmlBytes(bytes));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::EncodingRefused);
     // The order of the bytes changes behind the declaration.
-    const QByteArray turned = utf16(declaration(text("UTF-16BE")), false, true)
-                              + utf16(text("<PelLu300RouterInterfaceXml/>"), true, false);
+    const QByteArray turned = utf16(declaration(text("UTF-16BE")), ByteOrder::Little, Mark::With)
+                              + utf16(text("<PelLu300RouterInterfaceXml/>"), ByteOrder::Big, Mark::Without);
     EXPECT_FALSE(document.SetXmlBytes(turned));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
     EXPECT_FALSE(document.IsInitialized());

@@ -2,9 +2,9 @@
 // Whole documents written to devices of which some call fails: whatever call it is, whether it is the only
 // one or the first of many, the failure is told with the device's own reason.
 
+#include "LogSupport.h"
+#include "TestFolder.h"
 #include "TestSupport.h"
-
-#include "modelkit/LogSinks.h"
 
 #include <QtCore/QIODevice>
 
@@ -13,10 +13,7 @@
 #include <QtCore/QTemporaryDir>
 
 #include <algorithm>
-#include <csignal>
 #include <cstring>
-
-#include <sys/resource.h>
 
 using namespace testing_support;
 using MODELKIT::Failure;
@@ -113,20 +110,6 @@ PelLu300RouterMessage sample()
     return message;
 }
 
-struct Logged
-{
-    std::shared_ptr<MODELKIT::MemoryLogSink> sink = std::make_shared<MODELKIT::MemoryLogSink>();
-    std::shared_ptr<MODELKIT::Logger> logger = std::make_shared<MODELKIT::Logger>(sink);
-
-    QStringList texts() const
-    {
-        QStringList texts;
-        for (const auto& entry : sink->GetEntries())
-            texts.append(entry.text);
-        return texts;
-    }
-};
-
 // Writes the sample to a device with that fault, behind four bytes that are there already. False when the
 // call that was to fail did not come.
 template <class Write>
@@ -135,8 +118,7 @@ bool tryWith(const Fault& fault, const QByteArray& form, const Write& write)
     SCOPED_TRACE(::testing::Message() << faultNames[fault.call] << " number " << fault.at
                                       << (fault.isLasting ? " and all that follow" : ""));
     PelLu300RouterMessage message = sample();
-    const Logged logged;
-    message.SetLogger(logged.logger);
+    const Log log(message);
     FailingDevice device(fault);
     device.content = "head";
     device.QIODevice::seek(4);
@@ -150,14 +132,14 @@ bool tryWith(const Fault& fault, const QByteArray& form, const Write& write)
         EXPECT_EQ(failure.kind, Failure::None);
         EXPECT_EQ(stream.status(), QDataStream::Ok);
         EXPECT_EQ(device.content, "head" + form);
-        EXPECT_TRUE(logged.texts().isEmpty());
+        log.expectNothing();
         return device.hasFailed();
     }
     const QString sentence = QStringLiteral("The binary form cannot be written: The tape is torn.");
     EXPECT_EQ(failure.kind, Failure::InputOutput);
     EXPECT_EQ(failure.GetSentence(), sentence);
     EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
-    EXPECT_TRUE(logged.texts() == QStringList(sentence)) << logged.texts().join('\n').toStdString();
+    log.expectOneError(sentence);
     EXPECT_TRUE(message == sample());
     return true;
 }
@@ -185,26 +167,6 @@ void tryEveryFault(const QByteArray& form, const Write& write)
         tryEveryCall(Fault::Seek, isLasting, form, write);
     }
 }
-
-// No file gets larger as long as it exists.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(int bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit limit = m_before;
-        limit.rlim_cur = static_cast<rlim_t>(bytes);
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
-
-private:
-    rlimit m_before = {};
-};
 
 // Writes the sample to a file that can take no more than so many bytes.
 template <class File>

@@ -2,6 +2,7 @@
 // Whole documents that are cut off, damaged or made to do harm: reading ends soon, either well or with
 // one explained failure, and the record can be used as before.
 
+#include "DocumentParts.h"
 #include "TestSupport.h"
 
 #include "modelkit/LogSinks.h"
@@ -16,12 +17,10 @@ using namespace testing_support;
 using MODELKIT::Failure;
 using MODELKIT::IMKObject;
 using MODELKIT::Limits;
+using MODELKIT::LimitsInScope;
 using MODELKIT::Place;
 
 namespace {
-
-const QString rootPath = QStringLiteral("/PelLu300RouterInterfaceXml");
-const QString messagePath = QStringLiteral("/PelLu300RouterInterfaceXml/PelLu300RouterMessage");
 
 // A document with each of the seven payloads and a line break behind the root element.
 const char* const documentXml =
@@ -78,24 +77,6 @@ PelLu300RouterInterfaceXml original()
     append([](Fragment& fragment) { fragment.GetRouterVtServerPort().SetPort(443); });
     append([](Fragment& fragment) { fragment.GetDF_Params().SetFrequency(98.5); });
     return document;
-}
-
-QByteArray word(quint32 value)
-{
-    QByteArray result;
-    QDataStream(&result, QIODevice::WriteOnly) << value;
-    return result;
-}
-
-QByteArray sized(const QByteArray& content) { return word(static_cast<quint32>(content.size())) + content; }
-
-// The compressed form of these pieces; each begins with its length.
-QByteArray compressedForm(const QByteArray& pieces) { return word(0x4D4B5A31) + sized(pieces); }
-
-QByteArray xmlInMessage(const QByteArray& content)
-{
-    return "<PelLu300RouterInterfaceXml><PelLu300RouterMessage>" + content
-           + "</PelLu300RouterMessage></PelLu300RouterInterfaceXml>";
 }
 
 // --- the ways in which a document comes in --------------------------------------------------------
@@ -219,7 +200,7 @@ public:
             EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::Refused);
             EXPECT_EQ(IMKObject::GetLastFailure().text, exception.GetText());
             EXPECT_FALSE(exception.GetText().isEmpty());
-            EXPECT_TRUE(place.path.startsWith(rootPath));
+            EXPECT_TRUE(place.path.startsWith(text(rootPath)));
         }
         if (outcome == Outcome::Read) {
             EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
@@ -315,22 +296,6 @@ constexpr std::array<int, 2> twoMasks = {0x01, 0x80};
 QByteArray plainForm() { return bytes(documentForm); }
 QByteArray packedForm() { return original().GetCompressedBinaryRepresentationAsQByteArray(9); }
 
-class ScopedLimits
-{
-public:
-    template <class Change>
-    explicit ScopedLimits(const Change& change) : m_before(Limits::Get())
-    {
-        Limits limits = m_before;
-        change(limits);
-        Limits::Set(limits);
-    }
-    ~ScopedLimits() { Limits::Set(m_before); }
-
-private:
-    Limits m_before;
-};
-
 // Qt writes a line of its own for a piece that zlib refuses; the tests of damaged pieces need not.
 class QuietQt
 {
@@ -375,7 +340,7 @@ void expectPlacedAtTheEnd(const QByteArray& input)
 {
     const Place& place = IMKObject::GetLastFailure().place;
     EXPECT_EQ(place.line, input.count('\n') + 1);
-    EXPECT_EQ(place.path.startsWith(rootPath), input.contains("<PelLu300RouterInterfaceXml>"));
+    EXPECT_EQ(place.path.startsWith(text(rootPath)), input.contains("<PelLu300RouterInterfaceXml>"));
 }
 
 void expectCutOffXmlIsRefused(Reader& reader, bool validate = false)
@@ -444,33 +409,21 @@ TEST(HostileDocument, ABinaryFormCutOffAnywhereIsRefusedAndLeavesTheRecordUnchan
 
 // --- damaged --------------------------------------------------------------------------------------
 
-TEST(HostileDocument, AnXmlStringWithAnyByteChangedIsReadOrRefusedOrThrows)
-{
-    XmlString reader;
-    const Outcomes lenient = readDamaged(reader, documentXml, allMasks, false);
-    EXPECT_GT(lenient.read, 0);
-    EXPECT_GT(lenient.refused, 0);
-    EXPECT_EQ(lenient.thrown, 0);
-    const Outcomes strict = readDamaged(reader, documentXml, twoMasks, true);
-    EXPECT_GT(strict.read, 0);
-    EXPECT_GT(strict.refused, 0);
-    EXPECT_GT(strict.thrown, 0);
-}
-
-TEST(HostileDocument, AnXmlFileWithAnyByteChangedIsReadOrRefusedOrThrows)
-{
-    XmlFile reader;
-    const Outcomes lenient = readDamaged(reader, documentXml, twoMasks, false);
-    EXPECT_GT(lenient.read, 0);
-    EXPECT_GT(lenient.refused, 0);
-    EXPECT_EQ(lenient.thrown, 0);
-    const Outcomes strict = readDamaged(reader, documentXml, twoMasks, true);
-    EXPECT_GT(strict.read, 0);
-    EXPECT_GT(strict.refused, 0);
-    EXPECT_GT(strict.thrown, 0);
-}
-
 namespace {
+
+// Only under validation does a record refuse what it reads from XML.
+template <class Masks>
+void expectXmlOutcomes(Reader& reader, const Masks& lenientMasks)
+{
+    const Outcomes lenient = readDamaged(reader, documentXml, lenientMasks, false);
+    EXPECT_GT(lenient.read, 0);
+    EXPECT_GT(lenient.refused, 0);
+    EXPECT_EQ(lenient.thrown, 0);
+    const Outcomes strict = readDamaged(reader, documentXml, twoMasks, true);
+    EXPECT_GT(strict.read, 0);
+    EXPECT_GT(strict.refused, 0);
+    EXPECT_GT(strict.thrown, 0);
+}
 
 template <class Masks>
 void expectEveryOutcome(Reader& reader, const Masks& masks, bool validate)
@@ -482,6 +435,18 @@ void expectEveryOutcome(Reader& reader, const Masks& masks, bool validate)
 }
 
 } // namespace
+
+TEST(HostileDocument, AnXmlStringWithAnyByteChangedIsReadOrRefusedOrThrows)
+{
+    XmlString reader;
+    expectXmlOutcomes(reader, allMasks);
+}
+
+TEST(HostileDocument, AnXmlFileWithAnyByteChangedIsReadOrRefusedOrThrows)
+{
+    XmlFile reader;
+    expectXmlOutcomes(reader, twoMasks);
+}
 
 TEST(HostileDocument, ABinaryFormWithAnyByteChangedIsReadOrRefusedOrThrows)
 {
@@ -534,7 +499,7 @@ TEST(HostileXml, ABillionLaughsAreRefusedAtTheirDeclaration)
     for (int i = 1; i < 30; ++i)
         xml += "<!ENTITY e" + QByteArray::number(i) + " '"
                + QByteArray("&e" + QByteArray::number(i - 1) + ';').repeated(10) + "'>\n";
-    xml += "]>" + xmlInMessage("<Type>&e29;</Type>");
+    xml += "]>" + inMessage(QByteArray("<Type>&e29;</Type>"));
     XmlString fromString;
     XmlFile fromFile;
     for (Reader* reader : {static_cast<Reader*>(&fromString), static_cast<Reader*>(&fromFile)}) {
@@ -551,7 +516,7 @@ TEST(HostileXml, ABillionLaughsAreRefusedAtTheirDeclaration)
 TEST(HostileXml, ALongEntityUsedOftenIsRefusedAtItsDeclaration)
 {
     const QByteArray xml = "<!DOCTYPE x [<!ENTITY e '" + QByteArray(200000, 'x') + "'>]>"
-                           + xmlInMessage("<Type>" + QByteArray("&e;").repeated(200000) + "</Type>");
+                           + inMessage("<Type>" + QByteArray("&e;").repeated(200000) + "</Type>");
     XmlFile reader;
     Victim victim(reader, false);
     EXPECT_EQ(victim.read(xml), Outcome::Refused);
@@ -577,7 +542,7 @@ TEST(HostileXml, ParameterEntitiesOfParameterEntitiesAreRefused)
     for (int i = 1; i < 20; ++i)
         xml += "<!ENTITY % p" + QByteArray::number(i) + " '"
                + QByteArray("&#37;p" + QByteArray::number(i - 1) + ';').repeated(10) + "'>";
-    xml += "%p19;]>" + xmlInMessage(QByteArray());
+    xml += "%p19;]>" + inMessage(QByteArray());
     XmlString reader;
     Victim victim(reader, false);
     EXPECT_EQ(victim.read(xml), Outcome::Refused);
@@ -591,7 +556,7 @@ TEST(HostileXml, AnExternalEntityIsNotOpened)
     secret.write("Reply");
     secret.flush();
     const QByteArray xml = "<!DOCTYPE x [<!ENTITY e SYSTEM 'file://" + secret.fileName().toUtf8() + "'>]>"
-                           + xmlInMessage("<Type>&e;</Type>");
+                           + inMessage(QByteArray("<Type>&e;</Type>"));
     XmlString reader;
     Victim victim(reader, false);
     EXPECT_EQ(victim.read(xml), Outcome::Refused);
@@ -604,9 +569,9 @@ TEST(HostileXml, AnEntityThatIsNotDeclaredIsNotWellFormed)
 {
     XmlString reader;
     Victim victim(reader, false);
-    EXPECT_EQ(victim.read(xmlInMessage("<Type>&e;</Type>")), Outcome::Refused);
+    EXPECT_EQ(victim.read(inMessage(QByteArray("<Type>&e;</Type>"))), Outcome::Refused);
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
-    EXPECT_EQ(IMKObject::GetLastFailure().place.path, messagePath + QStringLiteral("/Type"));
+    EXPECT_EQ(IMKObject::GetLastFailure().place.path, text(messagePath) + QStringLiteral("/Type"));
     victim.expectUsable(documentXml);
 }
 
@@ -616,7 +581,7 @@ TEST(HostileXml, AMillionNestedTagsAreRefusedAtTheFirstOneTooDeep)
 {
     const QByteArray before = "<PelLu300RouterInterfaceXml><PelLu300RouterMessage>\n";
     const QByteArray xml = before + QByteArray("<a>").repeated(1000000);
-    QString path = messagePath;
+    QString path = text(messagePath);
     // The root and the message are the first two of 64, and the path names the one behind them.
     for (int i = 0; i < 63; ++i)
         path += QStringLiteral("/a");
@@ -742,7 +707,7 @@ TEST(HostileCompression, ABombIsRefusedAtThePieceThatExceedsTheLimit)
 
 TEST(HostileCompression, ABombOfManySmallPiecesIsRefusedAtThePieceThatExceedsTheLimit)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.inflatedSize = 100000; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.inflatedSize = 100000; }));
     const QByteArray piece = packed(QByteArray(1, '\0'));
     Stream reader;
     expectRefused(reader, compressedForm(piece.repeated(200000)), Failure::InflatedTooLarge,
@@ -813,14 +778,14 @@ namespace {
 QByteArray listOfEmptyItems(quint32 count, quint32 announced)
 {
     const QByteArray list = word(announced) + QByteArray(static_cast<int>(4 * count), '\0');
-    return word(0x8553499A) + sized(word(0x9B1A7AD8) + sized(word(0x61023A90) + sized(list)));
+    return word(documentId) + sized(entry(messageTag, entry(fragmentTag, list)));
 }
 
 } // namespace
 
 TEST(HostileList, MoreItemsThanAdmittedAreRefusedWithTheirPlace)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.listItems = 1000; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.listItems = 1000; }));
     Bytes reader;
     // In front of the 1001st item: three words for what it is in, each with a length, the number of
     // items, and 1000 lengths.
@@ -832,7 +797,7 @@ TEST(HostileList, MoreItemsThanAdmittedAreRefusedWithTheirPlace)
 // The largest container of the system would not hold them.
 TEST(HostileList, ItemsThatNoContainerHoldsAreRefusedAsTooMany)
 {
-    const ScopedLimits limits([](Limits& changed) { changed.listItems = 1000; });
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.listItems = 1000; }));
     QByteArray pieces;
     const QByteArray plain = listOfEmptyItems(0, 60000000);
     // What a length of 240 MB announces follows in zeros.

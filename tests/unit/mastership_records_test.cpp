@@ -490,21 +490,10 @@ QString emptyBooleanMessage()
         .arg(QLatin1String(SuccessLiterals<R>::name));
 }
 
-// Names the tests of a record after it.
-struct RecordName
-{
-    template <class R>
-    static std::string GetName(int)
-    {
-        return R().GetObjectName().toStdString();
-    }
-};
-
 template <class R>
 class SuccessRecord : public ::testing::Test
 {
 };
-using SuccessRecords = ::testing::Types<AcquireMastership, ReleaseMastership>;
 TYPED_TEST_SUITE(SuccessRecord, SuccessRecords, RecordName);
 
 TYPED_TEST(SuccessRecord, NameAndIdAreThoseOfTheClass)
@@ -710,16 +699,6 @@ TYPED_TEST(SuccessRecord, ALengthErrorCarriesItsName)
                     "::SetBinary(...): Length error occurred during processing of binary representation"));
     }
 }
-
-template <class A, class B, class = void>
-struct AreComparable : std::false_type
-{
-};
-template <class A, class B>
-struct AreComparable<A, B, std::void_t<decltype(std::declval<const A&>() == std::declval<const B&>())>>
-    : std::true_type
-{
-};
 
 TEST(SuccessClasses, AcquiringAndReleasingAreTwoClassesThatNeitherCompareNorConvert)
 {

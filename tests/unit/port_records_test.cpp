@@ -67,16 +67,6 @@ struct WithTypeCode : R
 
 // --- the port, which all three have -------------------------------------------------------------
 
-// Names the tests of a record after it.
-struct RecordName
-{
-    template <class R>
-    static std::string GetName(int)
-    {
-        return R().GetObjectName().toStdString();
-    }
-};
-
 template <class R>
 class PortRecord : public ::testing::Test
 {

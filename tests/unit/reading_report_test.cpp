@@ -19,8 +19,6 @@ using MODELKIT::ReadingReport;
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
 QString withUnknown(const char* name) { return text("<DF_Params>\n <%1/></DF_Params>").arg(text(name)); }
 
 void read(const char* name)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What editors need of RecordInfo: resetting, defaults, changing lists item by item, choosing.
+#include "MemberByName.h"
 #include "TestSupport.h"
 
 #include "routerinterface/RecordInfo.h"
@@ -13,35 +14,14 @@ using namespace testing_support;
 
 namespace {
 
-const MemberInfo& member(const char* className, const char* name)
-{
-    return *RecordInfo::Find(QLatin1String(className))->FindMember(QString::fromLatin1(name));
-}
-
 const MemberInfo& list() { return member("PelLu300RouterMessage", "Fragment"); }
-
-// A fragment that can be told by its port.
-Fragment fragmentOf(unsigned int port)
-{
-    Fragment fragment;
-    fragment.GetOstraInterfacePort().SetPort(port);
-    return fragment;
-}
 
 PelLu300RouterMessage messageOf(const QVector<unsigned int>& ports)
 {
     PelLu300RouterMessage message;
     for (const unsigned int port : ports)
-        message.AppendFragment(fragmentOf(port));
+        message.AppendFragment(withPort(port));
     return message;
-}
-
-QVector<unsigned int> portsOf(const PelLu300RouterMessage& message)
-{
-    QVector<unsigned int> ports;
-    for (const Fragment& fragment : message.GetFragment())
-        ports.append(fragment.GetOstraInterfacePort().GetPort());
-    return ports;
 }
 
 using Ports = QVector<unsigned int>;
@@ -68,7 +48,7 @@ TEST(RecordEditing, resetPutsEveryKindBackAsTheAccessorDoes)
     EXPECT_FALSE(message.IsFragmentSet());
     EXPECT_EQ(list().CountItems(message), 0);
 
-    Fragment fragment = fragmentOf(7);
+    Fragment fragment = withPort(7);
     member("Fragment", "OstraInterfacePort").Reset(fragment);
     EXPECT_FALSE(fragment.IsOstraInterfacePortSet());
     EXPECT_FALSE(qAsConst(fragment).GetOstraInterfacePort().IsPortSet());
@@ -125,7 +105,7 @@ TEST(RecordEditing, defaultsOfNestedRecordsAndLists)
     EXPECT_FALSE(fragment.IsOstraInterfacePortSet());
 
     PelLu300RouterMessage message;
-    list().SetDefaultRecord(message, fragmentOf(9));
+    list().SetDefaultRecord(message, withPort(9));
     EXPECT_TRUE(list().IsDefaultSet(message));
     EXPECT_EQ(&list().GetDefaultRecord(message), &message.GetDefaultFragment());
     EXPECT_FALSE(list().IsSet(message));
@@ -135,12 +115,12 @@ TEST(RecordEditing, defaultsOfNestedRecordsAndLists)
     EXPECT_THROW(nested.SetDefaultRecord(fragment, fragment), std::bad_cast);
     EXPECT_THROW(list().SetDefaultRecord(message, message), std::bad_cast);
     EXPECT_TRUE(fragment.GetDefaultOstraInterfacePort() == port);
-    EXPECT_TRUE(message.GetDefaultFragment() == fragmentOf(9));
+    EXPECT_TRUE(message.GetDefaultFragment() == withPort(9));
 }
 
 TEST(RecordEditing, setRecordIsTheSetter)
 {
-    Fragment fragment = fragmentOf(7);
+    Fragment fragment = withPort(7);
     const MemberInfo& nested = member("Fragment", "DF_Params");
     DF_Params params;
     params.SetFrequency(1);
@@ -189,18 +169,18 @@ TEST(RecordEditing, editingAnItemDoesNotReachACopy)
     list().RemoveItem(message, 1);
     EXPECT_EQ(portsOf(message), Ports{9});
     EXPECT_EQ(portsOf(copy), (Ports{1, 2}));
-    EXPECT_EQ(items.at(0), fragmentOf(1));
+    EXPECT_EQ(items.at(0), withPort(1));
     EXPECT_EQ(list().GetItem(message, 0).GetLogger(), logger);
 }
 
 TEST(RecordEditing, itemsAreInsertedAtEveryPlace)
 {
     PelLu300RouterMessage message;
-    list().InsertItem(message, 0, fragmentOf(2));
+    list().InsertItem(message, 0, withPort(2));
     EXPECT_TRUE(message.IsFragmentSet());
-    list().InsertItem(message, 0, fragmentOf(1));
-    list().InsertItem(message, 2, fragmentOf(4));
-    list().InsertItem(message, 2, fragmentOf(3));
+    list().InsertItem(message, 0, withPort(1));
+    list().InsertItem(message, 2, withPort(4));
+    list().InsertItem(message, 2, withPort(3));
     EXPECT_EQ(portsOf(message), (Ports{1, 2, 3, 4}));
     // An item of the list itself.
     list().InsertItem(message, 0, list().GetItem(message, 3));
@@ -210,7 +190,7 @@ TEST(RecordEditing, itemsAreInsertedAtEveryPlace)
 TEST(RecordEditing, anInsertedItemIsACopy)
 {
     PelLu300RouterMessage message = messageOf({1});
-    Fragment fragment = fragmentOf(2);
+    Fragment fragment = withPort(2);
     fragment.SetValidate(true);
     fragment.SetLogger(std::make_shared<MODELKIT::Logger>());
     list().InsertItem(message, 0, fragment);
@@ -234,7 +214,7 @@ TEST(RecordEditing, insertingObeysTheRuleOfAppending)
         QStringLiteral(
             "PelLu300RouterMessage: Tried to append not completely defined or invalid item Fragment."));
     EXPECT_EQ(list().CountItems(message), 2);
-    list().InsertItem(message, 1, fragmentOf(2));
+    list().InsertItem(message, 1, withPort(2));
     EXPECT_EQ(list().CountItems(message), 3);
 
     PelLu300RouterMessage fresh;
@@ -295,7 +275,7 @@ TEST(RecordEditing, wrongIndicesChangeNothing)
         EXPECT_THROW(list().MoveItem(message, wrong, 0), std::out_of_range);
         EXPECT_THROW(list().MoveItem(message, 0, wrong), std::out_of_range);
         // Behind the last item one can be inserted.
-        EXPECT_THROW(list().InsertItem(message, wrong == 2 ? 3 : wrong, fragmentOf(3)), std::out_of_range);
+        EXPECT_THROW(list().InsertItem(message, wrong == 2 ? 3 : wrong, withPort(3)), std::out_of_range);
     }
     EXPECT_EQ(portsOf(message), (Ports{1, 2}));
 
@@ -303,7 +283,7 @@ TEST(RecordEditing, wrongIndicesChangeNothing)
     EXPECT_THROW(list().EditItem(fresh, 0), std::out_of_range);
     EXPECT_THROW(list().RemoveItem(fresh, 0), std::out_of_range);
     EXPECT_THROW(list().MoveItem(fresh, 0, 0), std::out_of_range);
-    EXPECT_THROW(list().InsertItem(fresh, 1, fragmentOf(3)), std::out_of_range);
+    EXPECT_THROW(list().InsertItem(fresh, 1, withPort(3)), std::out_of_range);
     EXPECT_FALSE(fresh.IsFragmentSet());
     EXPECT_EQ(list().CountItems(fresh), 0);
 }
@@ -313,7 +293,7 @@ TEST(RecordEditing, itemsOfAnotherClassAreRefused)
     PelLu300RouterMessage message = messageOf({1});
     DF_Params params;
     EXPECT_THROW(list().InsertItem(message, 0, params), std::bad_cast);
-    EXPECT_THROW(list().InsertItem(params, 0, fragmentOf(2)), std::bad_cast);
+    EXPECT_THROW(list().InsertItem(params, 0, withPort(2)), std::bad_cast);
     EXPECT_THROW(list().EditItem(params, 0), std::bad_cast);
     EXPECT_THROW(list().RemoveItem(params, 0), std::bad_cast);
     EXPECT_THROW(list().MoveItem(params, 0, 0), std::bad_cast);
@@ -344,11 +324,11 @@ TEST(RecordEditing, aChoiceTellsWhatIsSelected)
 
 TEST(RecordEditing, selectingKeepsTheContentOfAll)
 {
-    Fragment fragment = fragmentOf(7);
+    Fragment fragment = withPort(7);
     member("Fragment", "DF_Params").Select(fragment);
     EXPECT_TRUE(fragment.IsOstraInterfacePortSet());
     member("Fragment", "OstraInterfacePort").Select(fragment);
-    EXPECT_TRUE(fragment == fragmentOf(7));
+    EXPECT_TRUE(fragment == withPort(7));
 }
 
 TEST(RecordEditing, clearingTheSelectionIsResetChoiceFragment)
@@ -357,7 +337,7 @@ TEST(RecordEditing, clearingTheSelectionIsResetChoiceFragment)
     Fragment fragment;
     info.ClearSelection(fragment);
     EXPECT_FALSE(fragment.IsInitialized());
-    fragment = fragmentOf(7);
+    fragment = withPort(7);
     info.ClearSelection(fragment);
     EXPECT_EQ(info.GetSelected(fragment), nullptr);
     EXPECT_EQ(int(fragment.GetChoiceFragment()), -1);
@@ -398,7 +378,7 @@ TEST(RecordEditing, operationsOfAnotherKindAreRefused)
     EXPECT_FALSE(port.IsInitialized());
 
     PelLu300RouterMessage message = messageOf({1});
-    EXPECT_THROW(list().SetRecord(message, fragmentOf(2)), std::logic_error);
+    EXPECT_THROW(list().SetRecord(message, withPort(2)), std::logic_error);
     EXPECT_THROW(list().Select(message), std::logic_error);
     EXPECT_THROW(list().GetDefault(message), std::logic_error);
     EXPECT_THROW(list().SetDefault(message, 1), std::logic_error);

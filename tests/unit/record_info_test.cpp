@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The description of all records.
+#include "MemberByName.h"
 #include "TestSupport.h"
 
 #include "routerinterface/RecordInfo.h"
@@ -18,11 +19,6 @@ QStringList namesOf(const QVector<const RecordInfo*>& classes)
     for (const RecordInfo* info : classes)
         names.append(info->GetName());
     return names;
-}
-
-const MemberInfo& member(const char* className, const char* name)
-{
-    return *RecordInfo::Find(QLatin1String(className))->FindMember(QString::fromLatin1(name));
 }
 
 TEST(RecordInfo, namesAllClassesOwnersFirst)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What MemberInfo takes for a value of each kind of member, and that it stores nothing else.
+#include "MemberByName.h"
 #include "TestSupport.h"
 
 #include "routerinterface/RecordInfo.h"
@@ -27,11 +28,6 @@ enum Answer : int
 Q_DECLARE_METATYPE(Answer)
 
 namespace {
-
-const MemberInfo& member(const char* className, const char* name)
-{
-    return *RecordInfo::Find(QLatin1String(className))->FindMember(QString::fromLatin1(name));
-}
 
 const MemberInfo& number() { return member("PelLu300RouterMessage", "MessageID"); }
 const MemberInfo& decimal() { return member("DF_Params", "Frequency"); }

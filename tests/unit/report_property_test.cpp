@@ -647,13 +647,13 @@ private:
             return shallLose() ? m_random.from<QByteArray>({bytes("02"), bytes("FF")})
                                : m_random.from<QByteArray>({bytes("00"), bytes("01")});
         case Form::Double:
-            return binary_support::text(decimal().toUtf8());
+            return textPayload(decimal().toUtf8());
         case Form::Text:
             if (m_random.oneIn(10))
                 return bytes("FFFFFFFF");
-            return binary_support::text(shallLose() ? Maker::text().toUtf8() + notUtf8() : anyText());
+            return textPayload(shallLose() ? Maker::text().toUtf8() + notUtf8() : anyText());
         default:
-            return m_random.oneIn(20) ? bytes("FFFFFFFF") : binary_support::text(enumerator(form).toUtf8());
+            return m_random.oneIn(20) ? bytes("FFFFFFFF") : textPayload(enumerator(form).toUtf8());
         }
     }
 

@@ -2,6 +2,7 @@
 // What a reading report says, kind by kind: kind, sentence and place.
 
 #include "BinarySupport.h"
+#include "ReportSupport.h"
 
 #include "modelkit/ReadingReport.h"
 
@@ -13,16 +14,6 @@ using MODELKIT::IMKObject;
 using MODELKIT::ReadingReport;
 
 namespace {
-
-QStringList lines(const ReadingReport& report)
-{
-    QStringList result;
-    for (const ReadingReport::Entry& entry : report.GetEntries())
-        result << QStringLiteral("%1 %2 %3 %4")
-                      .arg(entry.kind)
-                      .arg(entry.place.ToString(), entry.text, entry.place.path);
-    return result;
-}
 
 // What is said about the text as it is read into the record; with validation off.
 template <class R>
@@ -119,7 +110,7 @@ TEST(Report, TellsOfAMissingPayload)
                                             "<Fragment></Fragment></PelLu300RouterMessage>"),
               only("16 3:1 Fragment has no payload and is not written under validation. "
                    "/PelLu300RouterMessage/Fragment[2]"));
-    EXPECT_EQ(saidOf<PelLu300RouterMessage>(entry(typeTag, text("Event"))
+    EXPECT_EQ(saidOf<PelLu300RouterMessage>(entry(typeTag, textPayload("Event"))
                                             + entry(fragmentTag, list(1, frame(QByteArray())))),
               only("16 offset 41 Fragment has no payload and is not written under validation. "
                    "/PelLu300RouterMessage/Fragment"));
@@ -155,7 +146,7 @@ TEST(Report, TellsOfAnUnknownNameThatIsStoredAsTheInvalidValue)
     EXPECT_EQ(saidOf<MastershipState>("<MastershipState>\n<State>masterPresent</State></MastershipState>"),
               only("14 2:1 \"masterPresent\" is no value of State and was taken for the invalid one. "
                    "/MastershipState/State"));
-    EXPECT_EQ(saidOf<MastershipState>(entry(stateTag, text("Pause"))),
+    EXPECT_EQ(saidOf<MastershipState>(entry(stateTag, textPayload("Pause"))),
               only("14 offset 8 \"Pause\" is no value of State and was taken for the invalid one. "
                    "/MastershipState/State"));
 }
@@ -247,10 +238,10 @@ TEST(Report, TellsOfBytesThatAreNoUtf8)
 {
     const QStringList said = only("12 offset 8 In \"a\uFFFD\" something that is no character was replaced. "
                                   "/PelVtConnectServer/Address");
-    EXPECT_EQ(saidOf<PelVtConnectServer>(entry(addressTag, text("a\xFF"))), said);
+    EXPECT_EQ(saidOf<PelVtConnectServer>(entry(addressTag, textPayload("a\xFF"))), said);
     for (const char* hex : {"C3", "80", "C0AF", "E08080", "EDA080", "EDB080", "EDA081EDB080", "F4908080"}) {
         PelVtConnectServer record;
-        const QStringList lines = saidOf(entry(addressTag, text(bytes(hex))), record);
+        const QStringList lines = saidOf(entry(addressTag, textPayload(bytes(hex))), record);
         ASSERT_EQ(lines.size(), 1) << hex;
         EXPECT_TRUE(lines.first().startsWith(QStringLiteral("12 offset 8 In "))) << hex;
         EXPECT_TRUE(record.GetAddress().contains(QChar(QChar::ReplacementCharacter))) << hex;
@@ -260,7 +251,8 @@ TEST(Report, TellsOfBytesThatAreNoUtf8)
 TEST(Report, KnowsEveryCharacter)
 {
     for (const char* hex : {"", "00", "7F", "C280", "EFBFBD", "EFBFBE", "F0908080", "F48FBFBF"})
-        EXPECT_EQ(saidOf<PelVtConnectServer>(entry(addressTag, text(bytes(hex)))), QStringList()) << hex;
+        EXPECT_EQ(saidOf<PelVtConnectServer>(entry(addressTag, textPayload(bytes(hex)))), QStringList())
+            << hex;
     EXPECT_EQ(saidOf<PelVtConnectServer>(entry(addressTag, bytes("FFFFFFFF"))), QStringList());
     EXPECT_EQ(saidOf<PelVtConnectServer>(
                   "<PelVtConnectServer><Address>\u00e4\u65e5\uFFFD</Address></PelVtConnectServer>"),
@@ -290,7 +282,7 @@ TEST(Report, TellsOfNumbersThatAreNotFinite)
               only("13 1:12 \"nan\" is no finite number and was taken for nan. /DF_Params/Frequency"));
     EXPECT_EQ(saidOf(frequencyXml("-inf"), DF_Params()),
               only("13 1:12 \"-inf\" is no finite number and was taken for -inf. /DF_Params/Frequency"));
-    EXPECT_EQ(saidOf<DF_Params>(entry(frequencyTag, text("inf"))),
+    EXPECT_EQ(saidOf<DF_Params>(entry(frequencyTag, textPayload("inf"))),
               only("13 offset 8 \"inf\" is no finite number and was taken for inf. /DF_Params/Frequency"));
     EXPECT_EQ(saidOf(frequencyXml("1e400"), DF_Params()),
               only("4 1:12 \"1e400\" is no number and was taken for inf. /DF_Params/Frequency"));
@@ -362,8 +354,8 @@ TEST(Report, TellsOfWholeNumbersOfWhichTheLowBitsWereTaken)
 
 TEST(Report, TellsOfLengthsThatAreWrongButMakeUpForEachOther)
 {
-    EXPECT_EQ(saidOf<PelVtConnectServer>(word(addressTag) + word(7) + text("ab") + word(portTag) + word(7)
-                                         + word(0) + word(5)),
+    EXPECT_EQ(saidOf<PelVtConnectServer>(word(addressTag) + word(7) + textPayload("ab") + word(portTag)
+                                         + word(7) + word(0) + word(5)),
               QStringList({QStringLiteral("18 offset 8 The entry announces 7 bytes and takes 6. "
                                           "/PelVtConnectServer/Address"),
                            QStringLiteral("18 offset 22 The entry announces 7 bytes and takes 8. "
@@ -374,7 +366,7 @@ TEST(Report, TellsOfAWrongLengthOfAList)
 {
     const QByteArray item = frame(entry(dfParamsTag, QByteArray()));
     EXPECT_EQ(saidOf<PelLu300RouterMessage>(word(fragmentTag) + word(17) + list(1, item) + word(typeTag)
-                                            + word(8) + text("Event")),
+                                            + word(8) + textPayload("Event")),
               QStringList({QStringLiteral("18 offset 8 The entry announces 17 bytes and takes 16. "
                                           "/PelLu300RouterMessage/Fragment"),
                            QStringLiteral("18 offset 32 The entry announces 8 bytes and takes 9. "

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Saving and loading whole documents by name, through any device, and as bytes.
 
+#include "LogSupport.h"
+#include "TestFolder.h"
 #include "TestSupport.h"
 
-#include "modelkit/LogSinks.h"
 #include "modelkit/ReadingReport.h"
 #include "modelkit/ReplaceFile.h"
 
@@ -25,8 +26,6 @@ using MODELKIT::XmlLayout;
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
 PelLu300RouterMessage sample()
 {
     PelLu300RouterMessage message;
@@ -46,32 +45,6 @@ const char* const indentedXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Pe
                                 "  <Type>Event</Type>\n  <Fragment>\n    <PelVtConnectServer>\n"
                                 "      <Address>\xC3\xA4&#13;\n&lt;&amp;&gt;</Address>\n"
                                 "    </PelVtConnectServer>\n  </Fragment>\n</PelLu300RouterMessage>\n";
-
-class Folder
-{
-public:
-    QString path() const { return m_folder.filePath(text("document")); }
-    QStringList entries() const
-    {
-        return QDir(m_folder.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    }
-    void write(const QByteArray& content) const
-    {
-        QFile file(path());
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        EXPECT_EQ(file.write(content), content.size());
-    }
-    QByteArray read() const
-    {
-        QFile file(path());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
-    }
-
-private:
-    QTemporaryDir m_folder;
-};
 
 void expectFailure(Failure::Kind kind, const QString& sentence)
 {
@@ -366,16 +339,14 @@ TEST(AnyDevice, ThatFailsIsNotTakenForTheEnd)
 TEST(AnyDevice, ThatThrowsLeavesAFailureBehind)
 {
     const QString sentence = text("The operation was interrupted by an exception.");
-    const auto sink = std::make_shared<MODELKIT::MemoryLogSink>();
     PelLu300RouterMessage message = sample();
-    message.SetLogger(std::make_shared<MODELKIT::Logger>(sink));
+    Log log(message);
     const auto expectInterrupted = [&](const std::function<void(QIODevice&)>& operation) {
-        sink->Clear();
+        log.clear();
         Failing device(QByteArray("<Pel"), Failing::Throws, true);
         EXPECT_THROW(operation(device), std::runtime_error);
         expectFailure(Failure::Interrupted, sentence);
-        ASSERT_EQ(sink->GetEntries().size(), 1);
-        EXPECT_EQ(sink->GetEntries().at(0).text, sentence);
+        log.expectOneError(sentence);
     };
     expectInterrupted([&](QIODevice& device) { message.LoadXml(&device); });
     expectInterrupted([&](QIODevice& device) { message.LoadBinary(&device); });

@@ -2,9 +2,9 @@
 // Whole documents through what can only be read or written from front to back: pipes, sockets, and
 // devices that deliver what they have in small pieces.
 
+#include "LogSupport.h"
+#include "TestDevices.h"
 #include "TestSupport.h"
-
-#include "modelkit/LogSinks.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -26,6 +26,7 @@ using namespace testing_support;
 using MODELKIT::Failure;
 using MODELKIT::IMKObject;
 using MODELKIT::Limits;
+using MODELKIT::LimitsInScope;
 
 namespace {
 
@@ -67,8 +68,6 @@ PelLu300RouterMessage largeSample()
     }
     return message;
 }
-
-QByteArray portForm() { return bytes("7F012EB8 00000010 1F980517 00000008 0000000000001388"); }
 
 // --- pipes and sockets ----------------------------------------------------------------------------
 
@@ -241,53 +240,6 @@ private:
     int m_ready = 0;
 };
 
-// Takes what is written, up to some number of bytes.
-class Drain : public QIODevice
-{
-public:
-    explicit Drain(qint64 room = 1 << 30) : m_room(room)
-    {
-        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    }
-    bool isSequential() const override { return true; }
-
-    QByteArray written;
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-    qint64 writeData(const char* data, qint64 size) override
-    {
-        if (written.size() + size > m_room)
-            return -1;
-        written.append(data, static_cast<int>(size));
-        return size;
-    }
-
-private:
-    qint64 m_room;
-};
-
-struct Logged
-{
-    std::shared_ptr<MODELKIT::MemoryLogSink> sink = std::make_shared<MODELKIT::MemoryLogSink>();
-    std::shared_ptr<MODELKIT::Logger> logger = std::make_shared<MODELKIT::Logger>(sink);
-};
-
-class ScopedLimits
-{
-public:
-    explicit ScopedLimits(qint64 inputSize) : m_before(Limits::Get())
-    {
-        Limits limits = m_before;
-        limits.inputSize = inputSize;
-        Limits::Set(limits);
-    }
-    ~ScopedLimits() { Limits::Set(m_before); }
-
-private:
-    Limits m_before;
-};
-
 class SequentialReading : public ::testing::TestWithParam<Kind>
 {
 };
@@ -411,15 +363,13 @@ TEST_P(SequentialReading, ABinaryFormThatEndsTooEarlyIsCutOffAndChangesNothing)
             connection.feed(form.left(size));
             Reading file(connection);
             QDataStream stream(&file);
-            Logged logged;
             PelLu300RouterMessage message = sample();
-            message.SetLogger(logged.logger);
+            const Log log(message);
             EXPECT_FALSE(message.SetBinaryRepresentation(stream));
             EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotABinaryForm);
             const QString sentence = QStringLiteral("offset %1: The binary form is cut off.").arg(size);
             EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), sentence);
-            ASSERT_EQ(logged.sink->GetEntries().size(), 1);
-            EXPECT_EQ(logged.sink->GetEntries().first().text, sentence);
+            log.expectOneError(sentence);
             EXPECT_TRUE(message == sample());
         }
     }
@@ -510,7 +460,7 @@ TEST_P(SequentialReading, AFormThatAnnouncesMoreThanAdmittedIsRefusedWithoutWait
 
 TEST_P(SequentialReading, AnEndlessDocumentIsRefusedAtTheLimit)
 {
-    const ScopedLimits limits(1000);
+    const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.inputSize = 1000; }));
     for (const bool isXml : {true, false}) {
         Connection connection(GetParam());
         deliver(connection.writing(), QByteArray(1001, ' '), 1001);
@@ -571,16 +521,14 @@ TEST(NamedPipe, AFailureNamesIt)
 TEST(NamedPipe, SaveXmlRefusesToReplaceIt)
 {
     const Fifo fifo;
-    Logged logged;
     PelLu300RouterMessage message = sample();
-    message.SetLogger(logged.logger);
+    const Log log(message);
     EXPECT_FALSE(message.SaveXml(fifo.path()));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
     const QString sentence =
         fifo.path() + QStringLiteral(": The file cannot be written: it exists and is no regular file.");
     EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), sentence);
-    ASSERT_EQ(logged.sink->GetEntries().size(), 1);
-    EXPECT_EQ(logged.sink->GetEntries().first().text, sentence);
+    log.expectOneError(sentence);
     EXPECT_TRUE(fifo.isThereAlone());
     EXPECT_TRUE(message == sample());
 }
@@ -769,9 +717,8 @@ TEST(SequentialWriting, NothingIsWrittenWhenACheckFails)
 TEST(SequentialWriting, ADeviceThatTakesNoMoreIsAFailureThatIsExplained)
 {
     for (const bool compressed : {false, true}) {
-        Logged logged;
         PelLu300RouterMessage message = sample();
-        message.SetLogger(logged.logger);
+        const Log log(message);
         Drain device(20);
         QDataStream stream(&device);
         if (compressed)
@@ -781,7 +728,7 @@ TEST(SequentialWriting, ADeviceThatTakesNoMoreIsAFailureThatIsExplained)
         EXPECT_EQ(stream.status(), QDataStream::WriteFailed);
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
         EXPECT_FALSE(IMKObject::GetLastFailure().text.isEmpty());
-        EXPECT_EQ(logged.sink->GetEntries().size(), 1);
+        log.expectOneError(IMKObject::GetLastFailure().GetSentence());
     }
 }
 

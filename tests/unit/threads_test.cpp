@@ -356,16 +356,6 @@ std::function<void()> task(const Action<R>& action, Records<R>& records)
     };
 }
 
-// Names the tests of a record after it.
-struct RecordName
-{
-    template <class R>
-    static std::string GetName(int)
-    {
-        return R().GetObjectName().toStdString();
-    }
-};
-
 template <class R>
 class SharedBlockThreads : public ::testing::Test
 {

@@ -27,10 +27,6 @@ using MODELKIT::LimitsInScope;
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-
-QByteArray portForm() { return bytes("7F012EB8 00000010 1F980517 00000008 0000000000001388"); }
-
 Limits waiting(int milliseconds)
 {
     Limits limits;
@@ -441,11 +437,11 @@ TEST(Waiting, AProcessIsWaitedForAndItsFailureTold)
                                                      "printf '<Port>5</Port></OstraInterfacePort>'")});
     EXPECT_TRUE(record.LoadXml(&process)) << IMKObject::GetLastFailure().GetSentence().toStdString();
     EXPECT_EQ(record.GetPort(), 5U);
-    process.waitForFinished();
+    EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished());
     process.start(text("/bin/sh"), {text("-c"), text("printf '<OstraInterfacePort>'; sleep 0.05")});
     EXPECT_FALSE(record.LoadXml(&process));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
-    process.waitForFinished();
+    EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished());
     process.start(text("/nowhere/program"), QStringList());
     EXPECT_FALSE(record.LoadXml(&process));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Operations on whole documents: what fails is explained with its place, limits hold, nothing is lost.
 
+#include "DocumentParts.h"
+#include "LogSupport.h"
+#include "ReportSupport.h"
+#include "TestFolder.h"
 #include "TestSupport.h"
 
 #include "modelkit/LogSinks.h"
@@ -10,20 +14,19 @@
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 
-#include <csignal>
-#include <sys/resource.h>
+#include <optional>
 
 using namespace testing_support;
 using MODELKIT::Failure;
 using MODELKIT::IMKObject;
 using MODELKIT::Limits;
+using MODELKIT::LimitsInScope;
 using MODELKIT::ReadingReport;
 
 namespace {
 
-const char* const messagePath = "/PelLu300RouterInterfaceXml/PelLu300RouterMessage";
-
-QString inMessage(const QString& content)
+// Every line of the content is one of the document's, from the third.
+QString inMessageOnLines(const QString& content)
 {
     return QStringLiteral(
                "<PelLu300RouterInterfaceXml>\n <PelLu300RouterMessage>\n%1</PelLu300RouterMessage>\n"
@@ -47,42 +50,15 @@ PelLu300RouterInterfaceXml sample()
     return document;
 }
 
-class ScopedLimits
-{
-public:
-    ScopedLimits() : m_before(Limits::Get()) {}
-    ~ScopedLimits() { Limits::Set(m_before); }
-
-    template <class Change>
-    void change(Change&& change)
-    {
-        Limits limits = Limits::Get();
-        change(limits);
-        Limits::Set(limits);
-    }
-
-private:
-    Limits m_before;
-};
-
-struct Logged
-{
-    std::shared_ptr<MODELKIT::MemoryLogSink> sink = std::make_shared<MODELKIT::MemoryLogSink>();
-    std::shared_ptr<MODELKIT::Logger> logger = std::make_shared<MODELKIT::Logger>(sink);
-};
-
 // Expects that reading the XML returns false for that reason, at that place, and logs one error.
 void expectRefused(const QString& xml, Failure::Kind kind, const QString& sentence)
 {
-    Logged logged;
     PelLu300RouterInterfaceXml document;
-    document.SetLogger(logged.logger);
+    const Log log(document);
     EXPECT_FALSE(document.SetXmlString(xml, false));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, kind);
     EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), sentence);
-    ASSERT_EQ(logged.sink->GetEntries().size(), 1);
-    EXPECT_EQ(logged.sink->GetEntries().first().level, MODELKIT::Logger::Error);
-    EXPECT_EQ(logged.sink->GetEntries().first().text, sentence);
+    log.expectOneError(sentence);
 }
 
 } // namespace
@@ -90,7 +66,7 @@ void expectRefused(const QString& xml, Failure::Kind kind, const QString& senten
 TEST(WholeDocumentFailure, ATagMismatchIsExplainedWithLineColumnAndPath)
 {
     PelLu300RouterInterfaceXml document;
-    EXPECT_FALSE(document.SetXmlString(inMessage(QStringLiteral("  <Type>Reply</Typ>")), false));
+    EXPECT_FALSE(document.SetXmlString(inMessageOnLines(QStringLiteral("  <Type>Reply</Typ>")), false));
     const Failure& failure = IMKObject::GetLastFailure();
     EXPECT_EQ(failure.kind, Failure::NotWellFormed);
     EXPECT_EQ(failure.place.line, 3);
@@ -148,13 +124,13 @@ TEST(WholeDocumentFailure, SuccessClearsTheLastFailure)
 
 TEST(WholeDocumentFailure, AnExceptionCarriesThePlaceOfTheElementAndKeepsItsText)
 {
-    Logged logged;
     PelLu300RouterInterfaceXml document;
+    const Log log(document);
     document.SetValidate(true);
-    document.SetLogger(logged.logger);
-    const QString xml = inMessage(QStringLiteral("  <Fragment><DF_Params/></Fragment>\n"
-                                                 "  <Fragment><MastershipState>\n"
-                                                 "    <State>Nobody</State></MastershipState></Fragment>"));
+    const QString xml =
+        inMessageOnLines(QStringLiteral("  <Fragment><DF_Params/></Fragment>\n"
+                                        "  <Fragment><MastershipState>\n"
+                                        "    <State>Nobody</State></MastershipState></Fragment>"));
     try {
         document.SetXmlString(xml, false);
         FAIL() << "nothing was thrown";
@@ -167,10 +143,9 @@ TEST(WholeDocumentFailure, AnExceptionCarriesThePlaceOfTheElementAndKeepsItsText
                   QLatin1String(messagePath) + QLatin1String("/Fragment[2]/MastershipState/State"));
     }
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::Refused);
-    ASSERT_EQ(logged.sink->GetEntries().size(), 1);
-    EXPECT_EQ(logged.sink->GetEntries().first().text,
-              QStringLiteral("5:5: enum is not valid (classname=MastershipState,membername=m_state) (in ")
-                  + QLatin1String(messagePath) + QLatin1String("/Fragment[2]/MastershipState/State)"));
+    log.expectOneError(
+        QStringLiteral("5:5: enum is not valid (classname=MastershipState,membername=m_state) (in ")
+        + QLatin1String(messagePath) + QLatin1String("/Fragment[2]/MastershipState/State)"));
 }
 
 TEST(WholeDocumentFailure, ARefusedItemIsPlacedAtItsElement)
@@ -178,7 +153,7 @@ TEST(WholeDocumentFailure, ARefusedItemIsPlacedAtItsElement)
     PelLu300RouterInterfaceXml document;
     document.SetValidate(true);
     try {
-        document.SetXmlString(inMessage(QStringLiteral("<Type>Reply</Type>\n<Fragment/>")), false);
+        document.SetXmlString(inMessageOnLines(QStringLiteral("<Type>Reply</Type>\n<Fragment/>")), false);
         FAIL() << "nothing was thrown";
     } catch (const IncompleteDefinitionException& exception) {
         EXPECT_EQ(exception.GetPlace().ToString(), QStringLiteral("4:1"));
@@ -189,7 +164,7 @@ TEST(WholeDocumentFailure, ARefusedItemIsPlacedAtItsElement)
 TEST(WholeDocumentFailure, TheCheckAfterReadingIsMadeOnlyOnRequest)
 {
     PelLu300RouterInterfaceXml document;
-    const QString xml = inMessage(QString());
+    const QString xml = inMessageOnLines(QString());
     EXPECT_TRUE(document.SetXmlString(xml, false));
     expectThrow<OutOfRangeException>([&] { document.SetXmlString(xml, true); },
                                      QStringLiteral("PelLu300RouterMessage: Please set Type properly."));
@@ -367,16 +342,11 @@ TEST(WholeDocumentSaving, ADiskThatIsFullLeavesTheOldFile)
     PelLu300RouterInterfaceXml large = sample();
     large.GetPelLu300RouterMessage().GetFragment()[0].GetMastershipState().SetMasterClientID(
         QString(100000, QLatin1Char('x')));
-    // A process that may write no file beyond a size meets the same error as on a full disk.
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit small = before;
-    small.rlim_cur = 50000;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const bool saved = large.SaveXml(path);
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, signalBefore);
+    bool saved = true;
+    {
+        const FileSizeLimit limit(50000);
+        saved = large.SaveXml(path);
+    }
     EXPECT_FALSE(saved);
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList(QStringLiteral("document.xml")));
@@ -470,31 +440,31 @@ TEST(WholeDocumentLimits, InputSizeHoldsAtAndNotAbove)
     ASSERT_TRUE(document.SaveXml(path));
     const QString xml = document.GetXmlString();
     QByteArray bytes = document.GetBinaryRepresentationAsQByteArray();
-    ScopedLimits limits;
+    std::optional<LimitsInScope> inScope;
     PelLu300RouterInterfaceXml read;
     const QString sentence = QStringLiteral("The input is larger than the limit of %1 bytes.");
 
-    limits.change([&](Limits& changed) { changed.inputSize = xml.size(); });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inputSize = xml.size(); }));
     EXPECT_TRUE(read.SetXmlString(xml, false));
-    limits.change([&](Limits& changed) { changed.inputSize = xml.size() - 1; });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inputSize = xml.size() - 1; }));
     EXPECT_FALSE(read.SetXmlString(xml, false));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputTooLarge);
     EXPECT_EQ(IMKObject::GetLastFailure().text, sentence.arg(xml.size() - 1));
 
     const qint64 fileSize = QFile(path).size();
-    limits.change([&](Limits& changed) { changed.inputSize = fileSize; });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inputSize = fileSize; }));
     EXPECT_TRUE(read.LoadXml(path));
-    limits.change([&](Limits& changed) { changed.inputSize = fileSize - 1; });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inputSize = fileSize - 1; }));
     EXPECT_FALSE(read.LoadXml(path));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputTooLarge);
 
-    limits.change([&](Limits& changed) { changed.inputSize = bytes.size(); });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inputSize = bytes.size(); }));
     EXPECT_TRUE(read.SetBinaryRepresentation(bytes));
     {
         QDataStream stream(bytes);
         EXPECT_TRUE(read.SetBinaryRepresentation(stream));
     }
-    limits.change([&](Limits& changed) { changed.inputSize = bytes.size() - 1; });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inputSize = bytes.size() - 1; }));
     EXPECT_FALSE(read.SetBinaryRepresentation(bytes));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputTooLarge);
     QDataStream stream(bytes);
@@ -511,12 +481,12 @@ TEST(WholeDocumentLimits, InflatedSizeHoldsAtAndNotAbove)
     QByteArray compressed = document.GetCompressedBinaryRepresentationAsQByteArray(9);
     const qint64 size = document.GetBinaryRepresentationAsQByteArray().size();
     ASSERT_LT(compressed.size(), size / 10);
-    ScopedLimits limits;
+    std::optional<LimitsInScope> inScope;
     PelLu300RouterInterfaceXml read;
-    limits.change([&](Limits& changed) { changed.inflatedSize = size; });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inflatedSize = size; }));
     EXPECT_TRUE(read.SetBinaryRepresentation(compressed));
     EXPECT_TRUE(read == document);
-    limits.change([&](Limits& changed) { changed.inflatedSize = size - 1; });
+    inScope.emplace(limitsWith([&](Limits& limits) { limits.inflatedSize = size - 1; }));
     EXPECT_FALSE(read.SetBinaryRepresentation(compressed));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InflatedTooLarge);
     EXPECT_EQ(IMKObject::GetLastFailure().text,
@@ -531,8 +501,8 @@ TEST(WholeDocumentLimits, NestingDepthHoldsAtAndNotAbove)
             xml = QStringLiteral("<e%1>").arg(depth - i) + xml + QStringLiteral("</e%1>").arg(depth - i);
         return QStringLiteral("<PelLu300RouterInterfaceXml>%1</PelLu300RouterInterfaceXml>").arg(xml);
     };
-    ScopedLimits limits;
-    limits.change([](Limits& changed) { changed.nestingDepth = 10; });
+    std::optional<LimitsInScope> inScope;
+    inScope.emplace(limitsWith([](Limits& limits) { limits.nestingDepth = 10; }));
     PelLu300RouterInterfaceXml document;
     EXPECT_TRUE(document.SetXmlString(nested(9), false));
     EXPECT_TRUE(document.SetXmlString(nested(10), false));
@@ -541,9 +511,10 @@ TEST(WholeDocumentLimits, NestingDepthHoldsAtAndNotAbove)
     EXPECT_EQ(IMKObject::GetLastFailure().text,
               QStringLiteral("Elements are nested deeper than the limit of 10."));
     // Also inside a text.
-    EXPECT_FALSE(document.SetXmlString(
-        inMessage(QStringLiteral("<Type><a><b><c><d><e><f><g><h></h></g></f></e></d></c></b></a></Type>")),
-        false));
+    EXPECT_FALSE(
+        document.SetXmlString(inMessageOnLines(QStringLiteral(
+                                  "<Type><a><b><c><d><e><f><g><h></h></g></f></e></d></c></b></a></Type>")),
+                              false));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NestedTooDeep);
 }
 
@@ -552,12 +523,12 @@ TEST(WholeDocumentLimits, ListItemsHoldAtAndNotAboveInEveryForm)
     PelLu300RouterInterfaceXml document = sample();
     const QString xml = document.GetXmlString();
     QByteArray bytes = document.GetBinaryRepresentationAsQByteArray();
-    ScopedLimits limits;
+    std::optional<LimitsInScope> inScope;
     PelLu300RouterInterfaceXml read;
-    limits.change([](Limits& changed) { changed.listItems = 2; });
+    inScope.emplace(limitsWith([](Limits& limits) { limits.listItems = 2; }));
     EXPECT_TRUE(read.SetXmlString(xml, false));
     EXPECT_TRUE(read.SetBinaryRepresentation(bytes));
-    limits.change([](Limits& changed) { changed.listItems = 1; });
+    inScope.emplace(limitsWith([](Limits& limits) { limits.listItems = 1; }));
     const QString text = QStringLiteral("A list holds more items than the limit of 1.");
     EXPECT_FALSE(read.SetXmlString(xml, false));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::TooManyItems);
@@ -571,12 +542,12 @@ TEST(WholeDocumentLimits, ListItemsHoldAtAndNotAboveInEveryForm)
 
 TEST(WholeDocumentLimits, DoNotHoldForProcessXmlSetBinaryAndMerging)
 {
-    ScopedLimits limits;
-    limits.change([](Limits& changed) {
-        changed.listItems = 1;
-        changed.nestingDepth = 1;
-        changed.inputSize = 1;
-    });
+    std::optional<LimitsInScope> inScope;
+    inScope.emplace(limitsWith([](Limits& limits) {
+        limits.listItems = 1;
+        limits.nestingDepth = 1;
+        limits.inputSize = 1;
+    }));
     PelLu300RouterInterfaceXml read;
     readXml(read, xmlOf(sample()));
     EXPECT_TRUE(read == sample());
@@ -590,27 +561,11 @@ TEST(WholeDocumentLimits, DoNotHoldForProcessXmlSetBinaryAndMerging)
 
 // --- report
 
-namespace {
-
-QStringList lines(const ReadingReport& report)
-{
-    QStringList result;
-    for (const ReadingReport::Entry& entry : report.GetEntries())
-        result << QStringLiteral("%1 %2 %3 %4")
-                      .arg(entry.kind)
-                      .arg(entry.place.ToString(), entry.text,
-                           entry.place.path.section(QLatin1Char('/'), -1));
-    return result;
-}
-
-} // namespace
-
 TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsInSilence)
 {
-    Logged logged;
     ReadingReport report;
     PelLu300RouterInterfaceXml document;
-    document.SetLogger(logged.logger);
+    const Log log(document);
     const QString xml = QStringLiteral("<PelLu300RouterInterfaceXml version='1'>\n"
                                        "<PelLu300RouterMessage>\n"
                                        "<Type>Reply</Type>\n"
@@ -627,7 +582,7 @@ TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsInSilence)
                                        "</PelLu300RouterMessage></PelLu300RouterInterfaceXml>");
     ASSERT_TRUE(document.SetXmlString(xml, true));
     EXPECT_EQ(
-        lines(report),
+        lines(report, PathShown::LastStep),
         QStringList({QStringLiteral("3 1:1 The attribute version was ignored. PelLu300RouterInterfaceXml"),
                      QStringLiteral("2 4:1 Type came before; the last one counts. Type[2]"),
                      QStringLiteral("0 5:1 The element Unknown is not known in PelLu300RouterMessage and was "
@@ -640,7 +595,7 @@ TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsInSilence)
                      QStringLiteral("4 9:1 \"1 MHz\" is no number and was taken for 0.00. Frequency"),
                      QStringLiteral("7 11:1 \"Yes\" was taken for true. Success"),
                      QStringLiteral("5 13:1 -1 was taken for 4294967295. Port")}));
-    EXPECT_TRUE(logged.sink->GetEntries().isEmpty());
+    log.expectNothing();
 }
 
 TEST(WholeDocumentReport, NamesUnknownAndRepeatedBinaryEntriesWithOffsetAndPath)
@@ -654,7 +609,7 @@ TEST(WholeDocumentReport, NamesUnknownAndRepeatedBinaryEntriesWithOffsetAndPath)
     OstraInterfacePort port;
     ASSERT_TRUE(port.SetBinaryRepresentation(form));
     EXPECT_EQ(port.GetPort(), 7U);
-    EXPECT_EQ(lines(report),
+    EXPECT_EQ(lines(report, PathShown::LastStep),
               QStringList({QStringLiteral("1 offset 24 The entry with tag 0xdeadbeef is not known in "
                                           "OstraInterfacePort and was skipped. OstraInterfacePort"),
                            QStringLiteral("2 offset 34 Port came before; the last one counts. Port"),
