@@ -4,10 +4,11 @@
 
 #include "modelkit/Place.h"
 
-#include <QtCore/QHash>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamReader>
+
+#include <map>
 
 namespace MODELKIT {
 
@@ -39,7 +40,7 @@ private:
         QString step;
         qint64 line = 0;
         qint64 column = 0;
-        QHash<QString, int> children;
+        std::map<QString, int> children;
     };
 
     bool ReadToken();
