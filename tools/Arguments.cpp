@@ -80,7 +80,7 @@ private:
             keep(*option, QString());
     }
 
-    // One letter after the other; the rest behind an option with a value is the value.
+    // Letter by letter. The letters after an option that takes a value are its value.
     void readShortOptions(const QString& word)
     {
         for (int i = 1; i < word.size(); ++i) {
@@ -123,7 +123,7 @@ Arguments::Arguments(const CommandTable& table, const QStringList& words) : m_ta
     Reader(*this, words).read();
 }
 
-// --- what was given
+// --- values
 
 const OptionTable& Arguments::row(const char* name) const
 {
@@ -141,7 +141,7 @@ int Arguments::choiceIndex(const char* name) const
     return static_cast<int>(row(name).choices.indexOf(text(name)));
 }
 
-// --- what makes no sense
+// --- mistakes
 
 void Arguments::requireSense() const
 {

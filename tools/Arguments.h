@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The words behind a command, read by its table.
+/// The words after a command, read according to its table.
 #pragma once
 
 #include "CommandTables.h"
@@ -13,24 +13,24 @@
 
 namespace routermsg {
 
-/// What words give for the rows of a table. Options and arguments may stand in any order. Behind "--" all
-/// words are arguments; everywhere "-" is one, and so is a negative number.
+/// The values that words give to the rows of a table. Options and arguments may be in any order. All words
+/// after "--" are arguments. "-" and negative numbers are always arguments.
 class Arguments
 {
 public:
-    /// Reads all words; what makes no sense is told by requireSense().
+    /// Reads all words. requireSense() reports mistakes.
     Arguments(const CommandTable& table, const QStringList& words);
 
-    /// \name What was given for a row
-    /// The row is called by any of its names: "--quiet" or "-q", "FILE".
+    /// \name The values of a row
+    /// Any name of the row will do: "--quiet" or "-q", "FILE".
     /// \throws std::logic_error when the table has no such row
     /// @{
     bool isGiven(const char* name) const { return !texts(name).isEmpty(); }
     /// The value, or an empty text.
     QString text(const char* name) const { return texts(name).value(0); }
-    /// All values; of an option without value an empty text for each time it is given.
+    /// All values. An option that takes no value has an empty text for each time it is given.
     QStringList texts(const char* name) const;
-    /// The value as an enumerator, of a row whose choices are the names of the enumerators in their order.
+    /// The value as an enumerator. The choices of the row are the names of the enumerators, in order.
     template <class Enum>
     std::optional<Enum> choice(const char* name) const
     {
@@ -42,9 +42,9 @@ public:
     /// \name Mistakes
     /// \throws UsageError
     /// @{
-    /// When the words do not fit the table.
+    /// Throws if the words do not fit the table.
     void requireSense() const;
-    /// Says the text, and advises to look at the help of the command.
+    /// Throws the text and a hint to the help of the command.
     [[noreturn]] void refuse(const QString& text) const;
     /// @}
 
@@ -59,9 +59,9 @@ private:
     const CommandTable m_table;
     // By the last name of the row.
     QHash<QString, QStringList> m_values;
-    // What the table does not have.
+    // Words that do not fit any row.
     QStringList m_extras;
-    // The first option that has no value but needs one, or the other way round.
+    // About the first option that lacks its value, or has one although it takes none.
     QString m_mistake;
 };
 

@@ -18,7 +18,7 @@ namespace {
     throw UsageError(text + QStringLiteral(" Try: routermsg --help"));
 }
 
-// The first word is no command, and the word is no option of the program.
+// For a line that does not begin with a command, and a word in it that is not an option of the program.
 [[noreturn]] void refuse(const QString& word, const ProgramTable& program)
 {
     const QStringList commands = namesOf(program.commands);
@@ -28,7 +28,7 @@ namespace {
     const QString name = optionName(word);
     for (const CommandTable& command : program.commands)
         if (namesOf(command.options).contains(name))
-            refuse(QStringLiteral("The option %1 belongs behind the command.").arg(name));
+            refuse(QStringLiteral("The option %1 must follow the command.").arg(name));
     refuse(QStringLiteral("There is no option %1.%2").arg(name, DidYouMean(name, namesOf(program.options))));
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// From the words of a command line to the work.
+/// Running a command line.
 #pragma once
 
 #include "Arguments.h"
@@ -20,17 +20,17 @@ public:
     /// \param words without the name of the program
     explicit CommandLine(const QStringList& words);
 
-    /// As they were given; for the session.
+    /// The common options as given, for the session.
     CommonOptions commonOptions() const;
 
-    /// Does what the words say.
-    /// \throws UsageError when they make no sense
+    /// Runs the command.
+    /// \throws UsageError when the words are wrong
     /// \throws whatever the command throws
     Status run(Session& session) const;
 
 private:
     const QStringList m_words;
-    // Both or none.
+    // Both are set, or none.
     std::optional<Command> m_command;
     std::optional<Arguments> m_arguments;
 };

@@ -83,7 +83,7 @@ QStringList namesOf(const QVector<CommandTable>& commands)
 
 QString optionName(const QString& word) { return word.section(QLatin1Char('='), 0, 0); }
 
-// --- what is said of them
+// --- texts about them
 
 QString usage(const ProgramTable& program, const CommandTable& command)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The tables of commands and options, by which the words of a command line are read, and from which help,
-/// manual page and completions are made.
+/// The tables of commands and options. They determine how a command line is read; help, manual page and
+/// completions are made from them.
 #pragma once
 
 #include <QtCore/QPair>
@@ -11,24 +11,24 @@
 
 namespace routermsg {
 
-/// An option, or an argument, which has its place only.
+/// An option, or an argument, which is recognised by its position only.
 struct OptionTable
 {
     /// "-q" and "--quiet"; an argument has one name without dashes.
     QStringList names;
-    /// What the value is called; empty for an option without one.
+    /// The name of the value; empty for an option that takes none.
     QString value;
     QString text;
-    /// All values there are, if there are no others.
+    /// All values that are allowed; empty if they cannot be listed.
     QStringList choices = {};
-    /// Values that can be told beforehand, among others.
+    /// Values to suggest; others are allowed too.
     QStringList suggestions = {};
     bool isRepeatable = false;
     bool isRequired = false;
 
     bool takesValue() const { return !value.isEmpty(); }
     bool takesFile() const;
-    /// The values that can be told.
+    /// The values that a completion can offer.
     QStringList knownValues() const { return choices + suggestions; }
     /// The long name of an option that has several.
     QString lastName() const { return names.constLast(); }
@@ -37,13 +37,13 @@ struct OptionTable
 /// \name Rows of tables
 /// @{
 OptionTable flag(const QStringList& names, const QString& text);
-/// \param value what the value is called; "FILE" for a file
+/// \param value the name of the value; "FILE" for a file
 OptionTable option(const QStringList& names, const QString& value, const QString& text);
 /// An option that takes certain values only.
 OptionTable choice(const QStringList& names, const QString& value, const QStringList& choices,
                    const QString& text);
 OptionTable argument(const QString& name, const QString& value, const QString& text);
-/// The row, but it must be given, can be given several times, or has some values that can be told.
+/// The same row, but it must be given, can be given several times, or suggests values.
 /// @{
 OptionTable required(OptionTable row);
 OptionTable repeatable(OptionTable row);
@@ -72,11 +72,11 @@ struct CommandTable
     QString summary;
     QVector<OptionTable> arguments;
     QVector<OptionTable> options;
-    /// What else is to be known, under a title of its own.
+    /// Further notes, under their own title.
     QString notesTitle;
     QVector<Note> notes;
     QVector<Example> examples;
-    /// Whether it writes results, and so has the options about them.
+    /// Whether the command writes results and therefore has the options about results.
     bool hasCommonOptions = true;
 };
 
@@ -104,10 +104,10 @@ QStringList namesOf(const QVector<CommandTable>& commands);
 /// The option's name in a word such as "--format=json".
 QString optionName(const QString& word);
 
-/// A name and what it stands for.
+/// A name and its explanation.
 using Row = QPair<QString, QString>;
 
-/// \name What help, manual page and completions say alike
+/// \name Texts that several pages share
 /// @{
 QString usage(const ProgramTable& program);
 QString usage(const ProgramTable& program, const CommandTable& command);

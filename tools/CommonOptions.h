@@ -25,7 +25,7 @@ struct CommonOptions
 
 QVector<OptionTable> commonOptionRows();
 
-/// What was given for these rows; what makes no sense is taken for not given.
+/// The values given for these rows. A wrong value counts as not given.
 CommonOptions commonOptionsOf(const Arguments& arguments);
 
 } // namespace routermsg

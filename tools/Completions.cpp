@@ -27,7 +27,7 @@ QString inQuotes(QString text)
     return QLatin1Char('\'') + text.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
 }
 
-// What the parts become, one after the other.
+// make(part) of all parts, one after the other.
 template <class Parts, class Make>
 QString each(const Parts& parts, const Make& make)
 {

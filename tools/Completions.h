@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The completions of words for shells.
+/// Completion scripts for shells.
 #pragma once
 
 #include "CommandTables.h"
@@ -10,10 +10,10 @@
 
 namespace routermsg {
 
-/// The shells for which there are completions.
+/// The shells for which there are scripts.
 QStringList shells();
 
-/// The completion for a shell.
+/// The script for a shell.
 QString completion(const ProgramTable& program, const QString& shell);
 
 } // namespace routermsg

@@ -34,28 +34,28 @@ struct Finding
     };
 
     Severity severity = Error;
-    /// What the finding does to the exit status.
+    /// The exit status that the finding leads to.
     Status status = Found;
-    /// What is wrong, without the place, as the library says it; it may hold text from the document.
+    /// What is wrong, without the place, in the words of the library. It may quote the document.
     QString text;
-    /// The file is named as the user named it. For JSON the path is one such as "$.DF_Params.Frequency".
+    /// The file has the name that the user gave. A path in JSON looks like "$.DF_Params.Frequency".
     MODELKIT::Place place;
 
-    /// \a file counts when the failure does not know its file.
+    /// \a file is used if the failure does not name its file.
     static Finding of(const MODELKIT::Failure& failure, const QString& file);
     static Finding of(const ROUTERDOCUMENTS::DocumentError& error, const QString& file);
     /// A file that cannot be read or written.
     static Finding ofFile(const QString& file, const QString& text);
 
-    /// "file:line:column: error: text (in path)" or "file: offset N: error: text (in path)", without
-    /// what is not known; "routermsg:" stands for a place of which nothing is known. Safe to be shown.
-    /// Coloured as \a output wants it.
+    /// "file:line:column: error: text (in path)" or "file: offset N: error: text (in path)", without the
+    /// unknown parts. If nothing is known about the place, the line begins with "routermsg:". The line is
+    /// safe to show, and coloured if \a output has colours.
     QString toLine(const Output& output) const;
-    /// The members severity, text, file, line, column, offset and path, without those not known.
+    /// The members severity, text, file, line, column, offset and path, without the unknown ones.
     QJsonObject toJson() const;
 };
 
-/// Ends the work on a document.
+/// Thrown to end the work on a document.
 class Refusal : public std::exception
 {
 public:

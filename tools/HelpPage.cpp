@@ -28,7 +28,7 @@ public:
 
     void addLine(const QString& line) { m_text += line + QLatin1Char('\n'); }
 
-    // The texts stand in a column of their own when that leaves room for them.
+    // The texts have their own column, unless it would be too narrow.
     void addTable(const QString& title, const QVector<Row>& rows)
     {
         if (rows.isEmpty())
@@ -99,7 +99,7 @@ QString helpPage(const ProgramTable& program, int width)
     }
     page.addLine(QString());
     page.addParagraph(
-        QStringLiteral("%1 COMMAND --help tells more about a command, with examples.").arg(program.name));
+        QStringLiteral("%1 COMMAND --help explains a command, with examples.").arg(program.name));
     return page.text();
 }
 

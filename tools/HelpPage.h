@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The help.
+/// The help pages.
 #pragma once
 
 #include "CommandTables.h"
@@ -9,7 +9,7 @@
 
 namespace routermsg {
 
-/// The help for the program or one of its commands, made to fit.
+/// The help for the program or one of its commands, wrapped.
 /// \param width the number of columns; 0 for the usual 80
 QString helpPage(const ProgramTable& program, int width);
 QString helpPage(const ProgramTable& program, const CommandTable& command, int width);

@@ -17,7 +17,7 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-// --- what is wrong first --------------------------------------------------------------------
+// --- the first mistake ----------------------------------------------------------------------
 
 class FirstWrong
 {
@@ -103,7 +103,7 @@ private:
         m_output.writeLine(line);
     }
 
-    // The first byte of the part is marked.
+    // Marks the first byte of the part.
     void writeWrong(const QString& wrong, int indentation)
     {
         constexpr int placeWidth = 21;

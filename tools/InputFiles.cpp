@@ -54,7 +54,7 @@ QByteArray readAll(QFile& file, const QString& path)
 void addFilesIn(const QString& folder, QStringList& files)
 {
     const QDir dir(folder);
-    // Names only: there may be many.
+    // Only the names, because there may be many files.
     const QStringList names = dir.entryList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString& name : names) {
         const QString path = dir.filePath(name);
@@ -80,8 +80,7 @@ QByteArray readInput(const QString& path)
     }
     if (QFileInfo(path).isDir())
         refuseToRead(
-            path,
-            QStringLiteral("it is a folder without documents, whose names end in %1").arg(KnownEndings()));
+            path, QStringLiteral("it is a folder without files whose names end in %1").arg(KnownEndings()));
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         refuseToRead(path, file.errorString());
     return readAll(file, path);
@@ -108,7 +107,7 @@ QStringList filesAmong(const QStringList& paths)
         const auto before = files.size();
         if (QFileInfo(path).isDir())
             addFilesIn(path, files);
-        // A folder that holds nothing is left for reading to complain about.
+        // A folder without documents stays in the list: readInput() complains about it.
         if (files.size() == before)
             files += path;
     }

@@ -11,7 +11,7 @@
 
 namespace routermsg {
 
-/// How messages call a file: "<stdin>" for "-", otherwise as it was given.
+/// The name of a file in messages: "<stdin>" for "-", otherwise as given.
 QString inputName(const QString& path);
 
 /// The whole content of a file, or of standard input for "-".
@@ -20,16 +20,16 @@ QByteArray readInput(const QString& path);
 
 /// Reads a document whose root may be any record.
 /// \param path a file, or "-" for standard input
-/// \throws Refusal with the library's own text.
+/// \throws Refusal with the text of the library.
 ROUTERDOCUMENTS::Document load(const QString& path, const ROUTERDOCUMENTS::ReadingOptions& options = {});
 /// As above, from bytes.
-/// \param name how messages call them
+/// \param name the name of the file in messages
 ROUTERDOCUMENTS::Document parse(const QByteArray& bytes, const QString& name,
                                 const ROUTERDOCUMENTS::ReadingOptions& options = {});
 
-/// All files among the paths: files as given, of folders and the folders in them those whose ending
-/// stands for a form, in the order of their names. What is hidden is left out, links to folders too. A
-/// folder without such a file is left among them: readInput() says what is wrong with it.
+/// The files that the paths stand for. A folder stands for all files in it and below it whose ending belongs
+/// to a form, in the order of their names, without hidden files and without links to folders. A folder
+/// without such files stays in the list: readInput() says what is wrong with it.
 QStringList filesAmong(const QStringList& paths);
 
 } // namespace routermsg

@@ -80,7 +80,7 @@ Output::~Output()
     try {
         flush();
     } catch (const OutputError&) {
-        // Who wants to know flushes before.
+        // A caller who wants to know of errors flushes before.
     }
 }
 

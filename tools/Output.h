@@ -18,7 +18,7 @@ enum class Colour
     Never
 };
 
-/// What a piece of text is, which decides about its colour.
+/// The meaning of a piece of text, which determines its colour.
 enum class Style
 {
     Plain,
@@ -30,7 +30,7 @@ enum class Style
     Value,   ///< values of members
     Added,   ///< only in the second document
     Removed, ///< only in the first document
-    Faint    ///< what matters less: types, what is not set
+    Faint    ///< less important: types, members that are not set
 };
 
 /// The output cannot be written.
@@ -40,7 +40,7 @@ public:
     /// \param error the value of errno
     OutputError(const QString& name, int error);
 
-    /// Nobody reads the output any more; that is no reason to say anything.
+    /// Whether nobody reads the output any more. Then there is nothing to complain about.
     bool isBrokenPipe() const noexcept;
     const char* what() const noexcept override { return m_text.constData(); }
 
@@ -57,22 +57,22 @@ int writeAll(int descriptor, const QByteArray& bytes);
 class Output
 {
 public:
-    /// \param name how messages call it
+    /// \param name the name in messages
     Output(int descriptor, const QString& name, Colour colour);
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
-    /// Writes what is still kept; an error then goes unnoticed.
+    /// Writes what is still buffered. Errors are ignored.
     ~Output();
 
     /// \name Writing
-    /// What is written is kept until it is much, or on a terminal until the line ends.
+    /// Text is buffered, on a terminal only until its line ends.
     /// \throws OutputError
     /// @{
     void write(const QString& text);
     void writeLine(const QString& line = QString());
     void writeBytes(const QByteArray& bytes);
     void flush();
-    /// What writes text here, for those who know no output; good as long as the output.
+    /// A function that writes text here, for code that does not know this class. Valid as long as the output.
     std::function<void(const QString&)> writer()
     {
         return [this](const QString& text) { write(text); };
@@ -80,14 +80,14 @@ public:
     /// @}
 
     using Action = std::function<void()>;
-    /// What is shown on the terminal besides: \a aside puts it aside while it runs an action. Nothing when it
-    /// is empty.
+    /// Lets the output share the terminal with a progress display. To write, it calls \a aside, which hides
+    /// the display while it runs the action. Empty: there is no display.
     void setAside(const std::function<void(const Action&)>& aside) { m_aside = aside; }
 
     bool isTerminal() const { return m_isTerminal; }
-    /// The columns of the terminal; 0 when it is none, and nothing needs to be made to fit.
+    /// The number of columns of the terminal; 0 if this is not a terminal.
     int width() const;
-    /// The text in the style's colour, or as it stands when the output has no colours.
+    /// The text in the style's colour, or unchanged if the output has no colours.
     QString paint(Style style, const QString& text) const;
 
 private:

@@ -29,16 +29,15 @@ QVector<Section> sections()
     return {
         {QStringLiteral("Forms"),
          {QStringLiteral(
-              "A document has one of the forms %1. Reading recognises them by the content, writing "
-              "goes by the ending of the file's name: %2.")
+              "A document has one of the forms %1. When a file is read, its content tells the form; when "
+              "it is written, the ending of its name does: %2.")
               .arg(Enumerated(FormNames()), KnownEndings()),
-          QStringLiteral("JSON is the form that loses nothing; the others carry decimal numbers with two "
-                         "decimals.")}},
+          QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
         {QStringLiteral("Exit status"),
          {QStringLiteral("0 when all is well; 1 when a document is not valid or documents differ; 2 when the "
-                         "command line makes no sense or a file cannot be read or written.")}},
+                         "command line is wrong or a file cannot be read or written.")}},
         {QStringLiteral("Environment"),
-         {QStringLiteral("NO_COLOR: when it is set and not empty, --color auto means never.")}}};
+         {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
 }
 
 } // namespace

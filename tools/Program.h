@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The program as a whole: its commands and what else there is to be told of it.
+/// The program as a whole: its commands, its options and the texts about it.
 #pragma once
 
 #include "CommandTables.h"
@@ -8,7 +8,7 @@
 
 namespace routermsg {
 
-/// All commands, with all their options, in the order in which they are told.
+/// All commands with all their options, in the order in which the help lists them.
 QVector<Command> commands();
 
 /// All tables.

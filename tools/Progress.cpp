@@ -20,7 +20,7 @@ namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
-// A thread of its own draws the bar: a step may take long.
+// A separate thread draws the bar, because a step may take long.
 class ProgressBar
 {
 public:
@@ -57,7 +57,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    // Signals are for the main thread, which may hold them back.
+    // The thread blocks all signals: they are for the main thread, which may hold them back.
     std::thread startThread()
     {
         sigset_t all;
@@ -91,7 +91,7 @@ private:
                                  .arg(m_total)
                                  .arg(seconds)
                                  .arg(Printable(m_name));
-        // Without wrapping the terminal itself cuts off what is too long.
+        // Line wrapping is off meanwhile, so that the terminal cuts off a text that is too long.
         writeAll(m_descriptor, "\r\033[K\033[?7l" + text.toUtf8() + "\033[?7h");
         m_isVisible = true;
     }

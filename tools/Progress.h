@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// How far the work is.
+/// The progress display.
 #pragma once
 
 #include <QtCore/QString>
@@ -12,8 +12,8 @@ namespace routermsg {
 class ProgressBar;
 class Session;
 
-/// Shows how far the work is, on standard error if that is a terminal, as soon as it takes longer than a
-/// second. What is written meanwhile is not mixed up with it.
+/// Shows how far the work is, as soon as it takes longer than a second, if standard error is a terminal.
+/// Output that is written meanwhile does not mix with it.
 ///
 /// \code
 /// Progress progress(session, files.size());
@@ -29,10 +29,10 @@ public:
     Progress(Session& session, int total);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    /// Wipes it off.
+    /// Removes the display.
     ~Progress();
 
-    /// A step begins.
+    /// Begins a step.
     /// \param name what it works on
     void next(const QString& name);
 

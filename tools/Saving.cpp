@@ -26,13 +26,12 @@ Form formFor(const QString& path)
         return Form::Xml;
     if (const auto form = FormOfFileName(path))
         return *form;
-    throw UsageError(
-        QStringLiteral("The name %1 does not tell the form to write. Give it one of the endings %2, "
-                       "or name the form with --to: %3.")
-            .arg(path, KnownEndings(), Enumerated(FormNames())));
+    throw UsageError(QStringLiteral("The name %1 does not tell the form to write. Use one of the endings %2, "
+                                    "or name the form with --to: %3.")
+                         .arg(path, KnownEndings(), Enumerated(FormNames())));
 }
 
-// JSON carries everything, so two documents are the same when it is.
+// JSON carries everything: documents with the same JSON are the same.
 bool isCarriedBy(const QByteArray& bytes, Form form, const MODELKIT::IMKObject& record)
 {
     if (form == Form::Json)
@@ -50,7 +49,8 @@ Finding lossIn(const Target& target)
     finding.severity = Finding::Warning;
     finding.text =
         QStringLiteral(
-            "The %1 form does not carry everything: what is read from it differs. JSON carries all.")
+            "The %1 form does not carry everything: reading it back gives a different document. JSON "
+            "carries everything.")
             .arg(NameOf(target.form));
     finding.place.file = outputName(target.path);
     return finding;
@@ -67,7 +67,7 @@ void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
     out.write(form == Form::Xml ? ShowableXml(text) : ShowableJson(text));
 }
 
-// Holds back the signals that end the program, so that they do not leave half of something behind.
+// Holds back the signals that end the program, so that they do not interrupt the writing of a file.
 class Uninterrupted
 {
 public:

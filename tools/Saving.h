@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Saving a document and telling the user of it.
+/// Saving a document and reporting it.
 #pragma once
 
 #include "Session.h"
@@ -16,17 +16,17 @@
 
 namespace routermsg {
 
-/// "<stdout>" for "-", otherwise as it was given.
+/// The name of a file in messages: "<stdout>" for "-", otherwise as given.
 QString outputName(const QString& path);
 
-/// Where a document goes to.
+/// Where a document is written to, and in which form.
 struct Target
 {
     QString path;
     ROUTERDOCUMENTS::Form form = ROUTERDOCUMENTS::Form::Xml;
 
-    /// Without \a form the ending of the path tells it; for "-" it is XML.
-    /// \throws UsageError when it does not.
+    /// Without \a targetForm the ending of the path tells the form; "-" means XML.
+    /// \throws UsageError when the ending does not tell it.
     Target(const QString& targetPath, const std::optional<ROUTERDOCUMENTS::Form>& targetForm);
 };
 
@@ -36,7 +36,7 @@ struct FileSummary
     QString name;
     ROUTERDOCUMENTS::Form form = ROUTERDOCUMENTS::Form::Xml;
     qint64 size = 0;
-    /// Whether the form carries all that the document holds; for one that was written.
+    /// Whether the form carries everything in the document; only for one that was written.
     std::optional<bool> isComplete = std::nullopt;
 
     /// "request.xml (xml, 371 bytes)"
@@ -45,21 +45,21 @@ struct FileSummary
     QJsonObject toJson() const;
 };
 
-/// The record in a form; files of that form hold the same bytes.
-/// \param name how messages call what is to be written
+/// The record in a form, as it is written to a file.
+/// \param name the name of the file in messages
 /// \throws Refusal when the record does not pass its validation or the form cannot carry a text.
 QByteArray encode(MODELKIT::IMKObject& record, ROUTERDOCUMENTS::Form form, const QString& name);
 
-/// Writes the document to a file, which changes at once or not at all, or for "-" to standard output. What
-/// could steer a terminal is escaped there by the means of the form. Warns when its form does not carry
+/// Writes the document to a file, which is replaced as a whole or not at all, or for "-" to standard output.
+/// On a terminal, control characters are written as escapes of the form. Warns if the form does not carry
 /// everything.
 ///
 /// \throws Refusal when the record does not pass its validation, the form cannot carry a text or the file
 /// cannot be written, or for binary bytes on a terminal.
 FileSummary save(MODELKIT::IMKObject& record, const Target& target, Session& session);
 
-/// Tells of the work that ends with a saved document, as text or JSON. The report goes to standard error
-/// when the document went to standard output, and is then left out unless it is wanted as JSON.
+/// Writes a report about a saved document, as text or JSON. If the document went to standard output, the
+/// JSON goes to standard error and the text is left out.
 void reportSaving(const QString& text, const QJsonObject& json, const Target& target, Session& session);
 
 } // namespace routermsg

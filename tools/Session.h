@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// What a command runs in.
+/// The environment of a command.
 #pragma once
 
 #include "CommonOptions.h"
@@ -12,7 +12,7 @@
 
 namespace routermsg {
 
-/// What a command runs in.
+/// The environment of a command.
 class Session
 {
 public:
@@ -26,7 +26,7 @@ public:
     /// Messages about the work itself.
     Output& err() { return m_err; }
 
-    /// Writes a result as indented JSON. Nothing in it can steer a terminal.
+    /// Writes a result as indented JSON that is safe to show on a terminal.
     void writeJson(const QJsonObject& result) { writeJson(result, m_out); }
     void writeJson(const QJsonObject& result, Output& output);
     /// Writes "routermsg: text" to standard error; the text is made printable.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// What to write instead of a word that is not understood.
+/// Suggestions for words that are not understood.
 #pragma once
 
 #include <QtCore/QString>
@@ -8,10 +8,10 @@
 
 namespace routermsg {
 
-/// " Possible are a, b and c."
+/// " The choices are a, b and c."
 QString possible(const QStringList& words);
 
-/// " Did you mean X?" with the closest of the words, or nothing. A "=" at their end does not count.
+/// " Did you mean X?" with the closest of the words, or nothing. A "=" at the end of a word is ignored.
 QString didYouMeanWord(const QString& word, const QStringList& words);
 
 } // namespace routermsg

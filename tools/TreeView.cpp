@@ -38,7 +38,7 @@ private:
             else
                 unset += member;
         }
-        // Of a choice that is made the others are not missing.
+        // A choice carries one member: the others are not missing.
         if (!unset.isEmpty() && !(info.IsChoice() && unset.size() < info.GetMembers().size()))
             writeUnset(unset, info.IsChoice(), depth);
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// A record as an indented tree with types, and with what is not set.
+/// A record as an indented tree, with types and with the members that are not set.
 #pragma once
 
 #include "modelkit/IMKObject.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// A command line that makes no sense.
+/// A mistake in the command line.
 #pragma once
 
 #include <QtCore/QByteArray>

@@ -14,11 +14,11 @@ using namespace routermsg;
 
 namespace {
 
-// Whatever the user's language: names and texts are in UTF-8.
+// Names and texts are in UTF-8, whatever the user's locale.
 void useUtf8() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
 
-// A standard stream that was closed would become the next file that is opened. Nothing can be read from
-// or written to what stands in for it.
+// The next file that is opened would take the place of a closed standard stream. The null device takes it
+// instead, opened in the wrong direction, so that reading or writing fails as before.
 void occupyStandardStreams()
 {
     const auto occupy = [](int descriptor, int mode) {
@@ -30,7 +30,7 @@ void occupyStandardStreams()
     occupy(STDERR_FILENO, O_RDONLY);
 }
 
-// The program says itself what is wrong.
+// The program has its own messages for everything that goes wrong.
 void ignoreQtMessages()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});

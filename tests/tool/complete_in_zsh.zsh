@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-# complete_in_zsh.zsh FOLDER LINE...: the words that zsh offers at the end of each line, with the completion functions
-# of the folder. Completion works in an interactive shell only, so that there is a second zsh at a terminal of its own.
+# complete_in_zsh.zsh FOLDER LINE...: prints the words that zsh offers at the end of each line, with the completion
+# functions of the folder. Completion works only in an interactive shell, so a second zsh runs on its own terminal.
 zmodload zsh/zpty || exit
 
-# wait_for FILE: which the second shell makes.
+# wait_for FILE: waits until the second shell has made the file.
 wait_for() {
     repeat 600; do
         [[ ! -e $1 ]] || return 0
@@ -20,7 +20,7 @@ END
 cat >>setup <<'END'
 autoload -Uz compinit
 compinit -u -d compdump
-# All words that are offered come this way; with these options it only asks which would be.
+# All offered words pass through compadd. With the options -O, -A and -D it offers nothing.
 compadd() {
     if (( ! ${@[(I)-[OAD]*]} )); then
         local -a words

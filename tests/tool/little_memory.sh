@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-# Sourced by cases: commands that must get along with little memory.
+# Functions for cases, about commands that need little memory however many documents there are.
 
-# make_documents: ten documents in the folder few, ten thousand in the folder many, and all those in one, as far as
-# their size goes, in whole.xml. They are 1027 bytes long each.
+# make_documents: makes ten documents in the folder few, ten thousand in the folder many, and one document as large as
+# all of those together, whole.xml. Each small document has 1027 bytes.
 make_documents() {
     local i
     mkdir few many
@@ -39,12 +39,12 @@ least_memory() {
     echo $enough
 }
 
-# with_little_memory COMMAND...: runs "COMMAND... many" with as much memory as "COMMAND... few" needs, and what the
-# names of the files take. It is too little for the bytes of the documents: the command fails with all in one.
+# with_little_memory COMMAND...: runs "COMMAND... many" with the memory that "COMMAND... few" needs, plus some for the
+# names of the files. That is too little for the bytes of all documents: "COMMAND... whole.xml" must fail.
 with_little_memory() {
     local least memory
     if ! least=$(least_memory "$@" few); then
-        # As under sanitizers.
+        # Sanitizers, for example, reserve a large address space.
         echo "No program gets along with little address space." >&2
         exit 77
     fi

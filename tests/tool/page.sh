@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Compares the page about the program with what the program says of itself:
+# Compares the page about the program with the help of the program:
 #
 #     page.sh [--update] PROGRAM PAGE
 #
-# The table of commands must be that of the program. Each command has a section, in which its usage stands with all
-# its options and arguments, but for the options that stand in the section "Options of all commands".
+# The table of commands must be that of the program. Each command needs a section with its usage, which must have all
+# arguments and all options, except those in the section "Options of all commands".
 #
-# --update writes the table, and tells what else is to be written.
+# --update writes the table, and says what else is missing.
 set -euo pipefail
 
 update=no
@@ -24,7 +24,7 @@ complain() {
     failed=1
 }
 
-# help_of COMMAND TITLE: the lines of that part of its help, without the indentation.
+# help_of COMMAND TITLE: the lines of that part of the help, without the indentation.
 help_of() {
     "$program" ${1:+"$1"} --help | awk -v title="$2:" '$0 == title { inside = 1; next } /^$/ { inside = 0 } inside' |
         sed 's/^  //'
@@ -50,7 +50,7 @@ table() {
     done < <(help_of '' Commands)
 }
 
-# check_option COMMAND USAGE NAME... [VALUE]: unless it is one of all commands, it stands in the usage.
+# check_option COMMAND USAGE NAME... [VALUE]: complains unless the option is in the usage or one of all commands.
 check_option() {
     local command=$1 usage=$2 name value=
     shift 2
@@ -87,7 +87,7 @@ if [ $update = yes ]; then
     cp "$new" "$page"
     rm "$new"
 fi
-diff -u --label "$page" --label 'the commands there are' \
+diff -u --label "$page" --label 'the commands of the program' \
     <(sed -n "/^$begin\$/,/^$end\$/p" "$page") <(echo "$begin" && table && echo "$end") || failed=1
 for command in $(commands); do
     check_section "$command"

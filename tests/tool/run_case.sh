@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Runs the program as a user does and compares all that comes out:
+# Runs the program as a user does and compares all its output with the expected one:
 #
 #     run_case.sh [--update] [--quick] [--locale LOCALE FOLDER] PROGRAM DOCUMENTS CASE...
 #
@@ -10,14 +10,14 @@
 #     status   the exit status
 # The commands run in an empty folder with $ROUTERMSG, the program, $DOCUMENTS, the example documents,
 # $CASE, the folder of the case, and $SUPPORT, this folder; the last three are links, so that the paths in messages
-# are always the same. With the status 77 they say that they cannot be run here, and on standard error why.
+# are always the same. Commands that cannot run on this machine exit with status 77 and say why on standard error.
 #
-# --update keeps what comes out as what is expected. Read it before you commit it.
+# --update makes the output the expected one. Read it before you commit it.
 #
 # --quick leaves out the cases that begin with the line "# slow": they take seconds.
 #
-# --locale runs the program, and nothing but the program, under a locale, which it makes in the folder. What is
-# expected stays the same.
+# --locale runs the program, but not the commands around it, under a locale, which is made in the folder. The
+# expected output is the same.
 set -uo pipefail
 
 support=$(dirname "$(realpath "$0")")
@@ -42,7 +42,7 @@ program=$(realpath "$1")
 documents=$(realpath "$2")
 shift 2
 
-# make_locale: compiles it. Its decimal comma shows that it is in force.
+# make_locale: compiles the locale. Its decimal comma shows that it works.
 make_locale() {
     local language=${locale%%.*} encoding=${locale#*.}
     mkdir -p "$locales" && locales=$(realpath "$locales")
@@ -50,7 +50,7 @@ make_locale() {
     [ "$(LOCPATH=$locales LC_ALL=$locale locale decimal_point)" = , ]
 }
 
-# in_locale FOLDER: puts a program into the folder that runs the program under the locale.
+# in_locale FOLDER: makes a script routermsg in the folder that runs the program under the locale.
 in_locale() {
     cat >"$1/routermsg" <<END
 #!/bin/sh
@@ -59,7 +59,7 @@ END
     chmod +x "$1/routermsg"
 }
 
-# run FOLDER CASE: leaves out, err and status in the folder.
+# run FOLDER CASE: runs the commands. The files out, err and status are in the folder afterwards.
 run() {
     local routermsg=$program
     mkdir "$1/work"
@@ -102,7 +102,7 @@ compare() {
 }
 
 if [ "$locale" ] && ! make_locale; then
-    echo "There is no locale $locale; the Debian package locales has what it is made from." >&2
+    echo "There is no locale $locale; its sources are in the Debian package locales." >&2
     exit $skipped
 fi
 cases=()

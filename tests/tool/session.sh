@@ -19,7 +19,7 @@ page=$3
 # Lines of text.
 say() { printf '\n%s\n' "$@"; }
 
-# run COMMAND: shows the command and all that comes out.
+# run COMMAND: shows the command and its output.
 run() {
     local status
     printf '\n```console\n$ %s\n' "$1"
@@ -33,31 +33,31 @@ session() {
     cat <<'END'
 # A first session with routermsg
 
-What follows was typed in a folder from which `examples/documents` can be reached, one command after the
-other. All commands and options stand in [routermsg.md](routermsg.md).
+The commands below were typed one after the other, in a folder that contains `examples/documents`.
+[routermsg.md](routermsg.md) describes all commands and options.
 END
     say 'What is in a document?'
     run 'routermsg show examples/documents/request-tuning.xml'
-    say 'Is it valid? Are all of them?'
+    say 'Is it valid? Are all documents valid?'
     run 'routermsg check examples/documents/request-tuning.xml'
     run 'routermsg check --quiet examples/documents && echo "nothing to complain about"'
-    say 'Some things are read without a word although they are not quite right. `--strict` tells:'
+    say 'Some things are accepted silently although they are not quite right. `--strict` shows them:'
     run 'routermsg check --strict examples/documents/event-three-decimals.xml'
-    say 'When something is wrong, the message says where, as compilers do; editors jump there.'
+    say 'When something is wrong, the message begins with the place, as in compilers; editors can jump there.'
     run 'sed s/Request/Demand/ examples/documents/request-tuning.xml > demand.xml'
     run 'routermsg check demand.xml'
-    say 'Routers also speak binary. The ending of the name decides, or `--to` does.'
+    say 'Routers also use a binary form. The ending of the file name selects it, or the option `--to`.'
     run 'routermsg convert examples/documents/request-acquire-mastership.xml request.bin'
     say 'What do the bytes mean?'
     run 'routermsg show --hex request.bin'
-    say 'JSON is for scripts, and loses nothing. `-` is standard output.'
+    say 'JSON is good for scripts and loses nothing. `-` is standard output.'
     run 'routermsg convert request.bin - --to json'
     say 'A document can be made from words, without an editor:'
     run 'routermsg new Request MessageID=2 AcquireMastership DF_Params Frequency=98.5e6 Bandwidth=15000'
-    say 'Words are guarded against mistakes, and so are options and commands.'
+    say 'Mistakes in words, options and commands are explained.'
     run 'routermsg new Request MessageID=2 AquireMastership'
     run 'routermsg new Request Port=5000'
-    say 'Put it into a file; the ending tells the form again.'
+    say 'Write it to a file; the ending selects the form again.'
     run 'routermsg new Request MessageID=2 AcquireMastership -o second.bin'
     say 'Where do two documents differ? Their forms do not matter.'
     run 'routermsg diff examples/documents/request-acquire-mastership.xml second.bin'

@@ -25,7 +25,7 @@ using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
-// --- what makes no sense to send ------------------------------------------------------------
+// --- records that nobody sends --------------------------------------------------------------
 
 // These lists are kept by hand. If they followed from the tables of the records, a new optional member would
 // make old documents incomplete.
@@ -144,7 +144,7 @@ void addAcceptedInSilence(const MODELKIT::ReadingReport& report, Verdict& verdic
         return;
     Finding finding;
     finding.severity = Finding::Warning;
-    finding.text = QStringLiteral("%1 more such things are not listed.").arg(report.GetDropped());
+    finding.text = QStringLiteral("%1 more such warnings are not listed.").arg(report.GetDropped());
     finding.place.file = verdict.file;
     verdict.findings += finding;
 }
@@ -170,7 +170,7 @@ Verdict examine(const QString& path, bool strict)
 
 // --- all documents --------------------------------------------------------------------------
 
-/// Writes the verdicts one by one: there may be many.
+/// Writes the verdicts one by one, because there may be many.
 class Report
 {
 public:
@@ -288,12 +288,13 @@ Command checkCommand()
     table.arguments = {inputsArgument()};
     table.options = {
         flag({"--strict"},
-             "Also find what is accepted in silence: what is unknown or repeated, numbers that are none "
-             "or lose digits, attributes, and what is not set although it should be.")};
+             "Also find what is accepted silently: what is unknown or repeated, texts that are not numbers, "
+             "numbers that lose digits, attributes, and members that should be set.")};
     table.examples = {
         {"routermsg check request.xml", "One document."},
-        {"routermsg check --quiet recordings", "Only what is wrong among the documents of a folder."},
-        {"routermsg check --strict request.xml", "Also what a reader accepts without a word."}};
+        {"routermsg check --quiet recordings",
+         "All documents of a folder, without a line for the valid ones."},
+        {"routermsg check --strict request.xml", "With warnings of what is accepted silently."}};
     return {table, check};
 }
 

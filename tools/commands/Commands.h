@@ -12,14 +12,14 @@ namespace routermsg {
 struct Command
 {
     CommandTable table;
-    /// Does its work.
-    /// \throws UsageError when the arguments make no sense together
+    /// Runs the command.
+    /// \throws UsageError when the arguments do not fit together
     /// \throws Refusal when something is wrong with a document
     Status (*run)(const Arguments& arguments, Session& session);
 };
 
-// All commands, in the order in which they are told. A file of its own, such as ConvertCommand.cpp, defines
-// each function.
+// All commands, in the order in which the help lists them. Each function is defined in its own file, such as
+// ConvertCommand.cpp.
 #define COMMANDS(ROW) \
     ROW(convert)      \
     ROW(check)        \

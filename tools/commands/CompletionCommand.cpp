@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command `completion`: the completion of words for a shell.
+// The command `completion`: the completion script for a shell.
 
 #include "Commands.h"
 #include "Completions.h"
@@ -24,9 +24,9 @@ Command completionCommand()
 
     CommandTable table;
     table.name = "completion";
-    table.summary = "Write the completion of words for a shell.";
+    table.summary = "Write the completion script for a shell.";
     table.arguments = {shell};
-    table.examples = {{"source <(routermsg completion bash)", "Have it in this bash."}};
+    table.examples = {{"source <(routermsg completion bash)", "Load it into the running bash."}};
     table.hasCommonOptions = false;
     return {table, writeCompletion};
 }

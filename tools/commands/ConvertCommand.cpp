@@ -41,8 +41,8 @@ Command convertCommand()
         required(argument("IN", fileValue(), "The document to read, or - for standard input.")),
         required(argument("OUT", fileValue(), "The file to write, or - for standard output."))};
     table.options = {
-        formOption("--from", "The form of IN; otherwise its content tells it."),
-        formOption("--to", "The form of OUT; otherwise its ending tells it, and it is xml for -."),
+        formOption("--from", "The form of IN. Without it, the content tells the form."),
+        formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml."),
         flag({"--invalid"}, "Convert the document even if it is not valid.")};
     table.examples = {
         {"routermsg convert request.xml request.bin", "From XML to the binary form."},

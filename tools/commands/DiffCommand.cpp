@@ -143,13 +143,13 @@ Command diffCommand()
     table.summary = "Show where two documents differ, whatever their forms.";
     table.arguments = {required(argument("A", fileValue(), "The first document, or - for standard input.")),
                        required(argument("B", fileValue(), "The second document, or - for standard input."))};
-    table.options = {repeatable(
-        option({"--ignore"}, "PATH",
-               "A member that does not count, as a path of names such as MessageID, DF_Params/Frequency or "
-               "Fragment[2]; can be given several times."))};
+    table.options = {
+        repeatable(option({"--ignore"}, "PATH",
+                          "A member to ignore, as a path of names such as MessageID, DF_Params/Frequency or "
+                          "Fragment[2]; can be given several times."))};
     table.examples = {
         {"routermsg diff before.xml after.bin", "Member by member."},
-        {"routermsg diff a.xml b.xml --ignore MessageID", "Two messages that may have different numbers."}};
+        {"routermsg diff a.xml b.xml --ignore MessageID", "Two messages whose numbers do not matter."}};
     return {table, diff};
 }
 

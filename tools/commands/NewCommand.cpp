@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command `new`: a document from words on the command line; NewWords.h tells what they mean.
+// The command `new`: a document from words on the command line. NewWords.h explains the words.
 
 #include "Commands.h"
 #include "NewWords.h"
@@ -58,8 +58,8 @@ OptionTable wordsArgument()
         argument(
             "WORD", "WORD",
             "Names of records, values as Member=value, and names of enumerators, in order. A value belongs "
-            "to the record that was named last, or to one around it. What is around a record comes by "
-            "itself.")));
+            "to the record that was named last, or to one that contains it. The records that contain a "
+            "named one are made automatically.")));
 }
 
 QVector<Note> wordNotes()
@@ -80,11 +80,11 @@ Command newCommand()
     table.summary = "Make a document from words.";
     table.arguments = {wordsArgument()};
     table.options = {
-        option({"-o", "--output"}, fileValue(), "The file to write; otherwise, and for -, standard output."),
+        option({"-o", "--output"}, fileValue(), "The file to write. Without it, or for -, standard output."),
         formOption("--to",
-                   "The form to write; otherwise the ending of the file tells it, and it is xml for -."),
+                   "The form to write. Without it, the ending of the file tells the form; - means xml."),
         suggesting(recordNames(),
-                   option({"--root"}, "RECORD", "The record to make; otherwise a whole document."))};
+                   option({"--root"}, "RECORD", "The record to make. Without it, a whole document."))};
     table.notesTitle = "Words";
     table.notes = wordNotes();
     table.examples = {

@@ -30,7 +30,7 @@ namespace {
 
 bool isList(const MemberInfo& member) { return member.GetKind() == MemberInfo::List; }
 
-// Calls visit(record class, member) for every member there is, each record class once.
+// Calls visit(record class, member) for the members of every record class.
 template <class Visit>
 void forEachMember(const Visit& visit)
 {
@@ -87,7 +87,7 @@ QVariant booleanOf(const QString& text)
     return text == QLatin1String("false") ? QVariant(false) : QVariant();
 }
 
-// Not valid when the text is no value of the member.
+// Invalid if the text is not a value of the member.
 QVariant valueOf(const MemberInfo& member, const QString& text)
 {
     bool isNumber = false;
@@ -113,10 +113,10 @@ QVariant valueOf(const MemberInfo& member, const QString& text)
     return QVariant();
 }
 
-// --- what is to be built --------------------------------------------------------------------
+// --- plans of records -----------------------------------------------------------------------
 
-/// A record to be built. List items are copied when they are appended, so all is known before the first
-/// record is made.
+/// A record to be built. The plan is complete before the first record is made, because appending copies a
+/// list item.
 struct Plan
 {
     explicit Plan(const RecordInfo& recordClass) : info(recordClass) {}
@@ -131,10 +131,10 @@ struct Plan
                            [&](const auto& value) { return value.first == &member; });
     }
 
-    /// Whether the choice is made.
+    /// Whether this is a choice that has its member already.
     bool isFull() const { return info.IsChoice() && !owned.empty(); }
 
-    /// A new item of a list; a nested record, which there is once.
+    /// A new item of a list, or the one nested record of the member.
     Plan& own(const MemberInfo& member)
     {
         const auto found = std::find_if(owned.begin(), owned.end(),
@@ -214,8 +214,8 @@ public:
 private:
     // --- records
 
-    // From the record that was named last outwards, the first one that owns such a record, be it through
-    // others.
+    // Searches from the record that was named last outwards for one that can own such a record, directly or
+    // through others.
     bool openRecord(const QString& name)
     {
         const Predicate holds = [&](const MemberInfo& member) {
@@ -242,8 +242,8 @@ private:
         const MemberInfo* member;
     };
 
-    // From the record that was named last outwards, the first member for which the predicate holds. Below a
-    // record it is looked for only where there is no choice to be made.
+    // Searches from the record that was named last outwards for a member for which the predicate holds. The
+    // search does not go down into lists and choices: it is not clear which item or payload is meant.
     std::optional<Found> findMember(const Predicate& holds)
     {
         for (auto depth = m_open.size(); depth-- > 0;) {
@@ -315,8 +315,8 @@ private:
                 names += member.GetName();
         });
         names.removeDuplicates();
-        throw UsageError(QStringLiteral("There is no member %1.%2 Possible are %3.")
-                             .arg(Quoted(name), DidYouMean(name, names), Enumerated(names)));
+        throw UsageError(QStringLiteral("There is no member %1.%2%3")
+                             .arg(Quoted(name), DidYouMean(name, names), possible(names)));
     }
 
     [[noreturn]] void refuseWord(const QString& word) const
@@ -331,11 +331,11 @@ private:
         const QStringList words = possibleWords();
         if (words.contains(word + QLatin1Char('=')))
             throw UsageError(QStringLiteral("%1 needs a value: %1=...").arg(word));
-        throw UsageError(QStringLiteral("The word %1 is not known.%2 Possible are %3.")
-                             .arg(Quoted(word), didYouMeanWord(word, words), Enumerated(words)));
+        throw UsageError(QStringLiteral("The word %1 is not known.%2%3")
+                             .arg(Quoted(word), didYouMeanWord(word, words), possible(words)));
     }
 
-    // The word belongs to records of which none is at hand.
+    // The word belongs to records that are not open here.
     [[noreturn]] void refuseElsewhere(const QString& name, const QStringList& owners,
                                       const QString& word) const
     {
@@ -359,7 +359,7 @@ private:
     }
 
     Plan m_root;
-    /// The record that was named last, behind those that own it.
+    /// The records that own each other, from the root to the one that was named last.
     std::vector<Plan*> m_open;
 };
 

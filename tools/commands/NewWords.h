@@ -2,8 +2,8 @@
 /// \file
 /// Records from words.
 ///
-/// The words are names of records, `Member=value` and names of enumerators. They are understood one after
-/// the other and belong to the record that was named last or to one that owns it:
+/// The words are names of records, `Member=value` and names of enumerators. They are read in order. A value
+/// belongs to the record that was named last, or to one that owns it:
 ///
 ///     Request MessageID=7 AcquireMastership DF_Params Frequency=98.5e6
 #pragma once
@@ -19,7 +19,7 @@
 
 namespace routermsg {
 
-/// The record that the words describe. It has its validation switched on.
+/// The record that the words describe, with validation switched on.
 /// \throws UsageError when a word is not understood.
 /// \throws MKException what the record's setters throw.
 std::unique_ptr<MODELKIT::IMKObject> build(const PELLU300ROUTERINTERFACEXML::RecordInfo& root,
@@ -28,10 +28,10 @@ std::unique_ptr<MODELKIT::IMKObject> build(const PELLU300ROUTERINTERFACEXML::Rec
 /// The names of all records.
 QStringList recordNames();
 
-/// All words there are; those for members end with "=".
+/// All possible words. Those that need a value end with "=".
 QStringList possibleWords();
 
-/// The words that a record understands, to be read by people.
+/// The words that a record understands, for people.
 struct RecordWords
 {
     QString record;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Options and arguments that several commands have: their rows, and what was given for them.
+/// Options and arguments that several commands have: their rows and their values.
 #pragma once
 
 #include "Arguments.h"
@@ -22,7 +22,7 @@ std::optional<ROUTERDOCUMENTS::Form> formOf(const Arguments& arguments, const ch
 /// Any number of documents, also those in folders.
 /// @{
 OptionTable inputsArgument();
-/// All files among them, as filesAmong() tells.
+/// All files that they stand for; see filesAmong().
 QStringList inputsOf(const Arguments& arguments);
 /// @}
 

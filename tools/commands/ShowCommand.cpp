@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command `show`: a document to be read by people.
+// The command `show`: what is in a document, for people.
 
 #include "Commands.h"
 #include "HexView.h"
@@ -15,7 +15,7 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-// The first line of what is shown as text.
+// Writes the first line of a result in text format.
 void writeHead(const QString& text, Session& session)
 {
     if (!session.isQuiet())
@@ -46,14 +46,14 @@ Status showTree(const QString& path, Session& session)
 
 bool isBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
 
-// What is no text is taken for a binary form even if nothing of it is as it should be.
+// Without any "<" the bytes cannot be XML, so they are treated as a binary form, however wrong.
 Form formToDissect(const QByteArray& bytes)
 {
     const Form form = FormOfContent(bytes);
     return form == Form::Xml && !bytes.contains('<') ? Form::Binary : form;
 }
 
-// The bytes of the input when it is in a binary form, otherwise those that it has in the plain one.
+// Shows the bytes of an input in a binary form. Another input is shown as its plain binary form.
 Status showHex(const QString& path, Session& session)
 {
     const QString name = inputName(path);

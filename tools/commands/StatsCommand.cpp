@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command `stats`: what recorded documents hold.
+// The command `stats`: counting what documents hold.
 
 #include "Commands.h"
 #include "InputFiles.h"
