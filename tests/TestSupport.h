@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What most tests need: the ten record classes, both written forms as literals, messages of exceptions, and
+// What most tests need: the record classes, both written forms as literals, messages of exceptions, and
 // limits. All that is in here is compiled once and for all tests.
 #pragma once
+
+#include "PayloadRecords.h"
 
 #include "modelkit/Limits.h"
 #include "routerinterface/AcquireMastership.h"
@@ -53,9 +55,15 @@ namespace testing_support {
 
 using namespace PELLU300ROUTERINTERFACEXML;
 
-using AllRecords = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer,
-                                    MastershipState, AcquireMastership, ReleaseMastership, DF_Params,
-                                    Fragment, PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
+#define RECORD_TYPE(Name, value, tag, id) Name,
+using AllRecords = ::testing::Types<PAYLOAD_RECORDS(RECORD_TYPE) Fragment, PelLu300RouterMessage,
+                                    PelLu300RouterInterfaceXml>;
+#undef RECORD_TYPE
+
+// The records that the tests have content of, with its written forms.
+using RecordsWithSamples = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer,
+                                            MastershipState, AcquireMastership, ReleaseMastership, DF_Params,
+                                            Fragment, PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
 
 // The two records that tell whether something succeeded.
 using SuccessRecords = ::testing::Types<AcquireMastership, ReleaseMastership>;
@@ -130,15 +138,6 @@ inline QVector<unsigned int> portsOf(const PelLu300RouterMessage& message)
     for (const Fragment& fragment : message.GetFragment())
         ports.append(fragment.GetOstraInterfacePort().GetPort());
     return ports;
-}
-
-// The seven records in a fragment.
-inline std::array<const MODELKIT::IMKObject*, 7> payloadsOf(const Fragment& fragment)
-{
-    return {&fragment.GetMastershipState(),    &fragment.GetAcquireMastership(),
-            &fragment.GetReleaseMastership(),  &fragment.GetOstraInterfacePort(),
-            &fragment.GetPelVtConnectServer(), &fragment.GetRouterVtServerPort(),
-            &fragment.GetDF_Params()};
 }
 
 // A record of which a test may use what only derived classes may.

@@ -238,13 +238,8 @@ constexpr bool hasCommonInterface()
     return true;
 }
 
-static_assert(hasCommonInterface<OstraInterfacePort>());
-static_assert(hasCommonInterface<RouterVtServerPort>());
-static_assert(hasCommonInterface<PelVtConnectServer>());
-static_assert(hasCommonInterface<MastershipState>());
-static_assert(hasCommonInterface<AcquireMastership>());
-static_assert(hasCommonInterface<ReleaseMastership>());
-static_assert(hasCommonInterface<DF_Params>());
+#define HAS_COMMON_INTERFACE(Name, value, tag, id) static_assert(hasCommonInterface<Name>());
+PAYLOAD_RECORDS(HAS_COMMON_INTERFACE)
 static_assert(hasCommonInterface<Fragment>());
 static_assert(hasCommonInterface<PelLu300RouterMessage>());
 static_assert(hasCommonInterface<PelLu300RouterInterfaceXml>());
@@ -254,19 +249,9 @@ template <class R, void (R::*initData)() const, void (R::*constNoClearReset)() c
 struct PrivateOperations
 {
 };
-template struct PrivateOperations<OstraInterfacePort, &OstraInterfacePort::InitData,
-                                  &OstraInterfacePort::ConstNoClearReset>;
-template struct PrivateOperations<RouterVtServerPort, &RouterVtServerPort::InitData,
-                                  &RouterVtServerPort::ConstNoClearReset>;
-template struct PrivateOperations<PelVtConnectServer, &PelVtConnectServer::InitData,
-                                  &PelVtConnectServer::ConstNoClearReset>;
-template struct PrivateOperations<MastershipState, &MastershipState::InitData,
-                                  &MastershipState::ConstNoClearReset>;
-template struct PrivateOperations<AcquireMastership, &AcquireMastership::InitData,
-                                  &AcquireMastership::ConstNoClearReset>;
-template struct PrivateOperations<ReleaseMastership, &ReleaseMastership::InitData,
-                                  &ReleaseMastership::ConstNoClearReset>;
-template struct PrivateOperations<DF_Params, &DF_Params::InitData, &DF_Params::ConstNoClearReset>;
+#define HAS_PRIVATE_OPERATIONS(Name, value, tag, id) \
+    template struct PrivateOperations<Name, &Name::InitData, &Name::ConstNoClearReset>;
+PAYLOAD_RECORDS(HAS_PRIVATE_OPERATIONS)
 template struct PrivateOperations<Fragment, &Fragment::InitData, &Fragment::ConstNoClearReset>;
 template struct PrivateOperations<PelLu300RouterMessage, &PelLu300RouterMessage::InitData,
                                   &PelLu300RouterMessage::ConstNoClearReset>;
@@ -338,13 +323,8 @@ EXPECT_VALUE_MEMBER(DF_Params, DemodulationFrequency, double);
 EXPECT_VALUE_MEMBER(DF_Params, Bandwidth, double);
 EXPECT_VALUE_MEMBER(DF_Params, PanoramaSpan, double);
 
-EXPECT_NESTED_MEMBER(Fragment, MastershipState, MastershipState);
-EXPECT_NESTED_MEMBER(Fragment, AcquireMastership, AcquireMastership);
-EXPECT_NESTED_MEMBER(Fragment, ReleaseMastership, ReleaseMastership);
-EXPECT_NESTED_MEMBER(Fragment, OstraInterfacePort, OstraInterfacePort);
-EXPECT_NESTED_MEMBER(Fragment, PelVtConnectServer, PelVtConnectServer);
-EXPECT_NESTED_MEMBER(Fragment, RouterVtServerPort, RouterVtServerPort);
-EXPECT_NESTED_MEMBER(Fragment, DF_Params, DF_Params);
+#define HAS_PAYLOAD(Name, value, tag, id) EXPECT_NESTED_MEMBER(Fragment, Name, Name);
+PAYLOAD_RECORDS(HAS_PAYLOAD)
 using Choice = Fragment::ChoiceFragment;
 EXPECT_OPERATION(Fragment, GetChoiceFragment, const Choice& (Fragment::*)() const);
 EXPECT_OPERATION(Fragment, InitChoice, void (Fragment::*)(const Choice&));
@@ -397,13 +377,8 @@ static_assert(MastershipState::MasterPresent == 1);
 static_assert(MastershipState::RouterIsMaster == 2);
 static_assert(std::is_same_v<decltype(MastershipState::NoMasterPresent), MastershipState::State>);
 
-static_assert(Fragment::MastershipState == 0);
-static_assert(Fragment::AcquireMastership == 1);
-static_assert(Fragment::ReleaseMastership == 2);
-static_assert(Fragment::OstraInterfacePort == 3);
-static_assert(Fragment::PelVtConnectServer == 4);
-static_assert(Fragment::RouterVtServerPort == 5);
-static_assert(Fragment::DF_Params == 6);
+#define HAS_ENUMERATOR(Name, value, tag, id) static_assert(Fragment::Name == (value));
+PAYLOAD_RECORDS(HAS_ENUMERATOR)
 static_assert(std::is_same_v<decltype(Fragment::MastershipState), Fragment::ChoiceFragment>);
 
 // --- class ids --------------------------------------------------------------------------------
@@ -413,13 +388,9 @@ constexpr bool isPattern(long long id, unsigned int pattern)
     return static_cast<unsigned int>(id) == pattern;
 }
 
-static_assert(OstraInterfacePort::id == 2130783928LL && isPattern(OstraInterfacePort::id, 0x7F012EB8U));
-static_assert(RouterVtServerPort::id == 617063688LL && isPattern(RouterVtServerPort::id, 0x24C7A508U));
-static_assert(PelVtConnectServer::id == 140772172LL && isPattern(PelVtConnectServer::id, 0x0864034CU));
-static_assert(MastershipState::id == -687910292LL && isPattern(MastershipState::id, 0xD6FF526CU));
-static_assert(AcquireMastership::id == 444824266LL && isPattern(AcquireMastership::id, 0x1A837ACAU));
-static_assert(ReleaseMastership::id == 1597604052LL && isPattern(ReleaseMastership::id, 0x5F3980D4U));
-static_assert(DF_Params::id == -236055652LL && isPattern(DF_Params::id, 0xF1EE139CU));
+#define HAS_ID(Name, value, tag, pattern) \
+    static_assert(isPattern(Name::id, pattern) && Name::id == static_cast<int>(pattern));
+PAYLOAD_RECORDS(HAS_ID)
 static_assert(Fragment::id == -767521452LL && isPattern(Fragment::id, 0xD2408D54U));
 static_assert(PelLu300RouterMessage::id == -356475558LL && isPattern(PelLu300RouterMessage::id, 0xEAC09D5AU));
 static_assert(PelLu300RouterInterfaceXml::id == -2058139238LL
@@ -427,13 +398,8 @@ static_assert(PelLu300RouterInterfaceXml::id == -2058139238LL
 
 TEST(InterfaceContract, GetIdGivesTheIdOfEachClass)
 {
-    EXPECT_EQ(OstraInterfacePort::GetId(), 2130783928LL);
-    EXPECT_EQ(RouterVtServerPort::GetId(), 617063688LL);
-    EXPECT_EQ(PelVtConnectServer::GetId(), 140772172LL);
-    EXPECT_EQ(MastershipState::GetId(), -687910292LL);
-    EXPECT_EQ(AcquireMastership::GetId(), 444824266LL);
-    EXPECT_EQ(ReleaseMastership::GetId(), 1597604052LL);
-    EXPECT_EQ(DF_Params::GetId(), -236055652LL);
+#define GIVES_ID(Name, value, tag, pattern) EXPECT_EQ(Name::GetId(), static_cast<int>(pattern));
+    PAYLOAD_RECORDS(GIVES_ID)
     EXPECT_EQ(Fragment::GetId(), -767521452LL);
     EXPECT_EQ(PelLu300RouterMessage::GetId(), -356475558LL);
     EXPECT_EQ(PelLu300RouterInterfaceXml::GetId(), -2058139238LL);

@@ -153,9 +153,9 @@ class SlotOrder : public ::testing::Test
 {
 };
 
-using BaseAndRecords = ::testing::Types<IMKObject, OstraInterfacePort, RouterVtServerPort, PelVtConnectServer,
-                                        MastershipState, AcquireMastership, ReleaseMastership, DF_Params,
-                                        Fragment, PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
+template <class... Records>
+::testing::Types<IMKObject, Records...> withTheBase(::testing::Types<Records...>);
+using BaseAndRecords = decltype(withTheBase(AllRecords()));
 TYPED_TEST_SUITE(SlotOrder, BaseAndRecords, );
 
 TYPED_TEST(SlotOrder, EachOperationHasItsSlot)

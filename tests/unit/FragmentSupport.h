@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the fragment share: its seven payloads, each reached by the same names and with content
+// What the tests of the fragment share: its payloads, each reached by the same names and with content
 // and written forms of its own.
 #pragma once
 
@@ -15,7 +15,7 @@ using Logger = MODELKIT::Logger;
 
 constexpr Choice none = static_cast<Choice>(-1);
 
-// Reaches one of the seven payloads through names that do not depend on the payload's.
+// Reaches one of the payloads through names that do not depend on the payload's.
 #define PAYLOAD(Name, number)                                                               \
     using Record = PELLU300ROUTERINTERFACEXML::Name;                                        \
     static constexpr Choice choice = static_cast<Choice>(number);                           \
@@ -153,6 +153,7 @@ struct DF_ParamsPayload
     }
 };
 
+// The payloads with content and written forms.
 using Payloads = ::testing::Types<MastershipStatePayload, AcquireMastershipPayload, ReleaseMastershipPayload,
                                   OstraInterfacePortPayload, PelVtConnectServerPayload,
                                   RouterVtServerPortPayload, DF_ParamsPayload>;
@@ -190,49 +191,41 @@ inline QByteArray lengthWord(qsizetype length)
 // A fragment's frame with one entry: the tag and the payload's own frame.
 inline QByteArray fragmentFrame(const QByteArray& entry) { return lengthWord(entry.size()) + entry; }
 
-inline std::array<bool, 7> flagsOf(const Fragment& f)
+// Which payloads of a fragment are set.
+using Flags = std::array<bool, payloadCount>;
+
+#define PAYLOAD_FLAG(Name, value, tag, id) f.Is##Name##Set(),
+inline Flags flagsOf(const Fragment& f) { return {PAYLOAD_RECORDS(PAYLOAD_FLAG)}; }
+#undef PAYLOAD_FLAG
+
+template <class... Payload>
+void setContentOf(Fragment& f, ::testing::Types<Payload...>)
 {
-    return {f.IsMastershipStateSet(),    f.IsAcquireMastershipSet(),  f.IsReleaseMastershipSet(),
-            f.IsOstraInterfacePortSet(), f.IsPelVtConnectServerSet(), f.IsRouterVtServerPortSet(),
-            f.IsDF_ParamsSet()};
+    (Payload::set(f, withContent<Payload>()), ...);
 }
 
-// A fragment in which all seven payloads are set; DF_Params is selected.
+// A fragment in which all payloads are set; DF_Params is selected.
 inline Fragment withEverythingSet()
 {
+#define SET_EMPTY(Name, value, tag, id) f.Set##Name(PELLU300ROUTERINTERFACEXML::Name());
     Fragment f;
-    f.SetMastershipState(withContent<MastershipStatePayload>());
-    f.SetAcquireMastership(withContent<AcquireMastershipPayload>());
-    f.SetReleaseMastership(withContent<ReleaseMastershipPayload>());
-    f.SetOstraInterfacePort(withContent<OstraInterfacePortPayload>());
-    f.SetPelVtConnectServer(withContent<PelVtConnectServerPayload>());
-    f.SetRouterVtServerPort(withContent<RouterVtServerPortPayload>());
-    f.SetDF_Params(withContent<DF_ParamsPayload>());
+    PAYLOAD_RECORDS(SET_EMPTY)
+    setContentOf(f, Payloads());
     return f;
+#undef SET_EMPTY
 }
 
-constexpr std::array<bool, 7> allSet{true, true, true, true, true, true, true};
-constexpr std::array<bool, 7> noneSet{};
+#define TRUE_FLAG(Name, value, tag, id) true,
+constexpr Flags allSet{PAYLOAD_RECORDS(TRUE_FLAG)};
+#undef TRUE_FLAG
+constexpr Flags noneSet{};
 
 template <class Payload>
-std::array<bool, 7> onlySet()
+Flags onlySet()
 {
-    std::array<bool, 7> flags{};
+    Flags flags{};
     flags[static_cast<std::size_t>(Payload::choice)] = true;
     return flags;
-}
-
-// Calls visit(record) for the seven payloads of a fragment.
-template <class Visit>
-void forEachPayload(const Fragment& f, Visit&& visit)
-{
-    visit(f.GetMastershipState());
-    visit(f.GetAcquireMastership());
-    visit(f.GetReleaseMastership());
-    visit(f.GetOstraInterfacePort());
-    visit(f.GetPelVtConnectServer());
-    visit(f.GetRouterVtServerPort());
-    visit(f.GetDF_Params());
 }
 
 } // namespace testing_support

@@ -280,11 +280,11 @@ void forEveryMemberOf(::testing::Types<Records...>, Visit&& visit)
     (Of<Records>::Members::forEach(visit), ...);
 }
 
-// Calls visit(member) for every member of every record.
+// Calls visit(member) for every member of the records above.
 template <class Visit>
 void forEveryMember(Visit&& visit)
 {
-    forEveryMemberOf(AllRecords(), visit);
+    forEveryMemberOf(RecordsWithSamples(), visit);
 }
 
 // Where a record keeps a default: the place changes when the record gets another block.

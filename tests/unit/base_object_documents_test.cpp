@@ -18,7 +18,7 @@ using namespace testing_support;
 using MODELKIT::Logger;
 using MODELKIT::ObjectTypes;
 
-TYPED_TEST_SUITE(BaseObjectOfRecord, AllRecords, );
+TYPED_TEST_SUITE(BaseObjectOfRecord, RecordsWithSamples, );
 
 // --- whole documents: built on the object's own operations ------------------------------------
 
@@ -597,7 +597,7 @@ void expectMergeOfOthersIsRefused(::testing::Types<Others...>)
 
 TYPED_TEST(BaseObjectOfRecord, MergingAnObjectOfAnotherClassIsRefusedAndChangesNothing)
 {
-    expectMergeOfOthersIsRefused<TypeParam>(AllRecords());
+    expectMergeOfOthersIsRefused<TypeParam>(RecordsWithSamples());
     TypeParam record = TestFixture::Expected::make();
     EXPECT_FALSE(record.MergeMKObject(Note()));
     TestFixture::expectSample(record);

@@ -133,7 +133,7 @@ TEST(BaseObjectState, TheVersionIsThatOfTheLibrary)
     EXPECT_EQ(&note.GetVersion(), &note.GetVersion());
 }
 
-TYPED_TEST_SUITE(BaseObjectOfRecord, AllRecords, );
+TYPED_TEST_SUITE(BaseObjectOfRecord, RecordsWithSamples, );
 
 TYPED_TEST(BaseObjectOfRecord, StartsWithClassNameClassIdAndNoSettings)
 {

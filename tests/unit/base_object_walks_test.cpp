@@ -15,7 +15,7 @@ namespace {
 
 using namespace testing_support;
 
-TYPED_TEST_SUITE(BaseObjectOfRecord, AllRecords, );
+TYPED_TEST_SUITE(BaseObjectOfRecord, RecordsWithSamples, );
 
 // --- skipping a binary entry ------------------------------------------------------------------
 

@@ -86,7 +86,7 @@ template <class R>
 class HostileBinaryOfEveryRecord : public ::testing::Test
 {
 };
-TYPED_TEST_SUITE(HostileBinaryOfEveryRecord, AllRecords);
+TYPED_TEST_SUITE(HostileBinaryOfEveryRecord, RecordsWithSamples);
 
 TYPED_TEST(HostileBinaryOfEveryRecord, WithOneByteChangedToAnyOtherIsReadOrRefused)
 {

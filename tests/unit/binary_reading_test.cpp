@@ -27,7 +27,7 @@ protected:
     const R m_sample = sampleOf<R>();
     R m_record;
 };
-TYPED_TEST_SUITE(BinaryReadingOfEveryRecord, AllRecords);
+TYPED_TEST_SUITE(BinaryReadingOfEveryRecord, RecordsWithSamples);
 
 TYPED_TEST(BinaryReadingOfEveryRecord, GivesBackWhatWasWritten)
 {

@@ -34,7 +34,7 @@ protected:
 
     void SetUp() override { Sample<R>::fill(m_record); }
 };
-TYPED_TEST_SUITE(BinaryWritingOfEveryRecord, AllRecords);
+TYPED_TEST_SUITE(BinaryWritingOfEveryRecord, RecordsWithSamples);
 
 TYPED_TEST(BinaryWritingOfEveryRecord, WritesTheSetMembersInDeclarationOrder)
 {
@@ -246,7 +246,7 @@ protected:
         m_record.m_calls.clear();
     }
 };
-TYPED_TEST_SUITE(BinaryWritingUnderValidation, AllRecords);
+TYPED_TEST_SUITE(BinaryWritingUnderValidation, RecordsWithSamples);
 
 TYPED_TEST(BinaryWritingUnderValidation, ReappliesTheSettingsThenChecksThenAsksForData)
 {

@@ -23,11 +23,6 @@ using namespace testing_support;
 
 const QStringList typeNames() { return {"Request", "Reply", "Event"}; }
 const QStringList stateNames() { return {"NoMasterPresent", "MasterPresent", "RouterIsMaster"}; }
-const QStringList choiceNames()
-{
-    return {"MastershipState",    "AcquireMastership",  "ReleaseMastership", "OstraInterfacePort",
-            "PelVtConnectServer", "RouterVtServerPort", "DF_Params"};
-}
 
 // Asks for all tables during the construction of this program's static objects.
 struct SeenBeforeMain
@@ -56,19 +51,17 @@ TEST(NameTables, MastershipStatesAreInOrder) { EXPECT_EQ(MastershipState::GetSta
 
 TEST(NameTables, ChoicesAreTheNamesOfThePayloadRecordsInOrder)
 {
-    EXPECT_EQ(Fragment::GetChoiceFragments(), choiceNames());
+    EXPECT_EQ(Fragment::GetChoiceFragments(), payloadNames())
+        << "The rows of tests/PayloadRecords.h must be those of routerinterface/Fragment.cpp.";
 }
 
 TEST(NameTables, EveryChoiceNameIsTheObjectNameOfItsPayload)
 {
     const QStringList names = Fragment::GetChoiceFragments();
-    EXPECT_EQ(names.at(0), MastershipState().GetObjectName());
-    EXPECT_EQ(names.at(1), AcquireMastership().GetObjectName());
-    EXPECT_EQ(names.at(2), ReleaseMastership().GetObjectName());
-    EXPECT_EQ(names.at(3), OstraInterfacePort().GetObjectName());
-    EXPECT_EQ(names.at(4), PelVtConnectServer().GetObjectName());
-    EXPECT_EQ(names.at(5), RouterVtServerPort().GetObjectName());
-    EXPECT_EQ(names.at(6), DF_Params().GetObjectName());
+    ASSERT_EQ(names.size(), payloadCount);
+#define EXPECT_NAME(Name, value, tag, id) EXPECT_EQ(names.at(value), Name().GetObjectName());
+    PAYLOAD_RECORDS(EXPECT_NAME)
+#undef EXPECT_NAME
 }
 
 TEST(NameTables, LevelNamesAreInfoWarningError)
@@ -82,7 +75,7 @@ TEST(NameTables, ExistBeforeMainAndBeforeAnyRecord)
 {
     EXPECT_EQ(seenBeforeMain.types, typeNames());
     EXPECT_EQ(seenBeforeMain.states, stateNames());
-    EXPECT_EQ(seenBeforeMain.choices, choiceNames());
+    EXPECT_EQ(seenBeforeMain.choices, payloadNames());
     EXPECT_EQ(seenBeforeMain.levels, (QStringList{"INFO", "WARNING", "ERROR"}));
 }
 
@@ -90,7 +83,7 @@ TEST(NameTables, AreTheListsOfTheEnumerations)
 {
     EXPECT_EQ(NamesOf(PelLu300RouterMessage::Request), typeNames());
     EXPECT_EQ(NamesOf(MastershipState::MasterPresent), stateNames());
-    EXPECT_EQ(NamesOf(Fragment::DF_Params), choiceNames());
+    EXPECT_EQ(NamesOf(Fragment::DF_Params), payloadNames());
 }
 
 TEST(NameTables, CallersGetSharedCopiesThatTheyMayChange)
@@ -105,7 +98,7 @@ TEST(NameTables, CallersGetSharedCopiesThatTheyMayChange)
     MastershipState::GetStates().clear();
     EXPECT_EQ(MastershipState::GetStates(), stateNames());
     Fragment::GetChoiceFragments().clear();
-    EXPECT_EQ(Fragment::GetChoiceFragments(), choiceNames());
+    EXPECT_EQ(Fragment::GetChoiceFragments(), payloadNames());
 }
 
 TEST(NameTables, ValuesAreThePositionsOfTheNames)
@@ -116,13 +109,11 @@ TEST(NameTables, ValuesAreThePositionsOfTheNames)
     EXPECT_EQ(MastershipState::NoMasterPresent, 0);
     EXPECT_EQ(MastershipState::MasterPresent, 1);
     EXPECT_EQ(MastershipState::RouterIsMaster, 2);
-    EXPECT_EQ(Fragment::MastershipState, 0);
-    EXPECT_EQ(Fragment::AcquireMastership, 1);
-    EXPECT_EQ(Fragment::ReleaseMastership, 2);
-    EXPECT_EQ(Fragment::OstraInterfacePort, 3);
-    EXPECT_EQ(Fragment::PelVtConnectServer, 4);
-    EXPECT_EQ(Fragment::RouterVtServerPort, 5);
-    EXPECT_EQ(Fragment::DF_Params, 6);
+#define EXPECT_VALUE(Name, value, tag, id) \
+    EXPECT_EQ(Fragment::Name, value);      \
+    EXPECT_EQ(payloadNames().at(value), QStringLiteral(#Name));
+    PAYLOAD_RECORDS(EXPECT_VALUE)
+#undef EXPECT_VALUE
 }
 
 // --- what Type and State have in common -----------------------------------------------------
@@ -501,8 +492,8 @@ TYPED_TEST(EnumeratedMember, AStoredNumberOutsideTheRangeHasAnEmptyTextAndFailsT
 TEST(ChoiceNames, NameOfEveryChoice)
 {
     Fragment fragment;
-    for (int i = 0; i < 7; ++i)
-        EXPECT_EQ(fragment.ChoiceFragmentToName(number<Fragment::ChoiceFragment>(i)), choiceNames().at(i));
+    for (int i = 0; i < payloadCount; ++i)
+        EXPECT_EQ(fragment.ChoiceFragmentToName(number<Fragment::ChoiceFragment>(i)), payloadNames().at(i));
 }
 
 TEST(ChoiceNames, NameOfTheInvalidChoiceIsANullString)
@@ -516,15 +507,15 @@ TEST(ChoiceNames, NameOfTheInvalidChoiceIsANullString)
 TEST(ChoiceNames, NameOfANumberOutsideTheRangeIsANullString)
 {
     Fragment fragment;
-    for (const int i : {7, 9, -2, 2147483647, -2147483647 - 1})
+    for (const int i : {payloadCount, payloadCount + 2, -2, 2147483647, -2147483647 - 1})
         EXPECT_TRUE(fragment.ChoiceFragmentToName(number<Fragment::ChoiceFragment>(i)).isNull()) << i;
 }
 
 TEST(ChoiceNames, EveryNameGivesItsChoice)
 {
     const Fragment fragment;
-    for (int i = 0; i < 7; ++i)
-        EXPECT_EQ(fragment.NameToChoiceFragment(choiceNames().at(i)), i);
+    for (int i = 0; i < payloadCount; ++i)
+        EXPECT_EQ(fragment.NameToChoiceFragment(payloadNames().at(i)), i);
 }
 
 TEST(ChoiceNames, AnUnknownNameGivesTheInvalidChoice)
@@ -539,7 +530,7 @@ TEST(ChoiceNames, EveryChoiceButTheInvalidOneIsValid)
 {
     const Fragment fragment;
     EXPECT_FALSE(fragment.IsValidChoiceFragment(number<Fragment::ChoiceFragment>(-1)));
-    for (const int i : {0, 6, 7, 9, -2, 2147483647, -2147483647 - 1})
+    for (const int i : {0, payloadCount - 1, payloadCount, payloadCount + 2, -2, 2147483647, -2147483647 - 1})
         EXPECT_TRUE(fragment.IsValidChoiceFragment(number<Fragment::ChoiceFragment>(i))) << i;
 }
 
@@ -626,7 +617,7 @@ TEST_F(Translation, DisplayNamesAreTheNamesWhileNothingIsInstalled)
 {
     EXPECT_EQ(PelLu300RouterMessage::GetGUITypes(), typeNames());
     EXPECT_EQ(MastershipState::GetGUIStates(), stateNames());
-    EXPECT_EQ(Fragment::GetGUIChoiceFragments(), choiceNames());
+    EXPECT_EQ(Fragment::GetGUIChoiceFragments(), payloadNames());
 }
 
 TEST_F(Translation, DisplayNamesAreTranslatedInValueOrder)
@@ -637,11 +628,10 @@ TEST_F(Translation, DisplayNamesAreTranslatedInValueOrder)
     EXPECT_EQ(
         MastershipState::GetGUIStates(),
         (QStringList{"translated NoMasterPresent", "translated MasterPresent", "translated RouterIsMaster"}));
-    EXPECT_EQ(Fragment::GetGUIChoiceFragments(),
-              (QStringList{"translated MastershipState", "translated AcquireMastership",
-                           "translated ReleaseMastership", "translated OstraInterfacePort",
-                           "translated PelVtConnectServer", "translated RouterVtServerPort",
-                           "translated DF_Params"}));
+    QStringList translated;
+    for (const QString& name : payloadNames())
+        translated.append("translated " + name);
+    EXPECT_EQ(Fragment::GetGUIChoiceFragments(), translated);
 }
 
 TEST_F(Translation, DisplayNamesAreLookedUpInTheGeneralContextWithoutDisambiguation)
@@ -662,7 +652,7 @@ TEST_F(Translation, DisplayNamesAreLookedUpInTheGeneralContextWithoutDisambiguat
     MastershipState::GetGUIStates();
     expectRequests(stateNames());
     Fragment::GetGUIChoiceFragments();
-    expectRequests(choiceNames());
+    expectRequests(payloadNames());
 }
 
 TEST_F(Translation, DisplayNamesAreBuiltAfreshOnEveryCall)

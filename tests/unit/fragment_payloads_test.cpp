@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What holds for each of the seven payloads of a fragment.
+// What holds for the payloads of a fragment.
 
 #include "FragmentSupport.h"
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace testing_support;
 
-// --- what holds for each of the seven payloads ----------------------------------------------
+// --- what holds for each of the payloads ----------------------------------------------------
 
 template <class Payload>
 class FragmentPayload : public ::testing::Test
@@ -140,7 +140,7 @@ TYPED_TEST(FragmentPayload, ResettingItLeavesAllOthersAlone)
 {
     Fragment f = withEverythingSet();
     TypeParam::reset(f);
-    std::array<bool, 7> flags = allSet;
+    Flags flags = allSet;
     flags[static_cast<std::size_t>(TypeParam::choice)] = false;
     EXPECT_EQ(flagsOf(f), flags);
     EXPECT_EQ(f.GetChoiceFragment(), Fragment::DF_Params);

@@ -85,7 +85,7 @@ TEST(FragmentChoice, TheLastPayloadSetIsSelectedAndTheOthersStaySet)
                                 " 7029D96C 00000009 00000005 31302E3030"));
 }
 
-TEST(FragmentChoice, AllSevenFlagsStayOnWhileOnlyTheSelectedPayloadIsWritten)
+TEST(FragmentChoice, AllFlagsStayOnWhileOnlyTheSelectedPayloadIsWritten)
 {
     Fragment f = withEverythingSet();
     EXPECT_EQ(flagsOf(f), allSet);
@@ -167,7 +167,7 @@ TEST(FragmentChoice, InitChoiceTakesTheOwnChoiceOfASharedFragment)
 TEST(FragmentChoice, InitChoiceWithAnyOtherNumberResetsAndUnderValidationThrows)
 {
     for (const bool validate : {false, true})
-        for (const int number : {7, 9, -2, 2147483647, -2147483647 - 1}) {
+        for (const int number : {payloadCount, payloadCount + 2, -2, 2147483647, -2147483647 - 1}) {
             Fragment f = withEverythingSet();
             f.SetDefaultDF_Params(withOtherContent<DF_ParamsPayload>());
             f.SetValidate(validate);
@@ -252,7 +252,7 @@ TEST(FragmentChoice, ResetSelectsNothingClearsAllFlagsAndKeepsDefaults)
     EXPECT_FALSE(std::as_const(f).GetMastershipState().AnyData());
 }
 
-TEST(FragmentChoice, ResetToDefaultReachesAllSevenPayloads)
+TEST(FragmentChoice, ResetToDefaultReachesAllPayloads)
 {
     Fragment f;
     MastershipState state;
@@ -317,7 +317,7 @@ TEST(FragmentEquality, SettingsAreNotCompared)
 
 // --- validation flag and logger -------------------------------------------------------------
 
-TEST(FragmentSettings, ReachAllSevenPayloadsWhateverTheChoice)
+TEST(FragmentSettings, ReachAllPayloadsWhateverTheChoice)
 {
     const auto logger = std::make_shared<Logger>();
     for (Fragment f : {Fragment(), withEverythingSet()}) {

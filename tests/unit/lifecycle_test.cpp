@@ -21,7 +21,7 @@ template <class R>
 class EveryRecordLifecycle : public ::testing::Test
 {
 };
-TYPED_TEST_SUITE(EveryRecordLifecycle, AllRecords, RecordName);
+TYPED_TEST_SUITE(EveryRecordLifecycle, RecordsWithSamples, RecordName);
 
 template <class R>
 constexpr bool alwaysHasData = !std::is_same_v<R, Fragment> && !std::is_same_v<R, PelLu300RouterMessage>;

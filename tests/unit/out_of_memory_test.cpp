@@ -66,7 +66,7 @@ template <class R>
 class EveryRecordLifecycle : public ::testing::Test
 {
 };
-TYPED_TEST_SUITE(EveryRecordLifecycle, AllRecords, RecordName);
+TYPED_TEST_SUITE(EveryRecordLifecycle, RecordsWithSamples, RecordName);
 
 // --- running out of memory ----------------------------------------------------------------------
 

@@ -316,6 +316,7 @@ TEST(RecordEditing, aChoiceTellsWhatIsSelected)
         EXPECT_TRUE(each->IsSet(fragment));
         EXPECT_EQ(fragment.ChoiceFragmentToName(fragment.GetChoiceFragment()), each->GetName());
     }
+    member("Fragment", "DF_Params").Select(fragment);
     fragment.ResetDF_Params();
     EXPECT_EQ(info.GetSelected(fragment), &member("Fragment", "DF_Params"));
     fragment.Reset();

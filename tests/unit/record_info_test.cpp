@@ -23,10 +23,9 @@ QStringList namesOf(const QVector<const RecordInfo*>& classes)
 
 TEST(RecordInfo, namesAllClassesOwnersFirst)
 {
-    EXPECT_EQ(namesOf(RecordInfo::All()),
-              (QStringList{"PelLu300RouterInterfaceXml", "PelLu300RouterMessage", "Fragment",
-                           "MastershipState", "AcquireMastership", "ReleaseMastership", "OstraInterfacePort",
-                           "PelVtConnectServer", "RouterVtServerPort", "DF_Params"}));
+    EXPECT_EQ(
+        namesOf(RecordInfo::All()),
+        (QStringList{"PelLu300RouterInterfaceXml", "PelLu300RouterMessage", "Fragment"} + payloadNames()));
     EXPECT_EQ(&RecordInfo::Document(), RecordInfo::All().first());
 }
 
@@ -68,6 +67,15 @@ TEST(RecordInfo, tellsKindTagAndNamesOfMembers)
     EXPECT_EQ(member("PelLu300RouterMessage", "Fragment").GetKind(), MemberInfo::List);
     EXPECT_EQ(member("PelLu300RouterMessage", "Fragment").GetClass(),
               RecordInfo::Find(QStringLiteral("Fragment")));
+}
+
+TEST(RecordInfo, tellsTheTagsOfAllPayloads)
+{
+    EXPECT_EQ(RecordInfo::Find(QStringLiteral("Fragment"))->GetMembers().size(), payloadCount)
+        << "The rows of tests/PayloadRecords.h must be those of routerinterface/Fragment.cpp.";
+#define EXPECT_TAG(Name, value, tag, id) EXPECT_EQ(member("Fragment", #Name).GetBinaryTag(), tag);
+    PAYLOAD_RECORDS(EXPECT_TAG)
+#undef EXPECT_TAG
 }
 
 TEST(RecordInfo, onlyFragmentIsAChoice)

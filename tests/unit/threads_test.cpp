@@ -360,7 +360,7 @@ template <class R>
 class SharedBlockThreads : public ::testing::Test
 {
 };
-TYPED_TEST_SUITE(SharedBlockThreads, AllRecords, RecordName);
+TYPED_TEST_SUITE(SharedBlockThreads, RecordsWithSamples, RecordName);
 
 TYPED_TEST(SharedBlockThreads, TwoSharersMayDoAnythingAtTheSameTime)
 {

@@ -9,7 +9,7 @@ namespace {
 
 using namespace testing_support;
 
-TYPED_TEST_SUITE(XmlMappingOfEveryRecord, AllRecords, RecordName);
+TYPED_TEST_SUITE(XmlMappingOfEveryRecord, RecordsWithSamples, RecordName);
 
 // --- reading ----------------------------------------------------------------------------------
 
