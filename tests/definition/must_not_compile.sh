@@ -56,7 +56,8 @@ refuse "the enumerator MastershipState must be the number of its row" $fragment 
     '/class MastershipState,/{h;d};/class AcquireMastership,/G' Fragment
 compiler+=(-Werror)
 refuse "'ReleaseMastership' not handled in switch" $fragment '/class ReleaseMastership,/d' Fragment
-refuse "'Unknown' not handled in switch" routerinterface/Fragment.h 's/(DF_Params = 6)$/\1, Unknown = 7/' Fragment
+refuse "'Unknown' not handled in switch" routerinterface/Fragment.h \
+    's/(MastershipState = 0,)/Unknown = 1000, \1/' Fragment
 compiler=("$@")
 refuse "two members of a record have the same binary tag" $fragment 's/0xBE2DFF74/0x111939B4/' Fragment
 refuse "all members of a choice are of the kind Nested" $fragment \
