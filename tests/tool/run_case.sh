@@ -18,6 +18,8 @@
 #
 # --locale runs the program, but not the commands around it, under a locale, which is made in the folder. The
 # expected output is the same.
+#
+# A case that fails prints the command that updates it. For quick cases that is $UPDATE_COMMAND if it is set.
 set -uo pipefail
 
 support=$(dirname "$(realpath "$0")")
@@ -87,6 +89,17 @@ keep() {
     done
 }
 
+is_slow() { [ "$(head -n 1 "$1/cmd")" = '# slow' ]; }
+
+# update_command CASE
+update_command() {
+    if [ "${UPDATE_COMMAND:-}" ] && ! is_slow "$1"; then
+        echo "$UPDATE_COMMAND"
+    else
+        echo "bash$(printf ' %q' "$support/run_case.sh" --update "$program" "$documents" "$1")"
+    fi
+}
+
 # compare FOLDER CASE
 compare() {
     local name expected same=yes
@@ -97,7 +110,7 @@ compare() {
     done
     [ $same = yes ] && return
     echo "The case $(basename "$2") failed${locale:+ under $locale}. If what it does now is right:"
-    echo "    bash tests/tool/run_case.sh --update $(printf '%q' "$program") examples/documents $(printf '%q' "$2")"
+    echo "    $(update_command "$2")"
     return 1
 }
 
@@ -118,7 +131,7 @@ for case in "$@"; do
 done
 result=$skipped
 for case in "${cases[@]}"; do
-    if [ $quick = yes ] && [ "$(head -n 1 "$case/cmd")" = '# slow' ]; then
+    if [ $quick = yes ] && is_slow "$case"; then
         continue
     fi
     folder=$(mktemp -d)

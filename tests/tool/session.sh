@@ -82,5 +82,7 @@ ln -s "$documents" "$folder/work/examples/documents"
 if [ $update = yes ]; then
     cp "$folder/session.md" "$page"
 else
-    diff -u --label "$(basename "$page")" --label "what happens now" "$page" "$folder/session.md"
+    diff -u --label "$(basename "$page")" --label "what happens now" "$page" "$folder/session.md" && exit
+    echo "If what happens now is right: ${UPDATE_COMMAND:-$0 --update $program $documents $page}"
+    exit 1
 fi
