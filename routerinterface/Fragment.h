@@ -14,7 +14,7 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 
-/// The payload unit of a message: one of seven records, selected by a choice.
+/// The payload unit of a message: one of several records, selected by a choice.
 ///
 /// Only the selected payload is written, compared and checked. Selecting another one does not clear
 /// the first; it stays set until a reset. The enumerators carry the names of the payload classes,
@@ -58,7 +58,7 @@ public:
     bool IsInitialized() const;
     /// Puts every payload back to its default, marks it as not set and selects none; defaults stay.
     void Reset() override;
-    /// Resets, then applies the defaults inside each of the seven payloads. None is selected.
+    /// Resets, then applies the defaults inside each payload. None is selected.
     /// \throws OutOfRangeException what the payload's setter throws for its default.
     void ResetToDefault();
     /// Whether both have selected the same payload, with equal content, or none.
