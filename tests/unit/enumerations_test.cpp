@@ -29,7 +29,7 @@ const QStringList choiceNames()
             "PelVtConnectServer", "RouterVtServerPort", "DF_Params"};
 }
 
-// Asks for all tables during the construction of this program's static objects.
+// Gets all tables while the static objects of this program are constructed.
 struct SeenBeforeMain
 {
     QStringList types = PelLu300RouterMessage::GetTypes();
@@ -127,7 +127,7 @@ TEST(NameTables, ValuesAreThePositionsOfTheNames)
 
 // --- what Type and State have in common -----------------------------------------------------
 
-// Reaches an enumerated member through names that do not depend on the member's.
+// An enumerated member, with accessors that have the same names for all.
 #define ENUMERATED_MEMBER(Record_, Name)                                                             \
     using Record = Record_;                                                                          \
     using Enum = Record_::Name;                                                                      \
@@ -555,7 +555,7 @@ TEST(ChoiceNames, TheInvalidChoiceIsMinusOne)
 
 // --- translation ----------------------------------------------------------------------------
 
-// Records what is asked and answers with a text that shows it.
+// Notes the calls, and returns texts that show the arguments.
 class RecordingTranslator : public QTranslator
 {
 public:

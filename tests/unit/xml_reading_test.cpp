@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Records read from XML of every quality, alone, nested, in lists and by derived classes.
+// Records are read from good and bad XML, alone, nested, in lists and by derived classes.
 
 #include "XmlSupport.h"
 
@@ -261,7 +261,7 @@ TEST(XmlMappingNested, EachPayloadElementSelectsAndFillsItsPayload)
     EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::DF_Params);
     EXPECT_TRUE(fragment.IsDF_ParamsSet());
     EXPECT_EQ(std::as_const(fragment).GetDF_Params().GetBandwidth(), 4.0);
-    // The choice moves; what was read before stays set.
+    // The choice changes, but the payload that was read before stays set.
     EXPECT_TRUE(fragment.IsMastershipStateSet());
     EXPECT_TRUE(fragment.IsRouterVtServerPortSet());
 }
