@@ -61,7 +61,7 @@ TEST(BaseObjectSkip, MovesBehindThePayloadAndTellsItsLength)
     EXPECT_EQ(stream.status(), QDataStream::Ok);
 }
 
-TEST(BaseObjectSkip, TheTagPlaysNoPart)
+TEST(BaseObjectSkip, TheTagDoesNotMatter)
 {
     const Note note;
     for (const int tag : {0, -1, INT_MIN, INT_MAX}) {

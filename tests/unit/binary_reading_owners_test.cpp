@@ -200,7 +200,7 @@ TEST(BinaryReadingOfAMessage, AppliesItsValidationToTheElements)
     EXPECT_FALSE(lenient.GetFragment().at(1).GetValidate());
 }
 
-TEST(BinaryReadingOfAMessage, DoesNotLookAtTheTagForTheLengthOfTheItems)
+TEST(BinaryReadingOfAMessage, ReadsItemsByTheirOwnLengths)
 {
     // Items are read by their own lengths. The length of the entry only matters for that of the message.
     PelLu300RouterMessage message;

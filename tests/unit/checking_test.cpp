@@ -275,7 +275,7 @@ TEST(MessageTexts, StateThatIsUnsetOrInRangePassesTheCheck)
     EXPECT_NO_THROW(record.Check());
 }
 
-TEST(MessageTexts, TheInvalidStateOfARecordPlaysNoPartInTheCheck)
+TEST(MessageTexts, TheInvalidStateOfARecordDoesNotMatterInTheCheck)
 {
     MastershipState record;
     record.SetInvalidState(MastershipState::MasterPresent);

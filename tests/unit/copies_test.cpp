@@ -222,7 +222,7 @@ TEST(Sharing, AListThatIsTakenOutAndChangedLeavesTheMessagesLoggers)
     }
 }
 
-TEST(Sharing, TellingABlockApartKeepsTheSettingsOfDefaults)
+TEST(Sharing, DetachingKeepsTheSettingsOfDefaults)
 {
     const auto logger = std::make_shared<Logger>();
     Message source;
@@ -245,7 +245,7 @@ TEST(Sharing, TellingABlockApartKeepsTheSettingsOfDefaults)
     }
 }
 
-TEST(Sharing, TellingACopiedMessageApartFromAnotherKeepsWhatItsItemsGotSince)
+TEST(Sharing, DetachingACopiedMessageKeepsTheLaterSettingsOfItsItems)
 {
     const auto logger = std::make_shared<Logger>();
     Message source;

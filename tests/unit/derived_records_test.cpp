@@ -166,7 +166,7 @@ TEST(DerivedRecords, APayloadChecksItselfBelowADocumentOrMessageThatDoesNot)
     expectWritingFails(message, badState, "/PelLu300RouterMessage/Fragment[3]/MastershipState");
 }
 
-TEST(DerivedRecords, WhatADocumentDoesNotHandDownDoesNotCount)
+TEST(DerivedRecords, SettingsThatADocumentDoesNotHandDownDoNotMatter)
 {
     Keeping<Document> document;
     fill(document);
@@ -179,7 +179,7 @@ TEST(DerivedRecords, WhatADocumentDoesNotHandDownDoesNotCount)
     EXPECT_EQ(document.GetPelLu300RouterMessage().GetLogger(), nullptr);
 }
 
-TEST(DerivedRecords, AMessageWithValidationBelowADocumentWithoutGoesByItsOwn)
+TEST(DerivedRecords, AMessageWithValidationBelowADocumentWithoutUsesItsOwn)
 {
     Keeping<Document> document;
     fill(document);
@@ -216,7 +216,7 @@ TEST(DerivedRecords, AnItemThatIsExemptIsNotCheckedWhenItIsWritten)
     EXPECT_NE(std::as_const(message).GetFragment().at(0).GetLogger(), nullptr);
 }
 
-TEST(DerivedRecords, AFlagThatTheCheckOrTheQuestionForDataChangesCounts)
+TEST(DerivedRecords, AFlagThatCheckOrHasDataChangesTakesEffect)
 {
     Relenting<Document> relenting;
     fill(relenting);
@@ -264,7 +264,7 @@ TEST(DerivedRecords, AreMergedWhateverTheirFlags)
 
 // --- checking -----------------------------------------------------------------------------------
 
-TEST(DerivedRecords, ACheckHandsDownWhatEachRecordHas)
+TEST(DerivedRecords, ACheckHandsDownTheSettingsOfEachRecord)
 {
     Keeping<Document> document;
     fill(document);

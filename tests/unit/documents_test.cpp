@@ -244,7 +244,7 @@ TEST(Documents, HaveDifferencesAsJson)
                              "\"secondPath\":\"Port\"}]"));
 }
 
-TEST(Documents, CanDifferInWhatDoesNotCount)
+TEST(Documents, CanDifferInIgnoredMembers)
 {
     const IgnoredMembers ignored({QStringLiteral("OstraInterfacePort/Port")});
     EXPECT_EQ(differences(portXml, port(8)->GetXmlBytes(), ignored), QStringList());

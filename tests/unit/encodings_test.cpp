@@ -245,7 +245,7 @@ TEST(Encodings, ThatKeepAStateOrAreUnknownAreRefusedAtTheDeclaration)
     }
 }
 
-TEST(Encodings, OfWhichTheDeclarationIsOddlyWrittenAreMadeOut)
+TEST(Encodings, WithUnusuallyWrittenDeclarationsAreRecognised)
 {
     const QByteArray rest = "<PelLu300RouterInterfaceXml><!--\xE4--></PelLu300RouterInterfaceXml>";
     for (const char* const odd : {"<?xml version='1.0' encoding='ISO-8859-1'?>",
@@ -267,7 +267,7 @@ TEST(Encodings, OfWhichTheDeclarationIsOddlyWrittenAreMadeOut)
     }
 }
 
-TEST(Encodings, OfWhichTheDeclarationIsBrokenAreLeftToTheReader)
+TEST(Encodings, WithBrokenDeclarationsAreLeftToTheReader)
 {
     for (const char* const broken :
          {"<?xml version='1.0' encoding='ISO-2022-JP?>", "<?xml version='1.0' encoding=ISO-2022-JP?>",
@@ -281,7 +281,7 @@ TEST(Encodings, OfWhichTheDeclarationIsBrokenAreLeftToTheReader)
     }
 }
 
-TEST(Encodings, WithBytesThatAreNoneOfTheirsAreToldWhereTheyStop)
+TEST(Encodings, WithInvalidBytesAreRefusedWhereTheyStop)
 {
     const auto expectMalformed = [](const QByteArray& bytes, const char* place) {
         PelLu300RouterInterfaceXml document;
@@ -350,7 +350,7 @@ TEST(Encodings, OfAStringDoNotMatterButMustBeKnown)
     EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), text("1:1: The encoding klingon is not accepted."));
 }
 
-TEST(Encodings, OfAStringThatBeginsWithAMarkLetItAside)
+TEST(Encodings, OfAStringThatBeginsWithAByteOrderMarkIgnoreIt)
 {
     PelLu300RouterInterfaceXml document;
     ReadingReport report;
@@ -360,7 +360,7 @@ TEST(Encodings, OfAStringThatBeginsWithAMarkLetItAside)
     EXPECT_EQ(report.GetEntries().at(0).place.ToString(), text("1:29"));
 }
 
-TEST(Encodings, WithTwoMarksAreNotWellFormed)
+TEST(Encodings, WithTwoByteOrderMarksAreNotWellFormed)
 {
     PelLu300RouterInterfaceXml document;
     const QString xml = QString(2, QChar(0xFEFF)) + text("<PelLu300RouterInterfaceXml/>");
@@ -373,7 +373,7 @@ TEST(Encodings, WithTwoMarksAreNotWellFormed)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
 }
 
-TEST(Encodings, BreakOffInTheRightLine)
+TEST(Encodings, OfDocumentsThatAreCutOffHaveTheRightLine)
 {
     for (const char* const lineEnd : {"\n", "\r\n", "\r"}) {
         PelLu300RouterInterfaceXml document;
@@ -383,7 +383,7 @@ TEST(Encodings, BreakOffInTheRightLine)
     }
 }
 
-TEST(Encodings, OfAStringWithHalfOfASurrogatePairIsToldWhereItStands)
+TEST(Encodings, OfAStringWithHalfASurrogatePairAreRefusedWhereItIs)
 {
     PelLu300RouterInterfaceXml document;
     for (const int half : {0xD800, 0xDBFF, 0xDC00, 0xDFFF}) {

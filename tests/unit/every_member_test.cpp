@@ -243,7 +243,7 @@ TEST(EveryMember, ADefaultChangedToTheInitialOneCountsAsChanged)
     });
 }
 
-TEST(EveryMember, ItsOwnValueIsARightArgument)
+TEST(EveryMember, ItCanBeSetToItsOwnValue)
 {
     forEveryMember([](auto tested) {
         using Member = decltype(tested);
@@ -263,7 +263,7 @@ TEST(EveryMember, ItsOwnValueIsARightArgument)
     });
 }
 
-TEST(EveryMember, ItsOwnDefaultIsARightArgument)
+TEST(EveryMember, ItCanBeSetToItsOwnDefault)
 {
     forEveryMember([](auto tested) {
         using Member = decltype(tested);
@@ -284,7 +284,7 @@ TEST(EveryMember, ItsOwnDefaultIsARightArgument)
     });
 }
 
-TEST(EveryMember, ADefaultInASharedBlockIsARightArgument)
+TEST(EveryMember, ItCanBeSetToADefaultInASharedBlock)
 {
     forEveryMember([](auto tested) {
         using Member = decltype(tested);

@@ -36,7 +36,7 @@ QString tooManyAt(const char* position, const char* path)
 
 TEST(ExplainedAttributes, TheLimitIs256UntilItIsChanged) { EXPECT_EQ(Limits::Get().attributes, 256); }
 
-TEST(ExplainedAttributes, AsManyAsTheLimitAreReadOver)
+TEST(ExplainedAttributes, AsManyAsTheLimitAreAccepted)
 {
     expectRead(inRoot(text("<x") + attributes(256) + text("/>")));
     expectRead(inRoot(text("<x") + attributes(256) + text("></x>")));
@@ -112,7 +112,7 @@ TEST(ExplainedAttributes, AnOpeningBracketInQuotesIsNotWellFormed)
                         text(rootPath));
 }
 
-TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
+TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreSkipped)
 {
     const QString alike = text("<x") + attributes(300) + text("/>");
     for (const QString& content :
@@ -130,7 +130,7 @@ TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
     expectRead(text("<?xml version='1.0'?><!--%1--><?x %1?>").arg(alike) + inRoot(QString()));
 }
 
-TEST(ExplainedAttributes, EqualSignsInATextAreNone)
+TEST(ExplainedAttributes, EqualSignsInATextAreNotCounted)
 {
     expectRead(inRoot(text("='").repeated(1000)));
     expectRead(inMessage(text("<x a=''>") + text(" a=''").repeated(1000) + text("</x>")));
@@ -151,7 +151,7 @@ TEST(ExplainedAttributes, ALimitOfZeroRefusesAll)
 }
 
 // The text is scanned before a reader sees it.
-TEST(ExplainedAttributes, AreToldBeforeAnythingElseAndLeaveTheRecordUnchanged)
+TEST(ExplainedAttributes, AreReportedBeforeAnythingElseAndLeaveTheRecordUnchanged)
 {
     const QString tag = text("<x") + attributes(257) + text("/>");
     PelLu300RouterInterfaceXml document = sample();
@@ -212,7 +212,7 @@ TEST(ExplainedDoctype, LeavesTheRecordUnchanged)
     EXPECT_TRUE(document == sample());
 }
 
-TEST(ExplainedDoctype, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
+TEST(ExplainedDoctype, LookAlikesInCommentsCdataAndInstructionsAreSkipped)
 {
     const QString alike = text("<!DOCTYPE x [<!ENTITY e 'f'>]>");
     expectRead(text("<!--%1--><?x %1?>").arg(alike) + inRoot(QString())
@@ -319,7 +319,7 @@ TEST(ExplainedPrefixes, AreDeclaredByAttributesLikeOthers)
 
 // --- a document that breaks off or exceeds a limit where a record would complain --------------------
 
-TEST(ExplainedLimits, NestingIsToldInsteadOfWhatIsThenMissing)
+TEST(ExplainedLimits, NestingIsReportedInsteadOfAMissingText)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 5; }));
     // The record would refuse the truth value, which has no text.
@@ -333,7 +333,7 @@ TEST(ExplainedLimits, NestingIsToldInsteadOfWhatIsThenMissing)
         true);
 }
 
-TEST(ExplainedLimits, NestingIsToldInsteadOfAnItemWithoutData)
+TEST(ExplainedLimits, NestingIsReportedInsteadOfAnItemWithoutData)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 3; }));
     expectRefused(inMessage(text("\n<Type>Reply</Type><Fragment>\n <Unknown/></Fragment>")),
@@ -343,7 +343,7 @@ TEST(ExplainedLimits, NestingIsToldInsteadOfAnItemWithoutData)
                   true);
 }
 
-TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
+TEST(ExplainedLimits, TheNumberOfItemsIsReportedInsteadOfAnItemWithoutData)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.listItems = 1; }));
     expectRefused(
@@ -363,7 +363,7 @@ TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
                   [&] { return document.SetBinaryRepresentation(form); });
 }
 
-TEST(ExplainedLimits, AnEarlierExceptionIsToldFirst)
+TEST(ExplainedLimits, AnEarlierExceptionIsReportedFirst)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 3; }));
     PelLu300RouterInterfaceXml document;
@@ -375,7 +375,7 @@ TEST(ExplainedLimits, AnEarlierExceptionIsToldFirst)
         [&] { document.SetXmlString(inMessage(text("<Type>No</Type><a><b/></a>")), true); });
 }
 
-TEST(ExplainedLimits, ADocumentCutOffIsToldInsteadOfWhatIsThenMissing)
+TEST(ExplainedLimits, ADocumentCutOffIsReportedInsteadOfMissingData)
 {
     PelLu300RouterInterfaceXml document;
     document.SetValidate(true);

@@ -317,7 +317,7 @@ void expectWritingFails(QDataStream& stream, Kind kind, const QString& sentence)
 
 } // namespace
 
-TEST(ExplainedDevices, OneThatRefusesIsToldInItsOwnWords)
+TEST(ExplainedDevices, ARefusalIsReportedInTheWordsOfTheDevice)
 {
     for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
         RefusingBuffer device;
@@ -327,7 +327,7 @@ TEST(ExplainedDevices, OneThatRefusesIsToldInItsOwnWords)
     }
 }
 
-TEST(ExplainedDevices, AFullOneIsTold)
+TEST(ExplainedDevices, AFullOneIsReported)
 {
     if (!QFile::exists(text("/dev/full")))
         GTEST_SKIP() << "This machine has no device that is always full.";
@@ -340,7 +340,7 @@ TEST(ExplainedDevices, AFullOneIsTold)
     }
 }
 
-TEST(ExplainedDevices, AStreamWithoutOneIsTold)
+TEST(ExplainedDevices, AStreamWithoutOneIsReported)
 {
     for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
         QDataStream stream;
@@ -426,7 +426,7 @@ TEST(SavingABinaryFile, AnExceptionLeavesTheOldOne)
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }
 
-TEST(SavingABinaryFile, ARecordOfWhichValidationLetsNothingBeWrittenLeavesTheOldOne)
+TEST(SavingABinaryFile, ARecordThatValidationDoesNotWriteLeavesTheOldOne)
 {
     const Folder folder;
     folder.write("old");
@@ -438,7 +438,7 @@ TEST(SavingABinaryFile, ARecordOfWhichValidationLetsNothingBeWrittenLeavesTheOld
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }
 
-TEST(SavingABinaryFile, ADiskThatIsFullLeavesTheOldOneAndIsTold)
+TEST(SavingABinaryFile, AFullDiskLeavesTheOldOneAndIsReported)
 {
     const Folder folder;
     folder.write("old");
@@ -542,7 +542,7 @@ TEST(WithoutPermission, AFileIsNotReplaced)
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }
 
-TEST(WithoutPermission, AFolderTakesNoFileAndGivesNone)
+TEST(WithoutPermission, NothingIsSavedIntoOrLoadedFromAFolder)
 {
     const Folder folder;
     const QString path = folder.write("old");

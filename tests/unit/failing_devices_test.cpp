@@ -195,7 +195,7 @@ void tryFile(const QString& path, int room, QIODevice::OpenMode mode)
 
 } // namespace
 
-TEST(FailingFile, EverySizeThatIsTooLargeIsToldWithAndWithoutBuffer)
+TEST(FailingFile, EverySizeThatIsTooLargeIsReportedWithAndWithoutBuffer)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("message.bin"));
@@ -207,7 +207,7 @@ TEST(FailingFile, EverySizeThatIsTooLargeIsToldWithAndWithoutBuffer)
     }
 }
 
-TEST(FailingDevice, EveryFailingCallOfAPlainFormIsTold)
+TEST(FailingDevice, EveryFailingCallOfAPlainFormIsReported)
 {
     tryEveryFault(sample().GetBinaryRepresentationAsQByteArray(),
                   [](const PelLu300RouterMessage& message, QDataStream& stream) {
@@ -215,7 +215,7 @@ TEST(FailingDevice, EveryFailingCallOfAPlainFormIsTold)
                   });
 }
 
-TEST(FailingDevice, EveryFailingCallOfACompressedFormIsTold)
+TEST(FailingDevice, EveryFailingCallOfACompressedFormIsReported)
 {
     tryEveryFault(sample().GetCompressedBinaryRepresentationAsQByteArray(9),
                   [](const PelLu300RouterMessage& message, QDataStream& stream) {
@@ -223,7 +223,7 @@ TEST(FailingDevice, EveryFailingCallOfACompressedFormIsTold)
                   });
 }
 
-TEST(FailingDevice, AStreamThatHasFailedBeforeIsTold)
+TEST(FailingDevice, AStreamThatHasFailedBeforeIsReported)
 {
     FailingDevice device(Fault{});
     QDataStream stream(&device);
@@ -233,7 +233,7 @@ TEST(FailingDevice, AStreamThatHasFailedBeforeIsTold)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
 }
 
-TEST(FailingDevice, ADeviceThatCannotBeWrittenToIsTold)
+TEST(FailingDevice, ADeviceThatCannotBeWrittenToIsReported)
 {
     for (const bool isCompressed : {false, true}) {
         FailingDevice device(Fault{});

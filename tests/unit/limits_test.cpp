@@ -76,7 +76,7 @@ TEST(Limits, AreWhatTheDocumentationSaysAtFirst)
     EXPECT_EQ(Limits::anyNumber, std::numeric_limits<int>::max());
 }
 
-TEST(Limits, OfAnySizeAndNumberAreNone)
+TEST(Limits, OfAnySizeAndNumberAdmitEverything)
 {
     EXPECT_EQ(kindsUnder([](Limits& limits) {
                   limits.inputSize = limits.inflatedSize = Limits::anySize;
@@ -98,7 +98,7 @@ TEST(Limits, OfAnySizeAndNumberAreNone)
               allRead);
 }
 
-TEST(Limits, BelowZeroAdmitNothingAsZeroDoes)
+TEST(Limits, BelowZeroAdmitAsLittleAsZero)
 {
     using F = Failure;
     for (const int value : {0, -1, -64, std::numeric_limits<int>::min()}) {
@@ -138,7 +138,7 @@ TEST(Limits, AdmitExactlyTheirNumber)
     EXPECT_EQ(kindsUnder([](Limits& limits) { limits.attributes = 1; }).first(), Failure::TooManyAttributes);
 }
 
-TEST(Limits, OfTheInputDoNotCountWhatIsInside)
+TEST(Limits, OfTheInputDoNotCountInflatedBytes)
 {
     PelVtConnectServer server;
     server.SetAddress(QString(100000, QLatin1Char('x')));

@@ -292,7 +292,7 @@ TEST(MessageBinary, ItemsWithoutPayloadAreEmptyRecords)
                                 " 61023A90 0000000C 00000002 00000000 00000000"));
 }
 
-TEST(MessageBinary, ItemsThatValidationKeepsBackAreCountedAllTheSame)
+TEST(MessageBinary, ItemsThatValidationLeavesOutAreStillCounted)
 {
     Message m;
     m.SetType(Message::Reply);

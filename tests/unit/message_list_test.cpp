@@ -364,7 +364,7 @@ TEST(MessageSharedList, ACopyOfTheListTakenOutKeepsItsItems)
     EXPECT_EQ(taken.at(0).GetLogger(), nullptr);
 }
 
-TEST(MessageSharedList, TheMessagesItemsKeepTheirLoggersWhenTheyPartFromTheCallersCopy)
+TEST(MessageSharedList, TheMessagesItemsKeepTheirLoggersWhenTheyDetachFromTheCallersCopy)
 {
     const auto logger = std::make_shared<Logger>();
     Message m = sample();

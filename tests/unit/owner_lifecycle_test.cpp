@@ -47,7 +47,7 @@ TEST(EnumeratedMemberLifecycle, TheInvalidValueIsCopiedButResetsKeepIt)
     EXPECT_EQ(source.GetInvalidState(), 2);
 }
 
-TEST(EnumeratedMemberLifecycle, TheInvalidValueIsARightArgument)
+TEST(EnumeratedMemberLifecycle, TheInvalidValueCanBeAnArgument)
 {
     MastershipState state;
     state.SetDefaultState(MastershipState::MasterPresent);
@@ -123,7 +123,7 @@ TEST(OwnerLifecycle, AskingWhetherItHasDataEndsTheSharing)
     EXPECT_EQ(place(sourceMessage), before);
 }
 
-TEST(OwnerLifecycle, TheOwnChoiceIsARightArgumentOfInitChoice)
+TEST(OwnerLifecycle, TheOwnChoiceCanBeTheArgumentOfInitChoice)
 {
     Fragment fragment;
     fragment.SetDefaultDF_Params(params(4.0));
@@ -136,7 +136,7 @@ TEST(OwnerLifecycle, TheOwnChoiceIsARightArgumentOfInitChoice)
                                      QStringLiteral("Invalid enum value set in 'Fragment'."));
 }
 
-TEST(OwnerLifecycle, TheOwnItemsAreRightArguments)
+TEST(OwnerLifecycle, TheOwnItemsCanBeArguments)
 {
     PelLu300RouterMessage record;
     record.AppendFragment(fragment("first"));
@@ -155,7 +155,7 @@ TEST(OwnerLifecycle, TheOwnItemsAreRightArguments)
     EXPECT_TRUE(list.last() == fragment("first"));
 }
 
-TEST(OwnerLifecycle, TheModifiableMemberIsARightArgument)
+TEST(OwnerLifecycle, TheModifiableMemberCanBeAnArgument)
 {
     PelLu300RouterInterfaceXml document;
     document.SetPelLu300RouterMessage(message(3));
@@ -235,7 +235,7 @@ TEST(OwnerLifecycle, FlagAndLoggerOfASharerDoNotReachTheMembersOfTheOther)
     EXPECT_EQ(ofTarget.GetFragment().at(0).GetPelVtConnectServer().GetLogger(), logger);
 }
 
-TEST(OwnerLifecycle, TheSameHoldsForTheListOfAMessageAndThePayloadsOfAFragment)
+TEST(OwnerLifecycle, FlagAndLoggerOfASharerDoNotReachItemsAndPayloadsOfTheOther)
 {
     const auto logger = newLogger();
     PelLu300RouterMessage source = message(1);

@@ -149,7 +149,7 @@ TEST(ReadingReports, MayEndWhileTheyCollect)
     EXPECT_EQ(clearing.report.GetDropped(), 0);
 }
 
-TEST(ReadingReports, KeepNothingOfDocumentsThatAreNone)
+TEST(ReadingReports, KeepNothingOfInputThatIsNoDocument)
 {
     ReadingReport report;
     read("before");

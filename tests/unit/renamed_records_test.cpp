@@ -55,7 +55,7 @@ TEST(RenamedRecords, APayloadReadsWhatItWrote)
     EXPECT_EQ(xmlOf(fragment), xml);
 }
 
-TEST(RenamedRecords, TheNameOfTheClassIsUnknownThen)
+TEST(RenamedRecords, TheNameOfTheClassIsUnknown)
 {
     Fragment fragment = fragmentWithRenamedPayload();
     fragment.GetDF_Params();
@@ -130,7 +130,7 @@ TEST(RenamedRecords, ThePlaceOfAFailureCarriesTheirNames)
               QStringLiteral("/PelLu300RouterInterfaceXml/Letter"));
 }
 
-TEST(RenamedRecords, KeepTheirNamesWhenASharedBlockIsToldApart)
+TEST(RenamedRecords, KeepTheirNamesWhenASharedBlockIsDetached)
 {
     PelLu300RouterInterfaceXml document;
     Namer<PelLu300RouterMessage>::rename(document.GetPelLu300RouterMessage(), "Letter");

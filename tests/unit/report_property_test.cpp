@@ -370,11 +370,11 @@ class Maker
 protected:
     Maker(Random& random, int lossy) : m_random(random), m_lossy(lossy) {}
 
-    bool shallLose() { return m_lossy > 0 && m_random.oneIn(m_lossy); }
+    bool losesSomething() { return m_lossy > 0 && m_random.oneIn(m_lossy); }
 
     QString decimal()
     {
-        if (shallLose())
+        if (losesSomething())
             return m_random.from<QString>(
                 {QStringLiteral("nan"), QStringLiteral("inf"), QStringLiteral("-inf"),
                  QStringLiteral("1.234"), QStringLiteral("-0.001"), QStringLiteral("1e-5"),
@@ -401,7 +401,7 @@ protected:
 
     QString enumerator(Form form)
     {
-        if (shallLose())
+        if (losesSomething())
             return m_random.from<QString>({QStringLiteral("request"), QStringLiteral("Pause"),
                                            QStringLiteral(" Reply"), QStringLiteral("0"),
                                            QStringLiteral("\u00e4")});
@@ -432,20 +432,20 @@ protected:
     {
         QVector<Member> chosen;
         if (QLatin1String(own.name) == QLatin1String("Fragment")) {
-            if (!shallLose())
+            if (!losesSomething())
                 chosen << m_random.from(own.members);
-            if (shallLose())
+            if (losesSomething())
                 chosen << m_random.from(own.members);
             return chosen;
         }
         for (const Member& member : own.members) {
             const bool isNeeded = member.form == Form::Type;
-            if (isNeeded ? !shallLose() : !m_random.oneIn(4))
+            if (isNeeded ? !losesSomething() : !m_random.oneIn(4))
                 chosen << member;
             if (member.form == Form::List)
                 while (!m_random.oneIn(3))
                     chosen << member;
-            else if (shallLose())
+            else if (losesSomething())
                 chosen << member;
         }
         if (m_random.oneIn(2))
@@ -486,9 +486,9 @@ private:
     {
         QString qualified = name;
         QString attributes;
-        if (shallLose())
+        if (losesSomething())
             qualified.prepend(m_random.from<QString>({QStringLiteral("p:"), QStringLiteral("Type:")}));
-        if (shallLose())
+        if (losesSomething())
             attributes =
                 m_random.from<QString>({QStringLiteral(" a='1'"), QStringLiteral(" xml:space=\"preserve\""),
                                         QStringLiteral(" xmlns:p='u' p:b=''")});
@@ -508,7 +508,7 @@ private:
         if (m_random.oneIn(10))
             result += m_random.from<QString>({QStringLiteral("<!-- <Type> -->"), QStringLiteral("<?p Type?>"),
                                               QStringLiteral("<![CDATA[ ]]>"), QStringLiteral("&#32;")});
-        if (shallLose())
+        if (losesSomething())
             result += m_random.from<QString>(
                 {QStringLiteral("text"), QStringLiteral("&amp;"), QStringLiteral("<![CDATA[<Type>]]>"),
                  QStringLiteral("<Unknown/>"), QStringLiteral("<Unknown>1<Type>Reply</Type></Unknown>"),
@@ -520,7 +520,7 @@ private:
     QString scalar(Form form)
     {
         QString content = spelled(value(form));
-        if (shallLose())
+        if (losesSomething())
             content.insert(m_random.oneIn(2) ? 0 : content.size(),
                            m_random.from<QString>({QStringLiteral("<b/>"), QStringLiteral("<b a='1'>2</b>"),
                                                    QStringLiteral("<Port>1<Port/></Port>")}));
@@ -531,7 +531,7 @@ private:
     {
         switch (form) {
         case Form::Unsigned:
-            if (shallLose())
+            if (losesSomething())
                 return m_random.from<QString>(
                     {QStringLiteral("-1"), QStringLiteral("4294967295"), QStringLiteral("2147483648"),
                      QStringLiteral("-2147483648"), QStringLiteral("99999999999"), QStringLiteral("1.0"),
@@ -543,7 +543,7 @@ private:
         case Form::Double:
             return decimal();
         case Form::Boolean:
-            return shallLose()
+            return losesSomething()
                        ? m_random.from<QString>({QStringLiteral("yes"), QString(), QStringLiteral(" true"),
                                                  QStringLiteral("2"), QStringLiteral("no")})
                        : m_random.from<QString>({QStringLiteral("true"), QStringLiteral("false"),
@@ -605,10 +605,10 @@ private:
             else
                 payload = scalar(member.form);
             entries += entry(member.tag, payload);
-            if (shallLose())
+            if (losesSomething())
                 entries += entry(unknownTag, bytes("0102"));
         }
-        return shallLose() ? withWrongLengths(entries) : entries;
+        return losesSomething() ? withWrongLengths(entries) : entries;
     }
 
     // Makes two lengths wrong, so that they cancel each other out in the sum.
@@ -640,18 +640,18 @@ private:
         switch (form) {
         case Form::Unsigned: {
             const auto low = static_cast<std::uint32_t>(m_random.bits());
-            return word(shallLose() ? m_random.from<std::uint32_t>({1, 0xFFFFFFFF, 0x80000000}) : 0)
+            return word(losesSomething() ? m_random.from<std::uint32_t>({1, 0xFFFFFFFF, 0x80000000}) : 0)
                    + word(m_random.oneIn(3) ? low >> 16 : low);
         }
         case Form::Boolean:
-            return shallLose() ? m_random.from<QByteArray>({bytes("02"), bytes("FF")})
-                               : m_random.from<QByteArray>({bytes("00"), bytes("01")});
+            return losesSomething() ? m_random.from<QByteArray>({bytes("02"), bytes("FF")})
+                                    : m_random.from<QByteArray>({bytes("00"), bytes("01")});
         case Form::Double:
             return textPayload(decimal().toUtf8());
         case Form::Text:
             if (m_random.oneIn(10))
                 return bytes("FFFFFFFF");
-            return textPayload(shallLose() ? Maker::text().toUtf8() + notUtf8() : anyText());
+            return textPayload(losesSomething() ? Maker::text().toUtf8() + notUtf8() : anyText());
         default:
             return m_random.oneIn(20) ? bytes("FFFFFFFF") : textPayload(enumerator(form).toUtf8());
         }

@@ -133,7 +133,7 @@ TEST(Report, TellsOfAMissingMandatoryMember)
     EXPECT_EQ(saidOf<PelLu300RouterInterfaceXml>("<PelLu300RouterInterfaceXml/>"), QStringList());
 }
 
-TEST(Report, DoesNotMissAnythingInADocumentThatBreaksOff)
+TEST(Report, ReportsNothingMissingInADocumentThatIsCutOff)
 {
     const ReadingReport report;
     PelLu300RouterMessage message;
@@ -260,7 +260,7 @@ TEST(Report, KnowsEveryCharacter)
 }
 
 // In XML, malformed text makes the whole document invalid.
-TEST(Report, IsEmptyWhenTheTextOfAnXmlDocumentIsNone)
+TEST(Report, IsEmptyWhenTheTextOfAnXmlDocumentIsMalformed)
 {
     const ReadingReport report;
     PelVtConnectServer record;
@@ -339,7 +339,7 @@ TEST(Report, TellsOfWholeNumbersThatDoNotFit)
               only("5 1:21 -2147483648 was taken for 2147483648. /OstraInterfacePort/Port"));
 }
 
-TEST(Report, TellsOfWholeNumbersOfWhichTheLowBitsWereTaken)
+TEST(Report, TellsOfWholeNumbersWhoseLowBitsWereTaken)
 {
     const auto said = [](const char* hex) { return saidOf<OstraInterfacePort>(entry(portTag, bytes(hex))); };
     EXPECT_EQ(said("FFFFFFFFFFFFFFFF"),
@@ -352,7 +352,7 @@ TEST(Report, TellsOfWholeNumbersOfWhichTheLowBitsWereTaken)
 
 // --- lengths --------------------------------------------------------------------------------------
 
-TEST(Report, TellsOfLengthsThatAreWrongButMakeUpForEachOther)
+TEST(Report, TellsOfWrongLengthsThatCancelEachOtherOut)
 {
     EXPECT_EQ(saidOf<PelVtConnectServer>(word(addressTag) + word(7) + textPayload("ab") + word(portTag)
                                          + word(7) + word(0) + word(5)),

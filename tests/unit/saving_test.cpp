@@ -144,7 +144,7 @@ TEST(Saving, LeavesTheOldFileWhenNothingCanBeSaved)
     EXPECT_FALSE(other.IsAddressSet());
 }
 
-TEST(Saving, OfNothingUnderValidationIsToldByAllThatWrite)
+TEST(Saving, OfNothingUnderValidationIsReportedByEveryWritingOperation)
 {
     Fragment empty;
     empty.SetValidate(true);
@@ -236,7 +236,7 @@ TEST(AnyDevice, IsReadFromItsPositionAndClosedAsItWas)
     EXPECT_TRUE(open.atEnd());
 }
 
-TEST(AnyDevice, ThatIsNoneIsToldSo)
+TEST(AnyDevice, ThatIsNullIsReported)
 {
     PelLu300RouterMessage message;
     EXPECT_FALSE(message.LoadXml(nullptr));
@@ -391,7 +391,7 @@ struct AtExit
 
 } // namespace
 
-TEST(AtTheEndOfTheProgram, OperationsAreStillThere)
+TEST(AtTheEndOfTheProgram, OperationsStillWork)
 {
     // These objects of the thread are destroyed before. The test passes if the program ends normally.
     EXPECT_FALSE(OstraInterfacePort().LoadXml(text("/nowhere/%1").arg(1)));

@@ -339,7 +339,7 @@ TEST_P(SequentialReading, FormsOneAfterTheOtherOnOneStreamAreReadInTheirOrder)
     EXPECT_EQ(file.readAll(), QByteArray("rest"));
 }
 
-TEST_P(SequentialReading, BehindTheLastFormNothingIsThere)
+TEST_P(SequentialReading, ReadingBehindTheLastFormFails)
 {
     Connection connection(GetParam());
     connection.feed(portForm());

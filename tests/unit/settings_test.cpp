@@ -97,7 +97,7 @@ TYPED_TEST(SettingsOfOwners, ReachRecordsThatWereTouchedBefore)
     expectSettings(owner, false, nullptr);
 }
 
-TYPED_TEST(SettingsOfOwners, SetBeforeThereIsAnyDataAreLearntWhenItIsCreated)
+TYPED_TEST(SettingsOfOwners, SetBeforeThereIsAnyDataAreHandedDownWhenItIsCreated)
 {
     TypeParam owner;
     const auto logger = std::make_shared<Logger>();
@@ -328,7 +328,7 @@ TEST(SettingsOfMembers, OfAPayloadTakeEffectInItsSetters)
     EXPECT_NO_THROW(document.GetPelLu300RouterMessage().AppendFragment(Fragment()));
 }
 
-TEST(SettingsOfItems, AnAppendedItemLearnsThemWithTheNextOperationOfItsOwner)
+TEST(SettingsOfItems, AnAppendedItemGetsThemWithTheNextOperationOfItsOwner)
 {
     const auto logger = std::make_shared<Logger>();
     PelLu300RouterInterfaceXml document;

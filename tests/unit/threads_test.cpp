@@ -375,7 +375,7 @@ TYPED_TEST(SharedBlockThreads, TwoSharersMayDoAnythingAtTheSameTime)
         }
 }
 
-TYPED_TEST(SharedBlockThreads, TwoSharersThatHavePartedButStillShareNestedBlocksMayDoAnything)
+TYPED_TEST(SharedBlockThreads, TwoSharersThatHaveDetachedButStillShareNestedBlocksMayDoAnything)
 {
     const auto all = actions<TypeParam>();
     for (const auto& first : all)

@@ -104,7 +104,7 @@ struct Connection
 
 } // namespace
 
-TEST(Waiting, AFormThatHasArrivedByHalfIsNotWholeYet)
+TEST(Waiting, AFormThatHasArrivedInPartIsNotWholeYet)
 {
     const QByteArray form = portForm();
     const LimitsInScope atOnce(waiting(0));
@@ -174,7 +174,7 @@ TEST(Waiting, TakesWhatArrivesMeanwhile)
     EXPECT_EQ(record.GetPort(), 5000U);
 }
 
-TEST(Waiting, AConnectionThatEndedHasItsReasonTold)
+TEST(Waiting, AConnectionThatEndedIsReportedWithItsReason)
 {
     Connection connection;
     connection.send(portForm().left(10));
@@ -330,7 +330,7 @@ TEST(Waiting, ADeviceThatIsQuietInTheMiddleOfAFormHasNotEnded)
     }
 }
 
-TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
+TEST(Waiting, ADocumentWithoutItsEndIsNotWholeYet)
 {
     const QByteArray xml = "<OstraInterfacePort><Port>5000</Port><!--\xC3\xA4--></OstraInterfacePort>";
     for (int size = 1; size < xml.size(); ++size) {
@@ -366,7 +366,7 @@ TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::DoctypeRefused);
 }
 
-TEST(Waiting, WhatNothingCanMendIsToldAtOnce)
+TEST(Waiting, AMistakeThatMoreBytesCannotMendIsReportedAtOnce)
 {
     const auto kindOf = [](const QByteArray& content) {
         QuietDevice device({content, QByteArray("more")});
@@ -382,7 +382,7 @@ TEST(Waiting, WhatNothingCanMendIsToldAtOnce)
     EXPECT_EQ(kindOf("\xEF\xBB\xBF\xEF\xBB\xBF<Ostra"), Failure::NotWellFormed);
 }
 
-TEST(Waiting, ACharacterOfWhichTheEndIsMissingIsWaitedFor)
+TEST(Waiting, ACharacterThatIsCutOffIsWaitedFor)
 {
     // The character may also be behind the root element. Wide characters are cut at every byte.
     QByteArray wide;
@@ -431,7 +431,7 @@ TEST(Waiting, AFormOfAnotherClassCanBeReadByAnother)
     EXPECT_EQ(record.GetPort(), 5000U);
 }
 
-TEST(Waiting, AProcessIsWaitedForAndItsFailureTold)
+TEST(Waiting, AProcessIsWaitedForAndItsFailureIsReported)
 {
     OstraInterfacePort record;
     QProcess process;

@@ -325,7 +325,7 @@ TEST(WholeDocumentSaving, AFileThatCannotBeWrittenIsNamedAndNothingIsLeftBehind)
     EXPECT_TRUE(QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).isEmpty());
 }
 
-TEST(WholeDocumentSaving, WhatIsNoFileIsNotReplaced)
+TEST(WholeDocumentSaving, APathThatIsNoFileIsNotReplaced)
 {
     QTemporaryDir folder;
     EXPECT_FALSE(sample().SaveXml(folder.path()));
@@ -561,7 +561,7 @@ TEST(WholeDocumentLimits, DoNotHoldForProcessXmlSetBinaryAndMerging)
 
 // --- report
 
-TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsInSilence)
+TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsSilently)
 {
     ReadingReport report;
     PelLu300RouterInterfaceXml document;
@@ -698,7 +698,7 @@ TEST(WholeDocumentMerging, MergingWithItselfDoublesTheList)
     EXPECT_EQ(document.GetPelLu300RouterMessage().GetFragment().size(), 4);
 }
 
-TEST(WholeDocumentMerging, DoesNotAskTheOthersValidation)
+TEST(WholeDocumentMerging, IgnoresTheValidationFlagOfTheOther)
 {
     PelLu300RouterMessage other;
     other.SetMessageID(5);
@@ -746,7 +746,7 @@ TEST(LogSinks, ADeviceGetsNoCharacterThatMakesAnEntryLookLikeAnother)
     EXPECT_EQ(sink.GetLost(), 0);
 }
 
-TEST(LogSinks, ADeviceThatTakesNoEntryHasItCounted)
+TEST(LogSinks, AnEntryThatADeviceRefusesIsCounted)
 {
     for (const QIODevice::OpenMode mode :
          {QIODevice::OpenMode(), QIODevice::OpenMode(QIODevice::Unbuffered)}) {

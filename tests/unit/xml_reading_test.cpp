@@ -91,7 +91,7 @@ TYPED_TEST(XmlMappingOfEveryRecord, TheReaderIsLeftOnTheEndOfTheRecordsElement)
     EXPECT_EQ(reader.name().toString(), text("after"));
 }
 
-TYPED_TEST(XmlMappingOfEveryRecord, TheNameOfTheElementItselfIsNotAsked)
+TYPED_TEST(XmlMappingOfEveryRecord, TheNameOfTheElementItselfDoesNotMatter)
 {
     TypeParam source;
     fill(source);
@@ -345,7 +345,7 @@ TEST(XmlMappingNested, AListItemKeepsNothingOfTheItemReadBefore)
                                    "</Fragment><Fragment/></PelLu300RouterMessage>"));
 }
 
-TEST(XmlMappingNested, ADefaultItemPlaysNoPartInReading)
+TEST(XmlMappingNested, ADefaultItemDoesNotMatterInReading)
 {
     PelLu300RouterMessage message;
     message.SetDefaultFragment(withPort(9));

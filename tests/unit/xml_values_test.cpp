@@ -112,7 +112,7 @@ TEST(XmlMappingUnsigned, MalformedTextMarksTheMemberSet)
     EXPECT_EQ(record.GetPort(), 0U);
 }
 
-TEST(XmlMappingUnsigned, WhiteSpaceOfAllKindsCountsAsTheStringConversionCountsIt)
+TEST(XmlMappingUnsigned, WhiteSpaceIsTreatedAsInTheStringConversion)
 {
     for (const ushort space :
          {ushort(0x20), ushort(0x09), ushort(0x0A), ushort(0xA0), ushort(0x2003), ushort(0x3000)}) {
