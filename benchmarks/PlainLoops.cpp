@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The loops by hand, on plain structs, as contenders.
+// The hand-written loops on plain structs, as contenders.
 
 #include "CanonicalDocument.h"
 #include "Operations.h"

@@ -239,9 +239,9 @@ struct Target
     std::string text;
     double limit;
     Key key;
-    // The contender by whose value this one is divided; with an empty name the value itself is compared.
+    // The contender whose value divides this one. With an empty name the value itself is compared.
     Key to;
-    // Whether the target is about growth: then the value at 100 000 is divided by that at 1 000.
+    // Whether the target is about growth: the value for 100 000 fragments divided by that for 1 000.
     bool isGrowth = false;
 };
 

@@ -8,16 +8,16 @@
 
 namespace benchmarks {
 
-// Does the work once. From 1000 fragments on, its result is destroyed outside the measured time, for all
-// contenders alike; below that, stopping the clock would cost more.
+// Does the work once. From 1000 fragments on, the result is destroyed outside the measured time, for all
+// contenders. For fewer fragments, stopping the clock would cost more than destroying the result.
 using Operation = std::function<std::shared_ptr<void>()>;
 
 // Makes the operation for a document of that many fragments. It must check the operation's result with
 // require() first, so that no wrong result is timed.
 using Prepare = std::function<Operation(int fragments)>;
 
-// Adds a row of CPU time per fragment. The time of the contender "records" is divided by that of each other
-// one.
+// Adds a row of CPU time per fragment. The table also shows the time of the contender "records" divided by
+// the time of each other contender.
 void addTime(const char* operation, const char* contender, const Prepare& prepare,
              const std::vector<int>& sizes = {7, 1000, 100000});
 

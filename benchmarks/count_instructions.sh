@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Counts the instructions per fragment of the canonical operations, which a noisy machine does not change,
-# and compares them with the recorded numbers:
+# Counts the instructions per fragment of the canonical operations and compares them with the recorded numbers.
+# Instructions, unlike times, do not depend on what else the machine does.
 #
 #     count_instructions.sh PROGRAM EXPECTED            fails when one has grown by over 5 %
-#     count_instructions.sh --update PROGRAM EXPECTED   writes the numbers anew
+#     count_instructions.sh --update PROGRAM EXPECTED   rewrites the numbers
 #
 # PROGRAM is canonical_operations of a Release build. The numbers are valid for one version of the compiler,
 # of Qt and of the C library; update them for a new one.

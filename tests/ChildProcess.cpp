@@ -17,7 +17,7 @@ namespace testing_support {
 namespace {
 
 constexpr unsigned int mostSeconds = 60;
-// No task returns this.
+// Reserved for failed assertions: no task may return it.
 constexpr int taskFailed = 99;
 
 bool writeAll(int descriptor, const QByteArray& content)
@@ -81,7 +81,7 @@ ChildEnd runInChild(const std::function<int(QByteArray& said)>& task)
         ADD_FAILURE() << "There is no pipe to a child process.";
         return end;
     }
-    // What is still to be printed would be printed twice.
+    // Text that is still buffered would be printed by both processes.
     std::fflush(stdout);
     const pid_t child = fork();
     if (child == 0) {
@@ -89,7 +89,7 @@ ChildEnd runInChild(const std::function<int(QByteArray& said)>& task)
         runTask(task, ends[1]);
     }
     ::close(ends[1]);
-    // Nobody but the child holds the other end, so both of these end with the child.
+    // Only the child holds the other end of the pipe, so reading and waiting end when the child ends.
     end.said = readAll(ends[0]);
     ::close(ends[0]);
     int status = 0;

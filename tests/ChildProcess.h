@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A part of a test in a process of its own: for what must not happen in the process of all tests, such as
-// giving up privileges, or what might end it.
+// Runs a part of a test in its own process, because it must not happen in the process of all tests, such as
+// giving up privileges, or because it might end the process.
 #pragma once
 
 #include <QtCore/QByteArray>
@@ -22,9 +22,9 @@ struct ChildEnd
 
 void PrintTo(const ChildEnd& end, std::ostream* out);
 
-// Runs the task in a copy of this process and waits for its end, at most for a minute: then the process is
-// ended by SIGALRM. The task returns the exit status. An assertion that fails in it, or an exception that
-// leaves it, fails the test that called.
+// Runs the task in a copy of this process and waits for its end; SIGALRM ends it after a minute. The task
+// returns the exit status. An assertion that fails in it, or an exception that leaves it, fails the calling
+// test.
 ChildEnd runInChild(const std::function<int(QByteArray& said)>& task);
 
 } // namespace testing_support

@@ -73,7 +73,7 @@ inline QByteArray word(quint32 value)
     return part;
 }
 
-// Something behind its size.
+// The content, preceded by its size.
 inline QByteArray sized(const QByteArray& content)
 {
     return word(static_cast<quint32>(content.size())) + content;
@@ -104,7 +104,7 @@ constexpr quint32 bandwidthTag = 0x104A95AB;
 constexpr quint32 panoramaSpanTag = 0x7029D96C;
 constexpr quint32 unknownTag = 0x01020304;
 
-// The compressed form of these pieces, each of which begins with its size.
+// The compressed form that consists of these pieces. Each piece begins with its size.
 inline QByteArray compressedForm(const QByteArray& pieces) { return word(0x4D4B5A31) + sized(pieces); }
 
 } // namespace testing_support

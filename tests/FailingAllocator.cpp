@@ -27,7 +27,7 @@ namespace {
 
 thread_local long allocations = 0;
 
-// While armed: how many allocations by the allocator still succeed.
+// While armed, allocationsLeft is the number of allocations by the armed allocator that still succeed.
 thread_local bool armed = false;
 thread_local Allocator armedAllocator = Allocator::New;
 thread_local Extent armedExtent = Extent::Once;
@@ -35,7 +35,8 @@ thread_local long allocationsLeft = 0;
 thread_local bool isAnyFailed = false;
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-// Qt 6 ends the process when memory runs out while its XML reader is constructed. Nothing fails there.
+// Qt 6 ends the process when memory runs out while its XML reader is constructed, so no allocation fails
+// there.
 bool isSpared() noexcept
 {
     armed = false;
@@ -52,7 +53,7 @@ bool isSpared() noexcept
     return isConstructing;
 }
 
-// The first call loads a library.
+// The first call of backtrace() loads a library, which allocates.
 void prepareToSpare()
 {
     void* frame = nullptr;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Memory that runs out when a test wants it to. A program with this in it has an operator new that can be
-// told to fail, and, where malloc can be replaced, such a malloc; see with_failing_allocator in
+// Memory that runs out when a test wants it to. It replaces operator new, and where possible malloc, by
+// functions that can be made to fail. The programs that use it are in with_failing_allocator in
 // CMakeLists.txt.
 #pragma once
 
@@ -10,11 +10,11 @@
 
 namespace testing_support {
 
-// What fails.
+// The function that fails.
 enum class Allocator
 {
     New,
-    // Here Qt's containers take their memory. It cannot be replaced under a sanitizer.
+    // The containers of Qt use it. It cannot be replaced under a sanitizer.
     Malloc
 };
 
@@ -26,7 +26,7 @@ enum class Extent
 
 bool canFail(Allocator allocator);
 
-// Lets an allocation in this thread fail as long as the object lives: the one behind so many that succeed.
+// While the object lives, so many allocations in this thread succeed, and then the next one or all fail.
 class FailingAllocations
 {
 public:
@@ -51,8 +51,8 @@ long allocationsIn(Statement&& statement)
     return countAllocations() - before;
 }
 
-// Lets one allocation of the statement fail. Returns whether it was reached; then std::bad_alloc must come
-// out.
+// Lets one allocation of the statement fail. Returns whether the statement got that far; then it must throw
+// std::bad_alloc.
 template <class Statement>
 bool failsOutOfMemory(long successes, Statement&& statement)
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What records log in a test.
+// Checking what records log.
 #pragma once
 
 #include "modelkit/IMKObject.h"
@@ -35,7 +35,7 @@ public:
 
     void expectNothing() const { EXPECT_TRUE(texts().isEmpty()) << texts().join('\n').toStdString(); }
 
-    // Expects that nothing but this has been logged.
+    // Expects that this is the only entry in the log.
     void expectOneError(const QString& sentence) const
     {
         ASSERT_EQ(m_sink->GetEntries().size(), 1) << texts().join('\n').toStdString();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What reports say in a test.
+// Checking what reports say.
 #pragma once
 
 #include "modelkit/ReadingReport.h"
@@ -15,7 +15,7 @@ enum class PathShown
     LastStep
 };
 
-// The entries in short: kind, place, text and path.
+// The entries as lines: kind, place, text and path.
 inline QStringList lines(const MODELKIT::ReadingReport& report, PathShown shown = PathShown::Whole)
 {
     QStringList result;

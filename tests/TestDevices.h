@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Devices that are not as easy to have as a buffer.
+// Devices that behave worse than a buffer.
 #pragma once
 
 #include <QtCore/QBuffer>
@@ -24,7 +24,7 @@ public:
     bool isSequential() const override { return true; }
     qint64 bytesAvailable() const override { return left() + QIODevice::bytesAvailable(); }
 
-    // The number of bytes that nobody has taken yet.
+    // The number of bytes that have not been read.
     qint64 left() const { return m_content.size() - m_taken; }
 
 protected:
@@ -42,7 +42,7 @@ private:
     qint64 m_taken = 0;
 };
 
-// Can only be written forwards, and takes so many bytes.
+// Can only be written forwards, and has room for so many bytes.
 class Drain : public QIODevice
 {
 public:
@@ -69,7 +69,7 @@ private:
     qint64 m_room;
 };
 
-// A buffer, open for writing, that takes nothing and says why.
+// A buffer that is open for writing but refuses every byte, with a reason.
 class RefusingBuffer : public QBuffer
 {
 public:

@@ -17,14 +17,14 @@
 
 namespace testing_support {
 
-// A folder with at most one document, which is there as long as the object lives.
+// A temporary folder with at most one document. It exists as long as the object.
 class Folder
 {
 public:
     QString folder() const { return m_folder.path(); }
     QString path() const { return m_folder.filePath(QStringLiteral("document")); }
 
-    // Everything that is in the folder, also what is hidden.
+    // The names of everything in the folder, including hidden files.
     QStringList entries() const
     {
         return QDir(m_folder.path())
@@ -51,7 +51,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-// No file gets larger than that as long as the object lives. Writing more fails as it does on a full disk.
+// While the object lives, no file can grow above the limit. Writing more fails as on a full disk.
 class FileSizeLimit
 {
 public:

@@ -8,8 +8,8 @@
 
 namespace {
 
-// Ends the program when a test waits for something that never comes, be it a thread, a process, a socket or a
-// pipe. No test takes nearly as long, not even under a sanitizer.
+// Ends the program when a test waits forever for a thread, a process, a socket or a pipe. No test takes
+// nearly as long as this allows, not even under a sanitizer.
 class Watchdog : public ::testing::EmptyTestEventListener
 {
     static constexpr unsigned int mostSeconds = 120;
@@ -31,7 +31,7 @@ class Watchdog : public ::testing::EmptyTestEventListener
     }
     static void say(const char* words)
     {
-        // Whether anybody hears it makes no difference any more.
+        // The result does not matter: the program ends anyway.
         static_cast<void>(!::write(STDERR_FILENO, words, std::strlen(words)));
     }
 
@@ -40,7 +40,7 @@ class Watchdog : public ::testing::EmptyTestEventListener
 
 char Watchdog::s_test[200];
 
-// GoogleTest deletes it.
+// GoogleTest deletes the watchdog.
 const bool isWatched = [] {
     ::testing::UnitTest::GetInstance()->listeners().Append(new Watchdog);
     return true;

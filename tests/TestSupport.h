@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What most tests need: the record classes, both written forms as literals, messages of exceptions, and
-// limits. All that is in here is compiled once and for all tests.
+// What most tests need: the record classes, both written forms of a record, checking of exceptions, and
+// limits. This header is compiled once for all tests.
 #pragma once
 
 #include "PayloadRecords.h"
@@ -65,7 +65,7 @@ using RecordsWithSamples = ::testing::Types<OstraInterfacePort, RouterVtServerPo
                                             MastershipState, AcquireMastership, ReleaseMastership, DF_Params,
                                             Fragment, PelLu300RouterMessage, PelLu300RouterInterfaceXml>;
 
-// The two records that tell whether something succeeded.
+// The two records with the member Success.
 using SuccessRecords = ::testing::Types<AcquireMastership, ReleaseMastership>;
 
 // Names the tests of a typed test suite after their records.
@@ -78,7 +78,7 @@ struct RecordName
     }
 };
 
-// A text from UTF-8.
+// A QString from UTF-8.
 inline QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
 // An empty text that is not null.
@@ -110,7 +110,7 @@ inline QByteArray frameOf(const MODELKIT::IMKObject& record)
     return bytes;
 }
 
-// Bytes from hexadecimal digits; blanks do not count.
+// Bytes from hexadecimal digits; spaces are ignored.
 inline QByteArray bytes(const char* hex) { return QByteArray::fromHex(hex); }
 
 // The whole-object form of an OstraInterfacePort with port 5000.
@@ -125,7 +125,7 @@ inline void readFrame(MODELKIT::IMKObject& record, const QByteArray& frame)
     record.SetBinary(stream, length);
 }
 
-// A fragment that can be told by its port, and the ports of all fragments of a message.
+// A fragment that a test recognises by its port, and the ports of all fragments of a message.
 inline Fragment withPort(unsigned int port)
 {
     Fragment fragment;
@@ -140,7 +140,7 @@ inline QVector<unsigned int> portsOf(const PelLu300RouterMessage& message)
     return ports;
 }
 
-// A record of which a test may use what only derived classes may.
+// A record whose protected operations are public.
 template <class R>
 struct Opened : R
 {
@@ -155,7 +155,7 @@ struct Opened : R
     using R::operator=;
 };
 
-// Whether there is an operator == for the two classes.
+// Whether the two classes can be compared with ==.
 template <class Left, class Right, class = void>
 struct AreComparable : std::false_type
 {
@@ -167,7 +167,7 @@ struct AreComparable<Left, Right,
 {
 };
 
-// The limits in force, but for what change makes of them: for a MODELKIT::LimitsInScope.
+// The current limits with a change, for a MODELKIT::LimitsInScope.
 template <class Change>
 MODELKIT::Limits limitsWith(const Change& change)
 {
@@ -176,7 +176,7 @@ MODELKIT::Limits limitsWith(const Change& change)
     return limits;
 }
 
-// Expects that statement throws exactly an Exception with exactly that text.
+// Expects that the statement throws an Exception, not a derived class, with exactly that text.
 template <class Exception, class Statement>
 void expectThrow(Statement&& statement, const QString& text)
 {

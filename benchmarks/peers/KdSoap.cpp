@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A value tree of KDSoap, written as XML. KDSoap reads XML only as the answer of a server, so there is no
-// benchmark of reading.
+// A value tree of KDSoap, written as XML. KDSoap can only read XML that is the answer of a server, so there
+// is no benchmark of reading.
 
 #include "Peer.h"
 

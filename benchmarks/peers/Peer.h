@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the peers have in common: the canonical values in the types of the standard library, and the
-// shape of their benchmarks.
+// What the peers share: the canonical values in the types of the standard library, and the structure of their
+// benchmarks.
 #pragma once
 
 #include "benchmarks/PlainMessage.h"
@@ -37,7 +37,7 @@ void fillFragment(int i, Sink&& sink)
     }
 }
 
-// A library with a message type of its own. Each function returns its result as an operation does.
+// A library with its own message type. Each function returns its result as an operation does.
 template <class Document>
 struct Peer
 {

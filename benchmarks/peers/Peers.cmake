@@ -20,7 +20,7 @@ function(add_peer name)
         target_compile_options(${name}_generated PRIVATE -w)
         target_include_directories(${name}_generated SYSTEM PUBLIC ${folder})
         target_link_libraries(${name}_generated PUBLIC ${arg_LIBRARIES})
-        # The run-time library of a generator may call what is generated.
+        # The run-time library of a generator may call the generated code.
         set_target_properties(${name}_generated PROPERTIES
             CXX_VISIBILITY_PRESET default VISIBILITY_INLINES_HIDDEN OFF)
         target_link_libraries(benchmarks PRIVATE ${name}_generated)
@@ -77,7 +77,7 @@ endif()
 if(NOT QT_MAJOR EQUAL 5)
     leave_out(KDSoap "it is built with Qt 5")
 else()
-    # Its package does not look for the Qt modules that it links.
+    # The package of KDSoap does not find the Qt modules that it links.
     find_package(Qt5 QUIET COMPONENTS Network)
     find_package(KDSoap QUIET)
     if(KDSoap_FOUND AND Qt5Network_FOUND)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs the conformance cases that stand beside this file; README.md describes their format.
+// Runs the conformance cases in this folder. README.md describes their format.
 #include "TestSupport.h"
 
 #include <QtCore/QDir>
@@ -85,7 +85,7 @@ QString exceptionName(const ModelKitException& exception)
     return text("another class");
 }
 
-// What a step gives: a result in text form, or the exception that it ends with.
+// The outcome of a step: a result as text, or an exception.
 struct Outcome
 {
     QString result;
@@ -148,7 +148,7 @@ public:
     QString reason;
 };
 
-// Takes the values of an object out by key and refuses keys that nobody asked for.
+// Takes the values out of a JSON object by key and refuses the keys that are left.
 class Fields
 {
 public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Any record's header also brings the base object, the exceptions and the logger.
+// The header of any record includes the base object, the exceptions and the logger.
 #include <routerinterface/MastershipState.h>
 
 #include <documents/Document.h>
@@ -8,8 +8,7 @@
 
 #include <memory>
 
-// Whether documents are read in whatever form they are, and refused with an exception that can be caught
-// here.
+// Whether documents are read in any form, or refused with an exception that can be caught here.
 static bool readsDocuments()
 {
     const auto document =

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A program that uses one record, and links with the library of the records only.
+// A program that uses one record and links with the library of the records only.
 #include <routerinterface/OstraInterfacePort.h>
 
 int main()

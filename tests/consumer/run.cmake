@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# Installs the build BUILD into a folder of its own and uses it from there as other people's programs do.
+# Installs the build BUILD into an empty folder and uses it from there, like the program of a user.
 cmake_minimum_required(VERSION 3.21)
 
 function(run)
@@ -10,7 +10,7 @@ function(run)
     endif()
 endfunction()
 
-# What is installed must find its libraries by itself, and is installed where this says.
+# Installed programs must find their libraries by themselves, and no variable may redirect the installation.
 unset(ENV{LD_LIBRARY_PATH})
 unset(ENV{DESTDIR})
 set(installed ${FOLDER}/installed)
@@ -26,8 +26,8 @@ run(${CMAKE_COMMAND} -S ${SOURCE} -B ${FOLDER}/build -G ${GENERATOR} -DCMAKE_CXX
 run(${CMAKE_COMMAND} --build ${FOLDER}/build)
 run(${FOLDER}/build/consumer)
 
-# One library and Qt, with the compiler alone. The program knows where that library is; the library must know
-# where the other one is. The folder is moved, so that no path of the installation can help.
+# One library and Qt, with the compiler alone. The program knows where that library is; the library must find
+# the other one. The folder is moved, so that absolute paths of the installation do not help.
 set(moved ${FOLDER}/moved)
 file(RENAME ${installed} ${moved})
 separate_arguments(flags UNIX_COMMAND "${FLAGS}")

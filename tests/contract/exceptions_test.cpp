@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The exceptions: who is derived from whom, by what each can be caught, and what it carries.
+// The exceptions: how the classes are derived, as what each can be caught, and what it carries.
 
 #include "modelkit/Exceptions.h"
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-// The direct base cannot be asked for; every pair together pins the tree.
+// C++ cannot tell the direct base of a class, but all pairs together determine the tree.
 template <class Base, class Derived>
 constexpr bool isBelow = std::is_base_of_v<Base, Derived>&& std::is_convertible_v<Derived*, Base*>;
 template <class First, class Second>
@@ -63,7 +63,7 @@ class ThrownExceptionContract : public ::testing::Test
 };
 TYPED_TEST_SUITE(ThrownExceptionContract, ThrownExceptions, );
 
-// Throws an Exception, catches it by Caught and gives the text by both accessors, if they agree.
+// Throws an Exception, catches it as Caught and returns its text if both accessors agree.
 template <class Exception, class Caught>
 QString textCaughtAs()
 {
@@ -137,7 +137,8 @@ TYPED_TEST(ThrownExceptionContract, IsCaughtAsMKException)
     EXPECT_EQ((textCaughtAs<TypeParam, MKException>()), QStringLiteral("a text"));
 }
 
-// The libraries are modules of their own; what they throw must be the classes that a program catches.
+// The library is a separate module: its exceptions must have the same types as in the program that catches
+// them.
 TEST(ExceptionsFromTheLibrary, OutOfRangeIsCaughtByEveryClassAboveIt)
 {
     PELLU300ROUTERINTERFACEXML::PelVtConnectServer server;

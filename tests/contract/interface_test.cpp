@@ -81,8 +81,8 @@ static_assert(!std::is_final_v<IMKObject>);
 static_assert(!std::is_copy_constructible_v<IMKObject> && !std::is_copy_assignable_v<IMKObject>);
 static_assert(std::is_enum_v<ObjectTypes>);
 
-// What derived classes see. A class with `using` declarations would not do: it would make the
-// operations public in itself, but leave open whether the base has them protected.
+// What derived classes see. `using` declarations would not do: they would make the operations public here,
+// but would not show whether they are protected in the base.
 class DerivedFromBase : public IMKObject
 {
 public:
@@ -107,7 +107,7 @@ protected:
 static_assert(!std::is_abstract_v<DerivedFromBase>,
               "the base object demands more than its abstract operations");
 
-// Detects whether an expression on an object may be written where it is not a member.
+// Detects whether an expression on an object is allowed outside its class.
 #define DETECT(Name, expression)                                       \
     template <class T, class = void>                                   \
     struct Name : std::false_type                                      \
@@ -170,7 +170,7 @@ constexpr bool hasCommonInterface()
     EXPECT_OPERATION(R, SetLogger, void(R::*)(std::shared_ptr<Logger>) const);
     EXPECT_OPERATION(R, SetObjectType, void(R::*)(ObjectTypes));
 
-    // inherited, and not hidden by anything of the record's own
+    // inherited, and not hidden by the record
     EXPECT_OVERLOAD(R, IsValid, bool(IMKObject::*)(float) const);
     EXPECT_OVERLOAD(R, IsValid, bool(IMKObject::*)(bool) const);
     EXPECT_OVERLOAD(R, IsValid, bool(IMKObject::*)(unsigned int) const);
@@ -244,7 +244,7 @@ static_assert(hasCommonInterface<Fragment>());
 static_assert(hasCommonInterface<PelLu300RouterMessage>());
 static_assert(hasCommonInterface<PelLu300RouterInterfaceXml>());
 
-// An explicit instantiation may name private members; that is how their types are held here.
+// An explicit instantiation may name private members, so it can check their types.
 template <class R, void (R::*initData)() const, void (R::*constNoClearReset)() const>
 struct PrivateOperations
 {
@@ -260,7 +260,7 @@ template struct PrivateOperations<PelLu300RouterInterfaceXml, &PelLu300RouterInt
 
 // --- the families of accessors ----------------------------------------------------------------
 
-// Those that look alike for every member of a type that is not a list.
+// The accessors that are the same for all members except lists.
 #define EXPECT_STATE_ACCESSORS(R, X, T)                          \
     EXPECT_OPERATION(R, Is##X##Set, bool (R::*)() const);        \
     EXPECT_OPERATION(R, Reset##X, void (R::*)());                \
@@ -348,8 +348,8 @@ EXPECT_STATE_ACCESSORS(Message, Fragment, Fragment);
 
 EXPECT_NESTED_MEMBER(PelLu300RouterInterfaceXml, PelLu300RouterMessage, PelLu300RouterMessage);
 
-// Translation helpers belong to the two records with enumerated members of their own; the invalid
-// value of a choice is fixed.
+// Only the two records with enumerated members have translation helpers. The invalid value of a choice is
+// fixed.
 static_assert(CanTranslate<MastershipState>::value && CanTranslateUtf8<MastershipState>::value);
 static_assert(CanTranslate<PelLu300RouterMessage>::value && CanTranslateUtf8<PelLu300RouterMessage>::value);
 static_assert(!CanTranslate<Fragment>::value && !CanTranslateUtf8<Fragment>::value);
@@ -357,8 +357,8 @@ static_assert(!CanSetInvalidChoice<Fragment>::value);
 
 // --- enumerations -----------------------------------------------------------------------------
 
-// Only an enumeration with a fixed underlying type may be initialised with a number in braces, and
-// only one with a fixed type may hold numbers that are none of its enumerators.
+// Only an enumeration with a fixed underlying type can be initialised with a number in braces and may hold
+// numbers that are not enumerators.
 template <class E>
 constexpr bool isOpenIntEnumeration = std::is_enum_v<E>&& std::is_same_v<std::underlying_type_t<E>, int>&&
     std::is_convertible_v<E, int>&& CanListBraceInit<E>::value;

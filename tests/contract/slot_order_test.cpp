@@ -18,7 +18,7 @@ namespace {
 using namespace testing_support;
 using MODELKIT::IMKObject;
 
-// What a pointer to a member function consists of.
+// The parts of a pointer to a member function.
 struct MemberPointer
 {
     std::uintptr_t function;
@@ -45,8 +45,8 @@ bool isVirtual(Function function)
     #endif
 }
 
-// The number of the operation's slot, counted from 1 for the destructor, which takes the first two
-// entries of the table; 0 for an operation that is not virtual, -1 for one of another base.
+// The number of the slot of an operation. The destructor has number 1 and takes the first two entries of the
+// table. 0 means that the operation is not virtual, -1 that it belongs to another base.
 template <class Function>
 int slotOf(Function function)
 {
@@ -70,7 +70,7 @@ struct Operation
     int slot;
 };
 
-// The protected operations can be named by a derived class.
+// Only a derived class can name the protected operations.
 template <class Class>
 struct Opened : Class
 {
@@ -141,7 +141,7 @@ std::vector<Operation> Opened<Class>::operations()
     };
 }
 
-// Its one new virtual operation takes the first slot behind those of the class.
+// The new virtual operation takes the first slot after those of the class.
 template <class Class>
 struct Extended : Class
 {
@@ -165,7 +165,7 @@ TYPED_TEST(SlotOrder, EachOperationHasItsSlot)
         EXPECT_EQ(operation.slot, expected++) << operation.name;
 }
 
-// The destructor takes two entries of the table, and two is what is in front of the second operation.
+// The destructor takes two entries of the table, and exactly two are in front of the second operation.
 TYPED_TEST(SlotOrder, TheDestructorIsTheFirstOfFortySixOperations)
 {
     EXPECT_TRUE(std::has_virtual_destructor_v<TypeParam>);

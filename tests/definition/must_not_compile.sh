@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Mistakes in the tables of records that must end with a message of the compiler:
+# Checks that the compiler refuses mistakes in the tables of the records:
 #
 #     must_not_compile.sh FOLDER COMPILER [OPTION]...
 #
-# FOLDER is that of the sources of this project. Each mistake is made in a copy of a record's source, or of a
-# header of the machinery, which then must not compile, with the given text among the messages.
+# FOLDER has the sources of this project. Each mistake is made in a copy of a record's source, or of a header of
+# the machinery. The copy must not compile, and the given text must be among the messages.
 set -euo pipefail
 folder=$1
 shift
@@ -43,7 +43,7 @@ refuse() {
 
 compiler=("$@")
 
-# The options must be right, or nothing would compile anyway.
+# With wrong options nothing would compile anyway, so try a correct source first.
 if ! compile "${compiler[@]}" "$folder/routerinterface/Fragment.cpp"; then
     fail "Fragment.cpp does not compile as it stands:"
     exit 1

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What samples print.
+// Collects what samples print.
 #pragma once
 
 #include <QtCore/QDebug>
@@ -7,7 +7,7 @@
 
 namespace testing_support {
 
-// Keeps what is said through Qt's logging as long as it lives.
+// Collects the messages of Qt's logging as long as the object lives.
 class Said
 {
 public:

@@ -2,19 +2,19 @@
 # SPDX-License-Identifier: MIT
 # compare_samples.sh [--update]: the code on the pages must be code that is compiled and run.
 #
-# The C++ blocks of docs/NAME.md are, in their order, the regions of NAME_page_test.cpp (with _ for -) in this
-# folder; the program in README.md is examples/first_message.cpp, whose output another test compares. A region
-# stands between two lines "//! [what it shows]" and is indented as they are. --update writes the regions into
-# the pages, whose number of blocks must fit.
+# The C++ blocks of docs/NAME.md are, in order, the regions of NAME_page_test.cpp (with _ for -) in this folder. The
+# program in README.md is examples/first_message.cpp, whose output is compared by another test. A region is between
+# two lines "//! [what it shows]" and has the same indentation. --update writes the regions into the pages, which
+# must have as many blocks.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-# code_of PAGE: its blocks, each after a line ----.
+# code_of PAGE: the blocks of the page, each after a line ----.
 code_of() {
     awk '/^```cpp$/ { inside = 1; print "----"; next } /^```/ { inside = 0 } inside' "$1"
 }
 
-# regions_of SOURCE: its regions, each after a line ----.
+# regions_of SOURCE: the regions of the source, each after a line ----.
 regions_of() {
     awk '/^ *\/\/! \[.*\]$/ { inside = !inside; match($0, /^ */); indent = RLENGTH; if (inside) print "----"; next }
          inside { print substr($0, indent + 1) }' "$1"
@@ -30,7 +30,7 @@ source_of() {
     esac
 }
 
-# with_regions PAGE SOURCE: the page with the regions in place of its blocks.
+# with_regions PAGE SOURCE: the page with its blocks replaced by the regions.
 with_regions() {
     awk 'FNR == NR { if ($0 == "----") ++regions; else code[regions] = code[regions] $0 "\n"; next }
          /^```cpp$/ { inside = 1; print; printf "%s", code[++blocks]; next }

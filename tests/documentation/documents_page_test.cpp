@@ -39,7 +39,7 @@ QByteArray requestWith(const char* before, const char* after)
 class DocumentsPage : public ::testing::Test
 {
 protected:
-    // What the samples say, or have written, stands on the page as it is, indented as code.
+    // Expects that the page shows the output of a sample, indented as code.
     static void expectOnPage(const QString& text = Said::texts().join(QLatin1Char('\n')))
     {
         QFile page(QStringLiteral(TEST_SOURCE_DIRECTORY "/../docs/documents.md"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The samples of docs/records.md, and what that page says about references, places and loggers.
+// The samples of docs/records.md, and the statements of that page about references, places and loggers.
 
 #include "Said.h"
 #include "TestSupport.h"
@@ -38,7 +38,7 @@ unsigned int port(const PelLu300RouterMessage& message)
     return message.GetFragment().first().GetOstraInterfacePort().GetPort();
 }
 
-// The place of what is thrown: path, line and offset.
+// The place of the exception that the statement throws: path, line and offset.
 template <class Statement>
 QString placeOf(Statement&& statement)
 {

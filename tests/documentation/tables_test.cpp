@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tables of the pages beside what the records say about themselves.
+// Compares the tables on the pages with the descriptions of the records.
 #include "TestSupport.h"
 
 #include "routerinterface/RecordInfo.h"
@@ -16,7 +16,7 @@ using namespace testing_support;
 
 namespace {
 
-// A page of docs/; what differs is told with the file to edit.
+// A page of docs/. Its path is part of failures, to name the file to edit.
 struct Page
 {
     explicit Page(const char* name) : path(QStringLiteral("docs/") + QLatin1String(name))
@@ -26,7 +26,7 @@ struct Page
             text = QString::fromUtf8(file.readAll());
     }
 
-    // The rows of the table with that head line, each as its cells.
+    // The cells of all rows of the table with that head line.
     QVector<QStringList> table(const QString& head) const
     {
         QVector<QStringList> rows;
@@ -81,7 +81,7 @@ QString typeOf(MemberInfo::Kind kind)
     return QStringLiteral("record");
 }
 
-// The types of all members of which predicate is true, sorted.
+// The types of all members for which the predicate is true, sorted.
 template <class Predicate>
 QStringList types(Predicate&& predicate)
 {
@@ -111,7 +111,7 @@ QStringList without(QStringList lines, const QStringList& others)
     return lines;
 }
 
-// What a page tells must be what the records are; otherwise the failure names the lines to edit.
+// Expects that the page has the right lines. Otherwise the failure names the lines to edit.
 void expectSame(const Page& page, const char* what, const QStringList& told, const QStringList& right)
 {
     const QStringList missing = without(right, told);
@@ -172,7 +172,7 @@ TEST(Tables, tellHowEveryTypeIsWritten)
         << xml.edit("the table of types lacks one or has one too many");
 }
 
-// The tree at the beginning of the page, as it would be written for the records.
+// The tree at the beginning of the page, made from the descriptions of the records.
 void describe(const RecordInfo& info, int depth, QStringList& lines)
 {
     const QString indent(2 * depth, QLatin1Char(' '));
@@ -204,7 +204,7 @@ TEST(Tables, tellTheTreeOfADocument)
     QStringList right{RecordInfo::Document().GetName()};
     describe(RecordInfo::Document(), 1, right);
 
-    // Blanks between columns are one here, and what follows the type and the names is for the reader.
+    // Spaces between columns are reduced to one, and remarks after the type and the names are left out.
     QStringList told;
     const QStringList lines = page.text.split(QLatin1Char('\n'));
     for (auto i = lines.indexOf(QStringLiteral("    PelLu300RouterInterfaceXml"));

@@ -133,7 +133,7 @@ TEST_F(WholeDocumentsPage, TellsThePathOfWhatIsThrown)
                                                        "/PelLu300RouterInterfaceXml/PelLu300RouterMessage")));
 }
 
-TEST_F(WholeDocumentsPage, ReportsWhatIsAcceptedInSilence)
+TEST_F(WholeDocumentsPage, ReportsWhatIsAcceptedSilently)
 {
     write("<PelLu300RouterInterfaceXml>\n<PelLu300RouterMessage>\n"
           "<Type>Reply</Type><Type>Event</Type></PelLu300RouterMessage></PelLu300RouterInterfaceXml>");

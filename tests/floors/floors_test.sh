@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# floors_test.sh SCRIPT: that scripts/floors.sh finds every kind of include that goes up a floor, and nothing else.
+# floors_test.sh SCRIPT: checks that scripts/floors.sh finds every kind of include that goes up a floor, and no other.
 set -euo pipefail
 script=$(realpath "$1")
 tree=$(mktemp -d)
@@ -8,7 +8,7 @@ trap 'rm -rf "$tree"' EXIT
 cd "$tree"
 mkdir -p modelkit routerinterface/machinery documents tools/commands
 
-# include FILE WHAT: a file with one include, in a tree that is otherwise fine.
+# include FILE WHAT: makes a file with one include, in a tree that is otherwise correct.
 include() { printf '#pragma once\n#include %s\n' "$2" >"$1"; }
 
 # expect STATUS TEXT

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// measure_peaks --list: the names of the hostile inputs.
+// measure_peaks --list: prints the names of the hostile inputs.
 // measure_peaks CASE [N]: makes one of them with N parts, reads it and prints, separated by tabs: the case,
 //   the form, the size of the input, CPU seconds, peak bytes, and the outcome.
-// measure_peaks --table: measures all of them with N and 2N parts, every time in a process of its own, and
-//   prints a table in Markdown. A case that takes more than two minutes of CPU is stopped.
-// measure_peaks --about: the versions of what is measured.
+// measure_peaks --table: measures all of them with N and 2N parts, each in a new process, and prints a table
+// in
+//   Markdown. A case that takes more than two minutes of CPU is stopped.
+// measure_peaks --about: prints the versions of what is measured.
 //
-// The peak is the largest resident memory while reading, above that before reading. The input is
-// counted where the library holds it: of a file, whose bytes the library takes into memory. A string
-// or byte array is the caller's and not counted.
+// The peak is the largest resident memory while reading minus the resident memory before. It includes the
+// bytes of a file, which the library takes into memory, but not a string or byte array, which belongs to the
+// caller.
 
 #include "DocumentParts.h"
 
@@ -86,7 +87,7 @@ QByteArray declared(const QByteArray& encoding)
     return "<?xml version='1.0' encoding='" + encoding + "'?>";
 }
 
-// As many attributes as the limit admits, each with that behind its name.
+// As many attributes as the limit admits, each with the given texts around its name.
 QByteArray mostAttributes(const QByteArray& before = " a", const QByteArray& behind = "=''")
 {
     return numbered(before, 256, behind);
@@ -162,7 +163,7 @@ QByteArray distinctNamesCutOff(int n)
 }
 
 const Case cases[] = {
-    // With so many items the list has just grown, while the old one was still there.
+    // With so many items the list has just grown, while its old memory was still allocated.
     {"xml-empty-items", "`<Fragment/>`", Form::XmlFile, false, 1200000, emptyItems},
     {"xml-string-empty-items", "`<Fragment/>`", Form::XmlString, false, 1200000, emptyItems},
     {"xml-items-with-payload", "`<Fragment><DF_Params/></Fragment>`", Form::XmlFile, false, 500000,
@@ -181,7 +182,7 @@ const Case cases[] = {
      [](int n) {
          QByteArray before;
          QByteArray behind;
-         // The second element of each pair ends the skip over the first.
+         // Skipping the first element of each pair stops at the second, which has the same name.
          for (int i = 0; i < 10 * n; ++i) {
              const QByteArray name = QByteArray(4000, 'n') + QByteArray::number(i);
              before += '<' + name + "><" + name + '>';
@@ -391,7 +392,7 @@ long long statusOf(const char* key)
     return kilobytes * 1024;
 }
 
-// The largest resident memory is counted from now on.
+// Resets the largest resident memory to the current one.
 bool forgetPeak()
 {
     std::FILE* file = std::fopen("/proc/self/clear_refs", "w");
@@ -455,7 +456,7 @@ bool read(IMKObject& object, Form form, QFile& file, const QString& text, QByteA
     return false;
 }
 
-// Making the input in another process leaves this one's heap as it is.
+// Makes the input in another process, so that the heap of this one stays as it is.
 bool makeInput(const Case& which, int parts, const QString& path)
 {
     const pid_t child = fork();
@@ -548,7 +549,7 @@ Measured run(const char* program, const Case& which, int parts)
     if (child == 0) {
         const rlimit limit{mostSeconds, mostSeconds};
         setrlimit(RLIMIT_CPU, &limit);
-        // Also one that only waits ends; this time goes on in the program.
+        // This also ends a process that only waits. An alarm stays set across execl().
         alarm(10 * mostSeconds);
         dup2(ends[1], STDOUT_FILENO);
         close(ends[0]);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# measure_peaks.sh PROGRAM: reads every hostile input with the program measure_peaks and prints, in
-# Markdown, on what it was measured and the table of outcome, time and memory.
+# measure_peaks.sh PROGRAM: reads every hostile input with the program measure_peaks and prints, in Markdown, the
+# machine and the table of outcome, time and memory.
 set -euo pipefail
 program=$1
 

@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# full_disk.sh PROGRAM: runs the program in a file system of its own, which has room for 16 pages of memory.
+# full_disk.sh PROGRAM: runs the program in a small file system, which has room for 16 pages of memory.
 #
-# Mounting it takes a namespace of mounts, and one of users for who is not root. Where neither is allowed
-# nothing is tested; the exit status is then 77, which CTest takes for skipped.
+# Mounting it needs a mount namespace, and without root a user namespace too. Where that is not allowed, nothing is
+# tested and the exit status is 77, which CTest counts as skipped.
 set -euo pipefail
 program=$1
 folder=$(mktemp -d)
 trap 'rmdir "$folder"' EXIT
 size=$((16 * $(getconf PAGESIZE)))
 
-# in_namespace NAMESPACES COMMAND...: the command with the small file system as its first argument.
+# in_namespace NAMESPACES COMMAND...: runs the command with the small file system as its first argument.
 in_namespace() {
     local namespaces=$1
     shift

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# kill_while_saving.sh PROGRAM [ROUNDS]: kills a program that saves all the time at random moments, and
-# checks after each time that the file is whole. Some of the moments must lie in the middle of saving.
+# kill_while_saving.sh PROGRAM [ROUNDS]: runs a program that saves all the time, kills it at random moments and
+# checks each time that the file is whole. Some of the moments must be in the middle of saving.
 set -euo pipefail
 program=$1
 rounds=${2:-1000}
@@ -17,14 +17,14 @@ fail() {
     exit 1
 }
 
-# Returns when the program has saved for the first time.
+# Starts the program and returns when it has saved for the first time.
 start_saver() {
     "$program" "$file" >"$folder/saved" &
     saver=$!
     read -r -t 60 <"$folder/saved" || fail "The program does not save."
 }
 
-# Holds the program, so that it can be looked at.
+# Stops the program, so that its open files can be inspected.
 stop_saver() {
     local state=
     kill -STOP $saver 2>/dev/null || fail "The program ended by itself."
@@ -36,7 +36,7 @@ stop_saver() {
     fail "The program cannot be stopped."
 }
 
-# Whether the program has a file open that is not finished. It may have no name yet.
+# Whether the program has an unfinished file open. The file may have no name yet.
 is_saving() { [ -n "$(find "/proc/$saver/fd" -lname "$folder/documents/*" 2>/dev/null)" ]; }
 
 kill_saver() {

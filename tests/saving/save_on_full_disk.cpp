@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// save_on_full_disk FOLDER: replaces a file on a small file system by documents of every size around the
-// room that is left, in every form and every way. Each time the new file must be whole, or the failure be
-// told with the system's reason; and where the way promises it, the old file is then as it was.
+// save_on_full_disk FOLDER: replaces a file on a small file system by documents of every size around the room
+// that is left, in every form and with every way to save. Each time the new file must be whole, or the
+// failure must be reported with the system's reason. After a failure the old file must be unchanged if the
+// way to save promises it.
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
@@ -24,7 +25,7 @@ namespace {
 
 using Document = PelLu300RouterInterfaceXml;
 
-// A document of many fragments that hold so many characters in all, of a kind that hardly compresses.
+// A document of many fragments with so many characters in all, which hardly compress.
 Document documentOf(int characters)
 {
     constexpr int fragments = 100;
@@ -50,11 +51,11 @@ Document documentOf(int characters)
 
 // --- ways to save ---------------------------------------------------------------------------------
 
-// What a way to save tells.
+// The result of a way to save.
 struct Outcome
 {
     bool isSaved = false;
-    // Whether the stream, if there is one, tells the same.
+    // Whether the status of the stream, if there is one, agrees.
     bool isStreamRight = true;
 };
 
@@ -156,7 +157,7 @@ const Way ways[] = {
 
 // --- trying ---------------------------------------------------------------------------------------
 
-// The fewest characters with which a document has that size, at least.
+// The fewest characters with which a document has at least that size.
 int charactersFor(const Form& form, qint64 size)
 {
     int few = 0;
@@ -172,7 +173,7 @@ int charactersFor(const Form& form, qint64 size)
     return few;
 }
 
-// From well below to well above the room, and every size close to it.
+// Sizes from well below to well above the room, with every size close to it.
 std::vector<int> sizesAround(const Form& form, qint64 room)
 {
     constexpr int steps = 173;
@@ -225,7 +226,7 @@ public:
     }
 
 private:
-    // Leaves the old file alone in the folder.
+    // Puts the old file into the folder, and nothing else.
     void prepare()
     {
         for (const QString& name : files())

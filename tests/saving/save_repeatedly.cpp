@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// save_repeatedly FILE: saves two documents in turn until it is killed, and writes a line after the first
-// time. save_repeatedly --check FILE: succeeds when the file is one of the two, whole.
+// save_repeatedly FILE: saves two documents in turn until it is killed, and prints a line after the first
+// time. save_repeatedly --check FILE: succeeds if the file is exactly one of the two.
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 

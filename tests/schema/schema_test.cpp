@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The schema, which is written by hand, beside what the records write: every complete document is valid, and
-// documents with mistakes are not.
+// Compares the schema, which is written by hand, with the output of the records: every complete document is
+// valid, and documents with mistakes are not.
 #include "TestSupport.h"
 
 #include "routerinterface/RecordInfo.h"
@@ -23,15 +23,14 @@ namespace {
 
 const QString sources = QStringLiteral(TEST_SOURCE_DIRECTORY "/..");
 
-// Examples that show what reading bears; the schema does not.
+// Examples that show what reading tolerates but the schema does not.
 constexpr const char* lenient[] = {"reply-from-a-newer-router.xml", "reply-release-mastership.xml",
                                    "request-annotated-by-hand.xml"};
 
 // Documents by name.
 using Documents = QMap<QString, QByteArray>;
 
-// What xmllint says of each of the documents; an empty text of those that are valid. What it says of a
-// document begins with the name of its file.
+// The complaints of xmllint about each document; empty for valid ones. Each begins with the name of the file.
 QMap<QString, QString> complaints(const Documents& documents)
 {
     const QTemporaryDir folder;
@@ -92,7 +91,7 @@ Documents examples()
     return documents;
 }
 
-// What the document with that message is in XML.
+// The XML document with that message.
 QByteArray around(const QByteArray& message)
 {
     return "<PelLu300RouterInterfaceXml>" + message + "</PelLu300RouterInterfaceXml>";
@@ -103,7 +102,7 @@ QByteArray aroundFragment(const QByteArray& fragment)
     return around("<PelLu300RouterMessage><Type>Reply</Type>" + fragment + "</PelLu300RouterMessage>");
 }
 
-// The element of a record in the elements of those that own it.
+// The XML document with the element of a record, inside the elements of its owners.
 QByteArray document(const QByteArray& element, const QString& className)
 {
     if (className == RecordInfo::Document().GetName())
@@ -115,7 +114,7 @@ QByteArray document(const QByteArray& element, const QString& className)
     return aroundFragment("<Fragment>" + element + "</Fragment>");
 }
 
-// A few values of each kind; the number chooses among them.
+// One of a few values of each kind, chosen by the number.
 QVariant valueFor(const MemberInfo& member, int number)
 {
     static const double decimals[] = {98.5e6,
@@ -141,7 +140,7 @@ QVariant valueFor(const MemberInfo& member, int number)
     }
 }
 
-// Sets every member, of a choice each in an item of its own.
+// Sets every member. Each member of a choice gets its own list item.
 void fill(MODELKIT::IMKObject& record, const RecordInfo& info, int number)
 {
     for (const MemberInfo* member : info.GetMembers()) {
@@ -189,8 +188,7 @@ TEST(Schema, takesWhatConformingRecordsWrite)
         for (const QJsonValue& each : QJsonDocument::fromJson(file.readAll()).array()) {
             const QJsonObject test = each.toObject();
             const QByteArray xml = test[QStringLiteral("xml")].toString().toUtf8();
-            // A record that is not written, or refuses to be, has no document; without validation it may be
-            // incomplete.
+            // Cases without output have no document, and those without validation may be incomplete.
             if (test[QStringLiteral("validation")].toBool() && !xml.isEmpty())
                 documents.insert(name + QStringLiteral(": ") + test[QStringLiteral("name")].toString(),
                                  document(xml, test[QStringLiteral("record")].toString()));
@@ -208,7 +206,7 @@ TEST(Schema, takesEveryRecordWithEveryMemberSet)
         record.SetValidate(true);
         fill(record, RecordInfo::Document(), number);
         const QByteArray xml = xmlOf(record).toUtf8();
-        // Every class has its element, and every member that is not a class too.
+        // Every class and every member must have its element.
         for (const RecordInfo* info : RecordInfo::All()) {
             EXPECT_TRUE(xml.contains('<' + info->GetName().toUtf8() + '>')) << info->GetName().toStdString();
             for (const MemberInfo* member : info->GetMembers())

@@ -32,7 +32,7 @@ help_of() {
 
 commands() { help_of '' Commands | sed 's/ .*//'; }
 
-# The arguments as they stand in the usage.
+# The arguments in the usage.
 arguments_of() { help_of "$1" Usage | sed "s/^routermsg $1//; s/^ \[OPTION\]\.\.\.//; s/^ //"; }
 
 # Lines "-o --output FILE".

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the base object share: a small object of another kind than the records, and a filled
-// record of each class with its written forms.
+// What the tests of the base object share: small objects that are not records, and a filled record of each
+// class with its written forms.
 #pragma once
 
 #include "TestSupport.h"
@@ -16,8 +16,8 @@ using MODELKIT::ObjectTypes;
 
 // --- objects for the tests --------------------------------------------------------------------
 
-// A small object of another kind than the records: one text, written and read by the four operations
-// on which the base object builds. It notes which of them are called.
+// A small object that is not a record. It has one text, which the four operations that the base object calls
+// write and read. It notes the calls.
 class Note : public IMKObject
 {
 public:
@@ -78,7 +78,7 @@ protected:
 
 using Calls = std::vector<std::string>;
 
-// Notes the child elements that the base object's walk hands to it and treats each as it is told.
+// Notes the child elements that the walk of the base object passes to it, and treats each in the given way.
 class Walker : public IMKObject
 {
 public:
@@ -124,10 +124,10 @@ Opened<R> renamed(const char* name)
     return record;
 }
 
-// --- what a record makes of it ----------------------------------------------------------------
+// --- records ----------------------------------------------------------------------------------
 
-// One filled record of each class with its written forms: the element as the whole-document operations
-// indent it, and the whole-object form in big-endian order.
+// A filled record of each class with its written forms: the element, indented as in a whole document, and the
+// whole-object form in big-endian order.
 template <class R>
 struct Sample;
 
@@ -364,7 +364,7 @@ protected:
     static QString xml() { return QString::fromUtf8(Expected::xml); }
     static QString emptyElement() { return QLatin1Char('<') + name() + QStringLiteral("/>"); }
     static QByteArray binary() { return bytes(Expected::binary); }
-    // The whole-object form of a record in which nothing is set and nothing is written.
+    // The whole-object form of a record without any member.
     static QByteArray emptyBinary() { return binary().left(4) + bytes("00000000"); }
 
     static void expectSample(const R& record)

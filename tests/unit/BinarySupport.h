@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the binary form share: one filled sample of every record with its literal frame,
-// and parts of frames.
+// What the tests of the binary form share: a filled sample of every record with its frame as a literal, and
+// parts of frames.
 #pragma once
 
 #include "DocumentParts.h"
@@ -13,8 +13,8 @@ namespace binary_support {
 
 using namespace testing_support;
 
-// One filled sample of each record: its name, its content, its frame without id in both byte orders,
-// and the frame of the record in which nothing is set.
+// A filled sample of each record: its name, its content, its frame without id in both byte orders, and the
+// frame of the empty record.
 template <class R>
 struct Sample;
 
@@ -174,10 +174,10 @@ inline QByteArray frame(const QByteArray& entries) { return sized(entries); }
 
 inline QByteArray portEntry(std::uint32_t port) { return entry(portTag, word(0) + word(port)); }
 
-// A list entry's payload: the count and the elements' frames.
+// The payload of a list entry: the count and the frames of the items.
 inline QByteArray list(std::uint32_t count, const QByteArray& elements) { return word(count) + elements; }
 
-// The frame of a document that uses every member of every record, each payload in a fragment of its own.
+// The frame of a document with every member of every record. Each payload has its own fragment.
 inline QByteArray fullDocumentFrame()
 {
     const QByteArray state = bytes(Sample<MastershipState>::frame).mid(4);
@@ -226,7 +226,7 @@ inline QString lengthErrorOf(const char* record)
                "::SetBinary(...): Length error occurred during processing of binary representation");
 }
 
-// Expects that reading the frame ends in the length error of the record of that name.
+// Expects that reading the frame throws the length error of the record with that name.
 inline void expectLengthError(MODELKIT::IMKObject& record, const QByteArray& frame, const char* name)
 {
     expectThrow<BinaryParsingException>([&] { readFrame(record, frame); }, lengthErrorOf(name));
@@ -245,7 +245,7 @@ inline const PelLu300RouterMessage& messageIn(const PelLu300RouterInterfaceXml& 
     return document.GetPelLu300RouterMessage();
 }
 
-// The port of the item at that place of the list.
+// The port of the item at that index of the list.
 inline unsigned int portAt(const PelLu300RouterMessage& message, int index)
 {
     const Fragment& item = message.GetFragment().at(index);
@@ -259,7 +259,8 @@ inline QByteArray portElement(std::uint32_t port)
     return frame(entry(ostraInterfacePortTag, portEntry(port)));
 }
 
-// Expects that content, announced as length bytes, ends in the length error of the record of that name.
+// Expects that reading content, announced as length bytes, throws the length error of the record with that
+// name.
 inline void expectLengthErrorOf(MODELKIT::IMKObject& record, const QByteArray& content, int length,
                                 const char* name)
 {

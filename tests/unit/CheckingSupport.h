@@ -13,7 +13,7 @@ using MODELKIT::Logger;
 
 using LoggerPointer = std::shared_ptr<Logger>;
 
-// Names the instances for a record itself and for a class derived from it, which is read by another way.
+// Names the tests for a record and for a class derived from it, which takes another way through the code.
 struct RecordOrDerived
 {
     template <class R>
@@ -36,7 +36,7 @@ inline void readBinary(IMKObject& record, const char* hex, int length)
     record.SetBinary(stream, length);
 }
 
-// Reads one child element that no record knows.
+// Reads a child element that is unknown to all records.
 template <class R>
 void readUnknownChild(Opened<R>& record)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the tests of explained failures share: a document with its form, and what is expected of an operation
-// that fails: its kind, the whole sentence, and one entry in the log.
+// What the tests of explained failures share: a document with its form, and checks that an operation fails
+// with the right kind, the whole sentence and one entry in the log.
 #pragma once
 
 #include "LogSupport.h"
@@ -37,8 +37,7 @@ const char* const sampleForm = "8553499A 00000029 9B1A7AD8 00000021"
                                "E1D9E008 00000009 00000005 5265706C79"
                                "EF193DE9 00000008 0000000000000007";
 
-// Expects that the operation returns false for that reason, and leaves a record that has not begun to
-// read unchanged.
+// Expects that the operation returns false for that reason, before it has changed the record.
 template <class Operation>
 void expectFailure(PelLu300RouterInterfaceXml& document, Failure::Kind kind, const QString& sentence,
                    const Operation& operation)
@@ -70,7 +69,7 @@ inline void expectRefused(const QString& xml, Failure::Kind kind, const QString&
     expectFileRefused(xml.toUtf8(), kind, sentence, validate);
 }
 
-// The reason is the reader's, whose words are its own.
+// The reason comes from the XML reader, which chooses the words.
 inline void expectNotWellFormed(const QString& xml, const QString& position, const QString& path)
 {
     PelLu300RouterInterfaceXml document;
@@ -95,7 +94,7 @@ inline void expectRead(const QString& xml)
     log.expectNothing();
 }
 
-// Expects that the operation throws this, with that sentence as the reason and in the log.
+// Expects that the operation throws this exception, with that sentence as the reason and in the log.
 template <class Exception, class Operation>
 void expectThrown(const IMKObject& record, const QString& sentence, const Operation& operation)
 {

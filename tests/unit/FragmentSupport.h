@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the fragment share: its payloads, each reached by the same names and with content
-// and written forms of its own.
+// What the tests of the fragment share: its payloads, each with the same accessor names, its own
+// content and its written forms.
 #pragma once
 
 #include "TestSupport.h"
@@ -15,7 +15,7 @@ using Logger = MODELKIT::Logger;
 
 constexpr Choice none = static_cast<Choice>(-1);
 
-// Reaches one of the payloads through names that do not depend on the payload's.
+// One of the payloads, with accessors that have the same names for all.
 #define PAYLOAD(Name, number)                                                               \
     using Record = PELLU300ROUTERINTERFACEXML::Name;                                        \
     static constexpr Choice choice = static_cast<Choice>(number);                           \
@@ -29,7 +29,7 @@ constexpr Choice none = static_cast<Choice>(-1);
     static void setDefault(Fragment& f, const Record& value) { f.SetDefault##Name(value); } \
     static bool isValid(const Fragment& f, const Record& value) { return f.IsValid##Name(value); }
 
-// The same with a Port member inside.
+// The same for a payload with a member Port.
 #define PORT_PAYLOAD                                         \
     static void setContent(Record& r) { r.SetPort(5000); }   \
     static void setOtherContent(Record& r) { r.SetPort(7); } \
@@ -188,7 +188,7 @@ inline QByteArray lengthWord(qsizetype length)
     return word;
 }
 
-// A fragment's frame with one entry: the tag and the payload's own frame.
+// The frame of a fragment with one entry: the tag and the frame of the payload.
 inline QByteArray fragmentFrame(const QByteArray& entry) { return lengthWord(entry.size()) + entry; }
 
 // Which payloads of a fragment are set.
@@ -204,7 +204,7 @@ void setContentOf(Fragment& f, ::testing::Types<Payload...>)
     (Payload::set(f, withContent<Payload>()), ...);
 }
 
-// A fragment in which all payloads are set; DF_Params is selected.
+// A fragment with all payloads set, of which DF_Params is selected.
 inline Fragment withEverythingSet()
 {
 #define SET_EMPTY(Name, value, tag, id) f.Set##Name(PELLU300ROUTERINTERFACEXML::Name());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the life of a record share: every member of every record, each with values of its own,
-// and the operations of every record. Whether two records share a block shows in the addresses of the
-// defaults, which getters hand out by reference.
+// What the tests of the life of a record share: every member of every record with values for it, and the
+// operations of every record. Two records share a block if their defaults, which getters return by reference,
+// have the same address.
 #pragma once
 
 #include "TestSupport.h"
@@ -15,7 +15,7 @@ namespace testing_support {
 
 // --- the members of all records -----------------------------------------------------------------
 
-// Null and empty texts are different values here.
+// Null and empty texts count as different here.
 inline bool same(const QString& a, const QString& b) { return a.isNull() == b.isNull() && a == b; }
 template <class T>
 bool same(const T& a, const T& b)
@@ -89,8 +89,8 @@ inline PelLu300RouterMessage message(unsigned int number)
     return record;
 }
 
-// A member as a type: its accessors under common names, the value and the default it starts with, and
-// two other values of each. Only for a bool is the second value the initial one.
+// A member as a type: its accessors under common names, its initial value and default, and two other values
+// of each. For a bool, the second value is the initial one.
 #define MEMBER_COMMON(Record, Name, DefaultType)                                                     \
     using Owner = Record;                                                                            \
     static constexpr const char* name = #Record "::" #Name;                                          \
@@ -161,7 +161,7 @@ MEMBER(PelLu300RouterMessage, MessageID, unsigned int, 0, 7, 8)
 NESTED_MEMBER(PelLu300RouterInterfaceXml, PelLu300RouterMessage, PelLu300RouterMessage, message(1),
               message(2))
 
-// The list differs from the others in that its default is an item.
+// The default of a list is an item, unlike that of other members.
 struct PelLu300RouterMessageFragment
 {
     using Value = QVector<Fragment>;
@@ -206,7 +206,7 @@ private:
     }
 };
 
-// All members of a record in declaration order, and the one that stands for them where any will do.
+// All members of a record in declaration order, and one for tests where any will do.
 template <class R>
 struct Of;
 template <>
@@ -287,7 +287,7 @@ void forEveryMember(Visit&& visit)
     forEveryMemberOf(RecordsWithSamples(), visit);
 }
 
-// Where a record keeps a default: the place changes when the record gets another block.
+// The address of a default. It changes when the record gets another block.
 template <class R>
 const void* place(const R& record)
 {
@@ -342,7 +342,7 @@ std::vector<Operation<R>> plainOperations()
     };
 }
 
-// The same with the written forms.
+// The operations above and those on the written forms.
 template <class R>
 std::vector<Operation<R>> readingOperations()
 {

@@ -20,7 +20,7 @@ const char* const itemIncomplete =
 const char* const lengthError =
     "PelLu300RouterMessage::SetBinary(...): Length error occurred during processing of binary representation";
 
-// An item that has a payload, and a payload that does not pass its check.
+// An item whose payload does not pass its check.
 inline Fragment withBadState()
 {
     Fragment item;

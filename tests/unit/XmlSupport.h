@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the XML form share: the element of each record when it is empty, and something to fill
-// it.
+// What the tests of the XML form share: the element of each record when it is empty, and content to fill it.
 #pragma once
 
 #include "TestSupport.h"
@@ -30,7 +29,7 @@ inline QString emptyElement(const PelLu300RouterMessage&)
     return text("<PelLu300RouterMessage><Type></Type></PelLu300RouterMessage>");
 }
 
-// Gives a record content, and with it what it needs to be written under validation.
+// Gives a record the content that it needs to be written under validation.
 inline void fill(OstraInterfacePort& record) { record.SetPort(1); }
 inline void fill(RouterVtServerPort& record) { record.SetPort(1); }
 inline void fill(PelVtConnectServer& record) { record.SetPort(1); }

@@ -78,7 +78,7 @@ TEST(BaseObjectDocument, TheBinaryFormIsReadByResetAndSetBinary)
 
 // --- whole documents: XML ---------------------------------------------------------------------
 
-// What follows the declaration, whose encoding is the business of who writes it.
+// The document without its declaration, whose encoding depends on the way of writing.
 QString bodyOf(const QString& document)
 {
     EXPECT_TRUE(document.startsWith(QLatin1String("<?xml version=\"1.0\""))) << document.toStdString();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The base object: what it holds, what a record makes of it, the name of an object in texts, and the values
-// that mark something as missing.
+// The base object: its settings, the values that records give them, the name of an object in texts, and the
+// values that mark something as missing.
 
 #include "BaseObjectSupport.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the base object gives to classes that read: skipping a binary entry, the text of an XML element, and
-// the walk over its child elements.
+// The operations of the base object that help classes to read: skipping a binary entry, the text of an XML
+// element, and the walk over its child elements.
 
 #include "BaseObjectSupport.h"
 
@@ -19,7 +19,7 @@ TYPED_TEST_SUITE(BaseObjectOfRecord, RecordsWithSamples, );
 
 // --- skipping a binary entry ------------------------------------------------------------------
 
-// Delivers its content in pieces of a given size at most and cannot go back.
+// Delivers its content in pieces of at most a given size and cannot seek.
 class SequentialDevice : public QIODevice
 {
 public:
@@ -61,7 +61,7 @@ TEST(BaseObjectSkip, MovesBehindThePayloadAndTellsItsLength)
     EXPECT_EQ(stream.status(), QDataStream::Ok);
 }
 
-TEST(BaseObjectSkip, TheTagPlaysNoPart)
+TEST(BaseObjectSkip, TheTagDoesNotMatter)
 {
     const Note note;
     for (const int tag : {0, -1, INT_MIN, INT_MAX}) {
@@ -163,8 +163,8 @@ TEST(BaseObjectSkip, ASequentialDeviceIsLeftAloneByANegativeLength)
 
 // --- the text of an element -------------------------------------------------------------------
 
-// The text of the first "V" in the document; the reader must end on the end of that element, with
-// "Next" as the next one.
+// The text of the first element "V" in the document. The reader must be at the end of that element
+// afterwards, with "Next" as the next one.
 QString textOfV(const QString& documentUpToNext)
 {
     Note note;
@@ -315,7 +315,7 @@ TEST(BaseObjectWalk, EndsOnTheEndOfItsElementAndReadsNothingBehind)
 
 TEST(BaseObjectWalk, StartsOnAnElementOfAnyName)
 {
-    // The name of the start element counts, not that of the object.
+    // The name of the start element matters, not that of the object.
     auto port = OstraInterfacePort();
     QXmlStreamReader reader(QStringLiteral("<Any><Port>5</Port></Any>"));
     ASSERT_TRUE(reader.readNextStartElement());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The binary form is the same on every kind of device, and leaves it as every other writer and reader would.
+// The binary form is the same on every kind of device, and the device is left as after ordinary calls.
 
 #include "TestDevices.h"
 #include "TestSupport.h"
@@ -33,7 +33,7 @@ PelLu300RouterMessage messageWithBadPayload()
     return message;
 }
 
-// Random access in memory, but no buffer; takes as many bytes as it has room for.
+// Has random access in memory but is not a QBuffer. It has room for so many bytes.
 class Disk : public QIODevice
 {
 public:
@@ -128,7 +128,7 @@ TEST(BinaryDevices, AThrowHalfwayLeavesTheBeginningInABuffer)
     EXPECT_THROW(messageWithBadPayload().GetBinary(stream, 0, false), OutOfRangeException);
     const int position = static_cast<int>(buffer.pos());
     EXPECT_GT(position, 121);
-    // The lengths that were not yet known are 0.
+    // Lengths that were not known yet are 0.
     EXPECT_EQ(buffer.data().left(100), before.left(100));
     EXPECT_EQ(buffer.data().mid(100, 4), bytes("00000000"));
     EXPECT_EQ(buffer.data().mid(104, 17), bytes("E1D9E008 00000009 00000005") + "Event");
@@ -263,13 +263,13 @@ TEST(BinaryDevices, ACharacterPushedBackIsRead)
         QBuffer buffer(&read);
         ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
         entry[place] = static_cast<char>(entry[place] ^ 1);
-        // Those in front are pushed back, too, as they were.
+        // The characters in front of the changed one are pushed back unchanged.
         buffer.read(place + 1);
         for (int i = place; i >= 0; --i)
             buffer.ungetChar(entry[i]);
         ASSERT_EQ(buffer.pos(), 0);
 
-        // The same bytes without pushing back anything.
+        // The same bytes in a buffer without pushed back characters.
         QByteArray plain = entry + "rest";
         QBuffer plainBuffer(&plain);
         ASSERT_TRUE(plainBuffer.open(QIODevice::ReadOnly));
@@ -331,7 +331,7 @@ TEST(BinaryDevices, ACharacterPushedBackInTheSecondOfTwoFramesIsRead)
     EXPECT_TRUE(buffer.atEnd());
 }
 
-// Far behind the beginning of a large frame, in the middle of a text and between unknown entries.
+// In a large frame, in the middle of a text and between unknown entries.
 TEST(BinaryDevices, CharactersPushedBackFarInsideAFrameAreRead)
 {
     PelVtConnectServer server;
@@ -356,7 +356,7 @@ TEST(BinaryDevices, CharactersPushedBackFarInsideAFrameAreRead)
     EXPECT_TRUE(buffer.atEnd());
 }
 
-// Entries that reach over the end of the frame take what is there, pushed back or not.
+// Entries that reach over the end of the frame take the bytes behind it, pushed back or not.
 TEST(BinaryDevices, AnEntryThatReachesOverTheEndOfTheFrameTakesTheBytesBehindIt)
 {
     for (const bool pushBack : {false, true}) {

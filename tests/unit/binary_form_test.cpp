@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Looking into a compressed form without an object.
+// Inspecting a compressed form without an object.
 
 #include "TestSupport.h"
 
@@ -49,7 +49,7 @@ TEST(BinaryForm, RefusesThePlainForm)
 
 TEST(BinaryForm, KeepsWhatCouldBeInflatedOfAFormThatIsCutOff)
 {
-    // Two pieces: the text alone is longer than one.
+    // The form has two pieces, because the text is longer than one.
     PelVtConnectServer server;
     server.SetAddress(QString(100000, QLatin1Char('a')));
     const QByteArray form = server.GetCompressedBinaryRepresentationAsQByteArray(0);

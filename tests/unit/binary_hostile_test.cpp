@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Binary input that nobody wrote on purpose: whatever the bytes, reading ends soon, either well or in
-// one of the library's exceptions, and the record can still be used.
+// Binary input that no program wrote on purpose: whatever the bytes, reading soon succeeds or throws one of
+// the library's exceptions, and the record can still be used.
 #include "BinarySupport.h"
 
 #include <array>
@@ -18,8 +18,7 @@ enum class Outcome
     Refused
 };
 
-// Expects that the record can be written, and that what it writes can be read and written again
-// without a change.
+// Expects that the record can be written, and that reading and writing the result again changes nothing.
 template <class R>
 void expectUsable(const R& record, const QByteArray& origin)
 {
@@ -30,7 +29,7 @@ void expectUsable(const R& record, const QByteArray& origin)
     EXPECT_EQ(frameOf(again), written) << "read from " << origin.toHex().constData();
 }
 
-// Reads content, announced as length bytes. Anything that is thrown but an MKException fails the test.
+// Reads content, announced as length bytes. Any exception except an MKException fails the test.
 template <class R>
 Outcome tryToRead(const QByteArray& content, int length, bool validate)
 {
@@ -46,7 +45,7 @@ Outcome tryToRead(const QByteArray& content, int length, bool validate)
     }
     EXPECT_LE(stream.device()->pos(), content.size());
     if (outcome == Outcome::Read) {
-        // Nothing is read well that does not fill its length.
+        // A successful reading consumes exactly the announced length.
         EXPECT_EQ(stream.device()->pos(), length) << content.toHex().constData();
     }
     expectUsable(record, content);
@@ -61,7 +60,7 @@ struct Outcomes
     void add(Outcome outcome) { ++(outcome == Outcome::Read ? read : refused); }
 };
 
-// Reads the frame with each byte, and each pattern of changed bits in it, once.
+// Reads the frame once for each byte and each pattern of changed bits in it.
 template <class R, class Patterns>
 Outcomes readDamaged(const QByteArray& frame, const Patterns& patterns)
 {
@@ -112,8 +111,8 @@ TYPED_TEST(HostileBinaryOfEveryRecord, OfRandomBytesIsReadOrRefused)
     EXPECT_GT(outcomes.refused, 3000);
 }
 
-// Random content that is put together from the right parts, with lengths and counts that are mostly
-// right: it gets deep into every record.
+// Random content of valid parts with mostly right lengths and counts, so that reading gets deep into every
+// record.
 class Generator
 {
 public:
@@ -249,7 +248,7 @@ TYPED_TEST(HostileBinaryOfEveryRecord, OfUnknownEntriesWithNegativeLengthsEndsAt
     }
 }
 
-// Each header takes eight bytes of the length and gives one back; three are over it.
+// Each header takes eight bytes of the length and gives one back. The third header uses the length up.
 TYPED_TEST(HostileBinaryOfEveryRecord, OfUnknownEntriesWithTheLengthMinusOneEndsWhenTheLengthIsUsedUp)
 {
     QByteArray content;
@@ -264,7 +263,7 @@ TYPED_TEST(HostileBinaryOfEveryRecord, OfUnknownEntriesWithTheLengthMinusOneEnds
     }
 }
 
-// Lengths that come out right only when sums are cut to 32 bits.
+// The lengths add up only if the sums overflow 32 bits.
 TYPED_TEST(HostileBinaryOfEveryRecord, WhoseLengthsOnlyAgreeModuloTheWordSizeIsRefused)
 {
     TypeParam record;
@@ -353,7 +352,7 @@ TEST(HostileBinaryList, WithAHugeCountOnADeviceThatOnlyGoesForwardsEndsAtOnce)
 
 TEST(HostileBinaryList, OfManyListsWithHugeCountsKeepsItsCapacitySmall)
 {
-    // Each list fails; what it reserved must not add up.
+    // Each list fails. The memory that the lists reserve must not add up.
     PelLu300RouterMessage message;
     const QByteArray content = word(fragmentTag) + word(0x7FFFFFFF) + word(0x7FFFFFFF);
     for (int i = 0; i < 1000; ++i) {
@@ -403,8 +402,8 @@ TEST(HostileBinaryText, LongerThanADeviceThatOnlyGoesForwardsIsRefused)
     }
 }
 
-// Reading hands the settings down to what is there already; done anew for every entry, that would
-// make these documents take minutes.
+// Reading hands the settings down to the existing records. If it did so for every entry, these documents
+// would take minutes.
 TEST(HostileBinaryDocument, WithManyMessagesBehindALongListIsReadWhole)
 {
     QByteArray elements;

@@ -41,7 +41,7 @@ TEST(BinaryLengths, OfAKnownEntryAndItsRecordWrongByTheSame)
 
 TEST(BinaryLengths, OfTwoKnownEntriesWrongByTheOppositeAreNotNoticed)
 {
-    // A known entry takes what its type takes, whatever its length; only the sums are compared.
+    // A known entry consumes the bytes of its type, whatever its length. Only the sums are compared.
     PelVtConnectServer record;
     readFrame(record, frame(word(addressTag) + word(5 + 3) + textPayload("a") + word(portTag) + word(8 - 3)
                             + word(0) + word(9)));
@@ -88,7 +88,7 @@ TEST(BinaryLengths, OfANestedRecordAreReportedByIt)
 
 TEST(BinaryLengths, OfANestedRecordOfLengthZeroLeaveItsBytesToTheOwner)
 {
-    // What follows is an entry that the fragment does not know.
+    // The following bytes are an entry that the fragment does not know.
     Fragment record;
     readFrame(record, frame(word(ostraInterfacePortTag) + word(0) + portEntry(4)));
     EXPECT_TRUE(record.IsOstraInterfacePortSet());
@@ -97,7 +97,7 @@ TEST(BinaryLengths, OfANestedRecordOfLengthZeroLeaveItsBytesToTheOwner)
 
 TEST(BinaryLengths, BeyondTheEndOfTheEnclosingRecordAreReportedByTheEnclosingOne)
 {
-    // The port is whole and says so; the fragment around it is too short for it.
+    // The port has the right length, but the fragment around it is too short.
     Fragment record;
     const QByteArray content = entry(ostraInterfacePortTag, portEntry(4));
     expectLengthErrorOf(record, content, static_cast<int>(content.size()) - 4, "Fragment");

@@ -176,7 +176,7 @@ TEST(BinaryReadingOfAMessage, RefusesAnElementWithoutDataUnderValidation)
     EXPECT_FALSE(message.IsMessageIDSet());
     ASSERT_EQ(message.GetFragment().size(), 1);
     EXPECT_EQ(portAt(message, 0), 1U);
-    // The reading ended right behind the refused element.
+    // Reading ended right behind the refused element.
     EXPECT_EQ(stream.device()->pos(), 17 + 8 + 4 + 28 + 4);
 }
 
@@ -200,9 +200,9 @@ TEST(BinaryReadingOfAMessage, AppliesItsValidationToTheElements)
     EXPECT_FALSE(lenient.GetFragment().at(1).GetValidate());
 }
 
-TEST(BinaryReadingOfAMessage, DoesNotLookAtTheTagForTheLengthOfTheItems)
+TEST(BinaryReadingOfAMessage, ReadsItemsByTheirOwnLengths)
 {
-    // The element lengths count, the entry's own length only for the message's.
+    // Items are read by their own lengths. The length of the entry only matters for that of the message.
     PelLu300RouterMessage message;
     const QByteArray elements = portElement(1) + portElement(2);
     expectLengthError(message, frame(word(fragmentTag) + word(4 + sizeOf(elements) - 1) + list(2, elements)),

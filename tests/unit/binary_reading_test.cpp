@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading the binary form: what holds for every record, the values of members by kind, and entries in any
-// order.
+// Reading the binary form: rules for every record, the values of members by kind, and entries in any order.
 
 #include "BinarySupport.h"
 
@@ -221,8 +220,8 @@ TYPED_TEST(BinaryReadingOfEveryRecord, ThrowsWhenAnUnknownEntryReachesBehindTheE
 
 TYPED_TEST(BinaryReadingOfEveryRecord, NeverMovesBackForAnUnknownEntryWithANegativeLength)
 {
-    // The negative length gives the entry's own header back to the record's length, so that the loop
-    // goes on to the members; the bytes consumed tell in the end.
+    // The negative length makes up for the header of the entry, so that the members are still read. In the
+    // end too many bytes have been consumed.
     expectLengthErrorOf(this->m_record, word(unknownTag) + word(0xFFFFFFF8) + this->m_entries, this->m_length,
                         Sample<TypeParam>::name);
     EXPECT_TRUE(this->m_record == this->m_sample);
@@ -278,7 +277,7 @@ TYPED_TEST(BinaryReadingOfEveryRecord, ReportsUnderTheObjectsName)
     expectLengthErrorOf(record, QByteArray(), 1, "Other");
 }
 
-// A record that tells how its settings are applied.
+// A record that notes how its settings are applied.
 template <class R>
 class SettingsWatched : public R
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Texts in the binary form: what UTF-8 carries comes back as it was, and what it cannot carry is replaced
-// or refused.
+// Texts in the binary form: texts that UTF-8 can carry are read back unchanged, others are replaced or
+// refused.
 
 #include "modelkit/DocumentContext.h"
 #include "modelkit/NotRepresentableException.h"
@@ -116,7 +116,7 @@ TEST(BinaryTexts, LeadingByteOrderMarksAreMerged)
 
 TEST(BinaryTexts, ANumberBehindAByteOrderMarkIsNoNumber)
 {
-    // As in XML.
+    // The same as in XML.
     DF_Params record;
     readFrame(record, bytes("00000012 A97DB5BE 0000000A 00000006 EFBBBF312E35"));
     EXPECT_TRUE(record.IsFrequencySet());

@@ -185,7 +185,7 @@ TYPED_TEST(BinaryWritingOfEveryRecord, LeavesARecordThatSharesItsBlockUnchanged)
     EXPECT_EQ(frameOf(this->m_record), this->m_frame);
 }
 
-// The stream itself takes nothing while its status is bad.
+// The stream ignores what is written to it while its status is bad.
 TYPED_TEST(BinaryWritingOfEveryRecord, ReportsSuccessWhateverTheStatusOfTheStream)
 {
     QByteArray written = bytes("11223344 55667788");
@@ -200,7 +200,7 @@ TYPED_TEST(BinaryWritingOfEveryRecord, ReportsSuccessWhateverTheStatusOfTheStrea
     EXPECT_EQ(buffer.pos(), 4);
 }
 
-// A record that tells which of its operations are called, and in which order.
+// A record that notes which of its operations are called, and in which order.
 template <class R>
 class Watched : public R
 {
@@ -320,7 +320,7 @@ TEST(BinaryWritingOfAPort, TakesOnlyTheLengthWhenThePortIsNotSet)
 
 // --- tags: each member alone ----------------------------------------------------------------
 
-// The frame of a record in which that is set.
+// The frame of a record after set().
 template <class R, class Set>
 std::function<QByteArray()> with(const Set& set)
 {
@@ -435,7 +435,7 @@ TEST(BinaryPayloads, TruthValuesTakeOneByte)
     EXPECT_EQ(frameOf(acquire), bytes("00000009 BF8A59C6 00000001 01"));
 }
 
-// The text in which a double travels.
+// The text of a double in its entry.
 QByteArray textOfDouble(double value)
 {
     DF_Params record;
@@ -773,8 +773,7 @@ TEST(BinaryWritingOfADocument, WritesNothingWhenTheMessageFailsItsCheck)
     EXPECT_EQ(written, QByteArray());
 }
 
-// The check of a fragment does not look into its payload; the payload's own check comes when its
-// turn to be written has come.
+// The check of a fragment does not include its payload, which is checked when it is written.
 TEST(BinaryWritingOfAFragment, HasWrittenItsEmptyLengthWhenThePayloadFailsItsCheck)
 {
     Fragment fragment;

@@ -90,7 +90,7 @@ TYPED_TEST(CheckOfEveryRecord, HandsFlagAndLoggerToTheRecordItselfBeforeAnything
             try {
                 operation(record);
             } catch (const OutOfRangeException&) {
-                // A message without type; its settings have been handed on before.
+                // The check of a message without type fails after it has handed the settings down.
             }
             ASSERT_GE(record.calls.size(), 2);
             EXPECT_EQ(record.calls[0], validate ? text("validate on") : text("validate off"));
@@ -183,7 +183,6 @@ TYPED_TEST(CheckOfEveryRecord, TheLoggerIsReleasedWithTheRecord)
     EXPECT_TRUE(watched.expired());
 }
 
-// Message G.
 TYPED_TEST(CheckOfEveryRecord, ABinaryLengthThatDisagreesIsReportedWithTheRecordsName)
 {
     const QString named = TypeParam().GetObjectName();
@@ -243,7 +242,7 @@ TEST(MessageTexts, MembersReadBeforeALengthErrorKeepTheirNewValues)
     EXPECT_EQ(record.GetPort(), 5000U);
 }
 
-// --- messages A -------------------------------------------------------------------------------
+// --- members that are not set properly --------------------------------------------------------
 
 TEST(MessageTexts, StateOutOfRangeFailsTheCheckWhateverTheFlag)
 {
@@ -276,7 +275,7 @@ TEST(MessageTexts, StateThatIsUnsetOrInRangePassesTheCheck)
     EXPECT_NO_THROW(record.Check());
 }
 
-TEST(MessageTexts, TheInvalidStateOfARecordPlaysNoPartInTheCheck)
+TEST(MessageTexts, TheInvalidStateOfARecordDoesNotMatterInTheCheck)
 {
     MastershipState record;
     record.SetInvalidState(MastershipState::MasterPresent);
@@ -331,7 +330,7 @@ TEST(MessageTexts, ATypeThatIsUnsetOrOutOfRangeFailsTheCheckWhateverTheFlag)
                 expectThrow<OutOfRangeException>([&] { record.Check(flag); }, message);
                 record.SetValidate(false);
             }
-            // A default does not make up for it.
+            // A default does not help.
             record.SetDefaultType(PelLu300RouterMessage::Event);
             record.ResetType();
             expectThrow<OutOfRangeException>([&] { record.Check(flag); }, message);
@@ -374,7 +373,7 @@ TEST(MessageTexts, ANullTextIsRefusedBySettersOnlyUnderValidation)
     EXPECT_TRUE(server.IsAddressSet());
 }
 
-// --- messages B -------------------------------------------------------------------------------
+// --- enumerators out of range -----------------------------------------------------------------
 
 TEST(MessageTexts, AStateOutOfRangeIsRefusedByTheSetterOnlyUnderValidation)
 {
@@ -455,10 +454,10 @@ TEST(MessageTexts, AnEnumeratedDefaultOutOfRangeIsRefusedWhenItIsAppliedUnderVal
         text("enum is not valid (classname=PelLu300RouterMessage,membername=m_type)"));
 }
 
-// --- messages C -------------------------------------------------------------------------------
+// --- choices without their data ---------------------------------------------------------------
 
-// Every payload of a fragment always counts as holding its data, so that the rule about an incomplete
-// choice never fires there. It is tested on a choice whose payloads can lack their data.
+// The payloads of a fragment always count as having their data, so the rule about an incomplete choice never
+// applies to it. It is tested with a choice whose payloads can lack their data.
 class PayloadThatNeedsItsPort : public OstraInterfacePort
 {
 public:
@@ -467,7 +466,7 @@ public:
 
 } // namespace
 
-// The choice below hands nothing down.
+// The choice below needs these functions, but hands no settings down.
 template <>
 QLatin1String machinery::Walks<PayloadThatNeedsItsPort>::className()
 {
@@ -516,10 +515,7 @@ public:
     void ApplySettings(bool, const LoggerPointer&) const {}
     static void ShareLogger(LoggerPointer&, const LoggerPointer&) {}
 
-    void check() const
-    {
-        machinery::Walks<ChoiceOfPayloads>::applyRules(*this);
-    }
+    void check() const { machinery::Walks<ChoiceOfPayloads>::applyRules(*this); }
 
     QString name = text("Fragment");
     bool validate = true;
@@ -594,14 +590,14 @@ TEST(MessageTexts, AFragmentIsNotCheckedIntoItsPayload)
         EXPECT_NO_THROW(fragment.Check());
         EXPECT_NO_THROW(fragment.Check(true));
     }
-    // The payload's own rules are applied when it writes itself.
+    // The rules of the payload are applied when it is written.
     expectThrow<OutOfRangeException>([&] { xmlOf(fragment); },
                                      text("MastershipState: Please set State properly."));
     expectThrow<OutOfRangeException>([&] { frameOf(fragment); },
                                      text("MastershipState: Please set State properly."));
 }
 
-// --- message D --------------------------------------------------------------------------------
+// --- items without data -----------------------------------------------------------------------
 
 TEST(MessageTexts, AnItemWithoutDataIsRefusedOnlyUnderValidation)
 {
@@ -656,7 +652,7 @@ TEST(MessageTexts, AnItemWithoutDataInBinaryInputIsRefusedOnlyUnderValidation)
     EXPECT_EQ(message.GetFragment().size(), 1);
 }
 
-// --- message E --------------------------------------------------------------------------------
+// --- the invalid choice -----------------------------------------------------------------------
 
 TEST(MessageTexts, TheInvalidChoiceIsRefusedWhateverTheFlag)
 {
@@ -673,7 +669,7 @@ TEST(MessageTexts, TheInvalidChoiceIsRefusedWhateverTheFlag)
     }
 }
 
-// --- message F --------------------------------------------------------------------------------
+// --- empty truth values -----------------------------------------------------------------------
 
 TEST(MessageTexts, AnEmptyBooleanIsRefusedOnlyUnderValidation)
 {

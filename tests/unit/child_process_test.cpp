@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The processes in which tests try what might end them: nothing that goes wrong there is lost.
+// The child processes of tests report everything that goes wrong in them.
 
 #include "ChildProcess.h"
 #include "TestSupport.h"

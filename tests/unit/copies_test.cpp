@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A copy has no logger, at any depth, and keeps none alive; its flag is its source's, handed down. Telling a
-// shared block apart is no copying: what each record in it has been given stays.
+// A copy has no logger at any depth and keeps none alive. It has the validation flag of its source and hands
+// it down. Detaching a shared block is different: all records in it keep their settings.
 
 #include "TestSupport.h"
 
@@ -30,7 +30,7 @@ Fragment fragment(const LoggerPointer& logger)
     return record;
 }
 
-// Fills the message with loggers everywhere, in its defaults, too.
+// Fills the message and gives loggers to all its records, including the defaults.
 void fill(Message& message, const LoggerPointer& logger)
 {
     message.SetType(Message::Event);
@@ -66,11 +66,11 @@ void expectNone(const Message& message, bool validate)
     EXPECT_EQ(message.GetValidate(), validate);
     for (const Fragment& item : message.GetFragment())
         expectNone(item, validate);
-    // A default is handed nothing; it has what it had, but no logger.
+    // Settings are not handed down to defaults: a default keeps its flag, but has no logger.
     expectNone(message.GetDefaultFragment(), message.GetDefaultFragment().GetValidate());
 }
 
-// The copy lets go of the logger when the source does.
+// The copy does not keep the logger alive when the source releases it.
 template <class Record>
 void expectNotKept(Record& source, Record& copy, LoggerPointer& logger)
 {
@@ -205,7 +205,7 @@ TEST(Sharing, AListThatIsTakenOutAndChangedLeavesTheMessagesLoggers)
     Message message;
     fill(message, logger);
     message.GetFragment()[1].GetDF_Params().SetValidate(true);
-    // Whoever touches the shared list first: the message keeps what its items have.
+    // Whether the message or the other list is changed first, the items of the message keep their settings.
     for (const bool messageFirst : {true, false}) {
         SCOPED_TRACE(messageFirst);
         QVector<Fragment> taken = std::as_const(message).GetFragment();
@@ -222,7 +222,7 @@ TEST(Sharing, AListThatIsTakenOutAndChangedLeavesTheMessagesLoggers)
     }
 }
 
-TEST(Sharing, TellingABlockApartKeepsTheSettingsOfDefaults)
+TEST(Sharing, DetachingKeepsTheSettingsOfDefaults)
 {
     const auto logger = std::make_shared<Logger>();
     Message source;
@@ -245,7 +245,7 @@ TEST(Sharing, TellingABlockApartKeepsTheSettingsOfDefaults)
     }
 }
 
-TEST(Sharing, TellingACopiedMessageApartFromAnotherKeepsWhatItsItemsGotSince)
+TEST(Sharing, DetachingACopiedMessageKeepsTheLaterSettingsOfItsItems)
 {
     const auto logger = std::make_shared<Logger>();
     Message source;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A class derived from a record may hand its settings down in its own way, exempt what it owns, or be lenient
-// in its check. What it owns then goes by its own settings and its own rules, in every operation.
+// A class derived from a record may hand its settings down in its own way, exempt records that it owns, or be
+// lenient in its check. The records that it owns follow their own settings and rules in every operation.
 
 #include "TestSupport.h"
 
@@ -21,7 +21,7 @@ using LoggerPointer = std::shared_ptr<Logger>;
 using Document = PelLu300RouterInterfaceXml;
 using Message = PelLu300RouterMessage;
 
-// Its check lets everything pass.
+// A record whose check always passes.
 template <class R>
 struct Lenient : R
 {
@@ -29,7 +29,7 @@ struct Lenient : R
     void Check(bool) const override {}
 };
 
-// Its settings are its own; what it owns never hears of them.
+// A record that does not hand its settings down.
 template <class R>
 struct Keeping : R
 {
@@ -54,7 +54,7 @@ struct Exempting : Message
     }
 };
 
-// Its check switches validation off.
+// A record whose check switches validation off.
 template <class R>
 struct Relenting : R
 {
@@ -62,7 +62,7 @@ struct Relenting : R
     void Check(bool) const override { this->SetValidate(false); }
 };
 
-// Its question for data does.
+// A record whose check always passes and whose HasData() switches validation off.
 template <class R>
 struct LateRelenting : Lenient<R>
 {
@@ -166,7 +166,7 @@ TEST(DerivedRecords, APayloadChecksItselfBelowADocumentOrMessageThatDoesNot)
     expectWritingFails(message, badState, "/PelLu300RouterMessage/Fragment[3]/MastershipState");
 }
 
-TEST(DerivedRecords, WhatADocumentDoesNotHandDownDoesNotCount)
+TEST(DerivedRecords, SettingsThatADocumentDoesNotHandDownDoNotMatter)
 {
     Keeping<Document> document;
     fill(document);
@@ -179,14 +179,14 @@ TEST(DerivedRecords, WhatADocumentDoesNotHandDownDoesNotCount)
     EXPECT_EQ(document.GetPelLu300RouterMessage().GetLogger(), nullptr);
 }
 
-TEST(DerivedRecords, AMessageWithValidationBelowADocumentWithoutGoesByItsOwn)
+TEST(DerivedRecords, AMessageWithValidationBelowADocumentWithoutUsesItsOwn)
 {
     Keeping<Document> document;
     fill(document);
     const auto logger = std::make_shared<Logger>();
     document.GetPelLu300RouterMessage().SetValidate(true);
     document.GetPelLu300RouterMessage().SetLogger(logger);
-    // The message hands its own down, also to what has changed since.
+    // The message hands its own settings down, also to an item that was changed afterwards.
     document.GetPelLu300RouterMessage().GetFragment()[2].SetValidate(false);
     document.GetPelLu300RouterMessage().GetFragment()[2].ResetLogger();
     expectWritingFails(document, badState,
@@ -206,7 +206,7 @@ TEST(DerivedRecords, AnItemThatIsExemptIsNotCheckedWhenItIsWritten)
     message.AppendFragment(Fragment());
     message.SetLogger(std::make_shared<Logger>());
     message.SetValidate(true);
-    // Under validation an item without data is left out; this one is not under validation.
+    // Under validation an item without data would be left out, but this item is exempt.
     EXPECT_EQ(xmlOf(message),
               QStringLiteral("<PelLu300RouterMessage><Type>Event</Type><Fragment><OstraInterfacePort><Port>1"
                              "</Port></OstraInterfacePort></Fragment><Fragment/></PelLu300RouterMessage>"));
@@ -216,7 +216,7 @@ TEST(DerivedRecords, AnItemThatIsExemptIsNotCheckedWhenItIsWritten)
     EXPECT_NE(std::as_const(message).GetFragment().at(0).GetLogger(), nullptr);
 }
 
-TEST(DerivedRecords, AFlagThatTheCheckOrTheQuestionForDataChangesCounts)
+TEST(DerivedRecords, AFlagThatCheckOrHasDataChangesTakesEffect)
 {
     Relenting<Document> relenting;
     fill(relenting);
@@ -229,7 +229,7 @@ TEST(DerivedRecords, AFlagThatTheCheckOrTheQuestionForDataChangesCounts)
         EXPECT_NO_THROW(asXml ? void(xmlOf(late)) : void(frameOf(late)));
         EXPECT_FALSE(relenting.GetPelLu300RouterMessage().GetValidate());
     }
-    // Without data it is written nevertheless, as validation is off by then.
+    // A fragment without data is written all the same, because validation is off by then.
     Relenting<Fragment> fragment;
     fragment.SetValidate(true);
     EXPECT_EQ(xmlOf(fragment), QStringLiteral("<Fragment/>"));
@@ -264,7 +264,7 @@ TEST(DerivedRecords, AreMergedWhateverTheirFlags)
 
 // --- checking -----------------------------------------------------------------------------------
 
-TEST(DerivedRecords, ACheckHandsDownWhatEachRecordHas)
+TEST(DerivedRecords, ACheckHandsDownTheSettingsOfEachRecord)
 {
     Keeping<Document> document;
     fill(document);
@@ -372,7 +372,7 @@ TEST(DerivedRecords, AnItemThatIsExemptStaysSoWhileTheListIsRead)
 
 TEST(DerivedRecords, PlacesInABinaryFormAreThoseOfTheirBase)
 {
-    // A length that is wrong in the second item's payload.
+    // The payload of the second item has a wrong length.
     const QByteArray frame = bytes("0000003C 9B1A7AD8 00000034 61023A90 0000002C 00000002"
                                    "00000008 BE2DFF74 00000000"
                                    "00000018 F9E464D0 0000000F 1F980517 00000008 0000000000000001");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tuning of a direction-finding measurement: DF_Params.
+// DF_Params, the tuning of a direction-finding measurement.
 
 #include "TestSupport.h"
 
@@ -16,7 +16,7 @@ using namespace testing_support;
 const double notANumber = std::numeric_limits<double>::quiet_NaN();
 const double infinity = std::numeric_limits<double>::infinity();
 
-// The four members alike: their names and accessors, and what their entry begins with.
+// One of the four members: its name and accessors, and the beginning of its entry.
 struct Member
 {
     const char* name;

@@ -39,7 +39,7 @@ std::unique_ptr<MODELKIT::IMKObject> port(unsigned int number)
     return record;
 }
 
-// What reading is refused with.
+// The error with which reading is refused.
 DocumentError refusalOf(const QByteArray& bytes, const ReadingOptions& options = {})
 {
     try {
@@ -244,7 +244,7 @@ TEST(Documents, HaveDifferencesAsJson)
                              "\"secondPath\":\"Port\"}]"));
 }
 
-TEST(Documents, CanDifferInWhatDoesNotCount)
+TEST(Documents, CanDifferInIgnoredMembers)
 {
     const IgnoredMembers ignored({QStringLiteral("OstraInterfacePort/Port")});
     EXPECT_EQ(differences(portXml, port(8)->GetXmlBytes(), ignored), QStringList());
@@ -300,7 +300,7 @@ TEST(Documents, AreDissectedInTheCompressedForm)
     EXPECT_EQ(inside, plain);
     EXPECT_EQ(kinds.join(QLatin1Char(' ')), QStringLiteral("marker length length inflatedSize compressed"));
 
-    // Too short to be one: nothing behind the bytes is looked at.
+    // Forms that are too short must not make it read behind their bytes.
     kinds.clear();
     DissectCompressed(QByteArray(form.constData(), 5), inside, visit);
     EXPECT_EQ(inside, QByteArray());

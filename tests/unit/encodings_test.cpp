@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Documents in every encoding: what is read, where places are, what is refused, and that no encoding hides
+// Documents in every encoding: which are read or refused, the places of errors, and that no encoding hides
 // anything from the limits.
 
 #include "DocumentParts.h"
@@ -20,7 +20,7 @@ using MODELKIT::ReadingReport;
 
 namespace {
 
-// An encoding by the name in the declaration, some characters beyond ASCII and their bytes.
+// An encoding: its name in the declaration, some characters, beyond ASCII if it has any, and their bytes.
 struct Sample
 {
     const char* name;
@@ -28,7 +28,7 @@ struct Sample
     const char* encoded;
 };
 
-// The trail bytes of two of them are markup-like ASCII characters.
+// In two of them, the second byte of a character can be the ASCII code of markup.
 constexpr Sample extendingAscii[] = {
     {"UTF-8", "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"},
     {"utf-8", "\xC3\xA4", "\xC3\xA4"},
@@ -66,8 +66,8 @@ QString declaration(const QString& encoding)
     return text("<?xml version=\"1.0\" encoding=\"%1\"?>").arg(encoding);
 }
 
-// The same document in all encodings. Behind the declaration stands what body says, with %1 for characters
-// beyond ASCII. Encodings that Qt does not know are left out; at least those that both Qt versions know are
+// The same document in all encodings: a declaration and the body, in which %1 stands for the characters of
+// the encoding. Encodings that Qt does not know are left out, but those that both Qt versions know must be
 // there.
 std::vector<Encoded> inAllEncodings(const QString& body)
 {
@@ -100,7 +100,7 @@ std::vector<Encoded> inAllEncodings(const QString& body)
     return all;
 }
 
-// Line and column of what begins at the index, counted by hand.
+// Line and column of the index, counted independently of the library.
 QString placeOf(const QString& string, int index)
 {
     int line = 1;
@@ -124,7 +124,7 @@ int indexOf(const QString& string, const char* what)
     return static_cast<int>(index);
 }
 
-// Every way in for bytes.
+// Reads bytes in every way.
 bool readInto(PelLu300RouterInterfaceXml& document, const QByteArray& bytes, bool fromDevice)
 {
     if (!fromDevice)
@@ -197,7 +197,7 @@ TEST(Encodings, HaveRightPlacesOfErrors)
         PelLu300RouterInterfaceXml document;
         EXPECT_FALSE(document.SetXmlBytes(encoded.bytes));
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
-        // The reader stops behind the tag, and its columns count what is in front of it.
+        // The reader stops behind the tag.
         const int behind = indexOf(encoded.string, "</b>") + 3;
         EXPECT_EQ(IMKObject::GetLastFailure().place.ToString(), placeOf(encoded.string, behind));
     }
@@ -245,7 +245,7 @@ TEST(Encodings, ThatKeepAStateOrAreUnknownAreRefusedAtTheDeclaration)
     }
 }
 
-TEST(Encodings, OfWhichTheDeclarationIsOddlyWrittenAreMadeOut)
+TEST(Encodings, WithUnusuallyWrittenDeclarationsAreRecognised)
 {
     const QByteArray rest = "<PelLu300RouterInterfaceXml><!--\xE4--></PelLu300RouterInterfaceXml>";
     for (const char* const odd : {"<?xml version='1.0' encoding='ISO-8859-1'?>",
@@ -267,7 +267,7 @@ TEST(Encodings, OfWhichTheDeclarationIsOddlyWrittenAreMadeOut)
     }
 }
 
-TEST(Encodings, OfWhichTheDeclarationIsBrokenAreLeftToTheReader)
+TEST(Encodings, WithBrokenDeclarationsAreLeftToTheReader)
 {
     for (const char* const broken :
          {"<?xml version='1.0' encoding='ISO-2022-JP?>", "<?xml version='1.0' encoding=ISO-2022-JP?>",
@@ -281,7 +281,7 @@ TEST(Encodings, OfWhichTheDeclarationIsBrokenAreLeftToTheReader)
     }
 }
 
-TEST(Encodings, WithBytesThatAreNoneOfTheirsAreToldWhereTheyStop)
+TEST(Encodings, WithInvalidBytesAreRefusedWhereTheyStop)
 {
     const auto expectMalformed = [](const QByteArray& bytes, const char* place) {
         PelLu300RouterInterfaceXml document;
@@ -313,7 +313,7 @@ TEST(Encodings, WithBytesThatAreNoneOfTheirsAreToldWhereTheyStop)
     for (const char* const name : {"EUC-JP", "EUC-KR", "Big5", "GBK", "GB18030"}) {
         SCOPED_TRACE(name);
         PelLu300RouterInterfaceXml document;
-        // A character that is cut off where the document has already ended.
+        // A character that is cut off behind the end of the document.
         const QByteArray whole = declaration(text(name)).toLatin1() + "\n<PelLu300RouterInterfaceXml/>";
         EXPECT_TRUE(document.SetXmlBytes(whole));
         EXPECT_FALSE(document.SetXmlBytes(whole + '\xC6'));
@@ -350,7 +350,7 @@ TEST(Encodings, OfAStringDoNotMatterButMustBeKnown)
     EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(), text("1:1: The encoding klingon is not accepted."));
 }
 
-TEST(Encodings, OfAStringThatBeginsWithAMarkLetItAside)
+TEST(Encodings, OfAStringThatBeginsWithAByteOrderMarkIgnoreIt)
 {
     PelLu300RouterInterfaceXml document;
     ReadingReport report;
@@ -360,7 +360,7 @@ TEST(Encodings, OfAStringThatBeginsWithAMarkLetItAside)
     EXPECT_EQ(report.GetEntries().at(0).place.ToString(), text("1:29"));
 }
 
-TEST(Encodings, WithTwoMarksAreNotWellFormed)
+TEST(Encodings, WithTwoByteOrderMarksAreNotWellFormed)
 {
     PelLu300RouterInterfaceXml document;
     const QString xml = QString(2, QChar(0xFEFF)) + text("<PelLu300RouterInterfaceXml/>");
@@ -373,7 +373,7 @@ TEST(Encodings, WithTwoMarksAreNotWellFormed)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
 }
 
-TEST(Encodings, BreakOffInTheRightLine)
+TEST(Encodings, OfDocumentsThatAreCutOffHaveTheRightLine)
 {
     for (const char* const lineEnd : {"\n", "\r\n", "\r"}) {
         PelLu300RouterInterfaceXml document;
@@ -383,7 +383,7 @@ TEST(Encodings, BreakOffInTheRightLine)
     }
 }
 
-TEST(Encodings, OfAStringWithHalfOfASurrogatePairIsToldWhereItStands)
+TEST(Encodings, OfAStringWithHalfASurrogatePairAreRefusedWhereItIs)
 {
     PelLu300RouterInterfaceXml document;
     for (const int half : {0xD800, 0xDBFF, 0xDC00, 0xDFFF}) {
@@ -404,7 +404,7 @@ TEST(Encodings, ThatChangeBehindTheDeclarationAreNotFollowed)
     PelLu300RouterInterfaceXml document;
     EXPECT_FALSE(document.SetXmlBytes(bytes));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::EncodingRefused);
-    // The order of the bytes changes behind the declaration.
+    // The byte order changes behind the declaration.
     const QByteArray turned = utf16(declaration(text("UTF-16BE")), ByteOrder::Little, Mark::With)
                               + utf16(text("<PelLu300RouterInterfaceXml/>"), ByteOrder::Big, Mark::Without);
     EXPECT_FALSE(document.SetXmlBytes(turned));

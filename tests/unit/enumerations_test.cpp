@@ -24,7 +24,7 @@ using namespace testing_support;
 const QStringList typeNames() { return {"Request", "Reply", "Event"}; }
 const QStringList stateNames() { return {"NoMasterPresent", "MasterPresent", "RouterIsMaster"}; }
 
-// Asks for all tables during the construction of this program's static objects.
+// Gets all tables while the static objects of this program are constructed.
 struct SeenBeforeMain
 {
     QStringList types = PelLu300RouterMessage::GetTypes();
@@ -118,7 +118,7 @@ TEST(NameTables, ValuesAreThePositionsOfTheNames)
 
 // --- what Type and State have in common -----------------------------------------------------
 
-// Reaches an enumerated member through names that do not depend on the member's.
+// An enumerated member, with accessors that have the same names for all.
 #define ENUMERATED_MEMBER(Record_, Name)                                                             \
     using Record = Record_;                                                                          \
     using Enum = Record_::Name;                                                                      \
@@ -546,7 +546,7 @@ TEST(ChoiceNames, TheInvalidChoiceIsMinusOne)
 
 // --- translation ----------------------------------------------------------------------------
 
-// Records what is asked and answers with a text that shows it.
+// Notes the calls, and returns texts that show the arguments.
 class RecordingTranslator : public QTranslator
 {
 public:

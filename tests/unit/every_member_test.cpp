@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What holds for every member of every record: what getting, setting and resetting it and its default do,
-// alone and on a block that two records share.
+// Rules for every member of every record: getting, setting and resetting it and its default, alone and on a
+// block that two records share.
 
 #include "LifecycleSupport.h"
 
@@ -235,7 +235,7 @@ TEST(EveryMember, ADefaultChangedToTheInitialOneCountsAsChanged)
         Owner record;
         Member::setDefault(record, Member::initialDefault());
         record.ResetToDefault();
-        // Payloads of a fragment are never marked by this, and a null text is never applied.
+        // ResetToDefault() never marks the payloads of a fragment, and never applies a null text.
         const bool applied =
             !std::is_same_v<Owner,
                             Fragment> && !std::is_same_v<std::decay_t<decltype(Member::initial())>, QString>;
@@ -243,7 +243,7 @@ TEST(EveryMember, ADefaultChangedToTheInitialOneCountsAsChanged)
     });
 }
 
-TEST(EveryMember, ItsOwnValueIsARightArgument)
+TEST(EveryMember, ItCanBeSetToItsOwnValue)
 {
     forEveryMember([](auto tested) {
         using Member = decltype(tested);
@@ -263,7 +263,7 @@ TEST(EveryMember, ItsOwnValueIsARightArgument)
     });
 }
 
-TEST(EveryMember, ItsOwnDefaultIsARightArgument)
+TEST(EveryMember, ItCanBeSetToItsOwnDefault)
 {
     forEveryMember([](auto tested) {
         using Member = decltype(tested);
@@ -284,7 +284,7 @@ TEST(EveryMember, ItsOwnDefaultIsARightArgument)
     });
 }
 
-TEST(EveryMember, ADefaultInASharedBlockIsARightArgument)
+TEST(EveryMember, ItCanBeSetToADefaultInASharedBlock)
 {
     forEveryMember([](auto tested) {
         using Member = decltype(tested);
@@ -352,7 +352,7 @@ TEST(EveryMember, EachOfItsOperationsEndsTheSharing)
             Owner target;
             target = source;
             operation.run(target);
-            // Had the target not left, asking the source would make the source leave.
+            // If the target still shared the block, this getter would make the source detach.
             EXPECT_EQ(&Member::getDefault(source), before);
             EXPECT_NE(&Member::getDefault(target), before);
         }

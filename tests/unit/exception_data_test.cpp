@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the exceptions about enumerations carry beside their text: the offending value and the enumerator
-// that is most like it.
+// The data of exceptions about enumerations: the offending value and the enumerator that is most like it.
 #include "TestSupport.h"
 
 #include <functional>
@@ -18,7 +17,7 @@ static_assert(noexcept(std::declval<const OutOfRangeException&>().GetClosest()))
 const auto typeText = QStringLiteral("enum is not valid (classname=PelLu300RouterMessage,membername=m_type)");
 const auto stateText = QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)");
 
-// What statement throws, caught by the root of the exceptions, as tools catch it.
+// The exception that the statement throws, caught as the root of the exceptions, as tools do.
 OutOfRangeException thrownBy(const std::function<void()>& statement)
 {
     try {
@@ -54,7 +53,7 @@ QString messageXml(const QString& type)
     return QStringLiteral("<PelLu300RouterMessage><Type>%1</Type></PelLu300RouterMessage>").arg(type);
 }
 
-// The frame, from its length on, of a message whose Type is that text.
+// The frame of a message whose Type is that text, from its length on.
 QByteArray messageFrame(const QString& type)
 {
     const QByteArray text = type.toUtf8();
@@ -106,7 +105,7 @@ TEST(ExceptionData, ofReadingXmlIsTheNameThatWasRead)
     expectData(thrownBy([&] { readXml(message, messageXml(empty())); }), typeText, empty(), QString());
     EXPECT_FALSE(message.IsTypeSet());
 
-    // Also by the operations on whole documents, which attach the place.
+    // Operations on whole documents carry it too, and add the place.
     const auto exception =
         thrownBy([&] { message.SetXmlString(messageXml(QStringLiteral("Replay")), false); });
     expectData(exception, typeText, QStringLiteral("Replay"), QStringLiteral("Reply"));

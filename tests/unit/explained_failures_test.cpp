@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Why reading a whole document fails: the whole sentence, the exact place, and one entry in the log each.
+// The explanation of a failed reading of a whole document: the whole sentence, the exact place, and one entry
+// in the log.
 
 #include "DocumentParts.h"
 #include "ExplainedSupport.h"
@@ -35,7 +36,7 @@ QString tooManyAt(const char* position, const char* path)
 
 TEST(ExplainedAttributes, TheLimitIs256UntilItIsChanged) { EXPECT_EQ(Limits::Get().attributes, 256); }
 
-TEST(ExplainedAttributes, AsManyAsTheLimitAreReadOver)
+TEST(ExplainedAttributes, AsManyAsTheLimitAreAccepted)
 {
     expectRead(inRoot(text("<x") + attributes(256) + text("/>")));
     expectRead(inRoot(text("<x") + attributes(256) + text("></x>")));
@@ -57,7 +58,7 @@ TEST(ExplainedAttributes, OnTheRootTheyLeaveNoPath)
                   text("2:1: An element has more attributes than the limit of 256."));
 }
 
-// U+1F600 is two units.
+// U+1F600 counts as two: columns count UTF-16 units.
 TEST(ExplainedAttributes, CharactersOfSeveralBytesInFrontCountAsInAString)
 {
     expectRefused(inRoot(text("\n\u00E4\u20AC\U0001F600<x") + attributes(257) + text("/>")),
@@ -104,14 +105,14 @@ TEST(ExplainedAttributes, AreCountedWithBlanksAroundTheSign)
     expectRefused(inRoot(spaced + text("/>")), Failure::TooManyAttributes, tooManyAt("1:29", rootPath));
 }
 
-// An opening bracket in a value would hide what is behind it, were it allowed.
+// If "<" were allowed in a value, it would hide the attributes behind it.
 TEST(ExplainedAttributes, AnOpeningBracketInQuotesIsNotWellFormed)
 {
     expectNotWellFormed(inRoot(text("<x q='<'") + attributes(300) + text("/>")), text("1:35"),
                         text(rootPath));
 }
 
-TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
+TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreSkipped)
 {
     const QString alike = text("<x") + attributes(300) + text("/>");
     for (const QString& content :
@@ -119,7 +120,7 @@ TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
           text("<![CDATA[%1]] >]]>").arg(alike), text("<?x %1? >?>").arg(alike), alike.toHtmlEscaped()}) {
         expectRead(inRoot(content));
         expectRead(inMessage(text("<Type>Re") + content + text("</Type>")));
-        // What is behind is seen again.
+        // Attributes behind the look-alikes are counted.
         PelLu300RouterInterfaceXml document;
         EXPECT_FALSE(document.SetXmlString(inRoot(content + alike), false));
         EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
@@ -129,7 +130,7 @@ TEST(ExplainedAttributes, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
     expectRead(text("<?xml version='1.0'?><!--%1--><?x %1?>").arg(alike) + inRoot(QString()));
 }
 
-TEST(ExplainedAttributes, EqualSignsInATextAreNone)
+TEST(ExplainedAttributes, EqualSignsInATextAreNotCounted)
 {
     expectRead(inRoot(text("='").repeated(1000)));
     expectRead(inMessage(text("<x a=''>") + text(" a=''").repeated(1000) + text("</x>")));
@@ -149,8 +150,8 @@ TEST(ExplainedAttributes, ALimitOfZeroRefusesAll)
         text("1:29: An element has more attributes than the limit of 0. (in %1)").arg(text(rootPath)));
 }
 
-// The text is looked through before a reader sees it.
-TEST(ExplainedAttributes, AreToldBeforeAnythingElseAndLeaveTheRecordUnchanged)
+// The text is scanned before a reader sees it.
+TEST(ExplainedAttributes, AreReportedBeforeAnythingElseAndLeaveTheRecordUnchanged)
 {
     const QString tag = text("<x") + attributes(257) + text("/>");
     PelLu300RouterInterfaceXml document = sample();
@@ -190,7 +191,7 @@ TEST(ExplainedDoctype, IsRefusedWhereItBegins)
                   Failure::DoctypeRefused, text("4:3: ") + text(noDoctype));
     expectRefused(text("<!--\u00E4\U0001F600-->") + doctype, Failure::DoctypeRefused,
                   text("1:11: ") + text(noDoctype));
-    // Also one that does not end.
+    // A declaration that does not end.
     expectRefused(text("\n<!DOCTYPE"), Failure::DoctypeRefused, text("2:1: ") + text(noDoctype));
 }
 
@@ -211,7 +212,7 @@ TEST(ExplainedDoctype, LeavesTheRecordUnchanged)
     EXPECT_TRUE(document == sample());
 }
 
-TEST(ExplainedDoctype, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
+TEST(ExplainedDoctype, LookAlikesInCommentsCdataAndInstructionsAreSkipped)
 {
     const QString alike = text("<!DOCTYPE x [<!ENTITY e 'f'>]>");
     expectRead(text("<!--%1--><?x %1?>").arg(alike) + inRoot(QString())
@@ -225,10 +226,10 @@ TEST(ExplainedDoctype, LookAlikesInCommentsCdataAndInstructionsAreReadOver)
     }
 }
 
-// Readers differ in whether they take one there.
+// Some readers accept UTF-16 without a byte order mark, so the limit must hold there too.
 TEST(ExplainedAttributes, AreCountedInUtf16WithoutAByteOrderMark)
 {
-    // Half of this character is an apostrophe.
+    // One byte of this character is the code of an apostrophe.
     QString xml = QStringLiteral("<PelLu300RouterInterfaceXml a='") + QChar(0x2700) + QStringLiteral("'");
     for (int i = 0; i < 300; ++i)
         xml += QStringLiteral(" a%1=''").arg(i);
@@ -318,10 +319,10 @@ TEST(ExplainedPrefixes, AreDeclaredByAttributesLikeOthers)
 
 // --- a document that breaks off or exceeds a limit where a record would complain --------------------
 
-TEST(ExplainedLimits, NestingIsToldInsteadOfWhatIsThenMissing)
+TEST(ExplainedLimits, NestingIsReportedInsteadOfAMissingText)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 5; }));
-    // Without its text the truth value is one that a record refuses.
+    // The record would refuse the truth value, which has no text.
     expectRefused(
         inMessage(text(
             "\n<Fragment><AcquireMastership><Success><a>true</a></Success></AcquireMastership></Fragment>")),
@@ -332,7 +333,7 @@ TEST(ExplainedLimits, NestingIsToldInsteadOfWhatIsThenMissing)
         true);
 }
 
-TEST(ExplainedLimits, NestingIsToldInsteadOfAnItemWithoutData)
+TEST(ExplainedLimits, NestingIsReportedInsteadOfAnItemWithoutData)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 3; }));
     expectRefused(inMessage(text("\n<Type>Reply</Type><Fragment>\n <Unknown/></Fragment>")),
@@ -342,7 +343,7 @@ TEST(ExplainedLimits, NestingIsToldInsteadOfAnItemWithoutData)
                   true);
 }
 
-TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
+TEST(ExplainedLimits, TheNumberOfItemsIsReportedInsteadOfAnItemWithoutData)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.listItems = 1; }));
     expectRefused(
@@ -351,7 +352,7 @@ TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
         text("3:10: A list holds more items than the limit of 1. (in %1/Fragment[2])").arg(text(messagePath)),
         true);
 
-    // Two items: one with an empty payload, one with nothing.
+    // Two items: one with an empty payload, one without a payload.
     QByteArray form = bytes("8553499A 00000024 9B1A7AD8 0000001C 61023A90 00000014 00000002"
                             "00000008 BE2DFF74 00000000 00000000");
     PelLu300RouterInterfaceXml document;
@@ -362,7 +363,7 @@ TEST(ExplainedLimits, TheNumberOfItemsIsToldInsteadOfAnItemWithoutData)
                   [&] { return document.SetBinaryRepresentation(form); });
 }
 
-TEST(ExplainedLimits, AnEarlierExceptionIsToldFirst)
+TEST(ExplainedLimits, AnEarlierExceptionIsReportedFirst)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.nestingDepth = 3; }));
     PelLu300RouterInterfaceXml document;
@@ -374,7 +375,7 @@ TEST(ExplainedLimits, AnEarlierExceptionIsToldFirst)
         [&] { document.SetXmlString(inMessage(text("<Type>No</Type><a><b/></a>")), true); });
 }
 
-TEST(ExplainedLimits, ADocumentCutOffIsToldInsteadOfWhatIsThenMissing)
+TEST(ExplainedLimits, ADocumentCutOffIsReportedInsteadOfMissingData)
 {
     PelLu300RouterInterfaceXml document;
     document.SetValidate(true);
@@ -394,8 +395,8 @@ TEST(ExplainedLimits, ADocumentCutOffIsToldInsteadOfWhatIsThenMissing)
 
 namespace {
 
-// Unknown elements below two names of 4000 characters. The second of the two ends the skip over the
-// first, so that those below are met one by one.
+// Unknown elements inside two elements with the same name of 4000 characters. Skipping the first stops at the
+// second, so that the elements inside are reported one by one.
 QString belowLongNames(int count)
 {
     const QString name(4000, QLatin1Char('n'));
@@ -538,14 +539,14 @@ TEST(ExplainedForms, AStreamOnAFileNamesTheFile)
 
 namespace {
 
-// A document that is not well-formed behind two line ends and three columns of text.
+// A document with a mismatched tag behind two line ends and three columns of text.
 QString mismatch(const char* lineEnd)
 {
     return text("<PelLu300RouterInterfaceXml>") + text(lineEnd) + text(lineEnd)
            + text("\u00E4\u20AC <x></y>");
 }
 
-// A document whose record complains there.
+// A document with a value that the record refuses at that place.
 QString refusal(const char* lineEnd)
 {
     return text("<PelLu300RouterInterfaceXml>") + text(lineEnd)
@@ -623,7 +624,7 @@ TEST(ExplainedPlaces, OfAFileThatDeclaresItsEncodingKnowEveryLineEnd)
     for (const char* const encoding : {"ISO-8859-1", "iso-8859-1", "ISO-8859-15", "windows-1252"}) {
         SCOPED_TRACE(encoding);
         expectPlaces([encoding](PelLu300RouterInterfaceXml& document, QString xml) {
-            // This line is the first, and the other sign is in none of these encodings.
+            // The declaration becomes the first line. Not all these encodings have the euro sign.
             xml.replace(QChar(0x20AC), QChar(0xFC));
             xml.remove(xml.indexOf(QLatin1Char('>')) + 1, xml.contains(text("\r\n")) ? 2 : 1);
             xml.prepend(text("<?xml version=\"1.0\" encoding=\"%1\"?>\n").arg(text(encoding)));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Why checking, merging, writing and saving fail: the whole sentence, the path of the record, and one entry
-// in the log each.
+// The explanation of failed checking, merging, writing and saving: the whole sentence, the path of the
+// record, and one entry in the log.
 
 #include "ChildProcess.h"
 #include "DocumentParts.h"
@@ -71,8 +71,8 @@ PelLu300RouterInterfaceXml badDocument()
 const char* const badAddress = "PelVtConnectServer: Please set Address properly.";
 const char* const badType = "PelLu300RouterMessage: Please set Type properly.";
 
-// Expects the path in the exception, and that an operation which is none on a whole document tells
-// nobody else.
+// Expects the path in the exception. The operation is not one on a whole document, so it must neither log the
+// failure nor change the last one.
 template <class Operation>
 void expectPath(const IMKObject& record, const QString& message, const QString& path,
                 const Operation& operation)
@@ -238,7 +238,7 @@ TEST(ExplainedMerging, WhatIsRefusedIsNamedByItsPath)
 
 namespace {
 
-// Adds nothing to the checks of its base.
+// A class whose check only calls that of its base.
 template <class R>
 class Checked : public R
 {
@@ -317,7 +317,7 @@ void expectWritingFails(QDataStream& stream, Kind kind, const QString& sentence)
 
 } // namespace
 
-TEST(ExplainedDevices, OneThatRefusesIsToldInItsOwnWords)
+TEST(ExplainedDevices, ARefusalIsReportedInTheWordsOfTheDevice)
 {
     for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
         RefusingBuffer device;
@@ -327,7 +327,7 @@ TEST(ExplainedDevices, OneThatRefusesIsToldInItsOwnWords)
     }
 }
 
-TEST(ExplainedDevices, AFullOneIsTold)
+TEST(ExplainedDevices, AFullOneIsReported)
 {
     if (!QFile::exists(text("/dev/full")))
         GTEST_SKIP() << "This machine has no device that is always full.";
@@ -340,7 +340,7 @@ TEST(ExplainedDevices, AFullOneIsTold)
     }
 }
 
-TEST(ExplainedDevices, AStreamWithoutOneIsTold)
+TEST(ExplainedDevices, AStreamWithoutOneIsReported)
 {
     for (const Kind kind : {Kind::Plain, Kind::Compressed}) {
         QDataStream stream;
@@ -360,7 +360,7 @@ TEST(ExplainedDevices, OneThatTakesEverythingIsNoFailure)
         write(document, stream, kind);
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
         log.expectNothing();
-        // Without closing the file.
+        // The file is still open, but everything must have been written.
         PelLu300RouterInterfaceXml read;
         QFile other(folder.path());
         EXPECT_TRUE(read.LoadBinary(&other));
@@ -402,7 +402,7 @@ TEST(SavingABinaryFile, ReplacesTheOldOneByTheNewAtOnce)
         EXPECT_TRUE(file.commit());
     }
     EXPECT_EQ(folder.read(), bytes(sampleForm));
-    // Whoever had opened the old one still has it whole.
+    // A program that had opened the old file can still read all of it.
     EXPECT_EQ(old.readAll(), QByteArray("old"));
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }
@@ -426,7 +426,7 @@ TEST(SavingABinaryFile, AnExceptionLeavesTheOldOne)
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }
 
-TEST(SavingABinaryFile, ARecordOfWhichValidationLetsNothingBeWrittenLeavesTheOldOne)
+TEST(SavingABinaryFile, ARecordThatValidationDoesNotWriteLeavesTheOldOne)
 {
     const Folder folder;
     folder.write("old");
@@ -438,7 +438,7 @@ TEST(SavingABinaryFile, ARecordOfWhichValidationLetsNothingBeWrittenLeavesTheOld
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }
 
-TEST(SavingABinaryFile, ADiskThatIsFullLeavesTheOldOneAndIsTold)
+TEST(SavingABinaryFile, AFullDiskLeavesTheOldOneAndIsReported)
 {
     const Folder folder;
     folder.write("old");
@@ -465,8 +465,8 @@ TEST(SavingABinaryFile, ADiskThatIsFullLeavesTheOldOneAndIsTold)
 
 namespace {
 
-// What operation() returns when it is done by somebody without privileges; nothing where root cannot give
-// them up.
+// The result of operation() when a user without privileges runs it; none where root cannot give up
+// privileges.
 std::optional<QString> unprivileged(const std::function<QString()>& operation)
 {
     constexpr int noOtherUser = 77;
@@ -483,7 +483,7 @@ std::optional<QString> unprivileged(const std::function<QString()>& operation)
     return QString::fromUtf8(end.said);
 }
 
-// Kind, sentence and log of a failure in one text.
+// Kind, sentence and log entries of a failure in one text.
 QString told(bool result, const Log& log)
 {
     const Failure& failure = IMKObject::GetLastFailure();
@@ -542,7 +542,7 @@ TEST(WithoutPermission, AFileIsNotReplaced)
     EXPECT_EQ(folder.entries(), QStringList(text("document")));
 }
 
-TEST(WithoutPermission, AFolderTakesNoFileAndGivesNone)
+TEST(WithoutPermission, NothingIsSavedIntoOrLoadedFromAFolder)
 {
     const Folder folder;
     const QString path = folder.write("old");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whole documents written to devices of which some call fails: whatever call it is, whether it is the only
-// one or the first of many, the failure is told with the device's own reason.
+// Whole documents are written to devices that fail in some call. Whichever call it is, and whether it fails
+// once or all following calls do, the failure is reported with the device's own reason.
 
 #include "LogSupport.h"
 #include "TestFolder.h"
@@ -34,13 +34,14 @@ struct Fault
     Call call = Write;
     // The number of the failing call, from 1.
     int at = 0;
-    // Otherwise everything works again after that call. With the next success the device forgets its reason.
+    // Whether all later calls fail too. Otherwise they succeed, and the first success clears the error
+    // string.
     bool isLasting = false;
 };
 
 const char* const faultNames[] = {"write", "short write", "seek"};
 
-// Keeps what is written, and can seek. It is no QBuffer, so nobody knows that it is memory.
+// Keeps what is written, and can seek. It is not a QBuffer, so the library cannot use its memory directly.
 class FailingDevice : public QIODevice
 {
 public:
@@ -54,7 +55,7 @@ public:
 
     bool seek(qint64 position) override
     {
-        // The base class calls this itself to stay where it is.
+        // The base class also calls this with the current position.
         if (position != pos() && fails(Fault::Seek))
             return false;
         return QIODevice::seek(position);
@@ -110,8 +111,8 @@ PelLu300RouterMessage sample()
     return message;
 }
 
-// Writes the sample to a device with that fault, behind four bytes that are there already. False when the
-// call that was to fail did not come.
+// Writes the sample to a device with that fault, behind four existing bytes. Returns false if the call that
+// was to fail was never made.
 template <class Write>
 bool tryWith(const Fault& fault, const QByteArray& form, const Write& write)
 {
@@ -126,7 +127,7 @@ bool tryWith(const Fault& fault, const QByteArray& form, const Write& write)
     write(message, stream);
 
     const Failure failure = IMKObject::GetLastFailure();
-    // A device that took less than it was given may be asked again.
+    // If a device takes only a part, the library may try again with the rest.
     const bool mayRecover = fault.call == Fault::ShortWrite && !fault.isLasting;
     if (!device.hasFailed() || (mayRecover && failure.kind == Failure::None)) {
         EXPECT_EQ(failure.kind, Failure::None);
@@ -144,7 +145,7 @@ bool tryWith(const Fault& fault, const QByteArray& form, const Write& write)
     return true;
 }
 
-// Lets each of the calls fail in turn; the number of those that came.
+// Lets each of the calls fail in turn. Returns how many calls there were.
 template <class Write>
 int tryEveryCall(Fault::Call call, bool isLasting, const QByteArray& form, const Write& write)
 {
@@ -161,14 +162,14 @@ template <class Write>
 void tryEveryFault(const QByteArray& form, const Write& write)
 {
     for (const bool isLasting : {false, true}) {
-        // A device may be sought or not, but is written to.
+        // Every way of writing must write. It need not seek.
         EXPECT_GT(tryEveryCall(Fault::Write, isLasting, form, write), 0);
         EXPECT_GT(tryEveryCall(Fault::ShortWrite, isLasting, form, write), 0);
         tryEveryCall(Fault::Seek, isLasting, form, write);
     }
 }
 
-// Writes the sample to a file that can take no more than so many bytes.
+// Writes the sample to a file that has room for so many bytes only.
 template <class File>
 void tryFile(const QString& path, int room, QIODevice::OpenMode mode)
 {
@@ -194,7 +195,7 @@ void tryFile(const QString& path, int room, QIODevice::OpenMode mode)
 
 } // namespace
 
-TEST(FailingFile, EverySizeThatIsTooLargeIsToldWithAndWithoutBuffer)
+TEST(FailingFile, EverySizeThatIsTooLargeIsReportedWithAndWithoutBuffer)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("message.bin"));
@@ -206,7 +207,7 @@ TEST(FailingFile, EverySizeThatIsTooLargeIsToldWithAndWithoutBuffer)
     }
 }
 
-TEST(FailingDevice, EveryFailingCallOfAPlainFormIsTold)
+TEST(FailingDevice, EveryFailingCallOfAPlainFormIsReported)
 {
     tryEveryFault(sample().GetBinaryRepresentationAsQByteArray(),
                   [](const PelLu300RouterMessage& message, QDataStream& stream) {
@@ -214,7 +215,7 @@ TEST(FailingDevice, EveryFailingCallOfAPlainFormIsTold)
                   });
 }
 
-TEST(FailingDevice, EveryFailingCallOfACompressedFormIsTold)
+TEST(FailingDevice, EveryFailingCallOfACompressedFormIsReported)
 {
     tryEveryFault(sample().GetCompressedBinaryRepresentationAsQByteArray(9),
                   [](const PelLu300RouterMessage& message, QDataStream& stream) {
@@ -222,7 +223,7 @@ TEST(FailingDevice, EveryFailingCallOfACompressedFormIsTold)
                   });
 }
 
-TEST(FailingDevice, AStreamThatHasFailedBeforeIsTold)
+TEST(FailingDevice, AStreamThatHasFailedBeforeIsReported)
 {
     FailingDevice device(Fault{});
     QDataStream stream(&device);
@@ -232,7 +233,7 @@ TEST(FailingDevice, AStreamThatHasFailedBeforeIsTold)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
 }
 
-TEST(FailingDevice, ADeviceThatCannotBeWrittenToIsTold)
+TEST(FailingDevice, ADeviceThatCannotBeWrittenToIsReported)
 {
     for (const bool isCompressed : {false, true}) {
         FailingDevice device(Fault{});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What holds for the payloads of a fragment.
+// Rules for each of the payloads of a fragment.
 
 #include "FragmentSupport.h"
 

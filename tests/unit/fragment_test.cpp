@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The fragment as a whole: the choice, what copying, comparing and checking it do, and its written forms.
+// The fragment as a whole: the choice, copying, comparing and checking, and its written forms.
 
 #include "FragmentSupport.h"
 

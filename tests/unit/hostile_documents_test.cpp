@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whole documents that are cut off, damaged or made to do harm: reading ends soon, either well or with
-// one explained failure, and the record can be used as before.
+// Whole documents that are cut off, damaged or made to do harm: reading soon succeeds or fails with one
+// explanation, and the record can be used as before.
 
 #include "DocumentParts.h"
 #include "TestSupport.h"
@@ -81,7 +81,7 @@ PelLu300RouterInterfaceXml original()
 
 // --- the ways in which a document comes in --------------------------------------------------------
 
-// Reads one and the same record from bytes, again and again, in one form.
+// Reads bytes of one form into the same record, as often as wanted.
 class Reader
 {
 public:
@@ -181,7 +181,7 @@ public:
         m_document.SetLogger(std::make_shared<MODELKIT::Logger>(m_sink));
     }
 
-    // Reads the input and expects an outcome that is explained.
+    // Reads the input and expects success or an explanation.
     Outcome read(const QByteArray& input)
     {
         m_sink->Clear();
@@ -239,7 +239,7 @@ private:
             EXPECT_GE(place.column, 1);
         } else {
             EXPECT_GE(place.offset, 0);
-            // In a compressed form the bytes inside are counted.
+            // In a compressed form, offsets count the bytes of the form inside.
             EXPECT_LE(place.offset, isCompressed ? std::max(size, Limits::Get().inflatedSize) : size);
         }
         ASSERT_EQ(m_sink->GetEntries().size(), 1);
@@ -262,7 +262,7 @@ struct Outcomes
     int thrown = 0;
 };
 
-// Reads the input with each of its bytes changed in each of these ways.
+// Reads the input with each of its bytes changed by each mask.
 template <class Masks>
 Outcomes readDamaged(Reader& reader, const QByteArray& input, const Masks& masks, bool validate)
 {
@@ -296,7 +296,7 @@ constexpr std::array<int, 2> twoMasks = {0x01, 0x80};
 QByteArray plainForm() { return bytes(documentForm); }
 QByteArray packedForm() { return original().GetCompressedBinaryRepresentationAsQByteArray(9); }
 
-// Qt writes a line of its own for a piece that zlib refuses; the tests of damaged pieces need not.
+// Suppresses the message that Qt prints for every piece that zlib refuses.
 class QuietQt
 {
 public:
@@ -308,7 +308,7 @@ private:
     QtMessageHandler m_before;
 };
 
-// Expects that the input is refused for that reason, in one sentence, and that the record can be used.
+// Expects that the input is refused for that reason and with that sentence, and that the record can be used.
 void expectRefused(Reader& reader, const QByteArray& input, Failure::Kind kind, const QString& sentence)
 {
     Victim victim(reader, false);
@@ -335,7 +335,7 @@ TEST(HostileDocument, TheOriginalIsTheSameInEveryForm)
 
 namespace {
 
-// Expects a place at the end of the input: its last line, and the root as soon as that has begun.
+// Expects a place at the end of the input: in its last line, and below the root if that has begun.
 void expectPlacedAtTheEnd(const QByteArray& input)
 {
     const Place& place = IMKObject::GetLastFailure().place;
@@ -355,7 +355,7 @@ void expectCutOffXmlIsRefused(Reader& reader, bool validate = false)
         expectPlacedAtTheEnd(part);
         victim.expectUsable(whole);
     }
-    // Only the line break behind the root element can be missing.
+    // A document without the line break behind the root element is complete.
     EXPECT_EQ(victim.read(whole.left(static_cast<int>(whole.size()) - 1)), Outcome::Read);
     EXPECT_TRUE(victim.document() == original());
 }
@@ -374,7 +374,8 @@ TEST(HostileDocument, AnXmlFileCutOffAnywhereIsNotWellFormed)
     expectCutOffXmlIsRefused(reader);
 }
 
-// Under validation the record may be the first to miss what has been cut off; the reason stays the same.
+// Under validation a record may refuse an incomplete element first, but the reason is still the end of the
+// document.
 TEST(HostileDocument, XmlCutOffAnywhereIsNotWellFormedUnderValidationToo)
 {
     XmlString reader;
@@ -411,7 +412,7 @@ TEST(HostileDocument, ABinaryFormCutOffAnywhereIsRefusedAndLeavesTheRecordUnchan
 
 namespace {
 
-// Only under validation does a record refuse what it reads from XML.
+// A record refuses values from XML only under validation.
 template <class Masks>
 void expectXmlOutcomes(Reader& reader, const Masks& lenientMasks)
 {
@@ -460,7 +461,7 @@ TEST(HostileDocument, ABinaryFormWithAnyByteChangedIsReadOrRefusedOrThrows)
     }
 }
 
-// The checksum of zlib leaves nothing that could be read as another document.
+// Thanks to zlib's checksum, no damaged form is read as another document.
 TEST(HostileDocument, ACompressedFormWithAnyByteChangedIsTheSameDocumentOrRefused)
 {
     const QuietQt quiet;
@@ -486,7 +487,7 @@ TEST(HostileDocument, ACompressedFormWithAnyByteChangedIsTheSameDocumentOrRefuse
                 victim.expectUsable(whole);
             }
         }
-        // Every bit of the words in front and nearly every one of the stream counts.
+        // Nearly every changed bit must be noticed.
         EXPECT_GT(refused, 3 * static_cast<int>(whole.size()));
     }
 }
@@ -535,7 +536,7 @@ TEST(HostileXml, ALongEntityUsedInAnAttributeIsRefusedAtItsDeclaration)
     victim.expectUsable(documentXml);
 }
 
-// They are expanded inside the declaration already.
+// A reader would expand these entities inside the declaration already.
 TEST(HostileXml, ParameterEntitiesOfParameterEntitiesAreRefused)
 {
     QByteArray xml = "<!DOCTYPE x [<!ENTITY % p0 '<!ELEMENT y ANY>'>";
@@ -582,7 +583,8 @@ TEST(HostileXml, AMillionNestedTagsAreRefusedAtTheFirstOneTooDeep)
     const QByteArray before = "<PelLu300RouterInterfaceXml><PelLu300RouterMessage>\n";
     const QByteArray xml = before + QByteArray("<a>").repeated(1000000);
     QString path = text(messagePath);
-    // The root and the message are the first two of 64, and the path names the one behind them.
+    // The root and the message are the first two of 64 levels. The path also has the element that is too
+    // deep.
     for (int i = 0; i < 63; ++i)
         path += QStringLiteral("/a");
     const QString sentence =
@@ -605,7 +607,7 @@ TEST(HostileXml, AMillionNestedTagsInAFileAreRefused)
     victim.expectUsable(documentXml);
 }
 
-TEST(HostileXml, AMillionCommentsAreReadOver)
+TEST(HostileXml, AMillionCommentsAreSkipped)
 {
     XmlString reader;
     Victim victim(reader, true);
@@ -615,7 +617,7 @@ TEST(HostileXml, AMillionCommentsAreReadOver)
     victim.expectUsable(documentXml);
 }
 
-TEST(HostileXml, AMillionProcessingInstructionsAreReadOver)
+TEST(HostileXml, AMillionProcessingInstructionsAreSkipped)
 {
     XmlString reader;
     Victim victim(reader, true);
@@ -625,7 +627,7 @@ TEST(HostileXml, AMillionProcessingInstructionsAreReadOver)
     EXPECT_TRUE(victim.document() == original());
 }
 
-TEST(HostileXml, CommentsInsideATextAreReadOver)
+TEST(HostileXml, CommentsInsideATextAreSkipped)
 {
     PelLu300RouterInterfaceXml document;
     QByteArray xml(documentXml);
@@ -661,7 +663,7 @@ TEST(HostileXml, ANumberOfTenMegabytesIsNoNumber)
     victim.expectUsable(documentXml);
 }
 
-TEST(HostileXml, AnAttributeOfTenMegabytesIsReadOver)
+TEST(HostileXml, AnAttributeOfTenMegabytesIsSkipped)
 {
     XmlString reader;
     Victim victim(reader, true);
@@ -671,7 +673,7 @@ TEST(HostileXml, AnAttributeOfTenMegabytesIsReadOver)
     EXPECT_TRUE(victim.document() == original());
 }
 
-// Some versions of Qt have a limit of their own for names.
+// Some versions of Qt limit the length of names.
 TEST(HostileXml, ANameOfTenMegabytesIsSkippedOrNotWellFormed)
 {
     XmlString reader;
@@ -720,11 +722,11 @@ TEST(HostileCompression, APieceThatClaimsTwoGigabytesIsDamaged)
     Bytes reader;
     const QString sentence = QStringLiteral("offset 8: The compressed form is damaged.");
     const QByteArray stream = qCompress(QByteArray(100, 'x'), 9).mid(4);
-    // The inflated size, largest, larger than any, and one more than a piece may have.
+    // The claimed inflated size: the largest, negative ones, zero, and one more than a piece may have.
     for (const quint32 claimed : {0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU, 0U, 65537U})
         expectRefused(reader, compressedForm(sized(word(claimed) + stream)), Failure::DamagedCompression,
                       sentence);
-    // The length of the piece.
+    // The claimed length of the piece.
     for (const quint32 claimed : {0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU, 0U, 4U})
         expectRefused(reader, compressedForm(word(claimed) + word(100) + stream), Failure::DamagedCompression,
                       sentence);
@@ -774,7 +776,7 @@ TEST(HostileCompression, WithoutAnyPieceIsCutOff)
 
 namespace {
 
-// A document whose list has so many items of length 0.
+// A document whose list contains so many items of length 0 and announces so many.
 QByteArray listOfEmptyItems(quint32 count, quint32 announced)
 {
     const QByteArray list = word(announced) + QByteArray(static_cast<int>(4 * count), '\0');
@@ -787,20 +789,20 @@ TEST(HostileList, MoreItemsThanAdmittedAreRefusedWithTheirPlace)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.listItems = 1000; }));
     Bytes reader;
-    // In front of the 1001st item: three words for what it is in, each with a length, the number of
-    // items, and 1000 lengths.
+    // In front of the 1001st item are the id and two tags, each with a length, the number of items, and 1000
+    // lengths.
     expectRefused(reader, listOfEmptyItems(100000, 100000), Failure::TooManyItems,
                   QStringLiteral("offset 4028: A list holds more items than the limit of 1000. (in "
                                  "/PelLu300RouterInterfaceXml/PelLu300RouterMessage/Fragment[1001])"));
 }
 
-// The largest container of the system would not hold them.
+// There are more items than any container could hold.
 TEST(HostileList, ItemsThatNoContainerHoldsAreRefusedAsTooMany)
 {
     const LimitsInScope inScope(limitsWith([](Limits& limits) { limits.listItems = 1000; }));
     QByteArray pieces;
     const QByteArray plain = listOfEmptyItems(0, 60000000);
-    // What a length of 240 MB announces follows in zeros.
+    // The length announces 240 MB, and as many zeros follow.
     QByteArray head = plain;
     head.replace(4, 4, word(20 + 240000000));
     head.replace(12, 4, word(12 + 240000000));
@@ -815,11 +817,11 @@ TEST(HostileList, ItemsThatNoContainerHoldsAreRefusedAsTooMany)
     victim.expectUsable(plainForm());
 }
 
-// --- what must not take longer the more there is of it --------------------------------------------
+// --- time that must not grow with the square of the size ------------------------------------------
 
-// These are last: where the time grows with the square of the size they do not end.
+// These tests are the last ones, because they would not end if the time did.
 
-TEST(HostileXml, AHundredThousandNamespacesInUseAreReadOverOrRefused)
+TEST(HostileXml, AHundredThousandNamespacesInUseAreSkippedOrRefused)
 {
     QByteArray declarations;
     for (int i = 0; i < 100000; ++i)
@@ -849,7 +851,7 @@ TEST(HostileXml, AMillionDeclaredAttributesAreRefusedAtTheirDeclaration)
     victim.expectUsable(documentXml);
 }
 
-TEST(HostileXml, AMillionAttributesOfOneElementAreReadOverOrRefused)
+TEST(HostileXml, AMillionAttributesOfOneElementAreSkippedOrRefused)
 {
     QByteArray attributes;
     for (int i = 0; i < 1000000; ++i)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The life of a record: when it gets its data block, how blocks are shared by assignment and told apart
-// again, and what copying, resetting and comparing do.
+// The life of a record: when it gets its data block, how assignment shares blocks and how they are detached,
+// and what copying, resetting and comparing do.
 
 #include "FailingAllocator.h"
 #include "LifecycleSupport.h"
@@ -155,7 +155,7 @@ TYPED_TEST(EveryRecordLifecycle, CreatingTheBlockSetsNothing)
     });
 }
 
-// Notes the calls of the two operations that hand settings on.
+// Notes the calls of the two operations that hand settings down.
 template <class R>
 struct Recording : R
 {
@@ -339,7 +339,7 @@ TYPED_TEST(EveryRecordLifecycle, AssignmentAllocatesNothing)
     EXPECT_GT(allocationsIn([&] { static_cast<void>(target.IsInitialized()); }), 0);
 }
 
-// Whoever touches the shared block gets one of its own, and the other keeps it.
+// The record that touches the shared block gets its own, and the other keeps the old one.
 template <class R>
 void expectSharedUntilTouched(const Operation<R>& operation, bool isTargetTouched, bool isChanged)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The limits of reading: any value is safe, none can be lifted by accident, and they can be given for a
-// scope.
+// The limits of reading: any value is safe, no limit can be switched off by accident, and limits can be set
+// for a scope.
 
 #include "TestSupport.h"
 
@@ -32,7 +32,7 @@ PelLu300RouterInterfaceXml sample()
     return document;
 }
 
-// How reading ends, in every form, under limits that change makes.
+// The results of reading every form under changed limits.
 template <class Change>
 QList<Failure::Kind> kindsUnder(const Change& change)
 {
@@ -76,7 +76,7 @@ TEST(Limits, AreWhatTheDocumentationSaysAtFirst)
     EXPECT_EQ(Limits::anyNumber, std::numeric_limits<int>::max());
 }
 
-TEST(Limits, OfAnySizeAndNumberAreNone)
+TEST(Limits, OfAnySizeAndNumberAdmitEverything)
 {
     EXPECT_EQ(kindsUnder([](Limits& limits) {
                   limits.inputSize = limits.inflatedSize = Limits::anySize;
@@ -84,7 +84,7 @@ TEST(Limits, OfAnySizeAndNumberAreNone)
                       Limits::anyNumber;
               }),
               allRead);
-    // Just below: neither overflows.
+    // Values just below these must not overflow.
     for (int below = 1; below < 80; ++below)
         EXPECT_EQ(kindsUnder([below](Limits& limits) {
                       limits.inputSize = limits.inflatedSize = Limits::anySize - below;
@@ -98,7 +98,7 @@ TEST(Limits, OfAnySizeAndNumberAreNone)
               allRead);
 }
 
-TEST(Limits, BelowZeroAdmitNothingAsZeroDoes)
+TEST(Limits, BelowZeroAdmitAsLittleAsZero)
 {
     using F = Failure;
     for (const int value : {0, -1, -64, std::numeric_limits<int>::min()}) {
@@ -138,7 +138,7 @@ TEST(Limits, AdmitExactlyTheirNumber)
     EXPECT_EQ(kindsUnder([](Limits& limits) { limits.attributes = 1; }).first(), Failure::TooManyAttributes);
 }
 
-TEST(Limits, OfTheInputDoNotCountWhatIsInside)
+TEST(Limits, OfTheInputDoNotCountInflatedBytes)
 {
     PelVtConnectServer server;
     server.SetAddress(QString(100000, QLatin1Char('x')));
@@ -171,7 +171,7 @@ TEST(LimitsInScope, HoldForTheThreadAndTheTimeOfTheObject)
         qint64 elsewhere = 0;
         std::thread([&elsewhere] { elsewhere = Limits::Get().inputSize; }).join();
         EXPECT_EQ(elsewhere, program.inputSize);
-        // What is set for the program does not reach into the scope.
+        // Changing the limits of the program does not change those of the scope.
         Limits changed = program;
         changed.inputSize = 500;
         Limits::Set(changed);
@@ -198,7 +198,7 @@ TEST(LimitsInScope, MayEndInAnyOrderAndInAnyThread)
     EXPECT_EQ(Limits::Get().inputSize, 6);
     second.reset();
     EXPECT_EQ(Limits::Get().inputSize, program.inputSize);
-    // One that outlives its thread.
+    // A scope object that outlives its thread.
     std::unique_ptr<LimitsInScope> orphan;
     std::thread([&orphan, &narrow] { orphan = std::make_unique<LimitsInScope>(narrow); }).join();
     orphan.reset();

@@ -47,7 +47,7 @@ public:
     int calls = 0;
 };
 
-// Notices when two threads are in it at once.
+// Notices when two threads write at once.
 class GuardedSink : public LogSink
 {
 public:
@@ -135,7 +135,7 @@ TEST(LoggerTest, WhatTheSinkThrowsPassesThroughAndTheLoggerStaysUsable)
     const auto sink = std::make_shared<ThrowingSink>();
     Logger logger(sink);
     EXPECT_THROW(logger.Log(Logger::Info, QStringLiteral("throw")), std::runtime_error);
-    // A lock that was not let go of would hang here.
+    // If the lock were still held, this would hang.
     EXPECT_NO_THROW(logger.Log(Logger::Info, QStringLiteral("pass")));
     EXPECT_EQ(sink->calls, 2);
 }
@@ -174,7 +174,7 @@ TEST(LoggerTest, ARecordHoldsItsLoggerButWritesNothing)
     EXPECT_EQ(server.GetLogger().use_count(), 2) << "one is the record's, one is the answer";
 }
 
-// A sink that itself works with objects that have its logger.
+// A sink that uses objects with the same logger.
 class BusySink : public LogSink
 {
 public:

@@ -427,7 +427,7 @@ TEST(MastershipStateRecord, ItsEntriesAreReadInAnyOrder)
 
 TEST(MastershipStateRecord, AnUnknownStateNameInAFrameIsRefusedUnderValidationAndStoredAsInvalidWithout)
 {
-    // "None", a null name and an empty one.
+    // An unknown name, a null name and an empty one.
     for (const char* const frame :
          {"00000010 4264F498 00000008 00000004 4E6F6E65", "0000000C 4264F498 00000004 FFFFFFFF",
           "0000000C 4264F498 00000004 00000000"}) {

@@ -197,7 +197,7 @@ TEST(MessageXml, AnItemWhoseReadingFailsIsNotAppended)
         "Please set a value or a default for the boolean 'Success' in 'ReleaseMastership'.");
     EXPECT_TRUE(itemsOf(m).isEmpty());
     EXPECT_FALSE(m.IsFragmentSet());
-    // The next item does not begin with what the failed one had read.
+    // The next item has nothing of the failed one.
     readXml(m, "<PelLu300RouterMessage><Fragment><DF_Params/></Fragment></PelLu300RouterMessage>");
     ASSERT_EQ(itemsOf(m).size(), 1);
     EXPECT_EQ(itemsOf(m).at(0).GetChoiceFragment(), Fragment::DF_Params);
@@ -214,7 +214,7 @@ TEST(MessageXml, ItemsAreReadWithTheMessagesSettings)
     ASSERT_EQ(itemsOf(m).size(), 2);
     EXPECT_TRUE(itemsOf(m).at(0).GetValidate());
     EXPECT_TRUE(itemsOf(m).at(1).GetValidate());
-    // Every child element hands the settings down again; behind the last item there is none.
+    // Every child element hands the settings down to the items before it, but none follows the last item.
     EXPECT_EQ(itemsOf(m).at(0).GetLogger(), logger);
     EXPECT_EQ(itemsOf(m).at(1).GetLogger(), nullptr);
 }
@@ -292,7 +292,7 @@ TEST(MessageBinary, ItemsWithoutPayloadAreEmptyRecords)
                                 " 61023A90 0000000C 00000002 00000000 00000000"));
 }
 
-TEST(MessageBinary, ItemsThatValidationKeepsBackAreCountedAllTheSame)
+TEST(MessageBinary, ItemsThatValidationLeavesOutAreStillCounted)
 {
     Message m;
     m.SetType(Message::Reply);

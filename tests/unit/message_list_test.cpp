@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The list of fragments in a message: setting it, appending to it, and what holds while a caller has it too.
+// The list of fragments in a message: setting it, appending to it, and sharing it with a caller.
 
 #include "MessageSupport.h"
 
@@ -282,7 +282,7 @@ TEST(MessageAppend, LeavesTheDataOfTheItemsInTheListWhereItIs)
     EXPECT_EQ(&itemsOf(m).at(0).GetOstraInterfacePort(), payload);
 }
 
-// An item that answers for itself whether it is complete.
+// An item with its own HasData().
 class OpinionatedItem : public Fragment
 {
 public:
@@ -323,7 +323,7 @@ TEST(MessageAppend, TheObjectNameStandsInTheText)
     expectThrow<OutOfRangeException>([&] { m.Check(); }, "Renamed: Please set Type properly.");
 }
 
-// --- a list that the caller holds too -------------------------------------------------------
+// --- a list that the caller shares ----------------------------------------------------------
 
 TEST(MessageSharedList, SettingsOfTheMessageDoNotReachTheCallersItems)
 {
@@ -364,7 +364,7 @@ TEST(MessageSharedList, ACopyOfTheListTakenOutKeepsItsItems)
     EXPECT_EQ(taken.at(0).GetLogger(), nullptr);
 }
 
-TEST(MessageSharedList, TheMessagesItemsKeepTheirLoggersWhenTheyPartFromTheCallersCopy)
+TEST(MessageSharedList, TheMessagesItemsKeepTheirLoggersWhenTheyDetachFromTheCallersCopy)
 {
     const auto logger = std::make_shared<Logger>();
     Message m = sample();
@@ -405,7 +405,7 @@ TEST(MessageSharedList, TheCallersChangesDoNotReachTheMessage)
 
 // --- items while the list's flag is off -----------------------------------------------------
 
-// A message with a type and with items behind a list flag that is off.
+// A message with a type and with items, but with the list not marked as set.
 void fillBehindFlag(Message& m, const Items& added)
 {
     m.SetType(Message::Event);
@@ -439,7 +439,7 @@ TEST(MessageUnsetList, ItsItemsAreNotChecked)
     Message m;
     fillBehindFlag(m, {Fragment()});
     m.Check();
-    // A check would have given the item its data block.
+    // A check would have created the data block of the item.
     EXPECT_FALSE(itemsOf(m).at(0).IsInitialized());
     m.GetFragment();
     m.Check();

@@ -233,7 +233,7 @@ TEST(MessageDefaults, ResetToDefaultSetsWhatHasADefault)
 TEST(MessageDefaults, ResetToDefaultWithoutDefaultsLeavesANewMessage)
 {
     Message m = sample();
-    // Asking for the defaults does not count as setting them.
+    // Getting the defaults does not count as setting them.
     m.GetDefaultType();
     m.GetDefaultMessageID();
     m.GetDefaultFragment();

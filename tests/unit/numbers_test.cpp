@@ -59,8 +59,8 @@ TEST(Numbers, WriteTheUsualValuesThemselves)
     EXPECT_EQ(twoDecimals(9007199254740991.0), QStringLiteral("9007199254740991.00"));
 }
 
-// What QString::arg() gives on Qt 5 and on Qt 6: only a value that rounds to zero keeps its sign, a zero
-// has none.
+// The results of QString::arg() with Qt 5 and Qt 6: a value that rounds to zero keeps its sign, but negative
+// zero is written without one.
 TEST(Numbers, AreWrittenAsQtWritesThemInBothForms)
 {
     const struct
@@ -116,7 +116,7 @@ TEST(Numbers, WriteWhatQtWrites)
         std::memcpy(&any, &bits, sizeof any);
         expectQtsText(any);
         expectQtsText(static_cast<double>(bits % 100000000) / 1000.0);
-        // Exactly between two hundredths.
+        // Many of these are exactly between two hundredths.
         expectQtsText(static_cast<double>(bits % 2000000) / 8.0 - 1000.0);
         expectQtsText(std::ldexp(static_cast<double>(bits >> (bits % 50)), -static_cast<int>(random() % 64)));
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Memory that runs out in the middle of an operation on a record leaves it as it was, and with it those that
-// share its block.
+// If memory runs out in the middle of an operation on a record, the record and those that share its block
+// stay as they were.
 
 #include "FailingAllocator.h"
 #include "LifecycleSupport.h"
@@ -163,12 +163,12 @@ TYPED_TEST(EveryRecordLifecycle, AFailedDetachLeavesTheBlockShared)
     TypeParam target;
     target = source;
     EXPECT_TRUE(failsOutOfMemory(0, [&] { static_cast<void>(target.IsInitialized()); }));
-    // Still shared: the source leaves the block to the target.
+    // The block is still shared: the source detaches from it and leaves it to the target.
     EXPECT_NE(place(source), before);
     EXPECT_EQ(place(target), before);
 }
 
-// What a record shows, put together without creating anything in it that it does not have.
+// The content of a record as text, without creating anything in the record.
 template <class R>
 QString contentOf(const R& record)
 {
@@ -182,7 +182,7 @@ QString contentOf(const R& record)
     return content;
 }
 
-// Changes that may run out of memory half-way, on an empty record and on one that holds something.
+// Changes that may run out of memory half-way, on an empty and on a filled record.
 template <class R>
 void expectAllOrNothing(const std::function<void(R&)>& prepare, const std::function<void(R&)>& change)
 {
@@ -297,7 +297,7 @@ TEST(OutOfMemory, APayloadThatCannotBeMadeIsNotSelectedByReading)
                 break;
             }
             hasFailed = true;
-            // Once it is there it is selected, whatever happens next.
+            // If the payload has been created, it is also selected.
             const Fragment& view = target;
             const bool isThere = !failsOutOfMemory(0, [&view] { view.GetDF_Params(); });
             EXPECT_EQ(target.GetChoiceFragment(),

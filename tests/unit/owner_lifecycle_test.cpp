@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The life of records that hold others, and of the values of their enumerated members: who shares what, and
-// how far settings and defaults reach.
+// The life of records that own others, and of enumerated members: what is shared, and how far settings and
+// defaults reach.
 
 #include "FailingAllocator.h"
 #include "LifecycleSupport.h"
@@ -47,7 +47,7 @@ TEST(EnumeratedMemberLifecycle, TheInvalidValueIsCopiedButResetsKeepIt)
     EXPECT_EQ(source.GetInvalidState(), 2);
 }
 
-TEST(EnumeratedMemberLifecycle, TheInvalidValueIsARightArgument)
+TEST(EnumeratedMemberLifecycle, TheInvalidValueCanBeAnArgument)
 {
     MastershipState state;
     state.SetDefaultState(MastershipState::MasterPresent);
@@ -81,7 +81,7 @@ TEST(EnumeratedMemberLifecycle, ResettingTheChoiceCreatesNoBlockAndEndsTheSharin
 
 TEST(MessageLifecycle, ListsAreComparedByTheirItems)
 {
-    // What is no number equals nothing, not even itself.
+    // NaN is not even equal to itself.
     Fragment item;
     item.GetDF_Params().SetFrequency(std::numeric_limits<double>::quiet_NaN());
     const QVector<Fragment> items{item};
@@ -123,7 +123,7 @@ TEST(OwnerLifecycle, AskingWhetherItHasDataEndsTheSharing)
     EXPECT_EQ(place(sourceMessage), before);
 }
 
-TEST(OwnerLifecycle, TheOwnChoiceIsARightArgumentOfInitChoice)
+TEST(OwnerLifecycle, TheOwnChoiceCanBeTheArgumentOfInitChoice)
 {
     Fragment fragment;
     fragment.SetDefaultDF_Params(params(4.0));
@@ -136,11 +136,11 @@ TEST(OwnerLifecycle, TheOwnChoiceIsARightArgumentOfInitChoice)
                                      QStringLiteral("Invalid enum value set in 'Fragment'."));
 }
 
-TEST(OwnerLifecycle, TheOwnItemsAreRightArguments)
+TEST(OwnerLifecycle, TheOwnItemsCanBeArguments)
 {
     PelLu300RouterMessage record;
     record.AppendFragment(fragment("first"));
-    // Often enough that the list moves while its own item is being appended.
+    // The list must reallocate while one of its own items is appended.
     for (int i = 0; i < 100; ++i)
         record.AppendFragment(std::as_const(record).GetFragment().at(0));
     const QVector<Fragment>& list = std::as_const(record).GetFragment();
@@ -155,7 +155,7 @@ TEST(OwnerLifecycle, TheOwnItemsAreRightArguments)
     EXPECT_TRUE(list.last() == fragment("first"));
 }
 
-TEST(OwnerLifecycle, TheModifiableMemberIsARightArgument)
+TEST(OwnerLifecycle, TheModifiableMemberCanBeAnArgument)
 {
     PelLu300RouterInterfaceXml document;
     document.SetPelLu300RouterMessage(message(3));
@@ -235,7 +235,7 @@ TEST(OwnerLifecycle, FlagAndLoggerOfASharerDoNotReachTheMembersOfTheOther)
     EXPECT_EQ(ofTarget.GetFragment().at(0).GetPelVtConnectServer().GetLogger(), logger);
 }
 
-TEST(OwnerLifecycle, TheSameHoldsForTheListOfAMessageAndThePayloadsOfAFragment)
+TEST(OwnerLifecycle, FlagAndLoggerOfASharerDoNotReachItemsAndPayloadsOfTheOther)
 {
     const auto logger = newLogger();
     PelLu300RouterMessage source = message(1);
@@ -278,7 +278,7 @@ TEST(OwnerLifecycle, AMemberKeepsItsOwnFlagAndLoggerWhenItIsSetOrReset)
     EXPECT_EQ(std::as_const(record).GetMastershipState().GetLogger(), logger);
 }
 
-// Both sharers must show the same members after the detach, whoever got the new block.
+// Both sharers must have the same members after the detach, no matter which one got the new block.
 template <class R, class Inspect>
 void expectKeptByDetach(const R& source, Inspect&& inspect)
 {
@@ -438,7 +438,7 @@ TEST(OwnerLifecycle, TheDocumentAppliesItsDefaultMessageAndResetsToIt)
     record.Reset();
     EXPECT_FALSE(record.IsPelLu300RouterMessageSet());
     EXPECT_TRUE(std::as_const(record).GetPelLu300RouterMessage() == message(5));
-    // The document is judged by its message, whether that is set or not.
+    // The data of the message counts whether the message is set or not.
     EXPECT_TRUE(record.AnyData());
 }
 

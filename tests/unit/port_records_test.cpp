@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The records that carry connection endpoints: OstraInterfacePort, RouterVtServerPort and
-// PelVtConnectServer.
+// The records with connection endpoints: OstraInterfacePort, RouterVtServerPort and PelVtConnectServer.
 
 #include "TestSupport.h"
 
@@ -12,7 +11,7 @@ namespace {
 
 using namespace testing_support;
 
-// What the three classes are called and how they are framed.
+// The names and ids of the three classes.
 template <class R>
 struct Literals;
 template <>
@@ -461,7 +460,7 @@ TYPED_TEST(PortRecord, ChecksPassWithThePortUnsetAndSet)
     EXPECT_NO_THROW(record.Check());
 }
 
-// --- two classes alike --------------------------------------------------------------------------
+// --- two similar classes ------------------------------------------------------------------------
 
 TEST(PortClasses, RecordsOfDifferentClassesStayDifferent)
 {

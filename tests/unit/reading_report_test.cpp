@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The life of reports: which one collects, in which order and thread they may end, and what a document leaves
-// in one when it is refused or something throws. What is noticed at all is told with the forms.
+// The life of reports: which one collects, in which order and thread they may end, and which entries a
+// document leaves when it is refused or something throws. report_test.cpp has the kinds of entries.
 
 #include "TestSupport.h"
 
@@ -27,7 +27,7 @@ void read(const char* name)
     ASSERT_TRUE(record.SetXmlString(withUnknown(name), false));
 }
 
-// The last steps of the paths of all entries.
+// The last step of the path of every entry.
 QStringList names(const ReadingReport& report)
 {
     QStringList all;
@@ -100,7 +100,7 @@ TEST(ReadingReports, MayOutliveTheirThread)
 
 TEST(ReadingReports, MayEndWhileTheyCollect)
 {
-    // A device that lets go of the report in the middle of a reading.
+    // A device that destroys the report in the middle of a reading.
     auto report = std::make_unique<ReadingReport>();
     struct Device : QBuffer
     {
@@ -117,7 +117,7 @@ TEST(ReadingReports, MayEndWhileTheyCollect)
     DF_Params record;
     EXPECT_TRUE(record.LoadXml(&device));
     EXPECT_FALSE(report);
-    // The same inside of the record.
+    // The same, done by the record itself.
     struct Letting : DF_Params
     {
         std::unique_ptr<ReadingReport> report = std::make_unique<ReadingReport>();
@@ -129,7 +129,7 @@ TEST(ReadingReports, MayEndWhileTheyCollect)
     } letting;
     EXPECT_TRUE(letting.SetXmlString(text("<DF_Params><a/><b/></DF_Params>"), false));
     EXPECT_FALSE(letting.report);
-    // Clearing it there forgets what other documents have left; the own entries come at the end.
+    // Clearing it there removes the entries of other documents. Those of this document are added at the end.
     struct Clearing : DF_Params
     {
         ReadingReport report;
@@ -149,7 +149,7 @@ TEST(ReadingReports, MayEndWhileTheyCollect)
     EXPECT_EQ(clearing.report.GetDropped(), 0);
 }
 
-TEST(ReadingReports, KeepNothingOfDocumentsThatAreNone)
+TEST(ReadingReports, KeepNothingOfInputThatIsNoDocument)
 {
     ReadingReport report;
     read("before");
@@ -165,7 +165,7 @@ TEST(ReadingReports, KeepNothingOfDocumentsThatAreNone)
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NestedTooDeep);
     }
     {
-        // An unknown entry in front of more items than are admitted.
+        // An unknown entry in front of more items than the limit.
         Limits limits;
         limits.listItems = 0;
         const MODELKIT::LimitsInScope inScope(limits);
@@ -201,7 +201,7 @@ TEST(ReadingReports, HaveTheirPlacesAlsoWhenSomethingThrows)
     ASSERT_EQ(report.GetEntries().size(), 1);
     EXPECT_EQ(report.GetEntries().at(0).place.ToString(), text("2:3"));
     EXPECT_EQ(report.GetEntries().at(0).place.path, text("/DF_Params/a"));
-    // A log sink that throws while an exception of a record is told.
+    // A log sink that throws while an exception of a record is logged.
     MastershipState state;
     state.SetValidate(true);
     state.SetLogger(std::make_shared<MODELKIT::Logger>(std::make_shared<Throwing>()));
@@ -238,7 +238,7 @@ TEST(ReadingReports, TellOfBytesBehindABinaryForm)
     port.SetPort(5000);
     expectBehind(port.GetCompressedBinaryRepresentationAsQByteArray(9) + "xy",
                  "2 bytes behind the binary form were ignored.", 24);
-    // Behind the form inside the compressed one.
+    // Bytes behind the form inside a compressed one.
     QByteArray pieces;
     QDataStream inner(&pieces, QIODevice::WriteOnly);
     inner << qCompress(form + "xyz", 9);
@@ -246,7 +246,7 @@ TEST(ReadingReports, TellOfBytesBehindABinaryForm)
     QDataStream outer(&compressed, QIODevice::WriteOnly);
     outer << 0x4D4B5A31 << pieces;
     expectBehind(compressed, "3 bytes behind the binary form were ignored.", 24);
-    // A stream goes on behind the form.
+    // A stream may continue behind the form, so no entry is made.
     ReadingReport report;
     QDataStream stream(form + form);
     OstraInterfacePort record;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What editors need of RecordInfo: resetting, defaults, changing lists item by item, choosing.
+// The parts of RecordInfo that editors need: resetting, defaults, changing lists item by item, choosing.
 #include "MemberByName.h"
 #include "TestSupport.h"
 
@@ -274,7 +274,7 @@ TEST(RecordEditing, wrongIndicesChangeNothing)
         EXPECT_THROW(list().RemoveItem(message, wrong), std::out_of_range);
         EXPECT_THROW(list().MoveItem(message, wrong, 0), std::out_of_range);
         EXPECT_THROW(list().MoveItem(message, 0, wrong), std::out_of_range);
-        // Behind the last item one can be inserted.
+        // The index behind the last item is valid for inserting.
         EXPECT_THROW(list().InsertItem(message, wrong == 2 ? 3 : wrong, withPort(3)), std::out_of_range);
     }
     EXPECT_EQ(portsOf(message), (Ports{1, 2}));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What MemberInfo takes for a value of each kind of member, and that it stores nothing else.
+// The values that MemberInfo accepts for each kind of member. It stores no others.
 #include "MemberByName.h"
 #include "TestSupport.h"
 
@@ -47,7 +47,7 @@ std::unique_ptr<MODELKIT::IMKObject> recordWith(const MemberInfo& member, bool v
     return nullptr;
 }
 
-// A null value of the type int, which no constructor makes in all versions of Qt.
+// A null QVariant of type int. No constructor makes one in all versions of Qt.
 QVariant nullInt()
 {
     QByteArray bytes;
@@ -63,7 +63,7 @@ bool isSame(const QVariant& a, const QVariant& b)
     return a == b && a.toString().isNull() == b.toString().isNull();
 }
 
-// Expects that the value is taken, as the current one and as the default.
+// Expects that the value is accepted, as the current one and as the default.
 void expectTaken(const MemberInfo& member, const QVariant& value, const QVariant& stored)
 {
     SCOPED_TRACE(value.toString().toStdString() + " as " + member.GetName().toStdString());
@@ -188,7 +188,7 @@ TEST(RecordValues, numbersAsTextAreDigits)
           "18446744073709551617", "abc", "5\n", "1,000", "true", "\xD9\xA5"})
         expectNoNumber(refused);
     expectNoNumber(QByteArray("5\0", 2), QString(QLatin1String("5\0", 2)));
-    // Of a long text the message shows the beginning; the data is whole.
+    // The message shows only the beginning of a long text, but the data has all of it.
     const QString digits(50, QLatin1Char('1'));
     expectNoNumber(digits, QLatin1Char('"') + digits.left(40) + QStringLiteral("...\""), digits);
 }
@@ -394,7 +394,7 @@ TEST(RecordValues, aNumberOutsideTheEnumeratorsFollowsTheRuleOfTheSetter)
                       QString::number(outside), QString());
         EXPECT_EQ(state.GetState(), MastershipState::RouterIsMaster);
 
-        // As with the record's own operation no rule is applied to a default.
+        // No rule is applied to a default, as in the record's own operation.
         enumeration().SetDefault(state, outside);
         EXPECT_EQ(int(state.GetDefaultState()), outside);
     }

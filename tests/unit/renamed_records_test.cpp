@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A record is called in XML as its object name says, which a derived class can change: what a record with
-// renamed records inside writes it also reads.
+// The element of a record has the object name, which a derived class can change. A record can read what it
+// writes, even if it contains renamed records.
 
 #include "TestSupport.h"
 
@@ -10,7 +10,7 @@ using namespace testing_support;
 
 namespace {
 
-// A way to the protected name of any record of that class.
+// Gives access to the protected setter of the name.
 template <class R>
 struct Namer : R
 {
@@ -55,7 +55,7 @@ TEST(RenamedRecords, APayloadReadsWhatItWrote)
     EXPECT_EQ(xmlOf(fragment), xml);
 }
 
-TEST(RenamedRecords, TheNameOfTheClassIsUnknownThen)
+TEST(RenamedRecords, TheNameOfTheClassIsUnknown)
 {
     Fragment fragment = fragmentWithRenamedPayload();
     fragment.GetDF_Params();
@@ -85,7 +85,8 @@ TEST(RenamedRecords, AMessageReadsWhatItWrote)
     document.Reset();
     readXml(document, xml);
     EXPECT_EQ(xmlOf(document), xml);
-    // Its element ends with its own name, not with that of the class inside.
+    // The element of the message ends with its new name, not with the nested element that has the name of the
+    // class.
     document.Reset();
     readXml(document, QStringLiteral("<PelLu300RouterInterfaceXml><Letter><X><PelLu300RouterMessage/></X>"
                                      "<MessageID>4</MessageID></Letter></PelLu300RouterInterfaceXml>"));
@@ -129,7 +130,7 @@ TEST(RenamedRecords, ThePlaceOfAFailureCarriesTheirNames)
               QStringLiteral("/PelLu300RouterInterfaceXml/Letter"));
 }
 
-TEST(RenamedRecords, KeepTheirNamesWhenASharedBlockIsToldApart)
+TEST(RenamedRecords, KeepTheirNamesWhenASharedBlockIsDetached)
 {
     PelLu300RouterInterfaceXml document;
     Namer<PelLu300RouterMessage>::rename(document.GetPelLu300RouterMessage(), "Letter");
@@ -137,7 +138,7 @@ TEST(RenamedRecords, KeepTheirNamesWhenASharedBlockIsToldApart)
     Namer<class OstraInterfacePort>::rename(
         document.GetPelLu300RouterMessage().GetFragment()[0].GetOstraInterfacePort(), "Harbour");
     Namer<Fragment>::rename(document.GetPelLu300RouterMessage().GetFragment()[0], "Piece");
-    // One that nobody else could tell from an untouched record.
+    // A fragment that differs from an untouched one only by the name of a payload.
     Fragment untouched;
     Namer<class DF_Params>::rename(untouched.GetDF_Params(), "Receiver");
     Fragment sharingUntouched;

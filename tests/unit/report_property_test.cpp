@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What a reading report promises: when reading succeeds without an entry, nothing was lost.
+// The promise of a reading report: if reading succeeds without an entry, nothing was lost.
 //
-// Thousands of documents, put together at random with valid and odd values, unknown and repeated things,
-// and then damaged at random, are read. Whatever is read without an entry must be written again with
-// the same information, and that must be read as an equal record. The information of a document is
-// extracted by functions that know nothing of the library but the table of members below.
+// The tests read thousands of random documents with valid and odd values, with unknown and repeated members,
+// and with random damage. If one is read without an entry, the record must write the same information, and
+// reading that must give an equal record. The functions that extract the information of a document are
+// independent of the library; they know only the table of members below.
 
 #include "BinarySupport.h"
 
@@ -63,7 +63,7 @@ Class classOf(const char* name, std::uint32_t id, const QVector<Member>& members
             }};
 }
 
-// The document comes first, which is made more often than the others.
+// The first classes are made more often than the others.
 const QVector<Class>& classes()
 {
     static const QVector<Class> all = {
@@ -107,7 +107,7 @@ const Class& classNamed(const QString& name)
     return classes().first();
 }
 
-// The default-constructed member stands for "none".
+// A member without a name means that there is none.
 Member memberNamed(const Class& of, const QString& name)
 {
     for (const Member& member : of.members)
@@ -126,7 +126,7 @@ Member memberTagged(const Class& of, std::uint32_t tag)
 
 // --- the information of a document ----------------------------------------------------------------
 
-// The value of a number, whatever its spelling; a text that is none as it stands.
+// The value of a number, whatever its spelling. Other texts are returned unchanged.
 QString canonicalNumber(const QString& text, bool isWhole)
 {
     static const QRegularExpression pattern(
@@ -168,7 +168,7 @@ QString canonicalValue(Form form, const QString& text)
     }
 }
 
-// All that a document says: one line for each thing, in an order that says nothing but for items.
+// The information in a document, one piece in a line. Only the order of items matters.
 using Information = QStringList;
 
 class XmlInformation
@@ -342,7 +342,7 @@ class Random
 public:
     explicit Random(unsigned int seed) : m_engine(seed) {}
 
-    // From 0 up to, not including, that.
+    // A number from 0 to end - 1.
     int below(int end) { return static_cast<int>(m_engine() % static_cast<unsigned int>(end)); }
     bool oneIn(int of) { return below(of) == 0; }
     quint64 bits() { return (quint64(m_engine()) << 32) | m_engine(); }
@@ -364,17 +364,17 @@ private:
     std::mt19937 m_engine;
 };
 
-// What both forms have in common. Lossy: one in so many things is one that reading does not keep.
+// The common part for both forms. Lossy: one in so many values is one that reading does not keep.
 class Maker
 {
 protected:
     Maker(Random& random, int lossy) : m_random(random), m_lossy(lossy) {}
 
-    bool shallLose() { return m_lossy > 0 && m_random.oneIn(m_lossy); }
+    bool losesSomething() { return m_lossy > 0 && m_random.oneIn(m_lossy); }
 
     QString decimal()
     {
-        if (shallLose())
+        if (losesSomething())
             return m_random.from<QString>(
                 {QStringLiteral("nan"), QStringLiteral("inf"), QStringLiteral("-inf"),
                  QStringLiteral("1.234"), QStringLiteral("-0.001"), QStringLiteral("1e-5"),
@@ -401,7 +401,7 @@ protected:
 
     QString enumerator(Form form)
     {
-        if (shallLose())
+        if (losesSomething())
             return m_random.from<QString>({QStringLiteral("request"), QStringLiteral("Pause"),
                                            QStringLiteral(" Reply"), QStringLiteral("0"),
                                            QStringLiteral("\u00e4")});
@@ -427,25 +427,25 @@ protected:
         return result;
     }
 
-    // The members that a record shall have, in the order in which they come.
+    // The members that a record will have, in order of their appearance.
     QVector<Member> membersOf(const Class& own)
     {
         QVector<Member> chosen;
         if (QLatin1String(own.name) == QLatin1String("Fragment")) {
-            if (!shallLose())
+            if (!losesSomething())
                 chosen << m_random.from(own.members);
-            if (shallLose())
+            if (losesSomething())
                 chosen << m_random.from(own.members);
             return chosen;
         }
         for (const Member& member : own.members) {
             const bool isNeeded = member.form == Form::Type;
-            if (isNeeded ? !shallLose() : !m_random.oneIn(4))
+            if (isNeeded ? !losesSomething() : !m_random.oneIn(4))
                 chosen << member;
             if (member.form == Form::List)
                 while (!m_random.oneIn(3))
                     chosen << member;
-            else if (shallLose())
+            else if (losesSomething())
                 chosen << member;
         }
         if (m_random.oneIn(2))
@@ -486,9 +486,9 @@ private:
     {
         QString qualified = name;
         QString attributes;
-        if (shallLose())
+        if (losesSomething())
             qualified.prepend(m_random.from<QString>({QStringLiteral("p:"), QStringLiteral("Type:")}));
-        if (shallLose())
+        if (losesSomething())
             attributes =
                 m_random.from<QString>({QStringLiteral(" a='1'"), QStringLiteral(" xml:space=\"preserve\""),
                                         QStringLiteral(" xmlns:p='u' p:b=''")});
@@ -499,7 +499,7 @@ private:
         return QStringLiteral("<%1%2>%3</%1>").arg(qualified, attributes, content);
     }
 
-    // What stands between elements.
+    // The text between elements.
     QString between()
     {
         QString result;
@@ -508,7 +508,7 @@ private:
         if (m_random.oneIn(10))
             result += m_random.from<QString>({QStringLiteral("<!-- <Type> -->"), QStringLiteral("<?p Type?>"),
                                               QStringLiteral("<![CDATA[ ]]>"), QStringLiteral("&#32;")});
-        if (shallLose())
+        if (losesSomething())
             result += m_random.from<QString>(
                 {QStringLiteral("text"), QStringLiteral("&amp;"), QStringLiteral("<![CDATA[<Type>]]>"),
                  QStringLiteral("<Unknown/>"), QStringLiteral("<Unknown>1<Type>Reply</Type></Unknown>"),
@@ -520,7 +520,7 @@ private:
     QString scalar(Form form)
     {
         QString content = spelled(value(form));
-        if (shallLose())
+        if (losesSomething())
             content.insert(m_random.oneIn(2) ? 0 : content.size(),
                            m_random.from<QString>({QStringLiteral("<b/>"), QStringLiteral("<b a='1'>2</b>"),
                                                    QStringLiteral("<Port>1<Port/></Port>")}));
@@ -531,7 +531,7 @@ private:
     {
         switch (form) {
         case Form::Unsigned:
-            if (shallLose())
+            if (losesSomething())
                 return m_random.from<QString>(
                     {QStringLiteral("-1"), QStringLiteral("4294967295"), QStringLiteral("2147483648"),
                      QStringLiteral("-2147483648"), QStringLiteral("99999999999"), QStringLiteral("1.0"),
@@ -543,7 +543,7 @@ private:
         case Form::Double:
             return decimal();
         case Form::Boolean:
-            return shallLose()
+            return losesSomething()
                        ? m_random.from<QString>({QStringLiteral("yes"), QString(), QStringLiteral(" true"),
                                                  QStringLiteral("2"), QStringLiteral("no")})
                        : m_random.from<QString>({QStringLiteral("true"), QStringLiteral("false"),
@@ -557,7 +557,7 @@ private:
         }
     }
 
-    // The text as one may write it.
+    // The text in one of its possible spellings.
     QString spelled(const QString& text)
     {
         QString result;
@@ -605,13 +605,13 @@ private:
             else
                 payload = scalar(member.form);
             entries += entry(member.tag, payload);
-            if (shallLose())
+            if (losesSomething())
                 entries += entry(unknownTag, bytes("0102"));
         }
-        return shallLose() ? withWrongLengths(entries) : entries;
+        return losesSomething() ? withWrongLengths(entries) : entries;
     }
 
-    // Two wrong lengths that make up for each other.
+    // Makes two lengths wrong, so that they cancel each other out in the sum.
     QByteArray withWrongLengths(QByteArray entries)
     {
         if (entries.size() < 8)
@@ -640,18 +640,18 @@ private:
         switch (form) {
         case Form::Unsigned: {
             const auto low = static_cast<std::uint32_t>(m_random.bits());
-            return word(shallLose() ? m_random.from<std::uint32_t>({1, 0xFFFFFFFF, 0x80000000}) : 0)
+            return word(losesSomething() ? m_random.from<std::uint32_t>({1, 0xFFFFFFFF, 0x80000000}) : 0)
                    + word(m_random.oneIn(3) ? low >> 16 : low);
         }
         case Form::Boolean:
-            return shallLose() ? m_random.from<QByteArray>({bytes("02"), bytes("FF")})
-                               : m_random.from<QByteArray>({bytes("00"), bytes("01")});
+            return losesSomething() ? m_random.from<QByteArray>({bytes("02"), bytes("FF")})
+                                    : m_random.from<QByteArray>({bytes("00"), bytes("01")});
         case Form::Double:
             return textPayload(decimal().toUtf8());
         case Form::Text:
             if (m_random.oneIn(10))
                 return bytes("FFFFFFFF");
-            return textPayload(shallLose() ? Maker::text().toUtf8() + notUtf8() : anyText());
+            return textPayload(losesSomething() ? Maker::text().toUtf8() + notUtf8() : anyText());
         default:
             return m_random.oneIn(20) ? bytes("FFFFFFFF") : textPayload(enumerator(form).toUtf8());
         }
@@ -673,7 +673,7 @@ private:
     }
 };
 
-// Damages bytes here and there.
+// Changes some bytes at random.
 QByteArray damaged(QByteArray bytes, Random& random)
 {
     for (int left = 1 + random.below(3); left > 0 && !bytes.isEmpty(); --left) {
@@ -738,7 +738,7 @@ bool readsCleanly(IMKObject& object, Counts& counts, const Read& read)
 
 QString printable(const Information& information) { return information.join(QLatin1Char('\n')); }
 
-// Writes the record, which holds that information, under both settings, and reads what was written.
+// Writes the record, which holds that information, with validation on and off, and reads the result.
 template <class Write, class Read, class Extract>
 void expectNothingLost(const Class& own, IMKObject& object, const Information& information,
                        const Write& write, const Read& read, const Extract& extract)
@@ -750,7 +750,7 @@ void expectNothingLost(const Class& own, IMKObject& object, const Information& i
                 written = write(object);
                 return !written.isNull();
             })) {
-            // With validation off there must be a reason.
+            // With validation off, writing may fail only because the form cannot carry a text.
             EXPECT_TRUE(validate || IMKObject::GetLastFailure().kind == MODELKIT::Failure::NotRepresentable);
             continue;
         }
@@ -767,14 +767,14 @@ const Class& anyClass(Random& random)
     return classes().at(random.below(random.oneIn(3) ? static_cast<int>(classes().size()) : 3));
 }
 
-// How often something is lost in the next document.
+// The lossiness of the next document.
 int anyLoss(Random& random) { return random.from<int>({0, 100, 50, 25, 8}); }
 
 constexpr unsigned int documents = 12000;
 
 // --- records at random ----------------------------------------------------------------------------
 
-// Fills records through their setters with what the XML form, or the binary form, can carry.
+// Fills records through their setters with values that the XML form, or the binary form, can carry.
 class Filler
 {
 public:
@@ -794,7 +794,7 @@ private:
             record.SetMessageID(number());
         while (!m_random.oneIn(3)) {
             Fragment fragment;
-            // One that was chosen before does not count.
+            // A payload that was chosen before the last one is not written.
             for (int i = m_random.below(2); i >= 0; --i)
                 choose(fragment);
             record.AppendFragment(fragment);
@@ -893,7 +893,7 @@ TEST(ReportProperty, XmlThatIsReadWithoutAnEntryLosesNothing)
             [](IMKObject& to, const QString& written) { return to.SetXmlString(written, false); },
             [](const QString& written) { return XmlInformation::of(written); });
     }
-    // Otherwise the test would have looked at nothing.
+    // Otherwise the test would have checked too little.
     EXPECT_GT(counts.clean, counts.documents / 4);
     EXPECT_GT(counts.read - counts.clean, counts.documents / 5);
     using R = ReadingReport;
@@ -953,7 +953,7 @@ TEST(ReportProperty, WhatTheLibraryWritesIsReadWithoutAnEntry)
         EXPECT_TRUE(readsCleanly(read, counts, [&](IMKObject& to) {
             return asXml ? to.SetXmlString(xml, true) : to.SetBinaryRepresentation(form);
         }));
-        // Decimals have been rounded once; now they stay.
+        // The decimals have been rounded once, so they do not change any more.
         PelLu300RouterInterfaceXml again;
         EXPECT_TRUE(asXml ? again.SetXmlString(read.GetXmlString(), true)
                           : again.SetBinaryRepresentation(form = read.GetBinaryRepresentationAsQByteArray()));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a reading report says, kind by kind: kind, sentence and place.
+// The entries of a reading report, kind by kind: kind, sentence and place.
 
 #include "BinarySupport.h"
 #include "ReportSupport.h"
@@ -15,7 +15,7 @@ using MODELKIT::ReadingReport;
 
 namespace {
 
-// What is said about the text as it is read into the record; with validation off.
+// The entries that reading the text into the record makes, with validation off.
 template <class R>
 QStringList saidOf(const QString& xml, R&& record)
 {
@@ -31,7 +31,7 @@ QStringList saidOf(const char* xml)
     return saidOf(QString::fromUtf8(xml), R());
 }
 
-// The same of a frame's content, big-endian.
+// The same for the content of a frame, big-endian.
 template <class R>
 QStringList saidOf(const QByteArray& content, R&& record)
 {
@@ -133,7 +133,7 @@ TEST(Report, TellsOfAMissingMandatoryMember)
     EXPECT_EQ(saidOf<PelLu300RouterInterfaceXml>("<PelLu300RouterInterfaceXml/>"), QStringList());
 }
 
-TEST(Report, DoesNotMissAnythingInADocumentThatBreaksOff)
+TEST(Report, ReportsNothingMissingInADocumentThatIsCutOff)
 {
     const ReadingReport report;
     PelLu300RouterMessage message;
@@ -155,7 +155,7 @@ TEST(Report, KnowsThatAnEmptyNameIsTheInvalidValue)
 {
     EXPECT_EQ(saidOf<MastershipState>("<MastershipState><State/></MastershipState>"), QStringList());
     EXPECT_EQ(saidOf<MastershipState>(entry(stateTag, bytes("FFFFFFFF"))), QStringList());
-    // Unless that is an enumerator, whose name is then written.
+    // But if the invalid value is an enumerator, the record writes its name instead.
     MastershipState state;
     state.SetInvalidState(MastershipState::MasterPresent);
     EXPECT_EQ(saidOf(QStringLiteral("<MastershipState><State/></MastershipState>"), state),
@@ -171,7 +171,7 @@ TEST(Report, LeavesAnUnknownNameToTheSetterThatRefusesIt)
     const QString xml = QStringLiteral("<MastershipState><State>Pause</State></MastershipState>");
     EXPECT_THROW(state.SetXmlString(xml, false), OutOfRangeException);
     EXPECT_EQ(lines(report), QStringList());
-    // One that is taken for an enumerator is not refused.
+    // If the invalid value is an enumerator, the setter does not refuse it.
     state.SetInvalidState(MastershipState::MasterPresent);
     EXPECT_TRUE(state.SetXmlString(xml, false));
     EXPECT_EQ(lines(report), only("14 1:18 \"Pause\" is no value of State and was taken for the invalid one. "
@@ -212,7 +212,7 @@ TEST(Report, TellsOfPrefixes)
 
 namespace {
 
-// Its elements are read one by one through the virtual operation.
+// The elements of a derived class are read one by one through the virtual operation.
 class OwnPorts : public PelVtConnectServer
 {
 };
@@ -259,8 +259,8 @@ TEST(Report, KnowsEveryCharacter)
               QStringList());
 }
 
-// In XML they end the document.
-TEST(Report, IsEmptyWhenTheTextOfAnXmlDocumentIsNone)
+// In XML, malformed text makes the whole document invalid.
+TEST(Report, IsEmptyWhenTheTextOfAnXmlDocumentIsMalformed)
 {
     const ReadingReport report;
     PelVtConnectServer record;
@@ -339,20 +339,20 @@ TEST(Report, TellsOfWholeNumbersThatDoNotFit)
               only("5 1:21 -2147483648 was taken for 2147483648. /OstraInterfacePort/Port"));
 }
 
-TEST(Report, TellsOfWholeNumbersOfWhichTheLowBitsWereTaken)
+TEST(Report, TellsOfWholeNumbersWhoseLowBitsWereTaken)
 {
     const auto said = [](const char* hex) { return saidOf<OstraInterfacePort>(entry(portTag, bytes(hex))); };
     EXPECT_EQ(said("FFFFFFFFFFFFFFFF"),
               only("5 offset 8 -1 was taken for 4294967295. /OstraInterfacePort/Port"));
     EXPECT_EQ(said("0000000100000007"),
               only("5 offset 8 4294967303 was taken for 7. /OstraInterfacePort/Port"));
-    // The binary form gives this one back.
+    // The binary form can write this number.
     EXPECT_EQ(said("00000000FFFFFFFF"), QStringList());
 }
 
 // --- lengths --------------------------------------------------------------------------------------
 
-TEST(Report, TellsOfLengthsThatAreWrongButMakeUpForEachOther)
+TEST(Report, TellsOfWrongLengthsThatCancelEachOtherOut)
 {
     EXPECT_EQ(saidOf<PelVtConnectServer>(word(addressTag) + word(7) + textPayload("ab") + word(portTag)
                                          + word(7) + word(0) + word(5)),

@@ -144,7 +144,7 @@ TEST(Saving, LeavesTheOldFileWhenNothingCanBeSaved)
     EXPECT_FALSE(other.IsAddressSet());
 }
 
-TEST(Saving, OfNothingUnderValidationIsToldByAllThatWrite)
+TEST(Saving, OfNothingUnderValidationIsReportedByEveryWritingOperation)
 {
     Fragment empty;
     empty.SetValidate(true);
@@ -236,7 +236,7 @@ TEST(AnyDevice, IsReadFromItsPositionAndClosedAsItWas)
     EXPECT_TRUE(open.atEnd());
 }
 
-TEST(AnyDevice, ThatIsNoneIsToldSo)
+TEST(AnyDevice, ThatIsNullIsReported)
 {
     PelLu300RouterMessage message;
     EXPECT_FALSE(message.LoadXml(nullptr));
@@ -269,7 +269,7 @@ TEST(AnyDevice, ThatIsOpenForWritingOnlyIsNoInput)
 
 namespace {
 
-// Delivers some bytes and then fails in a way of the test's own.
+// Delivers some bytes and then fails in the way of the test.
 class Failing : public QIODevice
 {
 public:
@@ -366,20 +366,20 @@ TEST(AnyDevice, ThatThrowsLeavesAFailureBehind)
         QDataStream stream(&device);
         message.GetCompressedBinaryRepresentation(stream, 1);
     });
-    // The next operation begins with a clean slate.
+    // The next operation clears the failure.
     EXPECT_FALSE(message.GetXmlBytes().isEmpty());
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::None);
 }
 
 namespace {
 
-// Runs an operation when the objects of the main thread are gone already.
+// Runs operations after the thread-local objects of the main thread have been destroyed.
 struct AtExit
 {
     ~AtExit()
     {
         OstraInterfacePort record;
-        // Qt 5 itself reads no XML any more by now.
+        // The binary form is used because Qt 5 cannot read XML at this point.
         const bool isRead = record.SetBinaryRepresentation(QByteArray("none"));
         const MODELKIT::LimitsInScope inScope{MODELKIT::Limits()};
         const MODELKIT::ReadingReport report;
@@ -391,9 +391,9 @@ struct AtExit
 
 } // namespace
 
-TEST(AtTheEndOfTheProgram, OperationsAreStillThere)
+TEST(AtTheEndOfTheProgram, OperationsStillWork)
 {
-    // Something to be destroyed before; what counts is how the program ends.
+    // These objects of the thread are destroyed before. The test passes if the program ends normally.
     EXPECT_FALSE(OstraInterfacePort().LoadXml(text("/nowhere/%1").arg(1)));
     static const AtExit atExit;
     const MODELKIT::LimitsInScope inScope{MODELKIT::Limits()};

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whole documents through what can only be read or written from front to back: pipes, sockets, and
-// devices that deliver what they have in small pieces.
+// Whole documents through devices that cannot seek: pipes, sockets, and devices that deliver small pieces.
 
 #include "LogSupport.h"
 #include "TestDevices.h"
@@ -57,7 +56,7 @@ QByteArray sampleForm()
 
 QByteArray compressedSample() { return sample().GetCompressedBinaryRepresentationAsQByteArray(9); }
 
-// A message of some hundred kilobytes: more than a pipe holds at once.
+// A message of some hundred kilobytes, more than a pipe holds at once.
 PelLu300RouterMessage largeSample()
 {
     PelLu300RouterMessage message = sample();
@@ -92,13 +91,13 @@ enum class Kind
     Socket
 };
 
-// The two ends of a connection; what is written to one is read at the other.
+// The two ends of a connection, one to write to and one to read from.
 class Connection
 {
 public:
     explicit Connection(Kind kind)
     {
-        // Writing to a closed end shall fail and not end the process.
+        // Writing to a closed end must fail instead of ending the process.
         std::signal(SIGPIPE, SIG_IGN);
         int ends[2] = {-1, -1};
         EXPECT_EQ(kind == Kind::Pipe ? ::pipe(ends) : ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
@@ -118,7 +117,7 @@ public:
     int reading() const { return m_reading; }
     int writing() const { return m_writing; }
 
-    // Delivers the content from another thread; then the connection ends.
+    // Delivers the content from another thread, and then closes the connection.
     void feed(const QByteArray& content, int piece = 7)
     {
         m_writer = std::thread([this, content, piece] {
@@ -162,7 +161,7 @@ struct Writing : QFile
     }
 };
 
-// A named pipe in a folder of its own.
+// A named pipe in a temporary folder.
 class Fifo
 {
 public:
@@ -205,7 +204,7 @@ private:
 
 // --- devices written by hand ----------------------------------------------------------------------
 
-// Delivers one byte at a time; after each one must wait, as with a socket.
+// Delivers one byte at a time. The reader must wait for each, as for a socket.
 class Trickle : public QIODevice
 {
 public:
@@ -340,7 +339,7 @@ TEST_P(SequentialReading, FormsOneAfterTheOtherOnOneStreamAreReadInTheirOrder)
     EXPECT_EQ(file.readAll(), QByteArray("rest"));
 }
 
-TEST_P(SequentialReading, BehindTheLastFormNothingIsThere)
+TEST_P(SequentialReading, ReadingBehindTheLastFormFails)
 {
     Connection connection(GetParam());
     connection.feed(portForm());
@@ -417,7 +416,7 @@ TEST_P(SequentialReading, AConnectionThatIsClosedAtOnceIsNoDocument)
     EXPECT_TRUE(message == sample());
 }
 
-// Without a buffer nothing behind the form is asked for, so that the other side may wait for an answer.
+// Without a buffer, no byte behind the form is requested, because the other side may wait for an answer.
 TEST_P(SequentialReading, AFormIsReadWhileTheConnectionStaysOpen)
 {
     for (const QByteArray& form : {sampleForm(), compressedSample()}) {
@@ -540,7 +539,7 @@ TEST(NamedPipe, SaveXmlRefusesADeviceToo)
               QStringLiteral("/dev/null: The file cannot be written: it exists and is no regular file."));
 }
 
-// --- a device that has one byte at a time ---------------------------------------------------------
+// --- a device that delivers one byte at a time ----------------------------------------------------
 
 TEST(TricklingDevice, IsReadInPlainAndCompressedForm)
 {
@@ -588,7 +587,7 @@ TEST(TricklingDevice, GivesFormsOneAfterTheOther)
     EXPECT_EQ(device.left(), 0);
 }
 
-// It does not say that it has ended.
+// The device does not report its end, so more bytes could come.
 TEST(TricklingDevice, ThatHasNoMoreIsNotWholeYet)
 {
     for (const int size : {0, 5, 8, 60}) {

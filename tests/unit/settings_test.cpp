@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The validation flag and the logger: how they travel from an owner to the records that it owns, and when.
+// The validation flag and the logger: how and when they pass from an owner to the records that it owns.
 
 #include "CheckingSupport.h"
 
@@ -97,7 +97,7 @@ TYPED_TEST(SettingsOfOwners, ReachRecordsThatWereTouchedBefore)
     expectSettings(owner, false, nullptr);
 }
 
-TYPED_TEST(SettingsOfOwners, SetBeforeThereIsAnyDataAreLearntWhenItIsCreated)
+TYPED_TEST(SettingsOfOwners, SetBeforeThereIsAnyDataAreHandedDownWhenItIsCreated)
 {
     TypeParam owner;
     const auto logger = std::make_shared<Logger>();
@@ -137,7 +137,7 @@ TYPED_TEST(SettingsOfOwners, SurviveTheSeparationOfSharedData)
     first.SetLogger(logger);
     TypeParam second;
     second = first;
-    // A reading access gives the accessing record data of its own.
+    // A const getter makes the record detach.
     expectSettings(second, true, logger);
     expectSettings(first, true, logger);
     TypeParam third;
@@ -328,7 +328,7 @@ TEST(SettingsOfMembers, OfAPayloadTakeEffectInItsSetters)
     EXPECT_NO_THROW(document.GetPelLu300RouterMessage().AppendFragment(Fragment()));
 }
 
-TEST(SettingsOfItems, AnAppendedItemLearnsThemWithTheNextOperationOfItsOwner)
+TEST(SettingsOfItems, AnAppendedItemGetsThemWithTheNextOperationOfItsOwner)
 {
     const auto logger = std::make_shared<Logger>();
     PelLu300RouterInterfaceXml document;
@@ -551,13 +551,13 @@ TYPED_TEST(SettingsWhileReadingADocument, ItemsReadFromBinaryInputGetTheLoggerWi
     TypeParam document;
     document.SetLogger(logger);
     const char* once = "9B1A7AD8 00000014 61023A90 0000000C 00000001 00000004 00000000";
-    // The entry is no well-formed item, so that it ends in a length error.
+    // The entry does not contain a valid item, so reading ends with a length error.
     EXPECT_THROW(readBinary(document, once, 28), BinaryParsingException);
     document.Reset();
     const char* twice = "9B1A7AD8 00000018 61023A90 00000010 00000001 00000008 BE2DFF74 00000000"
                         "9B1A7AD8 00000018 61023A90 00000010 00000001 00000008 BE2DFF74 00000000";
     readBinary(document, twice, 64);
-    // The second entry began an operation of the message.
+    // The second entry handed the settings down to the items of the first.
     EXPECT_EQ(itemsWithLogger(std::as_const(document).GetPelLu300RouterMessage(), logger),
               (std::vector<bool>{true, false}));
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Two records that share a block by assignment may be used from two threads, each record from its
-// own: whatever one thread does with its record, the other record keeps its content. Meant to be run
-// under a race detector as well.
+// Two records that share a block by assignment can be used from two threads, each record from one: whatever a
+// thread does with its record, the other record keeps its content. These tests also run under the thread
+// sanitizer.
 
 #include "TestSupport.h"
 
@@ -18,8 +18,8 @@ namespace {
 
 using namespace testing_support;
 
-// For each record class: content in every member and default, what it is written as, and a change
-// that reaches as far down as possible with what it then is written as.
+// For each record class: content for every member and default, its XML, a change as deep down as possible,
+// and the XML afterwards.
 template <class R>
 struct Sample;
 
@@ -244,8 +244,8 @@ struct Sample<PelLu300RouterInterfaceXml>
     }
 };
 
-// What a thread does with its record, and as what the record is written afterwards. No text: the
-// thread has destroyed the record.
+// What a thread does with its record, and the XML of the record afterwards. The XML is null if the thread
+// destroys the record.
 template <class R>
 struct Action
 {
@@ -322,7 +322,7 @@ std::unique_ptr<R> filledRecord(const std::shared_ptr<MODELKIT::Logger>& logger)
     return record;
 }
 
-// Records of which those with the same position share a block.
+// Several lists of records. Records at the same index share a block.
 template <class R, std::size_t Holders>
 std::array<Records<R>, Holders> sharers()
 {
@@ -375,7 +375,7 @@ TYPED_TEST(SharedBlockThreads, TwoSharersMayDoAnythingAtTheSameTime)
         }
 }
 
-TYPED_TEST(SharedBlockThreads, TwoSharersThatHavePartedButStillShareNestedBlocksMayDoAnything)
+TYPED_TEST(SharedBlockThreads, TwoSharersThatHaveDetachedButStillShareNestedBlocksMayDoAnything)
 {
     const auto all = actions<TypeParam>();
     for (const auto& first : all)

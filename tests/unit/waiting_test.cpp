@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Devices that deliver later: what has arrived by half is waited for no longer than the limits say, and
-// nothing is lost by trying too early.
+// Devices that deliver later: the library waits for the rest of a document no longer than the limits say, and
+// reading too early loses nothing.
 
 #include "TestSupport.h"
 
@@ -34,8 +34,8 @@ Limits waiting(int milliseconds)
     return limits;
 }
 
-// One end of a socket as a device that delivers what has arrived and can be waited for, as the sockets of a
-// network do.
+// One end of a socket, as a device that delivers what has arrived and can wait for more, like a network
+// socket.
 class Socket : public QIODevice
 {
 public:
@@ -73,7 +73,7 @@ private:
     int m_descriptor;
 };
 
-// A socket and the other end, at which a test writes.
+// A socket, and its other end to which the test writes.
 struct Connection
 {
     Connection()
@@ -104,7 +104,7 @@ struct Connection
 
 } // namespace
 
-TEST(Waiting, AFormThatHasArrivedByHalfIsNotWholeYet)
+TEST(Waiting, AFormThatHasArrivedInPartIsNotWholeYet)
 {
     const QByteArray form = portForm();
     const LimitsInScope atOnce(waiting(0));
@@ -143,7 +143,7 @@ TEST(Waiting, EndsWhenTheTimeIsOver)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
     EXPECT_GE(connection.socket->waits, 1);
     EXPECT_FALSE(record.IsInitialized());
-    // The time is one for the whole operation, however the bytes trickle in.
+    // The waiting time is for the whole operation, even if a few bytes arrive again and again.
     const QByteArray rest = portForm().mid(10);
     std::thread sender([&] {
         for (const char byte : rest) {
@@ -174,7 +174,7 @@ TEST(Waiting, TakesWhatArrivesMeanwhile)
     EXPECT_EQ(record.GetPort(), 5000U);
 }
 
-TEST(Waiting, AConnectionThatEndedHasItsReasonTold)
+TEST(Waiting, AConnectionThatEndedIsReportedWithItsReason)
 {
     Connection connection;
     connection.send(portForm().left(10));
@@ -231,7 +231,8 @@ TEST(Waiting, ADocumentGoesToTheEndOfTheConnection)
         EXPECT_TRUE(record.LoadBinary(connection.socket.get()));
         EXPECT_EQ(record.GetPort(), 5000U);
     }
-    // What breaks off is explained by the connection, and what is wrong by itself.
+    // If a document is cut off, the reason is the failure of the connection; otherwise it is the mistake in
+    // the document.
     const auto kindOf = [](const QByteArray& content) {
         Connection connection;
         connection.send(content);
@@ -265,7 +266,8 @@ TEST(Waiting, AFormThatIsCutOffInMemoryIsPutBack)
 
 namespace {
 
-// Delivers pieces, and in between nothing. Like many devices it cannot be waited for; it may tell its end.
+// Delivers pieces with pauses, in which it has no bytes. Like many devices it cannot wait. It may report its
+// end.
 class QuietDevice : public QIODevice
 {
 public:
@@ -328,7 +330,7 @@ TEST(Waiting, ADeviceThatIsQuietInTheMiddleOfAFormHasNotEnded)
     }
 }
 
-TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
+TEST(Waiting, ADocumentWithoutItsEndIsNotWholeYet)
 {
     const QByteArray xml = "<OstraInterfacePort><Port>5000</Port><!--\xC3\xA4--></OstraInterfacePort>";
     for (int size = 1; size < xml.size(); ++size) {
@@ -342,7 +344,7 @@ TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
         device.goOn();
         EXPECT_TRUE(record.LoadXml(&device)) << IMKObject::GetLastFailure().GetSentence().toStdString();
         EXPECT_EQ(record.GetPort(), 5000U);
-        // The same for a binary form that goes to the end.
+        // The same for a binary form at the end of the device.
         const QByteArray form = portForm();
         const int half = std::min(size, static_cast<int>(form.size()) - 1);
         QuietDevice binary({form.left(half), form.mid(half)});
@@ -354,7 +356,7 @@ TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
         EXPECT_TRUE(record.LoadBinary(&binary));
         EXPECT_EQ(record.GetPort(), 5000U);
     }
-    // What is wrong in itself is told at once.
+    // A document that no further bytes can make right is refused at once.
     OstraInterfacePort record;
     QuietDevice wrong({QByteArray("<OstraInterfacePort></x>"), QByteArray("more")});
     EXPECT_FALSE(record.LoadXml(&wrong));
@@ -364,7 +366,7 @@ TEST(Waiting, ADocumentOfWhichTheEndIsMissingIsNotWholeYet)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::DoctypeRefused);
 }
 
-TEST(Waiting, WhatNothingCanMendIsToldAtOnce)
+TEST(Waiting, AMistakeThatMoreBytesCannotMendIsReportedAtOnce)
 {
     const auto kindOf = [](const QByteArray& content) {
         QuietDevice device({content, QByteArray("more")});
@@ -380,9 +382,9 @@ TEST(Waiting, WhatNothingCanMendIsToldAtOnce)
     EXPECT_EQ(kindOf("\xEF\xBB\xBF\xEF\xBB\xBF<Ostra"), Failure::NotWellFormed);
 }
 
-TEST(Waiting, ACharacterOfWhichTheEndIsMissingIsWaitedFor)
+TEST(Waiting, ACharacterThatIsCutOffIsWaitedFor)
 {
-    // Also behind the root element, and at every byte of wide characters.
+    // The character may also be behind the root element. Wide characters are cut at every byte.
     QByteArray wide;
     for (const QChar character :
          text("<OstraInterfacePort><Port>5000</Port><!--\xF0\x9F\x98\x80--></OstraInterfacePort>\n")) {
@@ -390,7 +392,7 @@ TEST(Waiting, ACharacterOfWhichTheEndIsMissingIsWaitedFor)
         wide += static_cast<char>(character.unicode() & 0xFF);
     }
     for (int size = 1; size < wide.size(); ++size) {
-        // Without the white space behind the root the document is whole.
+        // The document is complete without the white space behind the root.
         if (size == wide.size() - 2)
             continue;
         SCOPED_TRACE(size);
@@ -429,7 +431,7 @@ TEST(Waiting, AFormOfAnotherClassCanBeReadByAnother)
     EXPECT_EQ(record.GetPort(), 5000U);
 }
 
-TEST(Waiting, AProcessIsWaitedForAndItsFailureTold)
+TEST(Waiting, AProcessIsWaitedForAndItsFailureIsReported)
 {
     OstraInterfacePort record;
     QProcess process;

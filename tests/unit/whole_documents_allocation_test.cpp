@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Memory that runs out in the middle of an operation on a whole document: the operation ends in
-// std::bad_alloc or a failure, the record can still be reset, filled and written, and a file that is
-// being saved stays as it was.
+// Memory runs out in the middle of an operation on a whole document: the operation ends with std::bad_alloc
+// or a failure, the record can still be reset, filled and written, and a file that is being saved stays as it
+// was.
 //
-// Every allocation with operator new is let fail once, and in a second round it and all that follow.
-// Where malloc can be replaced, that is without a sanitizer, the same is done to malloc, on which the
-// containers of Qt rest, every time in a process of its own.
+// Each allocation with operator new fails once, and in a second round each fails together with all that
+// follow. Without a sanitizer, which does not allow to replace malloc, the same is done with malloc, which
+// the containers of Qt use, each time in a new process.
 
 #include "ChildProcess.h"
 #include "FailingAllocator.h"
@@ -23,8 +23,8 @@
 #include <utility>
 
 extern "C" {
-// The constructor of Qt's reader loses two blocks of its own when its last allocation fails. The leak checker
-// finds it by its name, for which the whole stack is needed.
+// The constructor of Qt's reader leaks two blocks when its last allocation fails. The suppression needs the
+// whole stack to find the name of the constructor.
 const char* __asan_default_options() { return "fast_unwind_on_malloc=0"; }
 const char* __lsan_default_suppressions() { return "leak:QXmlStreamReader::QXmlStreamReader\n"; }
 }
@@ -52,7 +52,7 @@ PelLu300RouterInterfaceXml sample(unsigned int id)
 
 const char* const oldFile = "<PelLu300RouterInterfaceXml/>";
 
-// What an operation finds when it begins; everything is made before memory runs out.
+// The objects that an operation uses. All are made before memory runs out.
 struct Scene
 {
     Scene()
@@ -88,12 +88,12 @@ struct Scene
     QString writtenXml;
     QTemporaryDir folder;
     QString path;
-    // The one that fails, and whether it has.
+    // The function that fails, and whether it has failed.
     Allocator allocator = Allocator::New;
     bool hasFailed = false;
 };
 
-// What came out of an operation.
+// The outcome of an operation.
 enum class Outcome
 {
     True,
@@ -105,15 +105,15 @@ struct Operation
 {
     std::function<void(Scene&)> prepare;
     std::function<bool(Scene&)> run;
-    // What must hold when memory did not run out, or did so without an effect.
+    // Checks what must be true if memory did not run out, or if that had no effect.
     std::function<void(Scene&)> expectDone;
-    // What must hold in every other case.
+    // Checks what must be true in all other cases.
     std::function<void(Scene&)> expectNotDone;
 };
 
 void nothing(Scene&) {}
 
-// What fails in an operation.
+// The allocations that fail in an operation.
 struct Shortage
 {
     Allocator allocator = Allocator::New;
@@ -160,7 +160,7 @@ bool tryOnce(const Operation& operation, const Shortage& shortage)
     return scene.hasFailed;
 }
 
-// As tryOnce(), in a process of its own.
+// Like tryOnce(), in a new process.
 bool tryApart(const Operation& operation, const Shortage& shortage)
 {
     constexpr int reached = 10;
@@ -183,7 +183,7 @@ void expectSurvives(const Operation& operation)
             shortage.allocator = allocator;
             shortage.extent = extent;
             const auto attempt = allocator == Allocator::New ? tryOnce : tryApart;
-            // The child processes would inherit a failure.
+            // After a failure, all further child processes would report it too.
             while (!::testing::Test::HasFailure() && attempt(operation, shortage))
                 ++shortage.successes;
             EXPECT_GT(shortage.successes, 0);
@@ -191,14 +191,14 @@ void expectSurvives(const Operation& operation)
     }
 }
 
-// Reading: the record is what was read.
+// A reading operation: the record must be equal to the one that was written.
 Operation reading(std::function<bool(Scene&)> run, std::function<void(Scene&)> prepare = nothing)
 {
     return {std::move(prepare), std::move(run),
             [](Scene& scene) { EXPECT_TRUE(scene.record == scene.other); }, nothing};
 }
 
-// Writing: the record stays what it was, and what is written to the end holds it.
+// A writing operation: the record must not change, and complete output must contain it.
 Operation writing(std::function<bool(Scene&)> run)
 {
     const auto expectUnchanged = [](Scene& scene) { EXPECT_TRUE(scene.record == sample(1)); };
@@ -235,7 +235,7 @@ TEST(OutOfMemory, WhileAFailureIsExplained)
     operation.run = [](Scene& scene) {
         return !scene.record.SetXmlString(QString::fromUtf8(scene.written), false);
     };
-    // Whatever comes out, there is no document.
+    // The document must be refused.
     operation.expectDone = [](Scene&) {
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
         EXPECT_EQ(IMKObject::GetLastFailure().place.path,

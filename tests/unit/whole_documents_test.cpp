@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Operations on whole documents: what fails is explained with its place, limits hold, nothing is lost.
+// Operations on whole documents: failures are explained with their place, limits hold, nothing is lost.
 
 #include "DocumentParts.h"
 #include "LogSupport.h"
@@ -25,7 +25,7 @@ using MODELKIT::ReadingReport;
 
 namespace {
 
-// Every line of the content is one of the document's, from the third.
+// A document with the content in the message. The content begins in line 3.
 QString inMessageOnLines(const QString& content)
 {
     return QStringLiteral(
@@ -200,7 +200,7 @@ TEST(WholeDocumentFailure, BinaryErrorsCarryOffsetAndPath)
 {
     PelLu300RouterInterfaceXml document = sample();
     QByteArray bytes = document.GetBinaryRepresentationAsQByteArray();
-    // The length of the state's name is one too large.
+    // Makes the length of the name of the state too large by one.
     const int name = static_cast<int>(bytes.indexOf("MasterPresent"));
     ASSERT_GT(name, 0);
     bytes[name - 1] = static_cast<char>(bytes[name - 1] + 1);
@@ -325,7 +325,7 @@ TEST(WholeDocumentSaving, AFileThatCannotBeWrittenIsNamedAndNothingIsLeftBehind)
     EXPECT_TRUE(QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).isEmpty());
 }
 
-TEST(WholeDocumentSaving, WhatIsNoFileIsNotReplaced)
+TEST(WholeDocumentSaving, APathThatIsNoFileIsNotReplaced)
 {
     QTemporaryDir folder;
     EXPECT_FALSE(sample().SaveXml(folder.path()));
@@ -510,7 +510,7 @@ TEST(WholeDocumentLimits, NestingDepthHoldsAtAndNotAbove)
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NestedTooDeep);
     EXPECT_EQ(IMKObject::GetLastFailure().text,
               QStringLiteral("Elements are nested deeper than the limit of 10."));
-    // Also inside a text.
+    // The limit also holds inside a text.
     EXPECT_FALSE(
         document.SetXmlString(inMessageOnLines(QStringLiteral(
                                   "<Type><a><b><c><d><e><f><g><h></h></g></f></e></d></c></b></a></Type>")),
@@ -561,7 +561,7 @@ TEST(WholeDocumentLimits, DoNotHoldForProcessXmlSetBinaryAndMerging)
 
 // --- report
 
-TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsInSilence)
+TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsSilently)
 {
     ReadingReport report;
     PelLu300RouterInterfaceXml document;
@@ -698,7 +698,7 @@ TEST(WholeDocumentMerging, MergingWithItselfDoublesTheList)
     EXPECT_EQ(document.GetPelLu300RouterMessage().GetFragment().size(), 4);
 }
 
-TEST(WholeDocumentMerging, DoesNotAskTheOthersValidation)
+TEST(WholeDocumentMerging, IgnoresTheValidationFlagOfTheOther)
 {
     PelLu300RouterMessage other;
     other.SetMessageID(5);
@@ -746,7 +746,7 @@ TEST(LogSinks, ADeviceGetsNoCharacterThatMakesAnEntryLookLikeAnother)
     EXPECT_EQ(sink.GetLost(), 0);
 }
 
-TEST(LogSinks, ADeviceThatTakesNoEntryHasItCounted)
+TEST(LogSinks, AnEntryThatADeviceRefusesIsCounted)
 {
     for (const QIODevice::OpenMode mode :
          {QIODevice::OpenMode(), QIODevice::OpenMode(QIODevice::Unbuffered)}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Records read from XML of every quality, alone, nested, in lists and by derived classes.
+// Records are read from good and bad XML, alone, nested, in lists and by derived classes.
 
 #include "XmlSupport.h"
 
@@ -91,7 +91,7 @@ TYPED_TEST(XmlMappingOfEveryRecord, TheReaderIsLeftOnTheEndOfTheRecordsElement)
     EXPECT_EQ(reader.name().toString(), text("after"));
 }
 
-TYPED_TEST(XmlMappingOfEveryRecord, TheNameOfTheElementItselfIsNotAsked)
+TYPED_TEST(XmlMappingOfEveryRecord, TheNameOfTheElementItselfDoesNotMatter)
 {
     TypeParam source;
     fill(source);
@@ -261,7 +261,7 @@ TEST(XmlMappingNested, EachPayloadElementSelectsAndFillsItsPayload)
     EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::DF_Params);
     EXPECT_TRUE(fragment.IsDF_ParamsSet());
     EXPECT_EQ(std::as_const(fragment).GetDF_Params().GetBandwidth(), 4.0);
-    // The choice moves; what was read before stays set.
+    // The choice changes, but the payload that was read before stays set.
     EXPECT_TRUE(fragment.IsMastershipStateSet());
     EXPECT_TRUE(fragment.IsRouterVtServerPortSet());
 }
@@ -345,7 +345,7 @@ TEST(XmlMappingNested, AListItemKeepsNothingOfTheItemReadBefore)
                                    "</Fragment><Fragment/></PelLu300RouterMessage>"));
 }
 
-TEST(XmlMappingNested, ADefaultItemPlaysNoPartInReading)
+TEST(XmlMappingNested, ADefaultItemDoesNotMatterInReading)
 {
     PelLu300RouterMessage message;
     message.SetDefaultFragment(withPort(9));

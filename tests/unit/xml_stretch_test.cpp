@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A payload inside a fragment is handed to the stream writer in one piece where that gives the same
-// bytes. Written by itself it goes to the writer in single calls, which is what it is compared with.
+// A payload inside a fragment is passed to the stream writer in one piece where that gives the same bytes. A
+// payload alone is written in single calls; the tests compare the two.
 
 #include "TestSupport.h"
 
@@ -25,7 +25,7 @@ Fragment fragmentOf(const PelVtConnectServer& server)
     return fragment;
 }
 
-// What a writer on a byte device makes of it, and whether it had an error.
+// The output of a writer on a byte device, and whether it had an error.
 struct Written
 {
     QByteArray bytes;

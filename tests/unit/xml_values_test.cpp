@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The values of members as texts in XML, by kind: how they are written, and how input of every quality is
-// read.
+// The values of members as texts in XML, by kind: how they are written, and how good and bad input is read.
 
 #include "XmlSupport.h"
 
@@ -113,7 +112,7 @@ TEST(XmlMappingUnsigned, MalformedTextMarksTheMemberSet)
     EXPECT_EQ(record.GetPort(), 0U);
 }
 
-TEST(XmlMappingUnsigned, WhiteSpaceOfAllKindsCountsAsTheStringConversionCountsIt)
+TEST(XmlMappingUnsigned, WhiteSpaceIsTreatedAsInTheStringConversion)
 {
     for (const ushort space :
          {ushort(0x20), ushort(0x09), ushort(0x0A), ushort(0xA0), ushort(0x2003), ushort(0x3000)}) {
@@ -218,7 +217,7 @@ TEST(XmlMappingDouble, IsReadAsADecimalNumberAndAnythingElseIsZero)
     }
 }
 
-// Values of every magnitude, among them many that stand exactly or nearly between two hundredths.
+// Values of every magnitude, many of them exactly or nearly between two hundredths.
 std::vector<double> manyDoubles()
 {
     std::mt19937_64 random(20240611);
