@@ -7,8 +7,8 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-// More than Qt's parser takes.
-constexpr int deepest = 4096;
+// As deep as Qt's parser goes.
+constexpr int deepest = 1024;
 
 } // namespace
 

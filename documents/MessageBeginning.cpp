@@ -33,12 +33,12 @@ public:
         return offset + m_units.size <= m_size ? characterAt(m_bytes + offset, m_units) : none;
     }
 
-    // Whether the text is there from the index on. With isShort it is not, but what is there agrees.
+    // Whether the text is there from the index on. isShort becomes true when more bytes may complete it.
     bool has(int index, const char* text, bool& isShort) const
     {
         for (; *text != 0; ++text, ++index)
             if (at(index) != *text) {
-                isShort = at(index) == none;
+                isShort = isShort || at(index) == none;
                 return false;
             }
         return true;
@@ -78,7 +78,7 @@ constexpr Pattern beginningsOfMarkup[] = {{7, {0, 0, 0, '<', 0, 0, 0}, {4, true}
                                           {2, {'<', 0}, {2, false}},
                                           {1, {'<'}, {1, false}}};
 
-// Whether the bytes begin like that. isShort as above.
+// Whether the bytes begin like that; isShort as above.
 bool begins(const char* bytes, qint64 size, const char* with, int length, bool& isShort)
 {
     const auto there = std::min<qint64>(size, length);

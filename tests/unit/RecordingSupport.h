@@ -51,15 +51,17 @@ inline unsigned int numberIn(const RecordedMessage& message)
     }
 }
 
-// A sequential device that gives no more than a few bytes at a time.
+// A device that gives no more than a few bytes at a time.
 class Pieces : public QIODevice
 {
 public:
-    Pieces(const QByteArray& content, int piece) : m_content(content), m_piece(piece)
+    Pieces(const QByteArray& content, int piece, bool isSequential = false)
+        : m_content(content), m_piece(piece), m_isSequential(isSequential)
     {
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
-    bool isSequential() const override { return true; }
+    bool isSequential() const override { return m_isSequential; }
+    qint64 size() const override { return m_isSequential ? 0 : m_content.size(); }
 
 protected:
     qint64 readData(char* data, qint64 size) override
@@ -74,6 +76,7 @@ protected:
 private:
     const QByteArray m_content;
     const qint64 m_piece;
+    const bool m_isSequential;
     qint64 m_at = 0;
 };
 

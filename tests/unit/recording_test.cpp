@@ -85,6 +85,8 @@ TEST(Recording, TakesTheExamplesInAllFormsInPiecesOfAnySize)
             expected += ToJson(*ReadDocument(WriteDocument(*document.record, form)).record);
         }
     for (const int piece : {1, 2, 3, 7, 4096, 1 << 20}) {
+        Pieces sequential(content, piece, true);
+        EXPECT_EQ(readAll(sequential).messages.size(), expected.size()) << piece;
         const Outcome outcome = readInPieces(content, piece);
         EXPECT_TRUE(outcome.errors.isEmpty()) << outcome.lines.join(u'\n').toStdString();
         ASSERT_EQ(outcome.messages.size(), expected.size()) << piece;
