@@ -4,6 +4,7 @@
 #include <QtCore/QIODevice>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace ROUTERDOCUMENTS {
@@ -75,16 +76,19 @@ void Arrivals::CountLines(qint64 size, TextUnits units)
         m_last = size > 0 ? end[-1] : m_last;
         return;
     }
-    const auto count = [this](char character) {
+    // Most texts have no carriage returns.
+    if (units.size == 1 && m_last != '\r'
+        && std::memchr(Data(), '\r', static_cast<std::size_t>(size)) == nullptr) {
+        m_line += std::count(Data(), end, '\n');
+        m_last = end[-1];
+        return;
+    }
+    for (const char* at = Data(); end - at >= units.size; at += units.size) {
+        const auto character = static_cast<char>(characterAt(at, units));
         // A line feed behind a carriage return belongs to it.
         m_line += character == '\r' || (character == '\n' && m_last != '\r');
         m_last = character;
-    };
-    if (units.size == 1)
-        std::for_each(Data(), end, count);
-    else
-        for (const char* at = Data(); end - at >= units.size; at += units.size)
-            count(static_cast<char>(characterAt(at, units)));
+    }
 }
 
 } // namespace ROUTERDOCUMENTS

@@ -25,7 +25,6 @@ qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
         try {
             return reader.ReadNext(message);
         } catch (const DocumentError& error) {
-            message = RecordedMessage();
             onError(error);
             // Only then the reader has not gone on.
             return error.GetKind() != MODELKIT::Failure::NotWholeYet;

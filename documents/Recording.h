@@ -68,12 +68,13 @@ public:
     RecordingReader& operator=(const RecordingReader&) = delete;
     ~RecordingReader();
 
-    /// Finds the next message. False at the end; when the device then gets more data, the next call finds it.
-    /// \throws DocumentError with offset and, where there are lines, line, when what comes next is no
-    /// message, is cut off or too large. The next call goes on behind it. \throws DocumentError of the kind
-    /// Failure::NotWholeYet when nothing more has arrived in time. Nothing is lost: call again when there is
-    /// more. \throws DocumentError of the kind Failure::InputOutput when the device fails. The recording then
-    /// ends.
+    /// Finds the next message. False at the end; when the device gets more data later, the next call finds
+    /// it.
+    /// \param message is emptied first.
+    /// \throws DocumentError with offset and, in texts, line, when what comes next is no message, is cut off
+    /// or is too large. The next call goes on behind it. The kind Failure::NotWholeYet says that nothing more
+    /// has arrived in time; nothing is lost, and the next call goes on at the same place. With the kind
+    /// Failure::InputOutput the device has failed, and the recording ends.
     bool ReadNext(RecordedMessage& message);
 
     /// How many bytes were looked at to find messages; a byte counts each time. That is about as many as the
@@ -93,7 +94,8 @@ ROUTERDOCUMENTS_EXPORT qint64 ForEachMessage(QIODevice& device, const RecordingO
                                              const std::function<void(const DocumentError&)>& onError);
 
 /// The record as a message of a recording: what WriteDocument() gives, with a line break at the end of a
-/// text. \throws DocumentError as WriteDocument() does.
+/// text.
+/// \throws DocumentError as WriteDocument() does.
 ROUTERDOCUMENTS_EXPORT QByteArray WriteMessage(MODELKIT::IMKObject& record, Form form);
 
 /// Appends the record to a recording, in one piece, and flushes a file.

@@ -48,6 +48,8 @@ RecordingReader::Machine::Machine(QIODevice& device, const RecordingOptions& opt
 
 bool RecordingReader::Machine::ReadNext(RecordedMessage& message)
 {
+    // Two messages at a time could be too much for the memory.
+    message = RecordedMessage();
     if (m_isOver)
         return false;
     const Limits limits = Limits::Get();

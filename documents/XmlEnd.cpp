@@ -63,8 +63,7 @@ XmlEnd::Outcome XmlEnd::ScanNarrow(const char* bytes, qint64 size, qint64& used)
     Outcome outcome = More;
     const char* at = bytes;
     while (at != end && outcome == More) {
-        if (m_state == Text)
-            at = std::find_if(at, end, [](char c) { return c == '<' || c == 0; });
+        at = PassOver(at, end);
         if (at == end)
             break;
         const auto character = static_cast<unsigned char>(*at++);
@@ -74,6 +73,20 @@ XmlEnd::Outcome XmlEnd::ScanNarrow(const char* bytes, qint64 size, qint64& used)
     }
     used += at - bytes;
     return outcome;
+}
+
+// Most of a document is text and names, which need no steps.
+const char* XmlEnd::PassOver(const char* at, const char* end)
+{
+    if (m_state == Text)
+        return std::find_if(at, end, [](char c) { return c == '<' || c == 0; });
+    if (m_state != StartTag && m_state != EndTag)
+        return at;
+    const char* const stop =
+        std::find_if(at, end, [](char c) { return c == '>' || c == '<' || c == '"' || c == '\'' || c == 0; });
+    if (stop != at)
+        m_last = static_cast<unsigned char>(stop[-1]);
+    return stop;
 }
 
 XmlEnd::Outcome XmlEnd::ScanWide(const char* bytes, qint64 size, qint64& used)
