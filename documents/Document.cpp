@@ -86,9 +86,11 @@ QByteArray encodeUnchecked(MODELKIT::IMKObject& record, Form form)
     case Form::Compressed:
         return record.GetCompressedBinaryRepresentationAsQByteArray(usualLevel);
     case Form::Json:
+        return ToJson(record);
+    case Form::JsonLines:
         break;
     }
-    return ToJson(record);
+    return ToJsonLine(record);
 }
 
 } // namespace
@@ -99,8 +101,9 @@ Document ReadDocument(const QByteArray& bytes, const ReadingOptions& options)
         Document document;
         document.form = options.form.value_or(FormOfContent(bytes));
         document.size = bytes.size();
-        document.record = document.form == Form::Json ? FromJson(bytes, options.validate)
-                                                      : readByLibrary(bytes, document.form, options.validate);
+        const bool isJson = document.form == Form::Json || document.form == Form::JsonLines;
+        document.record = isJson ? FromJson(bytes, options.validate)
+                                 : readByLibrary(bytes, document.form, options.validate);
         document.info = &RecordInfo::Of(*document.record);
         if (options.validate)
             check(*document.record, bytes, document.form);

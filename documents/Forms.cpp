@@ -21,8 +21,11 @@ struct Ending
     Form form;
 };
 
-constexpr Ending endings[] = {
-    {".xml", Form::Xml}, {".bin", Form::Binary}, {".binz", Form::Compressed}, {".json", Form::Json}};
+constexpr Ending endings[] = {{".xml", Form::Xml},
+                              {".bin", Form::Binary},
+                              {".binz", Form::Compressed},
+                              {".json", Form::Json},
+                              {".jsonl", Form::JsonLines}};
 
 bool isTextByte(char byte)
 {
@@ -52,7 +55,8 @@ bool beginsAsJson(const QByteArray& bytes)
 const QStringList& FormNames()
 {
     static const QStringList names = {QStringLiteral("xml"), QStringLiteral("binary"),
-                                      QStringLiteral("compressed"), QStringLiteral("json")};
+                                      QStringLiteral("compressed"), QStringLiteral("json"),
+                                      QStringLiteral("jsonl")};
     return names;
 }
 

@@ -21,20 +21,22 @@ enum class Form
     Xml,        ///< in any accepted encoding
     Binary,     ///< the plain whole-object form
     Compressed, ///< the compressed whole-object form
-    Json        ///< see JsonForm.h
+    Json,       ///< see JsonForm.h
+    JsonLines   ///< JSON on one line
 };
 
 /// The names of the forms, in the order of the enumeration.
 ROUTERDOCUMENTS_EXPORT const QStringList& FormNames();
-/// The name of a form: "xml", "binary", "compressed", "json".
+/// The name of a form: "xml", "binary", "compressed", "json", "jsonl".
 ROUTERDOCUMENTS_EXPORT QString NameOf(Form form);
 /// The form with that name, if there is one.
 ROUTERDOCUMENTS_EXPORT std::optional<Form> FormByName(const QString& name);
 /// The form that the file name's extension stands for, in any case; nothing for an unknown extension.
 ROUTERDOCUMENTS_EXPORT std::optional<Form> FormOfFileName(const QString& path);
-/// The known file name extensions as a text for users: ".xml, .bin, .binz, .json".
+/// The known file name extensions as a text for users: ".xml, .bin, .binz, .json, .jsonl".
 ROUTERDOCUMENTS_EXPORT QString KnownEndings();
-/// The form that the beginning of the bytes looks like most. It does not tell whether they can be read.
+/// The form that the beginning of the bytes looks like most. It does not tell whether they can be read. JSON
+/// is Form::Json, also on one line.
 ROUTERDOCUMENTS_EXPORT Form FormOfContent(const QByteArray& bytes);
 /// The class of the plain binary form that begins with these bytes; null when no class has their id.
 ROUTERDOCUMENTS_EXPORT const PELLU300ROUTERINTERFACEXML::RecordInfo* ClassOfBinary(const QByteArray& bytes);

@@ -27,6 +27,10 @@ namespace ROUTERDOCUMENTS {
 /// \throws std::bad_cast when the object is no record of the record library.
 ROUTERDOCUMENTS_EXPORT QByteArray ToJson(const MODELKIT::IMKObject& record);
 
+/// The same JSON on one line without white space, with a line break at the end.
+/// \throws DocumentError and std::bad_cast as ToJson() does.
+ROUTERDOCUMENTS_EXPORT QByteArray ToJsonLine(const MODELKIT::IMKObject& record);
+
 /// Reads a record from JSON. Nothing is skipped and nothing is converted: unknown keys, repeated keys, values
 /// of another type or outside the range of their member, and more than one member in a record that carries
 /// one at a time are refused. Limits::inputSize and Limits::listItems apply.

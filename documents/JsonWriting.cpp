@@ -21,6 +21,8 @@ namespace {
 class Writer
 {
 public:
+    explicit Writer(bool isOneLine) : m_isOneLine(isOneLine) {}
+
     QByteArray write(const IMKObject& record)
     {
         const QString& name = RecordInfo::Of(record).GetName();
@@ -127,7 +129,7 @@ private:
     {
         beginValue();
         writeString(name);
-        m_json += ": ";
+        m_json += m_isOneLine ? ":" : ": ";
     }
 
     void beginLevel(char bracket)
@@ -154,8 +156,13 @@ private:
         m_json += bracket;
     }
 
-    void breakLine() { m_json += '\n' + QByteArray(2 * m_depth, ' '); }
+    void breakLine()
+    {
+        if (!m_isOneLine)
+            m_json += '\n' + QByteArray(2 * m_depth, ' ');
+    }
 
+    bool m_isOneLine;
     QByteArray m_json;
     int m_depth = 0;
     bool m_isLevelEmpty = true;
@@ -163,6 +170,8 @@ private:
 
 } // namespace
 
-QByteArray ToJson(const IMKObject& record) { return Writer().write(record); }
+QByteArray ToJson(const IMKObject& record) { return Writer(false).write(record); }
+
+QByteArray ToJsonLine(const IMKObject& record) { return Writer(true).write(record); }
 
 } // namespace ROUTERDOCUMENTS

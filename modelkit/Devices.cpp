@@ -7,8 +7,11 @@
 #include <QtCore/QIODevice>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <new>
+
+#include <unistd.h>
 
 namespace MODELKIT {
 
@@ -22,6 +25,32 @@ QDeadlineTimer deadlineAfter(int milliseconds)
 
 // The most that a QByteArray can hold in Qt 5.
 constexpr qint64 mostBytes = std::numeric_limits<int>::max() - 64;
+
+qint64 readFrom(QIODevice& device, char* data, qint64 size, QString& reason)
+{
+    const qint64 got = device.read(data, size);
+    if (got < 0)
+        reason = reasonOf(device);
+    return got;
+}
+
+// QFile reads a pipe until it has all that was asked for, so the descriptor is read instead.
+qint64 readArrived(QIODevice& device, char* data, qint64 size, QString& reason)
+{
+    auto* const file = qobject_cast<QFileDevice*>(&device);
+    if (!file || !file->isSequential() || file->handle() < 0)
+        return readFrom(device, data, size, reason);
+    // What the device has buffered comes first.
+    if (const qint64 buffered = file->bytesAvailable(); buffered > 0)
+        return readFrom(device, data, std::min(buffered, size), reason);
+    ssize_t got = -1;
+    do
+        got = ::read(file->handle(), data, static_cast<std::size_t>(size));
+    while (got < 0 && errno == EINTR);
+    if (got < 0)
+        reason = qt_error_string(errno);
+    return got;
+}
 
 } // namespace
 
@@ -80,17 +109,12 @@ Intake::Outcome Intake::Take(qint64 size, QByteArray& bytes)
         throw std::bad_alloc();
     bool hasWaitedInVain = false;
     while (bytes.size() < size) {
-        const qint64 have = bytes.size();
         const qint64 expected =
             m_device.isSequential() ? m_device.bytesAvailable() : m_device.size() - m_device.pos();
-        const qint64 wanted = std::min(size - have, std::clamp(expected, leastStep, step));
-        bytes.resize(static_cast<int>(have + wanted));
-        const qint64 got = m_device.read(bytes.data() + have, wanted);
-        bytes.resize(static_cast<int>(have + std::max<qint64>(got, 0)));
-        if (got < 0) {
-            m_reason = reasonOf(m_device);
+        const qint64 got =
+            ReadInto(bytes, std::min(size - bytes.size(), std::clamp(expected, leastStep, step)), readFrom);
+        if (got < 0)
             return Broken;
-        }
         if (got > 0) {
             hasWaitedInVain = false;
             continue;
@@ -104,6 +128,33 @@ Intake::Outcome Intake::Take(qint64 size, QByteArray& bytes)
         hasWaitedInVain = !Wait();
     }
     return Whole;
+}
+
+Intake::Outcome Intake::TakeArrived(qint64 most, QByteArray& bytes)
+{
+    if (bytes.size() > mostBytes - most)
+        throw std::bad_alloc();
+    for (bool hasWaitedInVain = false;; hasWaitedInVain = !Wait()) {
+        const qint64 got = ReadInto(bytes, most, readArrived);
+        if (got < 0)
+            return Broken;
+        if (got > 0)
+            return Whole;
+        if (!m_waits)
+            return Ended;
+        // As in Take(): one more attempt after waiting in vain.
+        if (hasWaitedInVain)
+            return m_deadline.hasExpired() ? Late : Quiet;
+    }
+}
+
+qint64 Intake::ReadInto(QByteArray& bytes, qint64 wanted, Read read)
+{
+    const qint64 have = bytes.size();
+    bytes.resize(static_cast<int>(have + wanted));
+    const qint64 got = read(m_device, bytes.data() + have, wanted, m_reason);
+    bytes.resize(static_cast<int>(have + std::max<qint64>(got, 0)));
+    return got;
 }
 
 bool Intake::Wait()

@@ -2,6 +2,7 @@
 // Reading from and writing to devices; every result is checked. Not installed.
 #pragma once
 
+#include "modelkit/Export.h"
 #include "modelkit/Failure.h"
 
 #include <QtCore/QByteArray>
@@ -18,16 +19,16 @@ QString fileNameOf(const QIODevice* device);
 // What the device says about its last failure.
 QString reasonOf(const QIODevice& device);
 
-Failure cannotRead(const QIODevice* device, const QString& reason);
-Failure cannotWrite(const QString& what, const QString& reason);
+MODELKIT_EXPORT Failure cannotRead(const QIODevice* device, const QString& reason);
+MODELKIT_EXPORT Failure cannotWrite(const QString& what, const QString& reason);
 
 // Takes bytes from a device, and waits for one whose data arrive later.
-class Intake
+class MODELKIT_EXPORT Intake
 {
 public:
     enum Outcome
     {
-        Whole,
+        Whole, // everything that was asked for
         Ended, // the device has no more data
         Quiet, // it has none now and waiting is impossible, but it has not reported its end
         Late,  // the time is over, and more may arrive
@@ -38,11 +39,18 @@ public:
     Intake(QIODevice& device, int waitingTime);
     // Appends to bytes until there are that many. Allocates memory only as data arrive.
     Outcome Take(qint64 size, QByteArray& bytes);
+    // Appends what has arrived, but no more than that; waits only while that is nothing. Of a pipe, Take()
+    // would wait for all that it asks for.
+    Outcome TakeArrived(qint64 most, QByteArray& bytes);
 
     const QString& GetReason() const { return m_reason; }
 
 private:
     bool Wait();
+    // What ReadInto() reads with: gives the number of bytes, or a negative number and the reason.
+    using Read = qint64 (*)(QIODevice&, char*, qint64, QString& reason);
+    // Appends up to that many bytes, and gives their number; negative when the device has failed.
+    qint64 ReadInto(QByteArray& bytes, qint64 wanted, Read read);
 
     QIODevice& m_device;
     QDeadlineTimer m_deadline;
@@ -70,9 +78,9 @@ bool readToEnd(QIODevice& device, Input& input, Failure& failure);
 Failure inputTooLarge(qint64 limit);
 
 // Writes all bytes. When it fails, reason is what the device gave as the reason.
-bool writeAll(QIODevice& device, const QByteArray& bytes, QString& reason);
+MODELKIT_EXPORT bool writeAll(QIODevice& device, const QByteArray& bytes, QString& reason);
 
 // Passes what a file has buffered to the operating system.
-bool flush(QIODevice& device, QString& reason);
+MODELKIT_EXPORT bool flush(QIODevice& device, QString& reason);
 
 } // namespace MODELKIT

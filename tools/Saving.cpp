@@ -34,7 +34,7 @@ Form formFor(const QString& path)
 // JSON carries everything: documents with the same JSON are the same.
 bool isCarriedBy(const QByteArray& bytes, Form form, const MODELKIT::IMKObject& record)
 {
-    if (form == Form::Json)
+    if (form == Form::Json || form == Form::JsonLines)
         return true;
     try {
         return ToJson(*ReadDocument(bytes, {form, false}).record) == ToJson(record);

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// The data of a device as they arrive. Not installed.
+#pragma once
+
+#include "documents/TextUnits.h"
+
+#include "modelkit/Devices.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+class QIODevice;
+
+namespace ROUTERDOCUMENTS {
+
+// Keeps what has arrived and has not been used yet, and knows its place. Opens a closed device.
+class Arrivals
+{
+public:
+    using Outcome = MODELKIT::Intake::Outcome;
+
+    explicit Arrivals(QIODevice& device) : m_device(device) {}
+    Arrivals(const Arrivals&) = delete;
+    Arrivals& operator=(const Arrivals&) = delete;
+    ~Arrivals();
+
+    const char* Data() const { return m_bytes.constData() + m_begin; }
+    qint64 Size() const { return m_bytes.size() - m_begin; }
+
+    // Of the first byte that has not been used.
+    qint64 Offset() const { return m_offset; }
+    // From 1, or 0 behind anything that is no text.
+    qint64 Line() const { return m_line; }
+    bool IsAtLineBegin() const { return m_last == '\n' || m_last == '\r'; }
+
+    // Adds more; Whole when there was some. Intake: for the same device.
+    Outcome Fetch(MODELKIT::Intake& intake);
+    QIODevice& Device() { return m_device; }
+    // Opens a closed device. False with the reason when it cannot be read.
+    bool Open(QString& reason);
+
+    // Uses bytes without or with a copy of them.
+    void Drop(qint64 size, TextUnits units = TextUnits());
+    QByteArray Take(qint64 size, TextUnits units = TextUnits());
+    // What follows has no lines.
+    void ForgetLines() { m_line = 0; }
+
+private:
+    void CountLines(qint64 size, TextUnits units);
+
+    QIODevice& m_device;
+    bool m_hasOpened = false;
+    QByteArray m_bytes;
+    qint64 m_begin = 0;
+    qint64 m_offset = 0;
+    qint64 m_line = 1;
+    // The last character that was used; a text begins as after a line break.
+    char m_last = '\n';
+};
+
+} // namespace ROUTERDOCUMENTS

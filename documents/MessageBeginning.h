@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// Recognising the beginning of a message in a recording. Not installed.
+#pragma once
+
+#include "documents/Forms.h"
+#include "documents/TextUnits.h"
+
+#include <QtCore/QtGlobal>
+
+#include <optional>
+
+namespace ROUTERDOCUMENTS {
+
+// What stands at a place of a recording.
+struct MessageBeginning
+{
+    enum Kind
+    {
+        Nothing,
+        Unclear, // more bytes are needed
+        Mark,    // a byte order mark without a document that directly follows
+        Aside,   // a comment or processing instruction
+        Message
+    };
+
+    Kind kind = Nothing;
+    Form form = Form::Xml;
+    TextUnits units;
+    // The size of the byte order mark that is there.
+    int mark = 0;
+};
+
+// Where and how to look for a beginning.
+struct BeginningRules
+{
+    // The only form that is expected, if any.
+    std::optional<Form> form;
+    // The largest message.
+    qint64 limit = 0;
+    // Whether to search in what is no message: then a beginning must look more like one.
+    bool isSearch = false;
+    // Whether the place is at the beginning of a line.
+    bool isAtLineBegin = true;
+    // Whether no more bytes follow.
+    bool isAll = false;
+};
+
+// Looks at no more than the first 128 bytes or so.
+MessageBeginning recogniseBeginning(const char* bytes, qint64 size, const BeginningRules& rules);
+
+// Whether a message may begin with the byte; quickly. It may also be false for one that is not found by a
+// search.
+bool mayBeginMessage(char byte);
+
+// How many white bytes are at the beginning of a text that goes on in these units: one unit, or nothing.
+// Negative when more bytes are needed.
+int whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll);
+
+// Both whole-object forms begin with a word that tells the class or the form, and one that is the length of
+// what follows.
+constexpr qint64 binaryHeaderSize = 8;
+qint32 binaryLength(const char* header);
+
+} // namespace ROUTERDOCUMENTS

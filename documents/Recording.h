@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+/// \file
+/// Recordings: any number of messages one behind another in a file, a stream or a connection.
+///
+/// The messages may be of any form and any class, and of several. Between them there may be white space, byte
+/// order marks, and comments and processing instructions of XML.
+#pragma once
+
+#include "documents/DocumentError.h"
+#include "documents/Export.h"
+#include "documents/Forms.h"
+
+#include "modelkit/IMKObject.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QtGlobal>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QIODevice;
+
+namespace ROUTERDOCUMENTS {
+
+/// A message as it stands in a recording.
+struct RecordedMessage
+{
+    /// From 1; places that are no message do not count.
+    qint64 number = 0;
+    /// The offset of its first byte from where reading began.
+    qint64 offset = 0;
+    /// The line of its first byte, from 1; 0 when anything before is no text.
+    qint64 line = 0;
+    /// The form that it begins as.
+    Form form = Form::Xml;
+    /// What ReadDocument() reads.
+    QByteArray bytes;
+};
+
+/// How to read a recording.
+struct RecordingOptions
+{
+    /// The form of all messages. Without a value each may have another one. With Form::JsonLines every
+    /// message ends on its line.
+    std::optional<Form> form;
+};
+
+/// Finds the messages of a recording, without reading what is inside them.
+///
+/// It keeps no more than one message and a block of fixed size in memory. A message is there as soon as its
+/// last byte has arrived. The limits in force apply to each message: Limits::inputSize, and
+/// Limits::waitingTime for a device whose data arrive later. The reader reads more from the device than the
+/// messages that it has given.
+///
+/// \code
+/// RecordingReader reader(device);
+/// for (RecordedMessage message; reader.ReadNext(message);)
+///     handle(ReadDocument(message.bytes, {message.form, false}));
+/// \endcode
+class ROUTERDOCUMENTS_EXPORT RecordingReader
+{
+public:
+    /// The device must live as long as the reader, which opens it if it is closed and then closes it in the
+    /// end.
+    explicit RecordingReader(QIODevice& device, const RecordingOptions& options = {});
+    RecordingReader(const RecordingReader&) = delete;
+    RecordingReader& operator=(const RecordingReader&) = delete;
+    ~RecordingReader();
+
+    /// Finds the next message. False at the end; when the device gets more data later, the next call finds
+    /// it.
+    /// \param message is emptied first.
+    /// \throws DocumentError with offset and, in texts, line, when what comes next is no message, is cut off
+    /// or is too large. The next call goes on behind it. The kind Failure::NotWholeYet says that nothing more
+    /// has arrived in time; nothing is lost, and the next call goes on at the same place. With the kind
+    /// Failure::InputOutput the device has failed, and the recording ends.
+    bool ReadNext(RecordedMessage& message);
+
+    /// How many bytes were looked at to find messages; a byte counts each time. That is about as many as the
+    /// recording has, however they arrive.
+    qint64 GetExaminedBytes() const;
+
+private:
+    class Machine;
+    std::unique_ptr<Machine> m_machine;
+};
+
+/// Calls \a onMessage for every message and \a onError for every error, in their order, to the end of the
+/// recording or of the device. Exceptions of both are passed on.
+/// \return the number of messages.
+ROUTERDOCUMENTS_EXPORT qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
+                                             const std::function<void(const RecordedMessage&)>& onMessage,
+                                             const std::function<void(const DocumentError&)>& onError);
+
+/// The record as a message of a recording: what WriteDocument() gives, with a line break at the end of a
+/// text.
+/// \throws DocumentError as WriteDocument() does.
+ROUTERDOCUMENTS_EXPORT QByteArray WriteMessage(MODELKIT::IMKObject& record, Form form);
+
+/// Appends the record to a recording, in one piece, and flushes a file.
+/// \throws DocumentError as WriteDocument() does, before anything is written; and of the kind
+/// Failure::InputOutput when the device does not take everything.
+ROUTERDOCUMENTS_EXPORT void AppendMessage(QIODevice& device, MODELKIT::IMKObject& record, Form form);
+
+} // namespace ROUTERDOCUMENTS

@@ -1,0 +1,351 @@
+// SPDX-License-Identifier: MIT
+#include "documents/RecordingMachine.h"
+
+#include "modelkit/Limits.h"
+
+#include <QtCore/QIODevice>
+
+#include <algorithm>
+#include <limits>
+
+namespace ROUTERDOCUMENTS {
+
+using MODELKIT::Failure;
+using MODELKIT::Limits;
+
+namespace {
+
+// What fits into a QByteArray in Qt 5 together with what follows it.
+constexpr qint64 largestMessage = std::numeric_limits<int>::max() - (1 << 20);
+
+// Where a binary message breaks off a text, its first word may have been taken for text. These bytes are
+// looked at again, with the one behind them.
+constexpr qint64 lookBack = 5;
+
+// How much of a skipped text is kept: more than the beginning of markup has in any units.
+constexpr qint64 leastKept = 64;
+
+bool isTextByte(char byte) { return static_cast<unsigned char>(byte) >= ' ' || isWhite(byte); }
+
+QString counted(qint64 bytes, const QString& what)
+{
+    return bytes == 1 ? QStringLiteral("1 byte is %1").arg(what)
+                      : QStringLiteral("%1 bytes are %2").arg(QString::number(bytes), what);
+}
+
+QString cutOffText(Form form)
+{
+    return form == Form::Xml
+               ? QStringLiteral("The XML document is cut off: the end of its root element is missing.")
+               : QStringLiteral("The JSON value is cut off: its closing bracket is missing.");
+}
+
+} // namespace
+
+RecordingReader::Machine::Machine(QIODevice& device, const RecordingOptions& options)
+    : m_form(options.form), m_arrivals(device), m_end(JsonEnd(false))
+{}
+
+bool RecordingReader::Machine::ReadNext(RecordedMessage& message)
+{
+    // Two messages at a time could be too much for the memory.
+    message = RecordedMessage();
+    if (m_isOver)
+        return false;
+    const Limits limits = Limits::Get();
+    m_limit = std::min(limits.inputSize, largestMessage);
+    QString reason;
+    if (!m_arrivals.Open(reason)) {
+        m_isOver = true;
+        Throw(MODELKIT::cannotRead(&m_arrivals.Device(), reason));
+    }
+    MODELKIT::Intake intake(m_arrivals.Device(), limits.waitingTime);
+    m_isAll = false;
+    while (true) {
+        switch (TakeStep(message)) {
+        case Step::Done:
+            break;
+        case Step::NeedsMore:
+            FetchMore(intake);
+            break;
+        case Step::Found:
+            return true;
+        case Step::Finished:
+            return false;
+        }
+    }
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::TakeStep(RecordedMessage& message)
+{
+    switch (m_state) {
+    case State::Between:
+        return PassOver();
+    case State::Searching:
+        return Search();
+    case State::Inside:
+    case State::Skipping:
+        break;
+    }
+    const bool isBinary = m_messageForm == Form::Binary || m_messageForm == Form::Compressed;
+    return isBinary ? FindEndOfBinary(message) : FindEndOfText(message);
+}
+
+void RecordingReader::Machine::FetchMore(MODELKIT::Intake& intake)
+{
+    using Intake = MODELKIT::Intake;
+    const Intake::Outcome outcome = m_arrivals.Fetch(intake);
+    const bool isNothingBegun =
+        m_state == State::Searching || (m_state == State::Between && m_arrivals.Size() == 0);
+    if (outcome == Intake::Broken) {
+        m_isOver = true;
+        Failure failure = MODELKIT::cannotRead(&m_arrivals.Device(), intake.GetReason());
+        failure.place.offset = m_arrivals.Offset();
+        Throw(failure);
+    }
+    if (outcome == Intake::Late || (outcome == Intake::Quiet && !isNothingBegun))
+        Throw(FailureHere(Failure::NotWholeYet,
+                          QStringLiteral("The end of the next message has not arrived.")));
+    m_isAll = outcome != Intake::Whole;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::PassOver()
+{
+    while (m_arrivals.Size() > 0) {
+        const int white = whiteAt(m_arrivals.Data(), m_arrivals.Size(), m_units, m_isAll);
+        if (white < 0)
+            return Step::NeedsMore;
+        if (white == 0)
+            return Begin(Recognise(0, false));
+        m_examined += white;
+        m_arrivals.Drop(white, m_units);
+    }
+    return m_isAll ? Step::Finished : Step::NeedsMore;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBeginning& beginning)
+{
+    switch (beginning.kind) {
+    case MessageBeginning::Unclear:
+        return Step::NeedsMore;
+    case MessageBeginning::Nothing:
+        return BeginStretch(FailureHere(Failure::None, QStringLiteral("No message begins here")), 1);
+    case MessageBeginning::Mark:
+        m_arrivals.Drop(beginning.mark);
+        return Step::Done;
+    case MessageBeginning::Aside:
+    case MessageBeginning::Message:
+        break;
+    }
+    const bool isXml = beginning.form == Form::Xml;
+    m_isAside = beginning.kind == MessageBeginning::Aside;
+    m_state = m_isAside ? State::Skipping : State::Inside;
+    m_messageForm = beginning.form;
+    m_units = beginning.units;
+    m_scanned = beginning.mark;
+    m_isDoubtful = false;
+    if (isXml)
+        m_end = XmlEnd(m_isAside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
+    else
+        m_end = JsonEnd(beginning.form == Form::JsonLines);
+    return Step::Done;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfBinary(RecordedMessage& message)
+{
+    const qint64 there = m_arrivals.Size();
+    const auto cutOff = [this](const QString& missing) {
+        return BeginStretch(FailureHere(Failure::NotABinaryForm,
+                                        QStringLiteral("The binary form is cut off; %1.").arg(missing)),
+                            1, false);
+    };
+    if (there < binaryHeaderSize)
+        return m_isAll ? cutOff(QStringLiteral("its length is missing")) : Step::NeedsMore;
+    const qint64 length = binaryLength(m_arrivals.Data());
+    if (length < 0)
+        return BeginStretch(
+            FailureHere(Failure::NotABinaryForm, QStringLiteral("The binary form has a negative length")), 1);
+    const qint64 size = binaryHeaderSize + length;
+    if (size > m_limit)
+        return BeginStretch(
+            FailureHere(Failure::InputTooLarge,
+                        QStringLiteral("The binary form of %1 bytes is larger than the limit of %2 bytes")
+                            .arg(QString::number(size), QString::number(m_limit))),
+            1);
+    if (there < size)
+        return m_isAll ? cutOff(counted(size - there, QStringLiteral("missing"))) : Step::NeedsMore;
+    return EndMessage(size, message);
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfText(RecordedMessage& message)
+{
+    if (m_isDoubtful)
+        return BreakOffXml(message);
+    const char* const begin = m_arrivals.Data() + m_scanned;
+    const qint64 size = m_arrivals.Size() - m_scanned;
+    qint64 used = 0;
+    const bool isXml = m_messageForm == Form::Xml;
+    const auto xml = isXml ? std::get<XmlEnd>(m_end).Scan(begin, size, used) : XmlEnd::More;
+    const auto json = isXml ? JsonEnd::More : std::get<JsonEnd>(m_end).Scan(begin, size, used);
+    m_scanned += used;
+    m_examined += used;
+    if (xml == XmlEnd::Ended || json == JsonEnd::Ended)
+        return EndMessage(m_scanned, message);
+    if (xml == XmlEnd::Another)
+        return EndMessage(m_scanned - std::get<XmlEnd>(m_end).GetBehind(), message);
+    m_isDoubtful = xml == XmlEnd::Doubt;
+    if (json == JsonEnd::Broken) {
+        const bool isUntold = m_state == State::Inside;
+        BeginStretch(FailureHere(Failure::NotWellFormed, QStringLiteral("This is no JSON value")),
+                     std::max<qint64>(m_scanned - lookBack, 1));
+        m_stretch.isUntold = isUntold;
+        return Step::Done;
+    }
+    return m_isDoubtful ? Step::Done : TooLittle();
+}
+
+// Where bytes are in no XML, another message may begin, because the end of this one is missing.
+RecordingReader::Machine::Step RecordingReader::Machine::BreakOffXml(RecordedMessage& message)
+{
+    for (qint64 at = std::max<qint64>(m_scanned - lookBack, 1); at < m_scanned; ++at) {
+        const MessageBeginning beginning = Recognise(at, true);
+        if (beginning.kind == MessageBeginning::Unclear)
+            return Step::NeedsMore;
+        if (beginning.kind == MessageBeginning::Message && beginning.form != Form::Xml)
+            return EndMessage(at, message);
+    }
+    m_isDoubtful = false;
+    return Step::Done;
+}
+
+// The text has been scanned as far as it is there.
+RecordingReader::Machine::Step RecordingReader::Machine::TooLittle()
+{
+    if (m_state == State::Inside && m_scanned > m_limit) {
+        m_state = State::Skipping;
+        Throw(FailureHere(Failure::InputTooLarge,
+                          QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit)));
+    }
+    if (m_isAll) {
+        const bool isTold = m_state == State::Skipping && !m_isAside;
+        const Failure failure = FailureHere(
+            Failure::NotWellFormed, m_isAside ? QStringLiteral("The comment or processing instruction "
+                                                               "is cut off.")
+                                              : cutOffText(m_messageForm));
+        m_state = State::Between;
+        m_arrivals.Drop(m_scanned, m_units);
+        if (!isTold)
+            Throw(failure);
+        return Step::Done;
+    }
+    if (m_state == State::Skipping && m_scanned > leastKept) {
+        m_arrivals.Drop(m_scanned - leastKept, m_units);
+        m_scanned = leastKept;
+    }
+    return Step::NeedsMore;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size, RecordedMessage& message)
+{
+    const bool isSkipped = m_state == State::Skipping;
+    m_state = State::Between;
+    const Failure tooLarge =
+        FailureHere(Failure::InputTooLarge,
+                    QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));
+    if (isSkipped || size > m_limit) {
+        m_arrivals.Drop(size, m_units);
+        if (!isSkipped)
+            Throw(tooLarge);
+        return Step::Done;
+    }
+    message.number = ++m_count;
+    message.offset = m_arrivals.Offset();
+    message.line = m_arrivals.Line();
+    message.form = m_messageForm;
+    if (m_messageForm == Form::Binary || m_messageForm == Form::Compressed)
+        m_arrivals.ForgetLines();
+    message.bytes = m_arrivals.Take(size, m_units);
+    return Step::Found;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::Search()
+{
+    const char* const begin = m_arrivals.Data();
+    const char* const end = begin + m_arrivals.Size();
+    for (const char* at = begin; at != end; ++at) {
+        at = std::find_if(at, end, mayBeginMessage);
+        m_examined += at == end ? 0 : 1;
+        if (at == end)
+            break;
+        const MessageBeginning beginning = Recognise(at - begin, true);
+        if (beginning.kind == MessageBeginning::Nothing)
+            continue;
+        AddToStretch(at - begin);
+        return beginning.kind == MessageBeginning::Unclear ? Step::NeedsMore : EndStretch();
+    }
+    AddToStretch(end - begin);
+    return m_isAll ? EndStretch() : Step::NeedsMore;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::BeginStretch(const Failure& failure, qint64 size,
+                                                                      bool isCounted)
+{
+    m_stretch = Stretch();
+    m_stretch.failure = failure;
+    m_stretch.isCounted = isCounted;
+    m_state = State::Searching;
+    AddToStretch(size);
+    return Step::Done;
+}
+
+void RecordingReader::Machine::AddToStretch(qint64 size)
+{
+    const char* const begin = m_arrivals.Data();
+    m_stretch.size += size;
+    m_stretch.isText = m_stretch.isText && std::all_of(begin, begin + size, isTextByte);
+    if (!m_stretch.isText)
+        m_arrivals.ForgetLines();
+    m_arrivals.Drop(size);
+    m_examined += size;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::EndStretch()
+{
+    m_state = State::Between;
+    m_units = TextUnits();
+    if (!m_stretch.isUntold)
+        return Step::Done;
+    Failure failure = m_stretch.failure;
+    if (failure.kind == Failure::None)
+        failure.kind = m_stretch.isText ? Failure::NotWellFormed : Failure::NotABinaryForm;
+    if (m_stretch.isCounted)
+        failure.text += QStringLiteral("; %1.").arg(counted(m_stretch.size, QStringLiteral("passed over")));
+    Throw(failure);
+}
+
+MessageBeginning RecordingReader::Machine::Recognise(qint64 at, bool isSearch)
+{
+    const char* const place = m_arrivals.Data() + at;
+    BeginningRules rules;
+    rules.form = m_form;
+    rules.limit = m_limit;
+    rules.isSearch = isSearch;
+    rules.isAtLineBegin = at > 0 ? place[-1] == '\n' || place[-1] == '\r' : m_arrivals.IsAtLineBegin();
+    rules.isAll = m_isAll;
+    m_examined += std::min(m_arrivals.Size() - at, binaryHeaderSize);
+    return recogniseBeginning(place, m_arrivals.Size() - at, rules);
+}
+
+Failure RecordingReader::Machine::FailureHere(Failure::Kind kind, const QString& text) const
+{
+    Failure failure;
+    failure.kind = kind;
+    failure.text = text;
+    failure.place.offset = m_arrivals.Offset();
+    failure.place.line = m_arrivals.Line();
+    return failure;
+}
+
+void RecordingReader::Machine::Throw(const Failure& failure) { throw DocumentError(failure); }
+
+} // namespace ROUTERDOCUMENTS

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+// What a RecordingReader does. Not installed.
+#pragma once
+
+#include "documents/Arrivals.h"
+#include "documents/JsonEnd.h"
+#include "documents/MessageBeginning.h"
+#include "documents/Recording.h"
+#include "documents/XmlEnd.h"
+
+#include "modelkit/Devices.h"
+#include "modelkit/Failure.h"
+
+#include <QtCore/QString>
+
+#include <optional>
+#include <variant>
+
+namespace ROUTERDOCUMENTS {
+
+// Goes through the recording in steps. What it knows between two steps is all here, so that it can wait for
+// data, or be left and called again, after each of them.
+class RecordingReader::Machine
+{
+public:
+    Machine(QIODevice& device, const RecordingOptions& options);
+
+    bool ReadNext(RecordedMessage& message);
+    qint64 GetExaminedBytes() const { return m_examined; }
+
+private:
+    enum class State
+    {
+        Between,  // messages
+        Inside,   // a message, from its first byte on
+        Skipping, // to the end of what is not given to the caller
+        Searching // the next message, in what is none
+    };
+
+    enum class Step
+    {
+        Done,      // go on with the next one
+        NeedsMore, // bytes
+        Found,     // the message
+        Finished   // the recording
+    };
+
+    // Bytes that are passed over until the next message begins.
+    struct Stretch
+    {
+        MODELKIT::Failure failure;
+        // Whether the caller still has to be told.
+        bool isUntold = true;
+        // Whether the text is to have the number of bytes.
+        bool isCounted = true;
+        qint64 size = 0;
+        bool isText = true;
+    };
+
+    Step TakeStep(RecordedMessage& message);
+    void FetchMore(MODELKIT::Intake& intake);
+
+    Step PassOver();
+    Step Begin(const MessageBeginning& beginning);
+    Step FindEndOfBinary(RecordedMessage& message);
+    Step FindEndOfText(RecordedMessage& message);
+    Step BreakOffXml(RecordedMessage& message);
+    Step TooLittle();
+    Step EndMessage(qint64 size, RecordedMessage& message);
+    Step Search();
+
+    Step BeginStretch(const MODELKIT::Failure& failure, qint64 size, bool isCounted = true);
+    Step EndStretch();
+    void AddToStretch(qint64 size);
+
+    MessageBeginning Recognise(qint64 at, bool isSearch);
+    MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
+    [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
+
+    std::optional<Form> m_form;
+    Arrivals m_arrivals;
+    qint64 m_limit = 0;
+    // Whether the device has no more data at the moment, and will not have them by waiting.
+    bool m_isAll = false;
+    bool m_isOver = false;
+
+    State m_state = State::Between;
+    // Of the current or last text.
+    TextUnits m_units;
+    // Of the current message.
+    Form m_messageForm = Form::Xml;
+    std::variant<XmlEnd, JsonEnd> m_end;
+    // How many of its bytes were given to it.
+    qint64 m_scanned = 0;
+    // Whether a byte that is in no XML has just been scanned.
+    bool m_isDoubtful = false;
+    // Whether what is skipped has not been reported.
+    bool m_isAside = false;
+    Stretch m_stretch;
+    qint64 m_count = 0;
+    qint64 m_examined = 0;
+};
+
+} // namespace ROUTERDOCUMENTS
