@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Forms.h"
 
+#include "documents/TextUnits.h"
+
 #include "modelkit/BinaryForm.h"
 
 #include <QtCore/QtEndian>
@@ -26,11 +28,6 @@ constexpr Ending endings[] = {{".xml", Form::Xml},
                               {".binz", Form::Compressed},
                               {".json", Form::Json},
                               {".jsonl", Form::JsonLines}};
-
-bool isTextByte(char byte)
-{
-    return static_cast<unsigned char>(byte) >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r';
-}
 
 // XML in UTF-16 or UTF-32, with or without a byte order mark.
 bool beginsAsWideXml(const QByteArray& bytes)

@@ -281,9 +281,10 @@ private:
     {
         constexpr int longest = 40;
         QString name;
-        while (name.size() < longest && isPartOfName(text.at(1 + name.size())))
-            name += QLatin1Char(static_cast<char>(text.at(1 + name.size())));
-        if (text.at(1 + name.size()) == Peek::none) {
+        int index = 1;
+        for (; index <= longest && isPartOfName(text.at(index)); ++index)
+            name += QLatin1Char(static_cast<char>(text.at(index)));
+        if (text.at(index) == Peek::none) {
             m_isShort = true;
             return false;
         }

@@ -25,8 +25,6 @@ constexpr qint64 lookBack = 5;
 // How much of a skipped text is kept: more than the beginning of markup has in any units.
 constexpr qint64 leastKept = 64;
 
-bool isTextByte(char byte) { return static_cast<unsigned char>(byte) >= ' ' || isWhite(byte); }
-
 QString counted(qint64 bytes, const QString& what)
 {
     return bytes == 1 ? QStringLiteral("1 byte is %1").arg(what)

@@ -32,4 +32,7 @@ inline bool isWhite(int character)
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
 
+// Whether the byte may stand in a text whose encoding extends ASCII.
+inline bool isTextByte(char byte) { return static_cast<unsigned char>(byte) >= ' ' || isWhite(byte); }
+
 } // namespace ROUTERDOCUMENTS
