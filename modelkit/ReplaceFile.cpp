@@ -27,24 +27,51 @@ bool synchronize(const QSaveFile& file, QString& reason)
 
 } // namespace
 
-bool ReplaceFile(const QString& path, const QByteArray& bytes, Failure& failure)
+FileReplacement::FileReplacement() = default;
+FileReplacement::~FileReplacement() = default;
+
+bool FileReplacement::Refuse(const QString& reason, Failure& failure)
 {
-    const auto refuse = [&failure](const QString& reason) {
-        failure = cannotWrite(QStringLiteral("file"), reason);
-        return false;
-    };
+    failure = cannotWrite(QStringLiteral("file"), reason);
+    m_file.reset();
+    return false;
+}
+
+bool FileReplacement::Open(const QString& path, Failure& failure)
+{
     const QFileInfo existing(path);
     if (existing.exists() && !existing.isFile())
-        return refuse(QStringLiteral("it exists and is no regular file"));
-    QSaveFile file(path);
+        return Refuse(QStringLiteral("it exists and is no regular file"), failure);
+    m_file = std::make_unique<QSaveFile>(path);
+    return m_file->open(QIODevice::WriteOnly) || Refuse(reasonOf(*m_file), failure);
+}
+
+bool FileReplacement::Write(const QByteArray& bytes, Failure& failure)
+{
+    if (!m_file)
+        return Refuse(QStringLiteral("it is not open for writing"), failure);
     QString reason;
-    if (!file.open(QIODevice::WriteOnly))
-        return refuse(reasonOf(file));
-    // The file is removed unless it is committed. commit() does not check what is written when it closes the
-    // file, so everything is flushed before.
-    if (!writeAll(file, bytes, reason) || !flush(file, reason) || !synchronize(file, reason))
-        return refuse(reason);
-    return file.commit() || refuse(reasonOf(file));
+    return writeAll(*m_file, bytes, reason) || Refuse(reason, failure);
+}
+
+bool FileReplacement::Commit(Failure& failure)
+{
+    if (!m_file)
+        return Refuse(QStringLiteral("it is not open for writing"), failure);
+    QString reason;
+    // commit() does not check what is written when it closes the file, so everything is flushed before.
+    if (!flush(*m_file, reason) || !synchronize(*m_file, reason))
+        return Refuse(reason, failure);
+    if (!m_file->commit())
+        return Refuse(reasonOf(*m_file), failure);
+    m_file.reset();
+    return true;
+}
+
+bool ReplaceFile(const QString& path, const QByteArray& bytes, Failure& failure)
+{
+    FileReplacement file;
+    return file.Open(path, failure) && file.Write(bytes, failure) && file.Commit(failure);
 }
 
 } // namespace MODELKIT

@@ -9,12 +9,40 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
+#include <memory>
+
+class QSaveFile;
+
 namespace MODELKIT {
 
-/// Writes a file that holds exactly those bytes. An existing file is replaced atomically, once the new one is
-/// completely written and has reached the disk. A device, a pipe or a folder is not replaced.
-/// \returns false, with the reason in \a failure, when the file cannot be written. The old file is unchanged
-/// then, and no temporary file remains.
+/// Writes a file piece by piece. An existing file is replaced atomically by Commit(), once the new one is
+/// completely written and has reached the disk. Without it the old file is unchanged, and no temporary file
+/// remains.
+///
+/// All operations return false, with the reason in \a failure, when they fail. Then nothing can be committed.
+class MODELKIT_EXPORT FileReplacement
+{
+public:
+    FileReplacement();
+    FileReplacement(const FileReplacement&) = delete;
+    FileReplacement& operator=(const FileReplacement&) = delete;
+    ~FileReplacement();
+
+    /// Begins. A device, a pipe or a folder is not replaced.
+    bool Open(const QString& path, Failure& failure);
+    /// Appends the bytes.
+    bool Write(const QByteArray& bytes, Failure& failure);
+    /// Replaces the file.
+    bool Commit(Failure& failure);
+
+private:
+    bool Refuse(const QString& reason, Failure& failure);
+
+    std::unique_ptr<QSaveFile> m_file;
+};
+
+/// Writes a file that holds exactly those bytes, with the guarantees of FileReplacement.
+/// \returns false, with the reason in \a failure, when the file cannot be written.
 MODELKIT_EXPORT bool ReplaceFile(const QString& path, const QByteArray& bytes, Failure& failure);
 
 } // namespace MODELKIT
