@@ -11,7 +11,9 @@ QString Place::ToString() const
     if (line > 0) {
         if (!where.isEmpty())
             where += QLatin1Char(':');
-        where += QString::number(line) + QLatin1Char(':') + QString::number(column);
+        where += QString::number(line);
+        if (column > 0)
+            where += QLatin1Char(':') + QString::number(column);
     } else if (offset >= 0) {
         if (!where.isEmpty())
             where += QLatin1String(": ");

@@ -31,7 +31,7 @@ struct MODELKIT_EXPORT Place
     /// Whether nothing is known.
     bool IsEmpty() const;
 
-    /// The place as the beginning of a message: "file:line:column", "file: offset N" or the known part of
+    /// The place as the beginning of a message: "file:line:column", "file:line", "file: offset N" or the known part of
     /// it; without the path.
     QString ToString() const;
 
