@@ -19,12 +19,6 @@ namespace {
 
 bool isStandardStream(const QString& path) { return path == QLatin1String("-"); }
 
-[[noreturn]] void refuseToRead(const QString& path, const QString& reason)
-{
-    throw Refusal(
-        Finding::ofFile(inputName(path), QStringLiteral("The file cannot be read: %1.").arg(reason)));
-}
-
 MODELKIT::Place placeIn(const QString& name)
 {
     MODELKIT::Place place;
@@ -70,6 +64,19 @@ void addFilesIn(const QString& folder, QStringList& files)
 
 QString inputName(const QString& path) { return isStandardStream(path) ? QStringLiteral("<stdin>") : path; }
 
+void refuseToRead(const QString& path, const QString& reason)
+{
+    throw Refusal(
+        Finding::ofFile(inputName(path), QStringLiteral("The file cannot be read: %1.").arg(reason)));
+}
+
+void refuseFolder(const QString& path)
+{
+    if (QFileInfo(path).isDir())
+        refuseToRead(
+            path, QStringLiteral("it is a folder without files whose names end in %1").arg(KnownEndings()));
+}
+
 QByteArray readInput(const QString& path)
 {
     QFile file(path);
@@ -78,9 +85,7 @@ QByteArray readInput(const QString& path)
             refuseToRead(path, file.errorString());
         return readAll(file, path);
     }
-    if (QFileInfo(path).isDir())
-        refuseToRead(
-            path, QStringLiteral("it is a folder without files whose names end in %1").arg(KnownEndings()));
+    refuseFolder(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         refuseToRead(path, file.errorString());
     return readAll(file, path);

@@ -14,6 +14,11 @@ namespace routermsg {
 /// The name of a file in messages: "<stdin>" for "-", otherwise as given.
 QString inputName(const QString& path);
 
+/// \throws Refusal always: the file cannot be read.
+[[noreturn]] void refuseToRead(const QString& path, const QString& reason);
+/// \throws Refusal when the path is a folder.
+void refuseFolder(const QString& path);
+
 /// The whole content of a file, or of standard input for "-".
 /// \throws Refusal when it cannot be read or is larger than Limits::inputSize.
 QByteArray readInput(const QString& path);

@@ -56,9 +56,11 @@ Finding lossIn(const Target& target)
     return finding;
 }
 
+bool isText(Form form) { return form != Form::Binary && form != Form::Compressed; }
+
 void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
 {
-    if (form == Form::Binary || form == Form::Compressed)
+    if (!isText(form))
         throw Refusal(Finding::ofFile(
             outputName(QStringLiteral("-")),
             QStringLiteral("The %1 form is not written to a terminal. Name a file or redirect the output.")
@@ -87,25 +89,6 @@ private:
     sigset_t m_before{};
 };
 
-void writeToFile(const QByteArray& bytes, const QString& path)
-{
-    const Uninterrupted uninterrupted;
-    MODELKIT::Failure failure;
-    if (!MODELKIT::ReplaceFile(path, bytes, failure))
-        throw Refusal(Finding::of(failure, path));
-}
-
-void writeDocument(const QByteArray& bytes, Form form, const QString& path, Session& session)
-{
-    if (!isStandardOutput(path))
-        return writeToFile(bytes, path);
-    if (session.out().isTerminal())
-        writeToTerminal(bytes, form, session.out());
-    else
-        session.out().writeBytes(bytes);
-    session.out().flush();
-}
-
 } // namespace
 
 QString outputName(const QString& path) { return isStandardOutput(path) ? QStringLiteral("<stdout>") : path; }
@@ -114,16 +97,22 @@ Target::Target(const QString& targetPath, const std::optional<Form>& targetForm)
     : path(targetPath), form(targetForm ? *targetForm : formFor(targetPath))
 {}
 
+QString FileSummary::formName() const { return isMixed ? QStringLiteral("mixed") : NameOf(form); }
+
 QString FileSummary::toText() const
 {
-    return QStringLiteral("%1 (%2, %3 bytes)").arg(Printable(name), NameOf(form), QString::number(size));
+    const QString counted = messages == 1 ? QString() : QStringLiteral("%1 messages, ").arg(messages);
+    return QStringLiteral("%1 (%2, %3%4 bytes)")
+        .arg(Printable(name), formName(), counted, QString::number(size));
 }
 
 QJsonObject FileSummary::toJson() const
 {
     QJsonObject json{{QStringLiteral("file"), name},
-                     {QStringLiteral("form"), NameOf(form)},
+                     {QStringLiteral("form"), formName()},
                      {QStringLiteral("bytes"), size}};
+    if (messages != 1)
+        json[QStringLiteral("messages")] = messages;
     if (isComplete)
         json[QStringLiteral("complete")] = *isComplete;
     return json;
@@ -138,15 +127,62 @@ QByteArray encode(MODELKIT::IMKObject& record, Form form, const QString& name)
     }
 }
 
+MessageWriter::MessageWriter(const Target& target, Session& session) : m_target(target), m_session(session)
+{
+    m_summary.name = outputName(target.path);
+    m_summary.form = target.form;
+    m_summary.isComplete = true;
+    m_summary.messages = 0;
+}
+
+void MessageWriter::add(MODELKIT::IMKObject& record)
+{
+    const QByteArray bytes = encode(record, m_target.form, m_summary.name);
+    const bool isComplete = isCarriedBy(bytes, m_target.form, record);
+    // Texts begin on a line of their own.
+    write(m_isInLine ? '\n' + bytes : bytes);
+    m_isInLine = isText(m_target.form) && !bytes.endsWith('\n');
+    ++m_summary.messages;
+    m_summary.isComplete = *m_summary.isComplete && isComplete;
+    if (!isComplete)
+        m_session.complain(lossIn(m_target));
+}
+
+void MessageWriter::write(const QByteArray& bytes)
+{
+    Output& out = m_session.out();
+    if (!isStandardOutput(m_target.path))
+        writeToFile(bytes);
+    else if (out.isTerminal())
+        writeToTerminal(bytes, m_target.form, out);
+    else
+        out.writeBytes(bytes);
+    out.flush();
+    m_summary.size += bytes.size();
+}
+
+void MessageWriter::writeToFile(const QByteArray& bytes)
+{
+    const Uninterrupted uninterrupted;
+    MODELKIT::Failure failure;
+    if ((m_summary.messages == 0 && !m_file.Open(m_target.path, failure)) || !m_file.Write(bytes, failure))
+        throw Refusal(Finding::of(failure, m_target.path));
+}
+
+FileSummary MessageWriter::finish()
+{
+    const Uninterrupted uninterrupted;
+    MODELKIT::Failure failure;
+    if (m_summary.messages > 0 && !isStandardOutput(m_target.path) && !m_file.Commit(failure))
+        throw Refusal(Finding::of(failure, m_target.path));
+    return m_summary;
+}
+
 FileSummary save(MODELKIT::IMKObject& record, const Target& target, Session& session)
 {
-    const QString name = outputName(target.path);
-    const QByteArray bytes = encode(record, target.form, name);
-    const bool isComplete = isCarriedBy(bytes, target.form, record);
-    writeDocument(bytes, target.form, target.path, session);
-    if (!isComplete)
-        session.complain(lossIn(target));
-    return {name, target.form, bytes.size(), isComplete};
+    MessageWriter writer(target, session);
+    writer.add(record);
+    return writer.finish();
 }
 
 void reportSaving(const QString& text, const QJsonObject& json, const Target& target, Session& session)

@@ -7,6 +7,7 @@
 #include "documents/Forms.h"
 
 #include "modelkit/IMKObject.h"
+#include "modelkit/ReplaceFile.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonObject>
@@ -38,6 +39,14 @@ struct FileSummary
     qint64 size = 0;
     /// Whether the form carries everything in the document; only for one that was written.
     std::optional<bool> isComplete = std::nullopt;
+    /// Of a recording: how many messages it has, and whether they are of several forms.
+    /// @{
+    qint64 messages = 1;
+    bool isMixed = false;
+    /// @}
+
+    /// The name of the form, or "mixed".
+    QString formName() const;
 
     /// "request.xml (xml, 371 bytes)"
     QString toText() const;
@@ -50,10 +59,33 @@ struct FileSummary
 /// \throws Refusal when the record does not pass its validation or the form cannot carry a text.
 QByteArray encode(MODELKIT::IMKObject& record, ROUTERDOCUMENTS::Form form, const QString& name);
 
-/// Writes the document to a file, which is replaced as a whole or not at all, or for "-" to standard output.
-/// On a terminal, control characters are written as escapes of the form. Warns if the form does not carry
-/// everything.
-///
+/// Writes messages one behind another to a file, which is replaced as a whole or not at all, or for "-" to
+/// standard output. On a terminal, control characters are written as escapes of the form.
+class MessageWriter
+{
+public:
+    MessageWriter(const Target& target, Session& session);
+
+    /// Appends a message. Warns if the form does not carry everything.
+    /// \throws Refusal as save() does.
+    void add(MODELKIT::IMKObject& record);
+    /// Replaces the file, unless no message was added.
+    /// \throws Refusal when it cannot be written.
+    FileSummary finish();
+
+private:
+    void write(const QByteArray& bytes);
+    void writeToFile(const QByteArray& bytes);
+
+    Target m_target;
+    Session& m_session;
+    FileSummary m_summary;
+    MODELKIT::FileReplacement m_file;
+    // Whether the last message has not ended its line.
+    bool m_isInLine = false;
+};
+
+/// Writes one document with a MessageWriter.
 /// \throws Refusal when the record does not pass its validation, the form cannot carry a text or the file
 /// cannot be written, or for binary bytes on a terminal.
 FileSummary save(MODELKIT::IMKObject& record, const Target& target, Session& session);

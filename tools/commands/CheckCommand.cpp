@@ -130,13 +130,14 @@ struct Verdict
     }
 };
 
-void addAcceptedInSilence(const MODELKIT::ReadingReport& report, Verdict& verdict)
+void addAcceptedInSilence(const MODELKIT::ReadingReport& report, const InputMessage& message,
+                          Verdict& verdict)
 {
     for (const auto& entry : report.GetEntries()) {
         Finding finding;
         finding.severity = Finding::Warning;
         finding.text = entry.text;
-        finding.place = entry.place;
+        finding.place = message.placeInInput(entry.place);
         finding.place.file = verdict.file;
         verdict.findings += finding;
     }
@@ -149,20 +150,20 @@ void addAcceptedInSilence(const MODELKIT::ReadingReport& report, Verdict& verdic
     verdict.findings += finding;
 }
 
-Verdict examine(const QString& path, bool strict)
+Verdict examine(const InputMessage& message, bool strict)
 {
-    Verdict verdict{inputName(path), {}};
+    Verdict verdict{message.name, {}};
     const MODELKIT::ReadingReport report;
     try {
-        const Document loaded = load(path, {std::nullopt, true});
+        const Document loaded = message.read(true);
         if (strict) {
-            addAcceptedInSilence(report, verdict);
+            addAcceptedInSilence(report, message, verdict);
             SenseWarnings(verdict.file, verdict.findings)
                 .visit(*loaded.record, QLatin1Char('/') + loaded.info->GetName());
         }
     } catch (const Refusal& refusal) {
         if (strict)
-            addAcceptedInSilence(report, verdict);
+            addAcceptedInSilence(report, message, verdict);
         verdict.findings += refusal.finding();
     }
     return verdict;
@@ -270,9 +271,17 @@ Status check(const Arguments& arguments, Session& session)
     Status worst = Fine;
     for (const QString& file : files) {
         progress.next(inputName(file));
-        const Verdict verdict = examine(file, strict);
-        report->add(verdict);
-        worst = std::max(worst, verdict.status());
+        const auto add = [&](const Verdict& verdict) {
+            report->add(verdict);
+            worst = std::max(worst, verdict.status());
+            session.out().flush();
+        };
+        forEachMessage(
+            file, {messagesOf(arguments)},
+            [&](const InputMessage& message) { add(examine(message, strict)); },
+            [&](const Finding& finding) {
+                add({inputName(file), {finding}});
+            });
     }
     report->end();
     return worst;
@@ -287,6 +296,7 @@ Command checkCommand()
     table.summary = "Say whether documents are valid, or what is wrong and where.";
     table.arguments = {inputsArgument()};
     table.options = {
+        messageOption(),
         flag({"--strict"},
              "Also find what is accepted silently: what is unknown or repeated, texts that are not numbers, "
              "numbers that lose digits, attributes, and members that should be set.")};

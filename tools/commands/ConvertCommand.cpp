@@ -17,17 +17,31 @@ Status convert(const Arguments& arguments, Session& session)
 {
     const QString path = arguments.text("IN");
     const Target target(arguments.text("OUT"), formOf(arguments, "--to"));
+    const bool isValidated = !arguments.isGiven("--invalid");
     Progress progress(session, 1);
     progress.next(inputName(path));
 
-    const Document loaded = load(path, {formOf(arguments, "--from"), !arguments.isGiven("--invalid")});
-    const FileSummary input{inputName(path), loaded.form, loaded.size, std::nullopt};
-    const FileSummary output = save(*loaded.record, target, session);
+    MessageWriter writer(target, session);
+    FileSummary input{inputName(path), Form::Xml, 0, std::nullopt, 0};
+    const Status worst = forEachMessage(
+        path, {messagesOf(arguments), formOf(arguments, "--from")},
+        [&](const InputMessage& message) {
+            const Document document = message.read(isValidated);
+            writer.add(*document.record);
+            input.isMixed |= input.messages > 0 && input.form != document.form;
+            input.form = document.form;
+            ++input.messages;
+            input.size += document.size;
+        },
+        [&](const Finding& finding) { session.complain(finding); });
+    if (input.messages == 0)
+        return worst;
 
+    const FileSummary output = writer.finish();
     reportSaving(input.toText() + QStringLiteral(" -> ") + output.toText(),
                  {{QStringLiteral("input"), input.toJson()}, {QStringLiteral("output"), output.toJson()}},
                  target, session);
-    return Fine;
+    return worst;
 }
 
 } // namespace
@@ -41,7 +55,7 @@ Command convertCommand()
         required(argument("IN", fileValue(), "The document to read, or - for standard input.")),
         required(argument("OUT", fileValue(), "The file to write, or - for standard output."))};
     table.options = {
-        formOption("--from", "The form of IN. Without it, the content tells the form."),
+        messageOption(), formOption("--from", "The form of IN. Without it, the content tells the form."),
         formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml."),
         flag({"--invalid"}, "Convert the document even if it is not valid.")};
     table.examples = {

@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "InputFiles.h"
 #include "Progress.h"
+#include "SharedOptions.h"
 #include "UsageError.h"
 #include "documents/Difference.h"
 #include "documents/LargeJson.h"
@@ -110,20 +111,34 @@ IgnoredMembers ignoredMembers(const QStringList& paths)
     }
 }
 
-std::pair<Document, Document> loadBoth(const QString& first, const QString& second, Session& session)
+// The only message in the range.
+Document loadOne(const QString& path, const MessageRange& range)
+{
+    Messages messages(path, {range});
+    const auto message = messages.next();
+    Document document = message->read(false);
+    if (const auto other = messages.next())
+        throw Refusal(Finding::ofFile(
+            other->name, QStringLiteral("The input holds several messages. Choose one with --message N.")));
+    return document;
+}
+
+std::pair<Document, Document> loadBoth(const QString& first, const QString& second, const MessageRange& range,
+                                       Session& session)
 {
     Progress progress(session, 2);
     progress.next(inputName(first));
-    Document loaded = load(first);
+    Document loaded = loadOne(first, range);
     progress.next(inputName(second));
-    return {std::move(loaded), load(second)};
+    return {std::move(loaded), loadOne(second, range)};
 }
 
 Status diff(const Arguments& arguments, Session& session)
 {
     requireDifferentInputs(arguments.text("A"), arguments.text("B"));
     const IgnoredMembers ignored = ignoredMembers(arguments.texts("--ignore"));
-    const auto [first, second] = loadBoth(arguments.text("A"), arguments.text("B"), session);
+    const auto [first, second] =
+        loadBoth(arguments.text("A"), arguments.text("B"), messagesOf(arguments), session);
     const auto report = makeReport(session);
     qint64 count = 0;
     CompareRecords(*first.record, *second.record, ignored, [&](const Difference& difference) {
@@ -144,6 +159,7 @@ Command diffCommand()
     table.arguments = {required(argument("A", fileValue(), "The first document, or - for standard input.")),
                        required(argument("B", fileValue(), "The second document, or - for standard input."))};
     table.options = {
+        messageOption(),
         repeatable(option({"--ignore"}, "PATH",
                           "A member to ignore, as a path of names such as MessageID, DF_Params/Frequency or "
                           "Fragment[2]; can be given several times."))};

@@ -17,6 +17,30 @@ std::optional<Form> formOf(const Arguments& arguments, const char* name)
     return arguments.choice<Form>(name);
 }
 
+OptionTable messageOption()
+{
+    return option({"--message"}, "N", "Only message N of each input, or N..M: messages N to M.");
+}
+
+MessageRange messagesOf(const Arguments& arguments)
+{
+    MessageRange range;
+    if (!arguments.isGiven("--message"))
+        return range;
+    const QString text = arguments.text("--message");
+    const QStringList ends = text.split(QStringLiteral(".."));
+    bool isFirst = false;
+    bool isLast = false;
+    range.first = ends.constFirst().toLongLong(&isFirst);
+    range.last = ends.constLast().toLongLong(&isLast);
+    if (ends.size() > 2 || !isFirst || !isLast || range.first < 1 || range.last < range.first)
+        arguments.refuse(
+            QStringLiteral("\"%1\" is no value of --message. Write the number of a message, counted "
+                           "from 1, or two numbers such as 2..5.")
+                .arg(text));
+    return range;
+}
+
 OptionTable inputsArgument()
 {
     return required(repeatable(

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Arguments.h"
+#include "Messages.h"
 #include "documents/Forms.h"
 
 #include <QtCore/QString>
@@ -17,6 +18,13 @@ namespace routermsg {
 /// @{
 OptionTable formOption(const char* name, const QString& text);
 std::optional<ROUTERDOCUMENTS::Form> formOf(const Arguments& arguments, const char* name);
+/// @}
+
+/// Which messages of a recording a command works on.
+/// @{
+OptionTable messageOption();
+/// \throws UsageError for a value that is no number and no range.
+MessageRange messagesOf(const Arguments& arguments);
 /// @}
 
 /// Any number of documents, also those in folders.

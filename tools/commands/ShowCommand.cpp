@@ -6,8 +6,12 @@
 #include "InputFiles.h"
 #include "Progress.h"
 #include "Saving.h"
+#include "SharedOptions.h"
 #include "TreeView.h"
 #include "documents/Tree.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace routermsg {
 
@@ -22,26 +26,20 @@ void writeHead(const QString& text, Session& session)
         session.out().writeLine(session.out().paint(Style::Faint, text));
 }
 
-Document loadInput(const QString& path, Session& session)
+void showTree(const InputMessage& message, bool isFirst, Session& session)
 {
-    Progress progress(session, 1);
-    progress.next(inputName(path));
-    return load(path);
-}
-
-Status showTree(const QString& path, Session& session)
-{
-    const Document loaded = loadInput(path, session);
-    const FileSummary copy{inputName(path), loaded.form, loaded.size};
+    const Document loaded = message.read(false);
+    const FileSummary summary{message.name, loaded.form, loaded.size};
     if (session.format() == Format::Json) {
-        QJsonObject json = copy.toJson();
+        QJsonObject json = summary.toJson();
         json[QStringLiteral("document")] = TreeJson(*loaded.record);
         session.writeJson(json);
-    } else {
-        writeHead(copy.toText(), session);
-        writeTree(*loaded.record, session.out());
+        return;
     }
-    return Fine;
+    if (!isFirst)
+        session.out().writeLine();
+    writeHead(summary.toText(), session);
+    writeTree(*loaded.record, session.out());
 }
 
 bool isBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
@@ -53,34 +51,71 @@ Form formToDissect(const QByteArray& bytes)
     return form == Form::Xml && !bytes.contains('<') ? Form::Binary : form;
 }
 
-// Shows the bytes of an input in a binary form. Another input is shown as its plain binary form.
-Status showHex(const QString& path, Session& session)
+// Shows bytes in a binary form. Bytes in another form are shown as their plain binary form.
+void showHex(const QByteArray& bytes, const QString& name, Session& session)
 {
-    const QString name = inputName(path);
-    const QByteArray bytes = readInput(path);
     const Form form = formToDissect(bytes);
-    const FileSummary copy{name, form, bytes.size()};
+    const FileSummary summary{name, form, bytes.size()};
     const QByteArray shown =
         isBinary(form) ? bytes : encode(*parse(bytes, name, {form, false}).record, Form::Binary, name);
 
     std::optional<Finding> wrong;
     if (session.format() == Format::Json) {
-        wrong = writeHexJson(shown, copy.toJson(), session.out());
+        wrong = writeHexJson(shown, summary.toJson(), session.out());
     } else {
-        writeHead(isBinary(form) ? copy.toText() : copy.toText() + QStringLiteral(", in the binary form"),
+        writeHead(isBinary(form) ? summary.toText()
+                                 : summary.toText() + QStringLiteral(", in the binary form"),
                   session);
         wrong = writeHex(shown, session.out());
     }
     if (!wrong)
-        return Fine;
+        return;
     wrong->place.file = name;
     throw Refusal(*wrong);
+}
+
+// What does not begin with a message is shown as a whole, as far as it can be decoded.
+Status showHexOfAll(const QString& path, const Messages::Options& options, Session& session)
+{
+    Messages messages(path, options);
+    Status worst = Fine;
+    bool isOver = false;
+    bool isFirst = true;
+    while (!isOver) {
+        try {
+            const auto message = messages.next();
+            isOver = !message;
+            isFirst = false;
+            if (message)
+                showHex(message->recorded.bytes, message->name, session);
+        } catch (const Refusal& refusal) {
+            if (isFirst) {
+                showHex(messages.whole(), inputName(path), session);
+                return Fine;
+            }
+            session.complain(refusal.finding());
+            worst = std::max(worst, refusal.finding().status);
+        }
+    }
+    return worst;
 }
 
 Status show(const Arguments& arguments, Session& session)
 {
     const QString path = arguments.text("FILE");
-    return arguments.isGiven("--hex") ? showHex(path, session) : showTree(path, session);
+    const Messages::Options options{messagesOf(arguments)};
+    Progress progress(session, 1);
+    progress.next(inputName(path));
+    if (arguments.isGiven("--hex"))
+        return showHexOfAll(path, options, session);
+    bool isFirst = true;
+    return forEachMessage(
+        path, options,
+        [&](const InputMessage& message) {
+            showTree(message, std::exchange(isFirst, false), session);
+            session.out().flush();
+        },
+        [&](const Finding& finding) { session.complain(finding); });
 }
 
 } // namespace
@@ -91,7 +126,8 @@ Command showCommand()
     table.name = "show";
     table.summary = "Show what is in a document.";
     table.arguments = {required(argument("FILE", fileValue(), "The document, or - for standard input."))};
-    table.options = {flag({"--hex"}, "Show the bytes of the binary form and what they mean.")};
+    table.options = {messageOption(),
+                     flag({"--hex"}, "Show the bytes of the binary form and what they mean.")};
     table.examples = {
         {"routermsg show request.xml", "The document as a tree, with types and what is not set."},
         {"routermsg show --hex request.bin", "Every byte of a binary document, explained."}};

@@ -120,13 +120,14 @@ Status stats(const Arguments& arguments, Session& session)
         Progress progress(session, static_cast<int>(files.size()));
         for (const QString& file : files) {
             progress.next(file);
-            try {
-                statistics.Add(load(file));
-            } catch (const Refusal& refusal) {
-                session.complain(refusal.finding());
-                statistics.AddUnreadable();
-                worst = std::max(worst, refusal.finding().status);
-            }
+            const Status status = forEachMessage(
+                file, {messagesOf(arguments)},
+                [&](const InputMessage& message) { statistics.Add(message.read(false)); },
+                [&](const Finding& finding) {
+                    session.complain(finding);
+                    statistics.AddUnreadable();
+                });
+            worst = std::max(worst, status);
         }
     }
     if (session.format() == Format::Json)
@@ -144,6 +145,7 @@ Command statsCommand()
     table.name = "stats";
     table.summary = "Count what documents hold.";
     table.arguments = {inputsArgument()};
+    table.options = {messageOption()};
     table.examples = {{"routermsg stats recordings", "All documents of a folder together."}};
     return {table, stats};
 }

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include "Messages.h"
+
+#include "InputFiles.h"
+#include "documents/DocumentError.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
+
+MODELKIT::Place InputMessage::placeInInput(MODELKIT::Place place) const
+{
+    if (place.line > 0 && recorded.line > 0)
+        place.line += recorded.line - 1;
+    if (place.offset >= 0 && recorded.form != Form::Compressed)
+        place.offset += recorded.offset;
+    return place;
+}
+
+namespace {
+
+// What is wrong with a place in an input. In texts it is a line, otherwise an offset.
+Finding problemOf(const DocumentError& error, const QString& name)
+{
+    using MODELKIT::Failure;
+    Finding finding = Finding::of(error, name);
+    if (error.GetKind() != Failure::NotWellFormed)
+        finding.place.line = 0;
+    if (error.GetKind() == Failure::InputOutput)
+        finding.place.offset = -1;
+    return finding;
+}
+
+} // namespace
+
+Document InputMessage::read(bool validate) const
+{
+    try {
+        Document document = ReadDocument(recorded.bytes, {recorded.form, validate});
+        document.size = size;
+        return document;
+    } catch (const DocumentError& error) {
+        Finding finding = Finding::of(error, name);
+        finding.place = placeInInput(finding.place);
+        if (recorded.number > 1 && finding.place.line == 0 && finding.place.offset < 0)
+            finding.place.line = recorded.line;
+        throw Refusal(finding);
+    }
+}
+
+Messages::Messages(const QString& path, const Options& options)
+    : m_path(path), m_name(inputName(path)), m_options(options), m_file(path),
+      m_reader(m_file, {options.form})
+{}
+
+std::optional<InputMessage> Messages::next()
+{
+    if (!m_hasBegun) {
+        m_hasBegun = true;
+        begin();
+    }
+    while (!m_isOver) {
+        Step step = take();
+        if (step.error) {
+            m_hasErrors = true;
+            throw Refusal(problemOf(*step.error, m_name));
+        }
+        if (!step.message) {
+            m_isOver = true;
+            if (m_count < m_options.range.first && !(m_count == 0 && m_hasErrors))
+                throw Refusal(noMessage());
+            continue;
+        }
+        if (++m_count < m_options.range.first)
+            continue;
+        m_isOver = m_count >= m_options.range.last;
+        const qint64 size = sizeOf(*step.message);
+        const QString name = m_count == 1 ? m_name : m_name + QLatin1Char('#') + QString::number(m_count);
+        return InputMessage{name, std::move(*step.message), size};
+    }
+    return std::nullopt;
+}
+
+QByteArray Messages::whole()
+{
+    if (!m_file.isStream())
+        return readInput(m_path);
+    while (m_file.hasAll() && !m_file.read(1 << 16).isEmpty()) {
+    }
+    if (!m_file.hasAll())
+        throw Refusal(
+            Finding::ofFile(m_name, QStringLiteral("The input is too large to be shown as a whole.")));
+    return m_file.beginning();
+}
+
+Finding Messages::noMessage() const
+{
+    return Finding::ofFile(m_name, m_count == 0
+                                       ? QStringLiteral("The input holds no message.")
+                                       : QStringLiteral("There is no message %1; the last one is %2.")
+                                             .arg(m_options.range.first)
+                                             .arg(m_count));
+}
+
+// Looks for a message. Errors in front of it are kept: if there is no message at all, they do not explain the
+// input as well as reading it as one document does.
+void Messages::begin()
+{
+    constexpr int mostErrors = 100;
+    do {
+        m_ahead.push_back(read());
+    } while (m_ahead.back().error && m_ahead.size() < mostErrors);
+    const bool isWithoutMessage = !m_ahead.back().message && !m_ahead.back().error;
+    const bool isBroken = std::any_of(m_ahead.begin(), m_ahead.end(), [](const Step& step) {
+        return step.error && step.error->GetKind() == MODELKIT::Failure::InputOutput;
+    });
+    if (m_ahead.front().message)
+        m_file.forget();
+    if (!isWithoutMessage || isBroken || !m_file.hasAll())
+        return;
+    const QByteArray bytes = m_file.beginning();
+    m_ahead.clear();
+    m_isOver = true;
+    parse(bytes, m_name, {m_options.form, false});
+    // What can be read as a document is a message.
+    m_isOver = false;
+    m_ahead.push_back({RecordedMessage{1, 0, 1, m_options.form.value_or(FormOfContent(bytes)), bytes}, {}});
+    m_ahead.push_back({});
+}
+
+Messages::Step Messages::read()
+{
+    try {
+        RecordedMessage message;
+        return m_reader.ReadNext(message) ? Step{std::move(message), {}} : Step{};
+    } catch (const DocumentError& error) {
+        return {{}, error};
+    }
+}
+
+Messages::Step Messages::take()
+{
+    if (m_ahead.empty())
+        return read();
+    Step step = std::move(m_ahead.front());
+    m_ahead.pop_front();
+    return step;
+}
+
+// In a file there is no need to deliver a message at once, so the beginning of the next one is known.
+qint64 Messages::sizeOf(const RecordedMessage& message)
+{
+    if (m_file.isStream())
+        return message.bytes.size();
+    if (m_ahead.empty())
+        m_ahead.push_back(read());
+    const Step& following = m_ahead.front();
+    qint64 end = m_file.count();
+    if (following.message)
+        end = following.message->offset;
+    else if (following.error)
+        end = message.offset + message.bytes.size();
+    return end - (m_count == 1 ? 0 : message.offset);
+}
+
+Status forEachMessage(const QString& path, const Messages::Options& options,
+                      const std::function<void(const InputMessage&)>& onMessage,
+                      const std::function<void(const Finding&)>& onProblem)
+{
+    Status worst = Fine;
+    // Whether there is more to do.
+    const auto attempt = [&](const auto& step) {
+        try {
+            return step();
+        } catch (const Refusal& refusal) {
+            onProblem(refusal.finding());
+            worst = std::max(worst, refusal.finding().status);
+            return true;
+        }
+    };
+    std::unique_ptr<Messages> messages;
+    attempt([&] {
+        messages = std::make_unique<Messages>(path, options);
+        return true;
+    });
+    while (messages && attempt([&] {
+               const auto message = messages->next();
+               if (message)
+                   onMessage(*message);
+               return message.has_value();
+           })) {
+    }
+    return worst;
+}
+
+} // namespace routermsg

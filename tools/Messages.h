@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+/// \file
+/// The messages of an input, one by one.
+#pragma once
+
+#include "Finding.h"
+#include "InputFile.h"
+#include "documents/Document.h"
+#include "documents/DocumentError.h"
+#include "documents/Recording.h"
+
+#include <QtCore/QString>
+
+#include <deque>
+#include <functional>
+#include <limits>
+#include <optional>
+
+namespace routermsg {
+
+/// The messages of a recording on which a command works, by number.
+struct MessageRange
+{
+    qint64 first = 1;
+    qint64 last = std::numeric_limits<qint64>::max();
+};
+
+/// A message of an input.
+struct InputMessage
+{
+    /// How findings call it: the first one as its input, "rec.bin", later ones with their number,
+    /// "rec.bin#2".
+    QString name;
+    ROUTERDOCUMENTS::RecordedMessage recorded;
+    /// The number of bytes. In a file, this includes white space around the message.
+    qint64 size = 0;
+
+    /// Reads it. Places in findings count from the beginning of the input.
+    /// \throws Refusal when it is no document or, if \a validate, not valid.
+    ROUTERDOCUMENTS::Document read(bool validate) const;
+
+    /// The place in the input. An offset inside a compressed form stays as it is.
+    MODELKIT::Place placeInInput(MODELKIT::Place place) const;
+};
+
+/// The messages of an input, which are read while they arrive.
+///
+/// An input with one document is a recording of one message.
+class Messages
+{
+public:
+    struct Options
+    {
+        MessageRange range = {};
+        /// The form of all messages; otherwise the content of each determines it.
+        std::optional<ROUTERDOCUMENTS::Form> form = std::nullopt;
+    };
+
+    /// \param path a file, or "-" for standard input
+    /// \throws Refusal when it cannot be opened.
+    Messages(const QString& path, const Options& options);
+    explicit Messages(const QString& path) : Messages(path, Options()) {}
+
+    /// The next message in the range; none at the end.
+    /// \throws Refusal when the next bytes are no message, or when there is no message in the range. The next
+    /// call continues behind them.
+    std::optional<InputMessage> next();
+
+    /// The whole input, unless the first message was taken from a stream.
+    /// \throws Refusal when it cannot be read, or is a stream and too large to keep.
+    QByteArray whole();
+
+private:
+    // What comes next: a message, an error, or neither at the end.
+    struct Step
+    {
+        std::optional<ROUTERDOCUMENTS::RecordedMessage> message;
+        std::optional<ROUTERDOCUMENTS::DocumentError> error;
+    };
+
+    Step read();
+    Step take();
+    void begin();
+    qint64 sizeOf(const ROUTERDOCUMENTS::RecordedMessage& message);
+    Finding noMessage() const;
+
+    QString m_path;
+    QString m_name;
+    Options m_options;
+    InputFile m_file;
+    ROUTERDOCUMENTS::RecordingReader m_reader;
+    // What was read ahead.
+    std::deque<Step> m_ahead;
+    // How many messages were taken.
+    qint64 m_count = 0;
+    bool m_hasBegun = false;
+    bool m_hasErrors = false;
+    bool m_isOver = false;
+};
+
+/// Calls \a onMessage for each message in the range, and \a onProblem for each Refusal: that the input cannot
+/// be opened, that bytes are no message, and those that onMessage throws. \returns the worst status of the
+/// problems.
+Status forEachMessage(const QString& path, const Messages::Options& options,
+                      const std::function<void(const InputMessage&)>& onMessage,
+                      const std::function<void(const Finding&)>& onProblem);
+
+} // namespace routermsg
