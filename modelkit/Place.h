@@ -31,8 +31,8 @@ struct MODELKIT_EXPORT Place
     /// Whether nothing is known.
     bool IsEmpty() const;
 
-    /// The place as the beginning of a message: "file:line:column", "file:line", "file: offset N" or the known part of
-    /// it; without the path.
+    /// The place as the beginning of a message: "file:line:column", "file:line", "file: offset N" or the
+    /// known part of it; without the path.
     QString ToString() const;
 
     /// One step of a path: the name, followed by \a number in brackets unless that is 1 or less.
