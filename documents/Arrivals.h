@@ -27,19 +27,19 @@ public:
     const char* Data() const { return m_bytes.constData() + m_begin; }
     qint64 Size() const { return m_bytes.size() - m_begin; }
 
-    // Of the first byte that has not been used.
+    // The offset of the first byte that has not been removed.
     qint64 Offset() const { return m_offset; }
-    // From 1, or 0 behind anything that is no text.
+    // The line of that byte, from 1; 0 after binary data.
     qint64 Line() const { return m_line; }
     bool IsAtLineBegin() const { return m_last == '\n' || m_last == '\r'; }
 
-    // Adds more; Whole when there was some. Intake: for the same device.
+    // Adds what has arrived. Whole if that was something. Intake: for the same device.
     Outcome Fetch(MODELKIT::Intake& intake);
     QIODevice& Device() { return m_device; }
     // Opens a closed device. False with the reason when it cannot be read.
     bool Open(QString& reason);
 
-    // Uses bytes without or with a copy of them.
+    // Drop() removes bytes from the beginning, Take() removes and returns them.
     void Drop(qint64 size, TextUnits units = TextUnits());
     QByteArray Take(qint64 size, TextUnits units = TextUnits());
     // What follows has no lines.

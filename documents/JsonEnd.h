@@ -14,9 +14,9 @@ class JsonEnd
 public:
     enum Outcome
     {
-        More,  // all bytes were looked at
-        Ended, // behind the bytes that were looked at
-        Broken // the byte that was looked at last cannot stand there
+        More,  // the value goes on behind the bytes examined
+        Ended, // the value ends with the last byte examined
+        Broken // the last byte examined cannot occur there
     };
 
     // IsLine: whether the value must end on its line.

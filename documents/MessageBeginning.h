@@ -48,12 +48,12 @@ struct BeginningRules
 // Looks at no more than the first 128 bytes or so.
 MessageBeginning recogniseBeginning(const char* bytes, qint64 size, const BeginningRules& rules);
 
-// Whether a message may begin with the byte; quickly. It may also be false for one that is not found by a
-// search.
+// A fast test for searches: whether a message may begin with the byte. It may be false for beginnings that a
+// search ignores.
 bool mayBeginMessage(char byte);
 
-// How many white bytes are at the beginning of a text that goes on in these units: one unit, or nothing.
-// Negative when more bytes are needed.
+// The size of the white space character at the beginning of a text with these units, in bytes; 0 if there is none.
+// Negative if more bytes are needed.
 int whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll);
 
 // Both whole-object forms begin with a word that tells the class or the form, and one that is the length of

@@ -77,8 +77,8 @@ public:
     /// Failure::InputOutput the device has failed, and the recording ends.
     bool ReadNext(RecordedMessage& message);
 
-    /// How many bytes were looked at to find messages; a byte counts each time. That is about as many as the
-    /// recording has, however they arrive.
+    /// The number of bytes examined to find messages. A byte that is examined twice counts twice. The total is
+    /// close to the size of the recording, whatever the pieces in which it arrives.
     qint64 GetExaminedBytes() const;
 
 private:

@@ -92,9 +92,9 @@ private:
     std::variant<XmlEnd, JsonEnd> m_end;
     // How many of its bytes were given to it.
     qint64 m_scanned = 0;
-    // Whether a byte that is in no XML has just been scanned.
+    // Whether the byte just scanned cannot occur in XML.
     bool m_isDoubtful = false;
-    // Whether what is skipped has not been reported.
+    // Whether a comment or a processing instruction is being skipped.
     bool m_isAside = false;
     Stretch m_stretch;
     qint64 m_count = 0;

@@ -232,9 +232,9 @@ XmlEnd::Outcome XmlEnd::StepInstruction(unsigned char character)
 
 bool XmlEnd::EndsRun(unsigned char character, char mark, int marks)
 {
-    const bool ends = character == '>' && m_run >= marks;
+    const bool isEnd = character == '>' && m_run >= marks;
     m_run = character == static_cast<unsigned char>(mark) ? std::min(m_run + 1, marks) : 0;
-    return ends;
+    return isEnd;
 }
 
 bool XmlEnd::EndsCData(unsigned char character)

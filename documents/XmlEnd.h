@@ -35,10 +35,10 @@ public:
 
     enum Outcome
     {
-        More,    // all bytes were looked at
-        Ended,   // behind the bytes that were looked at
-        Another, // the document breaks off where the markup that was looked at last begins
-        Doubt    // a byte was looked at that is in no XML; the scan can go on
+        More,    // the text goes on behind the bytes examined
+        Ended,   // the text ends with the last byte examined
+        Another, // another document begins with the last markup examined: this one is cut off
+        Doubt    // the last byte examined cannot occur in XML; the scan can go on
     };
 
     // HasMark: whether the document has a byte order mark, which Scan() is not given.

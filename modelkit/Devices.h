@@ -39,8 +39,8 @@ public:
     Intake(QIODevice& device, int waitingTime);
     // Appends to bytes until there are that many. Allocates memory only as data arrive.
     Outcome Take(qint64 size, QByteArray& bytes);
-    // Appends what has arrived, but no more than that; waits only while that is nothing. Of a pipe, Take()
-    // would wait for all that it asks for.
+    // Appends what has arrived, at most that many bytes. Waits only if nothing has arrived. Use it for pipes:
+    // Take() would wait for the full size.
     Outcome TakeArrived(qint64 most, QByteArray& bytes);
 
     const QString& GetReason() const { return m_reason; }

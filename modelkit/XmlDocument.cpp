@@ -158,7 +158,7 @@ private:
             m_object.Reset();
             m_object.ProcessXml(reader);
         } catch (ModelKitException& exception) {
-            // When the document breaks off, that is the error, and not what the record therefore misses.
+            // If the document is cut off, that is the error, not a missing member that results from it.
             if (m_context.GetFailure().kind != Failure::None || reader.hasError())
                 return;
             m_operation.Refuse(exception, XmlPath(m_text).Find(reader.characterOffset()));

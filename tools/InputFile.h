@@ -11,7 +11,7 @@ namespace routermsg {
 
 /// A file, or standard input for "-". Reading returns what has arrived, without waiting for more.
 ///
-/// Until Forget() is called it keeps the beginning of what was read, so that an input that holds no message
+/// Until forget() is called, it keeps the beginning of what was read, so that an input that holds no message
 /// at all can be explained as a whole.
 class InputFile : public QFile
 {
@@ -22,7 +22,7 @@ public:
 
     /// Whether more may arrive later.
     bool isStream() const { return QFile::isSequential(); }
-    /// Not even a pipe: whoever reads a sequential file may pass by readData() and read its descriptor.
+    /// Always false. The descriptor of a pipe would otherwise be read directly, without readData().
     bool isSequential() const override { return false; }
 
     /// How many bytes were read.

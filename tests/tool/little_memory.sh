@@ -43,6 +43,7 @@ least_memory() {
 # names of the files. That is too little for the bytes of all documents: "COMMAND... whole.xml" must fail.
 with_little_memory() {
     local least memory
+    "$@" few >/dev/null || { echo "It does not work even with all memory."; return 1; }
     if ! least=$(least_memory "$@" few); then
         # Sanitizers, for example, reserve a large address space.
         echo "No program gets along with little address space." >&2
