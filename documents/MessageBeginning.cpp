@@ -119,8 +119,11 @@ public:
 private:
     bool accepts(Form form) const
     {
-        const bool isOther = m_rules.form && *m_rules.form != form;
-        return !isOther || (form == Form::Json && *m_rules.form == Form::JsonLines);
+        // What a form is called in a rule: JSON lines are JSON, and both binary forms are read alike.
+        const auto kindOf = [](Form any) {
+            return any == Form::JsonLines ? Form::Json : any == Form::Compressed ? Form::Binary : any;
+        };
+        return !m_rules.form || kindOf(*m_rules.form) == kindOf(form);
     }
 
     bool find(MessageBeginning::Kind kind, Form form = Form::Xml)

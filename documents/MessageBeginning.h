@@ -52,8 +52,8 @@ MessageBeginning recogniseBeginning(const char* bytes, qint64 size, const Beginn
 // search ignores.
 bool mayBeginMessage(char byte);
 
-// The size of the white space character at the beginning of a text with these units, in bytes; 0 if there is none.
-// Negative if more bytes are needed.
+// The size of the white space character at the beginning of a text with these units, in bytes; 0 if there is
+// none. Negative if more bytes are needed.
 int whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll);
 
 // Both whole-object forms begin with a word that tells the class or the form, and one that is the length of

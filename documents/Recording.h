@@ -41,8 +41,8 @@ struct RecordedMessage
 /// How to read a recording.
 struct RecordingOptions
 {
-    /// The form of all messages. Without a value each may have another one. With Form::JsonLines every
-    /// message ends on its line.
+    /// The form of all messages; the two binary forms count as one. Without a value each may have another
+    /// one. With Form::JsonLines every message ends on its line.
     std::optional<Form> form;
 };
 
@@ -77,8 +77,8 @@ public:
     /// Failure::InputOutput the device has failed, and the recording ends.
     bool ReadNext(RecordedMessage& message);
 
-    /// The number of bytes examined to find messages. A byte that is examined twice counts twice. The total is
-    /// close to the size of the recording, whatever the pieces in which it arrives.
+    /// The number of bytes examined to find messages. A byte that is examined twice counts twice. The total
+    /// is close to the size of the recording, whatever the pieces in which it arrives.
     qint64 GetExaminedBytes() const;
 
 private:

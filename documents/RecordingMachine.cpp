@@ -31,6 +31,8 @@ QString counted(qint64 bytes, const QString& what)
                       : QStringLiteral("%1 bytes are %2").arg(QString::number(bytes), what);
 }
 
+QString cutOffAside() { return QStringLiteral("The comment or processing instruction is cut off."); }
+
 QString cutOffText(Form form)
 {
     return form == Form::Xml
@@ -190,7 +192,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfText(RecordedM
     if (xml == XmlEnd::Ended || json == JsonEnd::Ended)
         return EndMessage(m_scanned, message);
     if (xml == XmlEnd::Another)
-        return EndMessage(m_scanned - std::get<XmlEnd>(m_end).GetBehind(), message);
+        return BreakOff(m_scanned - std::get<XmlEnd>(m_end).GetBehind(), message);
     m_isDoubtful = xml == XmlEnd::Doubt;
     if (json == JsonEnd::Broken) {
         const bool isUntold = m_state == State::Inside;
@@ -210,10 +212,22 @@ RecordingReader::Machine::Step RecordingReader::Machine::BreakOffXml(RecordedMes
         if (beginning.kind == MessageBeginning::Unclear)
             return Step::NeedsMore;
         if (beginning.kind == MessageBeginning::Message && beginning.form != Form::Xml)
-            return EndMessage(at, message);
+            return BreakOff(at, message);
     }
     m_isDoubtful = false;
     return Step::Done;
+}
+
+// Another message begins. The document that it breaks off is delivered, so that its reader says what is
+// missing.
+RecordingReader::Machine::Step RecordingReader::Machine::BreakOff(qint64 size, RecordedMessage& message)
+{
+    if (!m_isAside)
+        return EndMessage(size, message);
+    const Failure failure = FailureHere(Failure::NotWellFormed, cutOffAside());
+    m_state = State::Between;
+    m_arrivals.Drop(size, m_units);
+    Throw(failure);
 }
 
 // The text has been scanned as far as it is there.
@@ -226,10 +240,8 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle()
     }
     if (m_isAll) {
         const bool isTold = m_state == State::Skipping && !m_isAside;
-        const Failure failure = FailureHere(
-            Failure::NotWellFormed, m_isAside ? QStringLiteral("The comment or processing instruction "
-                                                               "is cut off.")
-                                              : cutOffText(m_messageForm));
+        const Failure failure =
+            FailureHere(Failure::NotWellFormed, m_isAside ? cutOffAside() : cutOffText(m_messageForm));
         m_state = State::Between;
         m_arrivals.Drop(m_scanned, m_units);
         if (!isTold)

@@ -65,6 +65,7 @@ private:
     Step FindEndOfBinary(RecordedMessage& message);
     Step FindEndOfText(RecordedMessage& message);
     Step BreakOffXml(RecordedMessage& message);
+    Step BreakOff(qint64 size, RecordedMessage& message);
     Step TooLittle();
     Step EndMessage(qint64 size, RecordedMessage& message);
     Step Search();

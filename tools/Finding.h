@@ -69,4 +69,11 @@ private:
     QByteArray m_utf8;
 };
 
+/// Ends all work: results cannot be written.
+class OutputRefusal : public Refusal
+{
+public:
+    using Refusal::Refusal;
+};
+
 } // namespace routermsg

@@ -14,7 +14,14 @@ using namespace ROUTERDOCUMENTS;
 
 MODELKIT::Place InputMessage::placeInInput(MODELKIT::Place place) const
 {
-    if (place.line > 0 && recorded.line > 0)
+    if (place.line > 0 && recorded.line == 0) {
+        // Behind binary forms there are no lines.
+        place.line = 0;
+        place.column = 0;
+        place.offset = recorded.offset;
+        return place;
+    }
+    if (place.line > 0)
         place.line += recorded.line - 1;
     if (place.offset >= 0 && recorded.form != Form::Compressed)
         place.offset += recorded.offset;
@@ -46,8 +53,11 @@ Document InputMessage::read(bool validate) const
     } catch (const DocumentError& error) {
         Finding finding = Finding::of(error, name);
         finding.place = placeInInput(finding.place);
-        if (recorded.number > 1 && finding.place.line == 0 && finding.place.offset < 0)
+        if (recorded.number > 1 && finding.place.line == 0 && finding.place.offset < 0) {
             finding.place.line = recorded.line;
+            if (recorded.line == 0)
+                finding.place.offset = recorded.offset;
+        }
         throw Refusal(finding);
     }
 }
@@ -87,7 +97,7 @@ std::optional<InputMessage> Messages::next()
 
 QByteArray Messages::whole()
 {
-    if (!m_file.isStream())
+    if (!m_file.isStream() && m_path != QLatin1String("-"))
         return readInput(m_path);
     while (m_file.hasAll() && !m_file.read(1 << 16).isEmpty()) {
     }
@@ -114,21 +124,27 @@ void Messages::begin()
     do {
         m_ahead.push_back(read());
     } while (m_ahead.back().error && m_ahead.size() < mostErrors);
-    const bool isWithoutMessage = !m_ahead.back().message && !m_ahead.back().error;
+    m_isWithoutMessage = !m_ahead.back().message && !m_ahead.back().error;
     const bool isBroken = std::any_of(m_ahead.begin(), m_ahead.end(), [](const Step& step) {
         return step.error && step.error->GetKind() == MODELKIT::Failure::InputOutput;
     });
     if (m_ahead.front().message)
         m_file.forget();
-    if (!isWithoutMessage || isBroken || !m_file.hasAll())
+    if (!m_isWithoutMessage || isBroken || !m_file.hasAll())
         return;
     const QByteArray bytes = m_file.beginning();
-    m_ahead.clear();
+    const Form form = m_options.form.value_or(FormOfContent(bytes));
+    const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
-    parse(bytes, m_name, {m_options.form, false});
-    // What can be read as a document is a message.
+    parse(bytes, m_name, {form, false});
     m_isOver = false;
-    m_ahead.push_back({RecordedMessage{1, 0, 1, m_options.form.value_or(FormOfContent(bytes)), bytes}, {}});
+    // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
+    if (form == Form::Binary || form == Form::Compressed) {
+        m_ahead = errors;
+        return;
+    }
+    m_isWithoutMessage = false;
+    m_ahead.push_back({RecordedMessage{1, 0, 1, form, bytes}, {}});
     m_ahead.push_back({});
 }
 
@@ -164,7 +180,7 @@ qint64 Messages::sizeOf(const RecordedMessage& message)
         end = following.message->offset;
     else if (following.error)
         end = message.offset + message.bytes.size();
-    return end - (m_count == 1 ? 0 : message.offset);
+    return end - (m_count == 1 && !m_hasErrors ? 0 : message.offset);
 }
 
 Status forEachMessage(const QString& path, const Messages::Options& options,
@@ -176,6 +192,8 @@ Status forEachMessage(const QString& path, const Messages::Options& options,
     const auto attempt = [&](const auto& step) {
         try {
             return step();
+        } catch (const OutputRefusal&) {
+            throw;
         } catch (const Refusal& refusal) {
             onProblem(refusal.finding());
             worst = std::max(worst, refusal.finding().status);

@@ -66,6 +66,10 @@ public:
     /// call continues behind them.
     std::optional<InputMessage> next();
 
+    /// How many messages were found, in the range and in front of it.
+    qint64 count() const { return m_count; }
+    /// Whether the input holds no message. Known after the first call of next().
+    bool isWithoutMessage() const { return m_isWithoutMessage; }
     /// The whole input, unless the first message was taken from a stream.
     /// \throws Refusal when it cannot be read, or is a stream and too large to keep.
     QByteArray whole();
@@ -95,12 +99,13 @@ private:
     qint64 m_count = 0;
     bool m_hasBegun = false;
     bool m_hasErrors = false;
+    bool m_isWithoutMessage = false;
     bool m_isOver = false;
 };
 
 /// Calls \a onMessage for each message in the range, and \a onProblem for each Refusal: that the input cannot
-/// be opened, that bytes are no message, and those that onMessage throws. \returns the worst status of the
-/// problems.
+/// be opened, that bytes are no message, and those that onMessage throws. An OutputRefusal ends the work.
+/// \returns the worst status of the problems.
 Status forEachMessage(const QString& path, const Messages::Options& options,
                       const std::function<void(const InputMessage&)>& onMessage,
                       const std::function<void(const Finding&)>& onProblem);

@@ -43,7 +43,7 @@ bool isCarriedBy(const QByteArray& bytes, Form form, const MODELKIT::IMKObject& 
     }
 }
 
-Finding lossIn(const Target& target)
+Finding lossIn(const Target& target, qint64 message)
 {
     Finding finding;
     finding.severity = Finding::Warning;
@@ -53,6 +53,8 @@ Finding lossIn(const Target& target)
             "carries everything.")
             .arg(NameOf(target.form));
     finding.place.file = outputName(target.path);
+    if (message > 1)
+        finding.place.file += QLatin1Char('#') + QString::number(message);
     return finding;
 }
 
@@ -61,7 +63,7 @@ bool isText(Form form) { return form != Form::Binary && form != Form::Compressed
 void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
 {
     if (!isText(form))
-        throw Refusal(Finding::ofFile(
+        throw OutputRefusal(Finding::ofFile(
             outputName(QStringLiteral("-")),
             QStringLiteral("The %1 form is not written to a terminal. Name a file or redirect the output.")
                 .arg(NameOf(form))));
@@ -145,7 +147,7 @@ void MessageWriter::add(MODELKIT::IMKObject& record)
     ++m_summary.messages;
     m_summary.isComplete = *m_summary.isComplete && isComplete;
     if (!isComplete)
-        m_session.complain(lossIn(m_target));
+        m_session.complain(lossIn(m_target, m_summary.messages));
 }
 
 void MessageWriter::write(const QByteArray& bytes)
@@ -166,7 +168,7 @@ void MessageWriter::writeToFile(const QByteArray& bytes)
     const Uninterrupted uninterrupted;
     MODELKIT::Failure failure;
     if ((m_summary.messages == 0 && !m_file.Open(m_target.path, failure)) || !m_file.Write(bytes, failure))
-        throw Refusal(Finding::of(failure, m_target.path));
+        throw OutputRefusal(Finding::of(failure, m_target.path));
 }
 
 FileSummary MessageWriter::finish()

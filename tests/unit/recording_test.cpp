@@ -137,6 +137,7 @@ TEST(Recording, GivesWhatTheDocumentsReaderRefuses)
 
 // --- a form that is known ---------------------------------------------------------------------
 
+// The two binary forms are read alike, as of single documents.
 TEST(Recording, OfOneFormTakesNoOther)
 {
     QByteArray content;
@@ -144,7 +145,7 @@ TEST(Recording, OfOneFormTakesNoOther)
         content += inForm(allForms[i - 1], i) + '\n';
     for (unsigned int i = 1; i <= 4; ++i) {
         const Outcome outcome = readAll(content, {allForms[i - 1]});
-        EXPECT_EQ(numbersIn(outcome), Numbers({i}));
+        EXPECT_EQ(numbersIn(outcome), i == 2 || i == 3 ? Numbers({2, 3}) : Numbers({i}));
         EXPECT_EQ(outcome.errors.size(), i == 1 || i == 4 ? 1 : 2) << outcome.lines.join(u'\n').toStdString();
     }
 }

@@ -7,11 +7,19 @@
 #include "Saving.h"
 #include "SharedOptions.h"
 
+#include <QtCore/QFileInfo>
+
 namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
 namespace {
+
+bool isSameFile(const QString& path, const QString& other)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
 
 Status convert(const Arguments& arguments, Session& session)
 {
@@ -36,8 +44,17 @@ Status convert(const Arguments& arguments, Session& session)
         [&](const Finding& finding) { session.complain(finding); });
     if (input.messages == 0)
         return worst;
+    // Nothing is replaced by a part of it.
+    if (worst == Failed || (worst == Found && isSameFile(path, target.path))) {
+        if (target.path != QLatin1String("-"))
+            session.complain(Finding::ofFile(
+                target.path,
+                QStringLiteral("The file is not written, because messages of the input are missing.")));
+        return worst;
+    }
 
-    const FileSummary output = writer.finish();
+    FileSummary output = writer.finish();
+    output.isComplete = *output.isComplete && worst == Fine;
     reportSaving(input.toText() + QStringLiteral(" -> ") + output.toText(),
                  {{QStringLiteral("input"), input.toJson()}, {QStringLiteral("output"), output.toJson()}},
                  target, session);

@@ -10,6 +10,8 @@
 #include "TreeView.h"
 #include "documents/Tree.h"
 
+#include "modelkit/BinaryForm.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -74,7 +76,16 @@ void showHex(const QByteArray& bytes, const QString& name, Session& session)
     throw Refusal(*wrong);
 }
 
-// What does not begin with a message is shown as a whole, as far as it can be decoded.
+// Whether an input is shown as far as it can be decoded: it holds no message, or begins with a damaged binary
+// form.
+bool isShownAsWhole(Messages& messages)
+{
+    if (messages.count() > 0)
+        return false;
+    const QByteArray bytes = messages.isWithoutMessage() ? QByteArray() : messages.whole();
+    return messages.isWithoutMessage() || MODELKIT::IsCompressedForm(bytes) || ClassOfBinary(bytes);
+}
+
 Status showHexOfAll(const QString& path, const Messages::Options& options, Session& session)
 {
     Messages messages(path, options);
@@ -89,7 +100,7 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
             if (message)
                 showHex(message->recorded.bytes, message->name, session);
         } catch (const Refusal& refusal) {
-            if (isFirst) {
+            if (std::exchange(isFirst, false) && isShownAsWhole(messages)) {
                 showHex(messages.whole(), inputName(path), session);
                 return Fine;
             }
