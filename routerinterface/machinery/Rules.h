@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the value of a member must fulfil, and the texts of all exceptions.
+// What the value of a member must fulfil, and the texts of all exceptions about it.
 #pragma once
 
 #include "modelkit/ClosestName.h"
