@@ -58,11 +58,11 @@ struct ByteOrderMark
 };
 
 // The longer ones go first, because they begin as the shorter ones.
-constexpr ByteOrderMark marks[] = {{"\0\0\xFE\xFF", 4, {4, true}},
-                                   {"\xFF\xFE\0\0", 4, {4, false}},
-                                   {"\xFE\xFF", 2, {2, true}},
-                                   {"\xFF\xFE", 2, {2, false}},
-                                   {"\xEF\xBB\xBF", 3, {1, false}}};
+constexpr ByteOrderMark byteOrderMarks[] = {{"\0\0\xFE\xFF", 4, {4, true}},
+                                            {"\xFF\xFE\0\0", 4, {4, false}},
+                                            {"\xFE\xFF", 2, {2, true}},
+                                            {"\xFF\xFE", 2, {2, false}},
+                                            {"\xEF\xBB\xBF", 3, {1, false}}};
 
 struct Pattern
 {
@@ -168,7 +168,7 @@ private:
 
     bool recogniseMarked()
     {
-        for (const ByteOrderMark& mark : marks) {
+        for (const ByteOrderMark& mark : byteOrderMarks) {
             bool isShort = false;
             const bool isThere = begins(m_bytes, m_size, mark.bytes, mark.size, isShort);
             // The bytes may still become this mark.
@@ -309,7 +309,7 @@ std::array<bool, 256> firstBytes()
     for (const RecordInfo* info : RecordInfo::All())
         allow(info->GetFrameId() >> 24);
     allow(static_cast<quint32>(FormHeader::compressedMarker) >> 24);
-    for (const ByteOrderMark& mark : marks)
+    for (const ByteOrderMark& mark : byteOrderMarks)
         allow(static_cast<unsigned char>(mark.bytes[0]));
     for (const char byte : {'\0', '<', '{'})
         allow(static_cast<unsigned char>(byte));
