@@ -47,3 +47,8 @@ const bool isWatched = [] {
 }();
 
 } // namespace
+
+QString testing_support::projectPath(const char* path)
+{
+    return QStringLiteral(PROJECT_FOLDER "/") + QString::fromUtf8(path);
+}

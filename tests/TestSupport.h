@@ -60,6 +60,9 @@ using AllRecords = ::testing::Types<PAYLOAD_RECORDS(RECORD_TYPE) Fragment, PelLu
                                     PelLu300RouterInterfaceXml>;
 #undef RECORD_TYPE
 
+// Where a file or folder of the project is, given its path from the project's top folder.
+QString projectPath(const char* path);
+
 // The records that the tests have content of, with its written forms.
 using RecordsWithSamples = ::testing::Types<OstraInterfacePort, RouterVtServerPort, PelVtConnectServer,
                                             MastershipState, AcquireMastership, ReleaseMastership, DF_Params,

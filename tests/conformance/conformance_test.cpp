@@ -282,7 +282,7 @@ std::string identifier(const QString& name)
 
 std::vector<Case> loadCases()
 {
-    const QDir directory(text(TEST_SOURCE_DIRECTORY "/conformance"));
+    const QDir directory(projectPath("tests/conformance"));
     std::vector<Case> all;
     std::set<std::string> names;
     for (const QString& fileName : directory.entryList({text("*.json")}, QDir::Files, QDir::Name)) {

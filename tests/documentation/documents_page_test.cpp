@@ -22,6 +22,8 @@ using namespace ROUTERDOCUMENTS;
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 
+using namespace testing_support;
+
 namespace {
 
 using testing_support::Said;
@@ -42,7 +44,7 @@ protected:
     // Expects that the page shows the output of a sample, indented as code.
     static void expectOnPage(const QString& text = Said::texts().join(QLatin1Char('\n')))
     {
-        QFile page(QStringLiteral(TEST_SOURCE_DIRECTORY "/../docs/documents.md"));
+        QFile page(projectPath("docs/documents.md"));
         ASSERT_TRUE(page.open(QIODevice::ReadOnly));
         QString indented;
         for (const QString& line : text.trimmed().split(QLatin1Char('\n')))

@@ -21,7 +21,7 @@ struct Page
 {
     explicit Page(const char* name) : path(QStringLiteral("docs/") + QLatin1String(name))
     {
-        QFile file(QStringLiteral(TEST_SOURCE_DIRECTORY "/../") + path);
+        QFile file(projectPath(path.toUtf8().constData()));
         if (file.open(QIODevice::ReadOnly))
             text = QString::fromUtf8(file.readAll());
     }

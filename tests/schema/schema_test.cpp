@@ -21,8 +21,6 @@ using namespace testing_support;
 
 namespace {
 
-const QString sources = QStringLiteral(TEST_SOURCE_DIRECTORY "/..");
-
 // Examples that show what reading tolerates but the schema does not.
 constexpr const char* lenient[] = {"reply-from-a-newer-router.xml", "reply-release-mastership.xml",
                                    "request-annotated-by-hand.xml"};
@@ -35,7 +33,7 @@ QMap<QString, QString> complaints(const Documents& documents)
 {
     const QTemporaryDir folder;
     QStringList arguments{QStringLiteral("--noout"), QStringLiteral("--nonet"), QStringLiteral("--schema"),
-                          sources + QStringLiteral("/schema/router.xsd")};
+                          projectPath("schema/router.xsd")};
     QMap<QString, QString> fileNames;
     for (auto i = documents.cbegin(); i != documents.cend(); ++i) {
         const QString path =
@@ -82,7 +80,7 @@ void expectValid(const Documents& documents)
 Documents examples()
 {
     Documents documents;
-    const QDir folder(sources + QStringLiteral("/examples/documents"));
+    const QDir folder(projectPath("examples/documents"));
     for (const QString& name : folder.entryList({QStringLiteral("*.xml")})) {
         QFile file(folder.filePath(name));
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
@@ -181,7 +179,7 @@ TEST(Schema, takesTheExamplesAsTheyAreWrittenAgain)
 TEST(Schema, takesWhatConformingRecordsWrite)
 {
     Documents documents;
-    const QDir folder(QStringLiteral(TEST_SOURCE_DIRECTORY "/conformance"));
+    const QDir folder(projectPath("tests/conformance"));
     for (const QString& name : folder.entryList({QStringLiteral("*.json")})) {
         QFile file(folder.filePath(name));
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));

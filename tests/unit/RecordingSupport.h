@@ -136,7 +136,7 @@ inline QVector<unsigned int> numbersIn(const Outcome& outcome)
 inline QVector<QByteArray> examples()
 {
     QVector<QByteArray> documents;
-    const QDir folder(QStringLiteral(TEST_SOURCE_DIRECTORY "/../examples/documents"));
+    const QDir folder(projectPath("examples/documents"));
     for (const QString& name : folder.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name)) {
         QFile file(folder.filePath(name));
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
