@@ -2,6 +2,8 @@
 #include "documents/Difference.h"
 
 #include "documents/Alignment.h"
+#include "documents/Moves.h"
+#include "documents/Text.h"
 #include "documents/Values.h"
 
 #include "routerinterface/RecordInfo.h"
@@ -31,6 +33,8 @@ QString NameOf(Difference::Kind kind)
         return QStringLiteral("removed");
     case Difference::Added:
         return QStringLiteral("added");
+    case Difference::Moved:
+        return QStringLiteral("moved");
     }
     return QString();
 }
@@ -217,15 +221,21 @@ private:
         const Items inFirst = itemsThatCount(first, member);
         const Items inSecond = itemsThatCount(second, member);
         QHash<QByteArray, int> known;
-        const auto same = m_aligner.align(fingerprints(inFirst, known), fingerprints(inSecond, known));
+        const QVector<int> firstPrints = fingerprints(inFirst, known);
+        const QVector<int> secondPrints = fingerprints(inSecond, known);
+        auto same = m_aligner.align(firstPrints, secondPrints);
+        const Moves moves(firstPrints, secondPrints, same);
+        // What follows the last pair is a gap, too.
+        same += {inFirst.count(), inSecond.count()};
         int i = 0;
         int j = 0;
         for (const auto& pair : same) {
-            compareGap(inFirst, i, pair.first, inSecond, j, pair.second);
+            reportMoves(inFirst, i, pair.first, inSecond, moves);
+            compareGap(inFirst, moves.othersInFirst(i, pair.first), inSecond,
+                       moves.othersInSecond(j, pair.second));
             i = pair.first + 1;
             j = pair.second + 1;
         }
-        compareGap(inFirst, i, inFirst.count(), inSecond, j, inSecond.count());
     }
 
     Items itemsThatCount(const IMKObject& record, const MemberInfo& member)
@@ -255,28 +265,29 @@ private:
     }
 
     // Compares the items between two pairs of equal items.
-    void compareGap(const Items& inFirst, int i, int firstEnd, const Items& inSecond, int j, int secondEnd)
+    void compareGap(const Items& inFirst, const QVector<int>& gapInFirst, const Items& inSecond,
+                    const QVector<int>& gapInSecond)
     {
         const auto pairs =
-            m_aligner.align(carriedMembers(inFirst, i, firstEnd), carriedMembers(inSecond, j, secondEnd));
-        const int firstBegin = i;
-        const int secondBegin = j;
+            m_aligner.align(carriedMembers(inFirst, gapInFirst), carriedMembers(inSecond, gapInSecond));
+        int i = 0;
+        int j = 0;
         for (const auto& pair : pairs) {
-            reportMissing(inFirst, i, firstBegin + pair.first, Difference::Removed);
-            reportMissing(inSecond, j, secondBegin + pair.second, Difference::Added);
-            i = firstBegin + pair.first;
-            j = secondBegin + pair.second;
-            compareItems(inFirst, i++, inSecond, j++);
+            reportMissing(inFirst, gapInFirst, i, pair.first, Difference::Removed);
+            reportMissing(inSecond, gapInSecond, j, pair.second, Difference::Added);
+            compareItems(inFirst, gapInFirst.at(pair.first), inSecond, gapInSecond.at(pair.second));
+            i = pair.first + 1;
+            j = pair.second + 1;
         }
-        reportMissing(inFirst, i, firstEnd, Difference::Removed);
-        reportMissing(inSecond, j, secondEnd, Difference::Added);
+        reportMissing(inFirst, gapInFirst, i, static_cast<int>(gapInFirst.size()), Difference::Removed);
+        reportMissing(inSecond, gapInSecond, j, static_cast<int>(gapInSecond.size()), Difference::Added);
     }
 
-    static QVector<int> carriedMembers(const Items& items, int begin, int end)
+    static QVector<int> carriedMembers(const Items& items, const QVector<int>& indices)
     {
         QVector<int> members;
-        for (int i = begin; i < end; ++i)
-            members += carriedMember(items.at(i));
+        for (const int index : indices)
+            members += carriedMember(items.at(index));
         return members;
     }
 
@@ -286,16 +297,31 @@ private:
         compare(inFirst.at(i), inSecond.at(j));
     }
 
-    void reportMissing(const Items& items, int begin, int end, Difference::Kind kind)
+    void reportMoves(const Items& inFirst, int begin, int end, const Items& inSecond, const Moves& moves)
+    {
+        for (int i = begin; i < end; ++i) {
+            if (!moves.isMoved(i))
+                continue;
+            m_path.SetNumbers(inFirst.number(i), inSecond.number(moves.target(i)));
+            Difference difference;
+            difference.kind = Difference::Moved;
+            const IMKObject& item = inSecond.at(moves.target(i));
+            difference.first = SummaryText(inFirst.at(i));
+            difference.second = SummaryText(item);
+            difference.firstValue = SummaryJson(inFirst.at(i));
+            difference.secondValue = SummaryJson(item);
+            report(difference);
+        }
+    }
+
+    // Reports the items of a gap from begin to end.
+    void reportMissing(const Items& items, const QVector<int>& gap, int begin, int end, Difference::Kind kind)
     {
         const bool isInFirst = kind == Difference::Removed;
         for (int i = begin; i < end; ++i) {
-            const int number = items.number(i);
+            const int number = items.number(gap.at(i));
             m_path.SetNumbers(isInFirst ? number : 0, isInFirst ? 0 : number);
-            Difference difference;
-            difference.kind = kind;
-            (isInFirst ? difference.first : difference.second) = SummaryText(items.at(i));
-            (isInFirst ? difference.firstValue : difference.secondValue) = SummaryJson(items.at(i));
+            Difference difference = MissingRecord(items.at(gap.at(i)), kind);
             report(difference);
         }
     }
@@ -305,9 +331,21 @@ private:
         Difference difference;
         difference.first = MemberText(first, member);
         difference.second = MemberText(second, member);
+        if (member.GetKind() == MemberInfo::Text && member.IsSet(first) && member.IsSet(second))
+            setChangedTexts(member.GetValue(first).toString(), member.GetValue(second).toString(),
+                            difference);
         difference.firstValue = MemberJson(first, member);
         difference.secondValue = MemberJson(second, member);
         report(difference);
+    }
+
+    static void setChangedTexts(const QString& first, const QString& second, Difference& difference)
+    {
+        if (first.isNull() || second.isNull())
+            return;
+        const auto quoted = QuotedWhereDifferent(first, second);
+        difference.first = quoted.first;
+        difference.second = quoted.second;
     }
 
     void report(Difference& difference)
@@ -323,6 +361,17 @@ private:
 };
 
 } // namespace
+
+Difference MissingRecord(const IMKObject& record, Difference::Kind kind)
+{
+    Difference difference;
+    difference.kind = kind;
+    difference.path.Enter({RecordInfo::Of(record).GetName(), 0, 0});
+    const bool isInFirst = kind == Difference::Removed;
+    (isInFirst ? difference.first : difference.second) = SummaryText(record);
+    (isInFirst ? difference.firstValue : difference.secondValue) = SummaryJson(record);
+    return difference;
+}
 
 void CompareRecords(const IMKObject& first, const IMKObject& second, const IgnoredMembers& ignored,
                     const std::function<void(const Difference&)>& visit)

@@ -3,6 +3,7 @@
 
 #include <QtCore/QLocale>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -83,6 +84,64 @@ QString escapedAsInXml(QStringView units)
     return QStringLiteral("&#x%1;").arg(character, 0, 16);
 }
 
+// What differs between two texts.
+class DifferentPart
+{
+public:
+    DifferentPart(const QString& first, const QString& second)
+        : m_isWhole(std::max(first.size(), second.size()) <= longest)
+    {
+        const auto shorter = std::min(first.size(), second.size());
+        while (m_before < shorter && first.at(m_before) == second.at(m_before))
+            ++m_before;
+        while (m_behind < shorter - m_before
+               && first.at(first.size() - 1 - m_behind) == second.at(second.size() - 1 - m_behind))
+            ++m_behind;
+    }
+
+    // One of the texts.
+    QString quoted(const QString& text) const
+    {
+        if (m_isWhole)
+            return Quoted(text);
+        const Size begin = boundary(text, std::max<Size>(m_before - around, 0));
+        const Size end = boundary(text, std::min(text.size() - m_behind + around, text.size()));
+        if (end - begin <= longest)
+            return shown(text, begin, end);
+        // The beginning and the end of a long part tell more than its middle.
+        const Size half = longest / 2;
+        return shown(text, begin, boundary(text, begin + half))
+               + shown(text, boundary(text, end - half), end).mid(dots().size());
+    }
+
+private:
+    using Size = QString::size_type;
+
+    // In characters.
+    static constexpr Size longest = 80;
+    static constexpr Size around = 20;
+
+    static QString dots() { return QStringLiteral("..."); }
+
+    // Not between the two units of a character.
+    static Size boundary(const QString& text, Size index)
+    {
+        const bool isInside = index > 0 && index < text.size() && text.at(index).isLowSurrogate()
+                              && text.at(index - 1).isHighSurrogate();
+        return isInside ? index - 1 : index;
+    }
+
+    static QString shown(const QString& text, Size begin, Size end)
+    {
+        return (begin > 0 ? dots() : QString()) + Quoted(text.mid(begin, end - begin))
+               + (end < text.size() ? dots() : QString());
+    }
+
+    bool m_isWhole;
+    Size m_before = 0;
+    Size m_behind = 0;
+};
+
 } // namespace
 
 QString Printable(const QString& text) { return escaped(text, escapedAsInJson, false); }
@@ -92,6 +151,12 @@ QString Quoted(const QString& text)
     QString inside = text;
     inside.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('"'), QLatin1String("\\\""));
     return QLatin1Char('"') + Printable(inside) + QLatin1Char('"');
+}
+
+QPair<QString, QString> QuotedWhereDifferent(const QString& first, const QString& second)
+{
+    const DifferentPart part(first, second);
+    return {part.quoted(first), part.quoted(second)};
 }
 
 QString Abbreviated(const QString& text)

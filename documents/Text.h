@@ -5,6 +5,7 @@
 
 #include "documents/Export.h"
 
+#include <QtCore/QPair>
 #include <QtCore/QString>
 
 namespace ROUTERDOCUMENTS {
@@ -18,6 +19,10 @@ ROUTERDOCUMENTS_EXPORT QString Printable(const QString& text);
 /// The printable text in double quotes, with quotes and backslashes in it escaped: a JSON string.
 ROUTERDOCUMENTS_EXPORT QString Quoted(const QString& text);
 
+/// Both texts in quotes. When they are long, only what differs is left, with a few characters around it; dots
+/// outside the quotes stand for the rest.
+ROUTERDOCUMENTS_EXPORT QPair<QString, QString> QuotedWhereDifferent(const QString& first,
+                                                                    const QString& second);
 /// The text, truncated when it is too long for a message.
 ROUTERDOCUMENTS_EXPORT QString Abbreviated(const QString& text);
 

@@ -2,6 +2,7 @@
 #include "Messages.h"
 
 #include "InputFiles.h"
+#include "Progress.h"
 #include "documents/DocumentError.h"
 
 #include <algorithm>
@@ -150,12 +151,17 @@ void Messages::begin()
 
 Messages::Step Messages::read()
 {
+    Step step;
     try {
         RecordedMessage message;
-        return m_reader.ReadNext(message) ? Step{std::move(message), {}} : Step{};
+        if (m_reader.ReadNext(message))
+            step.message = std::move(message);
     } catch (const DocumentError& error) {
-        return {{}, error};
+        step.error = error;
     }
+    if (m_options.progress)
+        m_options.progress->reached(m_file.count());
+    return step;
 }
 
 Messages::Step Messages::take()

@@ -18,6 +18,8 @@
 
 namespace routermsg {
 
+class Progress;
+
 /// The messages of a recording on which a command works, by number.
 struct MessageRange
 {
@@ -54,6 +56,8 @@ public:
         MessageRange range = {};
         /// The form of all messages; otherwise the content of each determines it.
         std::optional<ROUTERDOCUMENTS::Form> form = std::nullopt;
+        /// Is told how much has been read.
+        Progress* progress = nullptr;
     };
 
     /// \param path a file, or "-" for standard input

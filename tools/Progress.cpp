@@ -4,12 +4,14 @@
 #include "Session.h"
 #include "documents/Text.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QString>
 
 #include <csignal>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -24,7 +26,9 @@ using namespace ROUTERDOCUMENTS;
 class ProgressBar
 {
 public:
-    ProgressBar(int descriptor, int total) : m_descriptor(descriptor), m_total(total), m_thread(startThread())
+    // The total is negative if it is not known.
+    ProgressBar(int descriptor, qint64 total)
+        : m_descriptor(descriptor), m_total(total), m_thread(startThread())
     {}
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
@@ -43,9 +47,11 @@ public:
     void next(const QString& name)
     {
         const std::lock_guard lock(m_mutex);
-        ++m_step;
+        m_finished += m_current.exchange(0);
         m_name = name;
     }
+
+    void reached(qint64 bytes) { m_current = bytes; }
 
     void whileHidden(const std::function<void()>& action)
     {
@@ -81,19 +87,29 @@ private:
 
     void draw()
     {
-        constexpr int width = 20;
-        const int done = std::max(m_step - 1, 0);
-        const int filled = m_total > 0 ? static_cast<int>(qint64(width) * done / m_total) : 0;
+        const qint64 done = m_finished + m_current;
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - m_begin).count();
-        const QString text = QStringLiteral("[%1] %2/%3 %4 s  %5")
-                                 .arg(QString(filled, QLatin1Char('=')).leftJustified(width))
-                                 .arg(done)
-                                 .arg(m_total)
-                                 .arg(seconds)
-                                 .arg(Printable(m_name));
+        const QString text =
+            QStringLiteral("%1 %2 s  %3")
+                .arg(m_total < 0 ? megabytes(done) : bar(done), QString::number(seconds), Printable(m_name));
         // Line wrapping is off meanwhile, so that the terminal cuts off a text that is too long.
         writeAll(m_descriptor, "\r\033[K\033[?7l" + text.toUtf8() + "\033[?7h");
         m_isVisible = true;
+    }
+
+    QString bar(qint64 done) const
+    {
+        constexpr int width = 20;
+        // A file may have grown.
+        const qint64 total = std::max({m_total, done, qint64(1)});
+        const auto filled = static_cast<int>(static_cast<double>(done) / static_cast<double>(total) * width);
+        return QStringLiteral("[%1] %2 of %3")
+            .arg(QString(filled, QLatin1Char('=')).leftJustified(width), megabytes(done), megabytes(total));
+    }
+
+    static QString megabytes(qint64 bytes)
+    {
+        return QStringLiteral("%1 MB").arg(static_cast<double>(bytes) / 1e6, 0, 'f', 1);
     }
 
     void wipe()
@@ -104,24 +120,45 @@ private:
     }
 
     const int m_descriptor;
-    const int m_total;
+    const qint64 m_total;
     const Clock::time_point m_begin = Clock::now();
     std::mutex m_mutex;
     std::condition_variable m_wake;
-    int m_step = 0;
+    // In bytes: of the inputs before the current one, and of that one.
+    qint64 m_finished = 0;
+    std::atomic<qint64> m_current = 0;
     QString m_name;
     bool m_isVisible = false;
     bool m_isOver = false;
     std::thread m_thread;
 };
 
-Progress::Progress(Session& session, int total) : m_session(session)
+namespace {
+
+// Negative if one of the inputs is no file.
+qint64 sizeOf(const QStringList& inputs)
+{
+    qint64 size = 0;
+    for (const QString& path : inputs) {
+        const QFileInfo file(path);
+        if (!file.isFile())
+            return -1;
+        size += file.size();
+    }
+    return size;
+}
+
+} // namespace
+
+Progress::Progress(Session& session, const QStringList& inputs) : m_session(session)
 {
     if (session.isQuiet() || !session.err().isTerminal())
         return;
-    m_bar = std::make_unique<ProgressBar>(STDERR_FILENO, total);
+    m_bar = std::make_unique<ProgressBar>(STDERR_FILENO, sizeOf(inputs));
     const auto aside = [this](const Output::Action& action) { m_bar->whileHidden(action); };
-    session.out().setAside(aside);
+    // Other output needs no room on the terminal, and may have to wait for its reader.
+    if (session.out().isTerminal())
+        session.out().setAside(aside);
     session.err().setAside(aside);
 }
 
@@ -135,6 +172,12 @@ void Progress::next(const QString& name)
 {
     if (m_bar)
         m_bar->next(name);
+}
+
+void Progress::reached(qint64 bytes)
+{
+    if (m_bar)
+        m_bar->reached(bytes);
 }
 
 } // namespace routermsg

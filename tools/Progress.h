@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <memory>
 
@@ -16,25 +17,28 @@ class Session;
 /// Output that is written meanwhile does not mix with it.
 ///
 /// \code
-/// Progress progress(session, files.size());
+/// Progress progress(session, files);
 /// for (const QString& file : files) {
-///     progress.next(file);
-///     ...
+///     progress.next(inputName(file));
+///     forEachMessage(file, {messages, form, &progress}, ...);
 /// }
 /// \endcode
 class Progress
 {
 public:
-    /// \param total the number of steps
-    Progress(Session& session, int total);
+    /// \param inputs all that is going to be read. When all are files, their size tells how much work is
+    /// left.
+    Progress(Session& session, const QStringList& inputs);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     /// Removes the display.
     ~Progress();
 
-    /// Begins a step.
-    /// \param name what it works on
+    /// Begins to read the next input.
+    /// \param name what is shown
     void next(const QString& name);
+    /// So many bytes of the input have been read.
+    void reached(qint64 bytes);
 
 private:
     Session& m_session;

@@ -9,6 +9,7 @@
 #include "documents/JsonForm.h"
 #include "documents/LargeJson.h"
 #include "documents/Statistics.h"
+#include "documents/Text.h"
 #include "documents/Tree.h"
 #include "documents/Values.h"
 
@@ -232,6 +233,47 @@ TEST(Documents, HaveTheirItemsAligned)
     EXPECT_EQ(differences(message(one + ',' + two), message(inserted + ',' + one + ',' + changed)),
               (QStringList{QStringLiteral("Fragment[1]:  -> {OstraInterfacePort: {Port: 7}}"),
                            QStringLiteral("Fragment[2->3]/DF_Params/Frequency: 2 -> 3")}));
+}
+
+TEST(Documents, HaveItemsThatMove)
+{
+    const QByteArray one = R"({"DF_Params": {"Frequency": 1}})";
+    const QByteArray two = R"({"DF_Params": {"Frequency": 2}})";
+    const QByteArray port = R"({"OstraInterfacePort": {"Port": 7}})";
+    const auto moved =
+        differences(message(port + ',' + one + ',' + two), message(one + ',' + two + ',' + port));
+    const QString content = QStringLiteral("{OstraInterfacePort: {Port: 7}}");
+    EXPECT_EQ(moved, QStringList(QStringLiteral("Fragment[1->3]: %1 -> %1").arg(content)));
+    // A second one has no place to move to.
+    EXPECT_EQ(differences(message(port + ',' + port + ',' + one + ',' + two),
+                          message(one + ',' + two + ',' + port)),
+              (QStringList{QStringLiteral("Fragment[1->3]: %1 -> %1").arg(content),
+                           QStringLiteral("Fragment[2]: %1 -> ").arg(content)}));
+}
+
+TEST(Documents, HaveLongTextsShortenedToWhatDiffers)
+{
+    const auto shown = [](const QString& first, const QString& second) {
+        const auto texts = QuotedWhereDifferent(first, second);
+        return texts.first + QStringLiteral(" | ") + texts.second;
+    };
+    const QString many(80, QLatin1Char('m'));
+    EXPECT_EQ(shown(many, many + QLatin1Char('x')),
+              QStringLiteral("...\"%1\" | ...\"%1x\"").arg(many.left(20)));
+    EXPECT_EQ(shown(many, QLatin1Char('x') + many.mid(1)),
+              QStringLiteral("\"%1\" | \"x%2\"").arg(many, many.mid(1)));
+    EXPECT_EQ(shown(many + many, many + QLatin1Char('x') + many),
+              QStringLiteral("...\"%1%1\"... | ...\"%1x%1\"...").arg(many.left(20)));
+    EXPECT_EQ(shown(many + QLatin1Char('a') + many, many + QLatin1Char('b') + many),
+              QStringLiteral("...\"%1a%1\"... | ...\"%1b%1\"...").arg(many.left(20)));
+    EXPECT_EQ(shown(QString(), QString()), QStringLiteral("\"\" | \"\""));
+    // What differs is long itself.
+    const QString other(100, QLatin1Char('o'));
+    EXPECT_EQ(shown(many, other), QStringLiteral("\"%1\" | \"%2\"...\"%2\"").arg(many, other.left(40)));
+    // Both units of a character stay together: here the first 20 characters end between them.
+    const QString radio = QString::fromUtf8("\xF0\x9F\x93\xBB");
+    EXPECT_EQ(shown(radio.repeated(50), radio.repeated(10) + QLatin1Char('-') + radio.repeated(40)),
+              QStringLiteral("\"%1%2\"... | \"%1-%2\"...").arg(radio.repeated(10), radio.repeated(10)));
 }
 
 TEST(Documents, HaveDifferencesAsJson)

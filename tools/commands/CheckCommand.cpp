@@ -267,7 +267,7 @@ Status check(const Arguments& arguments, Session& session)
     const QStringList files = inputsOf(arguments);
     const bool strict = arguments.isGiven("--strict");
     const auto report = makeReport(session);
-    Progress progress(session, static_cast<int>(files.size()));
+    Progress progress(session, files);
     Status worst = Fine;
     for (const QString& file : files) {
         progress.next(inputName(file));
@@ -277,7 +277,7 @@ Status check(const Arguments& arguments, Session& session)
             session.out().flush();
         };
         forEachMessage(
-            file, {messagesOf(arguments)},
+            file, {messagesOf(arguments), std::nullopt, &progress},
             [&](const InputMessage& message) { add(examine(message, strict)); },
             [&](const Finding& finding) {
                 add({inputName(file), {finding}});

@@ -26,13 +26,13 @@ Status convert(const Arguments& arguments, Session& session)
     const QString path = arguments.text("IN");
     const Target target(arguments.text("OUT"), formOf(arguments, "--to"));
     const bool isValidated = !arguments.isGiven("--invalid");
-    Progress progress(session, 1);
+    Progress progress(session, {path});
     progress.next(inputName(path));
 
     MessageWriter writer(target, session);
     FileSummary input{inputName(path), Form::Xml, 0, std::nullopt, 0};
     const Status worst = forEachMessage(
-        path, {messagesOf(arguments), formOf(arguments, "--from")},
+        path, {messagesOf(arguments), formOf(arguments, "--from"), &progress},
         [&](const InputMessage& message) {
             const Document document = message.read(isValidated);
             writer.add(*document.record);

@@ -1,99 +1,23 @@
 // SPDX-License-Identifier: MIT
-// The command `diff`: where two documents differ.
+// The command `diff`: where two documents, recordings or folders differ.
 
 #include "Commands.h"
+#include "DiffReport.h"
+#include "FilePairs.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
 #include "UsageError.h"
 #include "documents/Difference.h"
-#include "documents/LargeJson.h"
 
-#include <QtCore/QJsonObject>
-
-#include <utility>
+#include <memory>
+#include <optional>
 
 namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
 namespace {
-
-// --- results --------------------------------------------------------------------------------
-
-class Report
-{
-public:
-    virtual ~Report() = default;
-    virtual void add(const Difference& difference) = 0;
-    virtual void end(qint64 count) = 0;
-};
-
-class TextReport : public Report
-{
-public:
-    explicit TextReport(Session& session) : m_out(session.out()), m_isQuiet(session.isQuiet()) {}
-
-    void add(const Difference& difference) override
-    {
-        const QString path = difference.path.ToText() + QStringLiteral(": ");
-        switch (difference.kind) {
-        case Difference::Changed:
-            m_out.writeLine(m_out.paint(Style::Place, path) + m_out.paint(Style::Removed, difference.first)
-                            + QStringLiteral(" -> ") + m_out.paint(Style::Added, difference.second));
-            break;
-        case Difference::Removed:
-            m_out.writeLine(m_out.paint(Style::Removed, QStringLiteral("- ") + path + difference.first));
-            break;
-        case Difference::Added:
-            m_out.writeLine(m_out.paint(Style::Added, QStringLiteral("+ ") + path + difference.second));
-            break;
-        }
-    }
-
-    void end(qint64 count) override
-    {
-        if (m_isQuiet)
-            return;
-        if (count == 0)
-            m_out.writeLine(m_out.paint(Style::Good, QStringLiteral("No differences")));
-        else
-            m_out.writeLine(count == 1 ? QStringLiteral("1 difference")
-                                       : QStringLiteral("%1 differences").arg(count));
-    }
-
-private:
-    Output& m_out;
-    bool m_isQuiet;
-};
-
-class JsonReport : public Report
-{
-public:
-    explicit JsonReport(Output& out) : m_json(out.writer())
-    {
-        m_json.BeginList(QStringLiteral("differences"));
-    }
-
-    void add(const Difference& difference) override { m_json.AddItem(DifferenceJson(difference)); }
-
-    void end(qint64 count) override
-    {
-        m_json.EndList();
-        m_json.Add(QStringLiteral("count"), count);
-        m_json.End();
-    }
-
-private:
-    LargeJson m_json;
-};
-
-std::unique_ptr<Report> makeReport(Session& session)
-{
-    if (session.format() == Format::Json)
-        return std::make_unique<JsonReport>(session.out());
-    return std::make_unique<TextReport>(session);
-}
 
 void requireDifferentInputs(const QString& first, const QString& second)
 {
@@ -111,42 +35,140 @@ IgnoredMembers ignoredMembers(const QStringList& paths)
     }
 }
 
-// The only message in the range.
-Document loadOne(const QString& path, const MessageRange& range)
+class Comparison
 {
-    Messages messages(path, {range});
-    const auto message = messages.next();
-    Document document = message->read(false);
-    if (const auto other = messages.next())
-        throw Refusal(Finding::ofFile(
-            other->name, QStringLiteral("The input holds several messages. Choose one with --message N.")));
-    return document;
-}
+public:
+    Comparison(const Arguments& arguments, Session& session)
+        : m_ignored(ignoredMembers(arguments.texts("--ignore"))), m_range(messagesOf(arguments)),
+          m_session(session), m_report(makeDiffReport(session))
+    {}
 
-std::pair<Document, Document> loadBoth(const QString& first, const QString& second, const MessageRange& range,
-                                       Session& session)
-{
-    Progress progress(session, 2);
-    progress.next(inputName(first));
-    Document loaded = loadOne(first, range);
-    progress.next(inputName(second));
-    return {std::move(loaded), loadOne(second, range)};
-}
+    // Compares the messages of two files in pairs, by their numbers.
+    void compareFiles(const FilePair& pair, Progress& progress)
+    {
+        const auto first = open(pair.first, &progress);
+        const auto second = first ? open(pair.second, nullptr) : nullptr;
+        if (!second)
+            return;
+        const qint64 failuresBefore = m_failures;
+        while (true) {
+            const auto inFirst = nextOf(*first);
+            const auto inSecond = nextOf(*second);
+            if (!inFirst && !inSecond)
+                return;
+            // Behind something that could not be read, a message may have lost its counterpart there.
+            if ((!inFirst || !inSecond) && m_failures > failuresBefore) {
+                ++m_failures;
+                continue;
+            }
+            compareMessages({pair.name, (inFirst ? inFirst : inSecond)->recorded.number}, inFirst, inSecond);
+        }
+    }
+
+    void addFile(const QString& name, Difference::Kind kind, const QString& folder)
+    {
+        ++m_differences;
+        m_report->addFile(name, kind, folder);
+    }
+
+    Status end()
+    {
+        m_report->end(m_differences, m_failures);
+        if (m_failures > 0)
+            return Failed;
+        return m_differences > 0 ? Found : Fine;
+    }
+
+private:
+    // False, with a complaint, if the step refuses something.
+    template <class Step>
+    bool attempt(const Step& step)
+    {
+        try {
+            step();
+            return true;
+        } catch (const OutputRefusal&) {
+            throw;
+        } catch (const Refusal& refusal) {
+            m_session.complain(refusal.finding());
+            ++m_failures;
+            return false;
+        }
+    }
+
+    std::unique_ptr<Messages> open(const QString& path, Progress* progress)
+    {
+        std::unique_ptr<Messages> messages;
+        attempt([&] {
+            messages = std::make_unique<Messages>(path, Messages::Options{m_range, std::nullopt, progress});
+        });
+        return messages;
+    }
+
+    // None at the end. What is no message is left out.
+    std::optional<InputMessage> nextOf(Messages& messages)
+    {
+        std::optional<InputMessage> message;
+        while (!attempt([&] { message = messages.next(); })) {
+        }
+        return message;
+    }
+
+    void compareMessages(const ComparedMessages& which, const std::optional<InputMessage>& inFirst,
+                         const std::optional<InputMessage>& inSecond)
+    {
+        attempt([&] {
+            const Document first = inFirst ? inFirst->read(false) : Document();
+            const Document second = inSecond ? inSecond->read(false) : Document();
+            if (first.record && second.record)
+                CompareRecords(*first.record, *second.record, m_ignored,
+                               [&](const Difference& difference) { add(which, difference); });
+            else
+                add(which, first.record ? MissingRecord(*first.record, Difference::Removed)
+                                        : MissingRecord(*second.record, Difference::Added));
+        });
+    }
+
+    void add(const ComparedMessages& which, const Difference& difference)
+    {
+        ++m_differences;
+        m_report->add(which, difference);
+    }
+
+    const IgnoredMembers m_ignored;
+    const MessageRange m_range;
+    Session& m_session;
+    const std::unique_ptr<DiffReport> m_report;
+    qint64 m_differences = 0;
+    // Files and messages that could not be read.
+    qint64 m_failures = 0;
+};
 
 Status diff(const Arguments& arguments, Session& session)
 {
-    requireDifferentInputs(arguments.text("A"), arguments.text("B"));
-    const IgnoredMembers ignored = ignoredMembers(arguments.texts("--ignore"));
-    const auto [first, second] =
-        loadBoth(arguments.text("A"), arguments.text("B"), messagesOf(arguments), session);
-    const auto report = makeReport(session);
-    qint64 count = 0;
-    CompareRecords(*first.record, *second.record, ignored, [&](const Difference& difference) {
-        ++count;
-        report->add(difference);
-    });
-    report->end(count);
-    return count == 0 ? Fine : Found;
+    const QString first = arguments.text("A");
+    const QString second = arguments.text("B");
+    requireDifferentInputs(first, second);
+    Comparison comparison(arguments, session);
+    const QVector<FilePair> pairs = pairsOf(first, second);
+    QStringList inputs;
+    for (const FilePair& pair : pairs)
+        if (pair.isComplete())
+            inputs += pair.first;
+    {
+        // What is left in the first file tells how long it takes.
+        Progress progress(session, inputs);
+        for (const FilePair& pair : pairs) {
+            progress.next(inputName(pair.isComplete() ? pair.first : pair.name));
+            if (pair.isComplete())
+                comparison.compareFiles(pair, progress);
+            else if (pair.second.isEmpty())
+                comparison.addFile(pair.name, Difference::Removed, first);
+            else
+                comparison.addFile(pair.name, Difference::Added, second);
+        }
+    }
+    return comparison.end();
 }
 
 } // namespace
@@ -155,9 +177,11 @@ Command diffCommand()
 {
     CommandTable table;
     table.name = "diff";
-    table.summary = "Show where two documents differ, whatever their forms.";
-    table.arguments = {required(argument("A", fileValue(), "The first document, or - for standard input.")),
-                       required(argument("B", fileValue(), "The second document, or - for standard input."))};
+    table.summary = "Show where two documents, recordings or folders differ, whatever their forms.";
+    table.arguments = {
+        required(
+            argument("A", fileValue(), "The first document, recording or folder, or - for standard input.")),
+        required(argument("B", fileValue(), "The second one, or - for standard input."))};
     table.options = {
         messageOption(),
         repeatable(option({"--ignore"}, "PATH",
@@ -165,6 +189,7 @@ Command diffCommand()
                           "Fragment[2]; can be given several times."))};
     table.examples = {
         {"routermsg diff before.xml after.bin", "Member by member."},
+        {"routermsg diff expected recorded", "Two folders, file by file."},
         {"routermsg diff a.xml b.xml --ignore MessageID", "Two messages whose numbers do not matter."}};
     return {table, diff};
 }

@@ -114,8 +114,8 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
 Status show(const Arguments& arguments, Session& session)
 {
     const QString path = arguments.text("FILE");
-    const Messages::Options options{messagesOf(arguments)};
-    Progress progress(session, 1);
+    Progress progress(session, {path});
+    const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
     progress.next(inputName(path));
     if (arguments.isGiven("--hex"))
         return showHexOfAll(path, options, session);

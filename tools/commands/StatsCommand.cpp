@@ -117,11 +117,11 @@ Status stats(const Arguments& arguments, Session& session)
     Statistics statistics;
     Status worst = Fine;
     {
-        Progress progress(session, static_cast<int>(files.size()));
+        Progress progress(session, files);
         for (const QString& file : files) {
-            progress.next(file);
+            progress.next(inputName(file));
             const Status status = forEachMessage(
-                file, {messagesOf(arguments)},
+                file, {messagesOf(arguments), std::nullopt, &progress},
                 [&](const InputMessage& message) { statistics.Add(message.read(false)); },
                 [&](const Finding& finding) {
                     session.complain(finding);
