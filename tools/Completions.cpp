@@ -71,9 +71,32 @@ QString bash(const ProgramTable& program)
     });
     return QStringLiteral(R"(# bash completion for %1
 
+# bash splits words also at "=" and ":". This puts the words up to the current one together as the program gets
+# them, in the array words.
+_routermsg_join_words()
+{
+    local rest=$COMP_LINE part i
+    words=()
+    for ((i = 0; i <= COMP_CWORD; ++i)); do
+        part=${COMP_WORDS[i]}
+        if [[ $i -eq 0 || $rest == [[:space:]]* ]]; then
+            words+=('')
+            rest=${rest#"${rest%%[![:space:]]*}"}
+        fi
+        words[-1]+=$part
+        rest=${rest#"$part"}
+    done
+}
+
+# Offers the words that begin like the current one. Values such as "Type=Reply" come after "Type=".
 _routermsg_words()
 {
-    mapfile -t COMPREPLY < <(compgen -W "$1" -- "${COMP_WORDS[COMP_CWORD]}")
+    local word
+    for word in $1; do
+        if [[ $word == "$current"* && ( ( $current == *=* && $word == *=?* ) || ( $current != *=* && $word != *=?* ) ) ]]; then
+            COMPREPLY+=("$word")
+        fi
+    done
     if [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == *= ]]; then
         compopt -o nospace
     fi
@@ -81,12 +104,31 @@ _routermsg_words()
 
 _routermsg()
 {
-    local command=${COMP_WORDS[1]} previous=${COMP_WORDS[COMP_CWORD-1]} current=${COMP_WORDS[COMP_CWORD]}
+    local -a words
+    _routermsg_join_words
+    local word=${words[-1]} command=${words[1]} previous=${words[-2]} option= split=
+    local current=$word breaks=${COMP_WORDBREAKS//[^=:]/}
     COMPREPLY=()
-    if [[ $COMP_CWORD -eq 1 ]]; then
+    if [[ ${#words[@]} -eq 2 ]]; then
         _routermsg_words %2
         return
     fi
+    if [[ $word == --*=* ]]; then
+        previous=${word%%=*}
+        option=$previous=
+        current=${word#*=}
+    fi
+    _routermsg_values
+    # bash replaces only what follows the last character that splits words.
+    if [[ $breaks && $word == *[$breaks]* ]]; then
+        split=${word%"${word##*[$breaks]}"}
+    fi
+    COMPREPLY=("${COMPREPLY[@]/#/$option}")
+    COMPREPLY=("${COMPREPLY[@]#"$split"}")
+}
+
+_routermsg_values()
+{
     case $command:$previous in
 %3    esac
     case $command:$current in
@@ -111,7 +153,7 @@ QString zshText(QString text)
 QString zshValue(const OptionTable& option)
 {
     if (!option.knownValues().isEmpty())
-        return QStringLiteral(":%1:(%2)").arg(option.value, option.knownValues().join(' '));
+        return QStringLiteral(":%1:{_routermsg_words %2}").arg(option.value, option.knownValues().join(' '));
     return option.takesFile() ? QStringLiteral(":%1:_files").arg(option.value)
                               : QStringLiteral(":%1: ").arg(option.value);
 }
@@ -124,9 +166,10 @@ QString zshLine(const QString& argument)
 QString zshOption(const OptionTable& option)
 {
     return each(option.names, [&](const QString& name) {
-        return zshLine((option.isRepeatable ? QStringLiteral("*") : QString()) + name + QLatin1Char('[')
-                       + zshText(option.text) + QLatin1Char(']')
-                       + (option.value.isEmpty() ? QString() : zshValue(option)));
+        const bool isLong = name.startsWith(QLatin1String("--"));
+        return zshLine((option.isRepeatable ? QStringLiteral("*") : QString()) + name
+                       + QLatin1String(option.takesValue() && isLong ? "=[" : "[") + zshText(option.text)
+                       + QLatin1Char(']') + (option.value.isEmpty() ? QString() : zshValue(option)));
     });
 }
 
@@ -147,6 +190,20 @@ QString zsh(const ProgramTable& program)
         return zshLine(command.name + QLatin1Char(':') + zshText(command.summary));
     });
     return QStringLiteral(R"(#compdef %1
+
+# Offers words. Values such as "Type=Reply" come after "Type=".
+_routermsg_words()
+{
+    local -a values
+    if [[ $PREFIX == *=* ]]; then
+        values=(${(M)@:#${PREFIX%%=*}=?*})
+        compset -P '*='
+        compadd -- ${values#*=}
+        return
+    fi
+    compadd -- ${@:#*=*}
+    compadd -S '' -- ${(M)@:#*=}
+}
 
 _routermsg()
 {

@@ -182,11 +182,11 @@ Command diffCommand()
         required(
             argument("A", fileValue(), "The first document, recording or folder, or - for standard input.")),
         required(argument("B", fileValue(), "The second one, or - for standard input."))};
-    table.options = {
-        messageOption(),
-        repeatable(option({"--ignore"}, "PATH",
-                          "A member to ignore, as a path of names such as MessageID, DF_Params/Frequency or "
-                          "Fragment[2]; can be given several times."))};
+    table.options = {messageOption(),
+                     takingPath(repeatable(option(
+                         {"--ignore"}, "PATH",
+                         "A member to ignore, as a path of names such as MessageID, DF_Params/Frequency or "
+                         "Fragment[2]; can be given several times.")))};
     table.examples = {
         {"routermsg diff before.xml after.bin", "Member by member."},
         {"routermsg diff expected recorded", "Two folders, file by file."},

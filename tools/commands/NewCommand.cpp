@@ -54,7 +54,7 @@ Status makeNew(const Arguments& arguments, Session& session)
 OptionTable wordsArgument()
 {
     return repeatable(suggesting(
-        possibleWords(),
+        offeredWords(),
         argument(
             "WORD", "WORD",
             "Names of records, values as Member=value, and names of enumerators, in order. A value belongs "

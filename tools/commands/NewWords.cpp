@@ -415,6 +415,20 @@ QStringList possibleWords()
     return words;
 }
 
+QStringList offeredWords()
+{
+    QStringList words = possibleWords();
+    forEachMember([&](const RecordInfo&, const MemberInfo& member) {
+        const QStringList values = member.GetKind() == MemberInfo::Boolean
+                                       ? QStringList{QStringLiteral("true"), QStringLiteral("false")}
+                                       : member.GetNames();
+        for (const QString& value : values)
+            words += member.GetName() + QLatin1Char('=') + value;
+    });
+    words.removeDuplicates();
+    return words;
+}
+
 QVector<RecordWords> describeWords()
 {
     QVector<RecordWords> all;

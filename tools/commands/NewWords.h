@@ -31,6 +31,9 @@ QStringList recordNames();
 /// All possible words. Those that need a value end with "=".
 QStringList possibleWords();
 
+/// The same, and the values that can be listed: "Success=", "Success=true", "Success=false".
+QStringList offeredWords();
+
 /// The words that a record understands, for people.
 struct RecordWords
 {

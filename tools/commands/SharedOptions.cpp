@@ -3,8 +3,13 @@
 
 #include "InputFiles.h"
 
+#include "routerinterface/RecordInfo.h"
+
+#include <utility>
+
 namespace routermsg {
 
+using namespace PELLU300ROUTERINTERFACEXML;
 using namespace ROUTERDOCUMENTS;
 
 OptionTable formOption(const char* name, const QString& text)
@@ -39,6 +44,16 @@ MessageRange messagesOf(const Arguments& arguments)
                            "from 1, or two numbers such as 2..5.")
                 .arg(text));
     return range;
+}
+
+OptionTable takingPath(OptionTable row)
+{
+    QStringList paths;
+    for (const RecordInfo* info : RecordInfo::All())
+        for (const MemberInfo* member : info->GetMembers())
+            paths << member->GetName() << info->GetName() + QLatin1Char('/') + member->GetName();
+    paths.removeDuplicates();
+    return suggesting(paths, std::move(row));
 }
 
 OptionTable inputsArgument()

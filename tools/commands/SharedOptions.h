@@ -27,6 +27,9 @@ OptionTable messageOption();
 MessageRange messagesOf(const Arguments& arguments);
 /// @}
 
+/// An option or argument that takes the path of a member, which completions offer.
+OptionTable takingPath(OptionTable row);
+
 /// Any number of documents, also those in folders.
 /// @{
 OptionTable inputsArgument();
