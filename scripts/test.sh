@@ -6,8 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-# The shells and groff are for what routermsg writes for them; locales has what locales are made from.
-install_missing cmake fish g++ groff-base libgtest-dev libxml2-utils locales ninja-build zsh
+# The shells, groff, git, jq and vim are for what routermsg writes for them; locales has what locales are made from.
+install_missing cmake fish g++ git groff-base jq libgtest-dev libxml2-utils locales ninja-build vim zsh
 for preset in "${@:-gcc-qt5}"; do
     case $preset in
         *qt6) install_missing qt6-base-dev ;;
