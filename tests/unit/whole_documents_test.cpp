@@ -587,14 +587,14 @@ TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsSilently)
                      QStringLiteral("2 4:1 Type came before; the last one counts. Type[2]"),
                      QStringLiteral("0 5:1 The element Unknown is not known in PelLu300RouterMessage and was "
                                     "skipped. Unknown"),
-                     QStringLiteral("4 6:1 \"x\" is no whole number up to 2147483647 and was taken for 0. "
+                     QStringLiteral("4 6:1 \"x\" is not a whole number up to 2147483647; it was read as 0. "
                                     "MessageID"),
                      QStringLiteral("3 8:1 The attribute unit was ignored. Bandwidth"),
                      QStringLiteral("6 8:1 \"1.234\" has more than the two decimals that are written. "
                                     "Bandwidth"),
-                     QStringLiteral("4 9:1 \"1 MHz\" is no number and was taken for 0.00. Frequency"),
-                     QStringLiteral("7 11:1 \"Yes\" was taken for true. Success"),
-                     QStringLiteral("5 13:1 -1 was taken for 4294967295. Port")}));
+                     QStringLiteral("4 9:1 \"1 MHz\" is not a number; it was read as 0.00. Frequency"),
+                     QStringLiteral("7 11:1 \"Yes\" was read as true. Success"),
+                     QStringLiteral("5 13:1 -1 was read as 4294967295. Port")}));
     log.expectNothing();
 }
 
@@ -613,7 +613,7 @@ TEST(WholeDocumentReport, NamesUnknownAndRepeatedBinaryEntriesWithOffsetAndPath)
               QStringList({QStringLiteral("1 offset 24 The entry with tag 0xdeadbeef is not known in "
                                           "OstraInterfacePort and was skipped. OstraInterfacePort"),
                            QStringLiteral("2 offset 34 Port came before; the last one counts. Port"),
-                           QStringLiteral("5 offset 34 4294967303 was taken for 7. Port")}));
+                           QStringLiteral("5 offset 34 4294967303 was read as 7. Port")}));
 }
 
 TEST(WholeDocumentReport, KnowsTheUsualTextsOfABoolean)
