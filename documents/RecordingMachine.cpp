@@ -235,8 +235,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle()
 {
     if (m_state == State::Inside && m_scanned > m_limit) {
         m_state = State::Skipping;
-        Throw(FailureHere(Failure::InputTooLarge,
-                          QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit)));
+        Throw(MessageTooLarge());
     }
     if (m_isAll) {
         const bool isTold = m_state == State::Skipping && !m_isAside;
@@ -259,9 +258,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size,
 {
     const bool isSkipped = m_state == State::Skipping;
     m_state = State::Between;
-    const Failure tooLarge =
-        FailureHere(Failure::InputTooLarge,
-                    QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));
+    const Failure tooLarge = MessageTooLarge();
     if (isSkipped || size > m_limit) {
         m_arrivals.Drop(size, m_units);
         if (!isSkipped)
@@ -354,6 +351,12 @@ Failure RecordingReader::Machine::FailureHere(Failure::Kind kind, const QString&
     failure.place.offset = m_arrivals.Offset();
     failure.place.line = m_arrivals.Line();
     return failure;
+}
+
+Failure RecordingReader::Machine::MessageTooLarge() const
+{
+    return FailureHere(Failure::InputTooLarge,
+                       QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));
 }
 
 void RecordingReader::Machine::Throw(const Failure& failure) { throw DocumentError(failure); }

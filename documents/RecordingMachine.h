@@ -76,6 +76,7 @@ private:
 
     MessageBeginning Recognise(qint64 at, bool isSearch);
     MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
+    MODELKIT::Failure MessageTooLarge() const;
     [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
 
     std::optional<Form> m_form;

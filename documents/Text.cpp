@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Text.h"
 
+#include "modelkit/Quoted.h"
+
 #include <QtCore/QLocale>
 
 #include <algorithm>
@@ -159,11 +161,7 @@ QPair<QString, QString> QuotedWhereDifferent(const QString& first, const QString
     return {part.quoted(first), part.quoted(second)};
 }
 
-QString Abbreviated(const QString& text)
-{
-    constexpr int shown = 40;
-    return text.size() > shown ? text.left(shown) + QLatin1String("...") : text;
-}
+QString Abbreviated(const QString& text) { return MODELKIT::abbreviated(text); }
 
 QString ShowableJson(const QString& json) { return escaped(json, escapedAsInJson, true); }
 

@@ -31,7 +31,7 @@ QVector<Section> sections()
          {QStringLiteral(
               "A document has one of the forms %1. When a file is read, its content tells the form; when "
               "it is written, the ending of its name does: %2.")
-              .arg(Enumerated(FormNames()), KnownEndings()),
+              .arg(Listed(FormNames()), KnownEndings()),
           QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
         {QStringLiteral("Exit status"),
          {QStringLiteral("0 when all is well; 1 when a document is not valid or documents differ; 2 when the "

@@ -28,7 +28,7 @@ Form formFor(const QString& path)
         return *form;
     throw UsageError(QStringLiteral("The name %1 does not tell the form to write. Use one of the endings %2, "
                                     "or name the form with --to: %3.")
-                         .arg(path, KnownEndings(), Enumerated(FormNames())));
+                         .arg(path, KnownEndings(), Listed(FormNames())));
 }
 
 // JSON carries everything: documents with the same JSON are the same.
