@@ -101,6 +101,24 @@ TEST(Documents, HaveTheBytesThatTheRecordItselfGives)
     EXPECT_EQ(WriteDocument(*record, Form::Json), portJson);
 }
 
+TEST(Documents, HaveTheFormOfTheirFirstBytes)
+{
+    const auto formOf = [](const char* hex) { return FormOfContent(QByteArray::fromHex(hex)); };
+    // The first word is enough.
+    EXPECT_EQ(FormOfContent("MKZ1"), Form::Compressed);
+    EXPECT_EQ(FormOfContent(port(7)->GetBinaryRepresentationAsQByteArray().left(4)), Form::Binary);
+    EXPECT_EQ(formOf("01020304"), Form::Binary);
+    for (const char* wide : {"FEFF", "FFFE", "0000FEFF", "FFFE0000", "003C", "3C00", "0000003C", "3C000000"})
+        EXPECT_EQ(formOf(wide), Form::Xml) << wide;
+    for (const char* xml : {"", " <a/>", "\xEF\xBB\xBF<a/>", "MKZ", "text"})
+        EXPECT_EQ(FormOfContent(xml), Form::Xml) << xml;
+    for (const char* json : {"{", " \r\n\t[", "\xEF\xBB\xBF {"})
+        EXPECT_EQ(FormOfContent(json), Form::Json) << json;
+    // JSON in UTF-16.
+    EXPECT_EQ(formOf("007B"), Form::Json);
+    EXPECT_EQ(formOf("7B00"), Form::Json);
+}
+
 TEST(Documents, AreReadInTheFormThatIsNamed)
 {
     const DocumentError error = refusalOf(portXml, {Form::Json, false});
