@@ -217,7 +217,7 @@ void requireAllowedSize(const QByteArray& json)
 
 } // namespace
 
-std::unique_ptr<IMKObject> FromJson(const QByteArray& json, bool validate)
+std::unique_ptr<IMKObject> FromJson(const QByteArray& json, Validation validation)
 {
     requireAllowedSize(json);
     const QJsonValue root = parseText(json);
@@ -225,7 +225,7 @@ std::unique_ptr<IMKObject> FromJson(const QByteArray& json, bool validate)
     const QJsonObject object = root.toObject();
     const RecordInfo& info = rootClass(object);
     auto record = info.Create();
-    record->SetValidate(validate);
+    record->SetValidate(validation == Validation::On);
     const JsonPath document;
     readRecord(object.constBegin().value(), *record, JsonPath(document, info.GetName()));
     return record;

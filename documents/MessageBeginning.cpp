@@ -91,6 +91,8 @@ public:
     }
 
 private:
+    bool isSearch() const { return m_rules.look == Look::Searching; }
+
     bool accepts(Form form) const
     {
         // What a form is called in a rule: JSON lines are JSON, and both binary forms are read alike.
@@ -116,7 +118,7 @@ private:
         const auto form = binaryFormOf(qFromBigEndian<quint32>(m_bytes));
         if (!form || !accepts(*form))
             return false;
-        if (!m_rules.isSearch)
+        if (!isSearch())
             return find(MessageBeginning::Message, *form);
         m_isShort = m_isShort || m_size < binaryHeaderSize;
         if (m_size < binaryHeaderSize)
@@ -153,7 +155,7 @@ private:
             m_found.units = mark.units;
             m_found.mark = mark.size;
             return recogniseText(mark.size)
-                   || ((!m_isShort || m_rules.isAll) && !m_rules.isSearch && find(MessageBeginning::Mark));
+                   || ((!m_isShort || m_rules.isAll) && !isSearch() && find(MessageBeginning::Mark));
         }
         return false;
     }
@@ -170,7 +172,7 @@ private:
         if (!accepts(Form::Json) || m_found.units.size > 1)
             return false;
         const bool isValue =
-            m_rules.isSearch ? first == '{' && m_rules.isAtLineBegin && isKey(text, 1) : beginsJson(first);
+            isSearch() ? first == '{' && m_rules.isAtLineBegin && isKey(text, 1) : beginsJson(first);
         return isValue && find(MessageBeginning::Message, Form::Json);
     }
 
@@ -202,7 +204,7 @@ private:
             return recogniseInstruction(text);
         if (second == '!')
             return recogniseExclamation(text);
-        return isNameBegin(second) && second != otherCharacter && (m_rules.isSearch ? isRecord(text) : true)
+        return isNameBegin(second) && second != otherCharacter && (isSearch() ? isRecord(text) : true)
                && find(MessageBeginning::Message);
     }
 
@@ -217,7 +219,7 @@ private:
         }
         if (isXml && isWhite(behind))
             return find(MessageBeginning::Message);
-        return !m_rules.isSearch && find(MessageBeginning::Aside);
+        return !isSearch() && find(MessageBeginning::Aside);
     }
 
     bool recogniseExclamation(const Peek& text)
@@ -225,7 +227,7 @@ private:
         bool isShort = false;
         if (text.has(2, "DOCTYPE", isShort))
             return find(MessageBeginning::Message);
-        const bool isComment = !m_rules.isSearch && text.has(2, "--", isShort);
+        const bool isComment = !isSearch() && text.has(2, "--", isShort);
         m_isShort = m_isShort || isShort;
         return isComment && find(MessageBeginning::Aside);
     }

@@ -43,7 +43,7 @@ QString cutOffText(Form form)
 } // namespace
 
 RecordingReader::Machine::Machine(QIODevice& device, const RecordingOptions& options)
-    : m_form(options.form), m_arrivals(device), m_end(JsonEnd(false))
+    : m_form(options.form), m_arrivals(device), m_end(JsonEnd(JsonEnd::AnyLines))
 {}
 
 bool RecordingReader::Machine::ReadNext(RecordedMessage& message)
@@ -116,7 +116,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::PassOver()
         if (white < 0)
             return Step::NeedsMore;
         if (white == 0)
-            return Begin(Recognise(0, false));
+            return Begin(Recognise(0, Look::Expecting));
         m_examined += white;
         m_arrivals.Drop(white, m_units);
     }
@@ -147,7 +147,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBegi
     if (isXml)
         m_end = XmlEnd(m_isAside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
     else
-        m_end = JsonEnd(beginning.form == Form::JsonLines);
+        m_end = JsonEnd(beginning.form == Form::JsonLines ? JsonEnd::OneLine : JsonEnd::AnyLines);
     return Step::Done;
 }
 
@@ -157,7 +157,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfBinary(Recorde
     const auto cutOff = [this](const QString& missing) {
         return BeginStretch(FailureHere(Failure::NotABinaryForm,
                                         QStringLiteral("The binary form is cut off; %1.").arg(missing)),
-                            1, false);
+                            1, ByteCount::LeftOut);
     };
     if (there < binaryHeaderSize)
         return m_isAll ? cutOff(QStringLiteral("its length is missing")) : Step::NeedsMore;
@@ -208,7 +208,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfText(RecordedM
 RecordingReader::Machine::Step RecordingReader::Machine::BreakOffXml(RecordedMessage& message)
 {
     for (qint64 at = std::max<qint64>(m_scanned - lookBack, 1); at < m_scanned; ++at) {
-        const MessageBeginning beginning = Recognise(at, true);
+        const MessageBeginning beginning = Recognise(at, Look::Searching);
         if (beginning.kind == MessageBeginning::Unclear)
             return Step::NeedsMore;
         if (beginning.kind == MessageBeginning::Message && beginning.form != Form::Xml)
@@ -284,7 +284,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::Search()
         m_examined += at == end ? 0 : 1;
         if (at == end)
             break;
-        const MessageBeginning beginning = Recognise(at - begin, true);
+        const MessageBeginning beginning = Recognise(at - begin, Look::Searching);
         if (beginning.kind == MessageBeginning::Nothing)
             continue;
         AddToStretch(at - begin);
@@ -295,11 +295,11 @@ RecordingReader::Machine::Step RecordingReader::Machine::Search()
 }
 
 RecordingReader::Machine::Step RecordingReader::Machine::BeginStretch(const Failure& failure, qint64 size,
-                                                                      bool isCounted)
+                                                                      ByteCount byteCount)
 {
     m_stretch = Stretch();
     m_stretch.failure = failure;
-    m_stretch.isCounted = isCounted;
+    m_stretch.byteCount = byteCount;
     m_state = State::Searching;
     AddToStretch(size);
     return Step::Done;
@@ -325,18 +325,18 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndStretch()
     Failure failure = m_stretch.failure;
     if (failure.kind == Failure::None)
         failure.kind = m_stretch.isText ? Failure::NotWellFormed : Failure::NotABinaryForm;
-    if (m_stretch.isCounted)
+    if (m_stretch.byteCount == ByteCount::Added)
         failure.text += QStringLiteral("; %1.").arg(counted(m_stretch.size, QStringLiteral("passed over")));
     Throw(failure);
 }
 
-MessageBeginning RecordingReader::Machine::Recognise(qint64 at, bool isSearch)
+MessageBeginning RecordingReader::Machine::Recognise(qint64 at, Look look)
 {
     const char* const place = m_arrivals.Data() + at;
     BeginningRules rules;
     rules.form = m_form;
     rules.limit = m_limit;
-    rules.isSearch = isSearch;
+    rules.look = look;
     rules.isAtLineBegin = at > 0 ? place[-1] == '\n' || place[-1] == '\r' : m_arrivals.IsAtLineBegin();
     rules.isAll = m_isAll;
     m_examined += std::min(m_arrivals.Size() - at, binaryHeaderSize);

@@ -45,14 +45,20 @@ private:
         Finished   // the recording
     };
 
+    // Whether the number of bytes that are passed over is added to the text of a failure.
+    enum class ByteCount
+    {
+        Added,
+        LeftOut
+    };
+
     // Bytes that are passed over until the next message begins.
     struct Stretch
     {
         MODELKIT::Failure failure;
         // Whether the caller still has to be told.
         bool isUntold = true;
-        // Whether the text is to have the number of bytes.
-        bool isCounted = true;
+        ByteCount byteCount = ByteCount::Added;
         qint64 size = 0;
         bool isText = true;
     };
@@ -70,11 +76,11 @@ private:
     Step EndMessage(qint64 size, RecordedMessage& message);
     Step Search();
 
-    Step BeginStretch(const MODELKIT::Failure& failure, qint64 size, bool isCounted = true);
+    Step BeginStretch(const MODELKIT::Failure& failure, qint64 size, ByteCount byteCount = ByteCount::Added);
     Step EndStretch();
     void AddToStretch(qint64 size);
 
-    MessageBeginning Recognise(qint64 at, bool isSearch);
+    MessageBeginning Recognise(qint64 at, Look look);
     MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
     MODELKIT::Failure MessageTooLarge() const;
     [[noreturn]] static void Throw(const MODELKIT::Failure& failure);

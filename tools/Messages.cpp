@@ -45,10 +45,10 @@ Finding problemOf(const DocumentError& error, const QString& name)
 
 } // namespace
 
-Document InputMessage::read(bool validate) const
+Document InputMessage::read(Validation validation) const
 {
     try {
-        Document document = ReadDocument(recorded.bytes, {recorded.form, validate});
+        Document document = ReadDocument(recorded.bytes, {recorded.form, validation});
         document.size = size;
         return document;
     } catch (const DocumentError& error) {
@@ -137,7 +137,7 @@ void Messages::begin()
     const Form form = m_options.form.value_or(FormOfContent(bytes));
     const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
-    parse(bytes, m_name, {form, false});
+    parse(bytes, m_name, {form});
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
     if (form == Form::Binary || form == Form::Compressed) {

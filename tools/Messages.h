@@ -38,8 +38,9 @@ struct InputMessage
     qint64 size = 0;
 
     /// Reads it. Places in findings count from the beginning of the input.
-    /// \throws Refusal when it is no document or, if \a validate, not valid.
-    ROUTERDOCUMENTS::Document read(bool validate) const;
+    /// \throws Refusal when it is no document or, with Validation::On, not valid.
+    ROUTERDOCUMENTS::Document
+    read(ROUTERDOCUMENTS::Validation validation = ROUTERDOCUMENTS::Validation::Off) const;
 
     /// The place in the input. An offset inside a compressed form stays as it is.
     MODELKIT::Place placeInInput(MODELKIT::Place place) const;

@@ -37,7 +37,7 @@ bool isCarriedBy(const QByteArray& bytes, Form form, const MODELKIT::IMKObject& 
     if (form == Form::Json || form == Form::JsonLines)
         return true;
     try {
-        return ToJson(*ReadDocument(bytes, {form, false}).record) == ToJson(record);
+        return ToJson(*ReadDocument(bytes, {form}).record) == ToJson(record);
     } catch (const DocumentError&) {
         return false;
     }

@@ -121,7 +121,7 @@ TEST(Documents, HaveTheFormOfTheirFirstBytes)
 
 TEST(Documents, AreReadInTheFormThatIsNamed)
 {
-    const DocumentError error = refusalOf(portXml, {Form::Json, false});
+    const DocumentError error = refusalOf(portXml, {Form::Json});
     EXPECT_EQ(error.GetKind(), MODELKIT::Failure::NotWellFormed);
     EXPECT_EQ(error.GetPlace().line, 1);
 }
@@ -143,16 +143,16 @@ TEST(Documents, AreCheckedWhenThatIsAskedFor)
 {
     const QByteArray reply = R"({"PelLu300RouterMessage": {"MessageID": 1}})";
     EXPECT_NO_THROW(ReadDocument(reply));
-    const DocumentError error = refusalOf(reply, {std::nullopt, true});
+    const DocumentError error = refusalOf(reply, {std::nullopt, Validation::On});
     EXPECT_EQ(error.GetKind(), MODELKIT::Failure::Refused);
     EXPECT_FALSE(error.GetText().isEmpty());
-    EXPECT_TRUE(ReadDocument(portJson, {std::nullopt, true}).record->GetValidate());
+    EXPECT_TRUE(ReadDocument(portJson, {std::nullopt, Validation::On}).record->GetValidate());
 }
 
 TEST(Documents, NameTheEnumeratorThatMayHaveBeenMeant)
 {
-    const DocumentError error =
-        refusalOf("<PelLu300RouterMessage><Type>Replay</Type></PelLu300RouterMessage>", {std::nullopt, true});
+    const DocumentError error = refusalOf(
+        "<PelLu300RouterMessage><Type>Replay</Type></PelLu300RouterMessage>", {std::nullopt, Validation::On});
     EXPECT_TRUE(error.GetText().endsWith(QStringLiteral(": \"Replay\". Did you mean Reply?")))
         << error.what();
 }
@@ -185,7 +185,7 @@ TEST(Documents, LoseNothingAsJson)
     const double third = 1.0 / 3;
     DF_Params record;
     record.SetFrequency(third);
-    const auto same = FromJson(ToJson(record), false);
+    const auto same = FromJson(ToJson(record));
     EXPECT_EQ(dynamic_cast<DF_Params&>(*same).GetFrequency(), third);
     EXPECT_EQ(ToJson(*same), ToJson(record));
 }

@@ -155,7 +155,7 @@ Verdict examine(const InputMessage& message, bool strict)
     Verdict verdict{message.name, {}};
     const MODELKIT::ReadingReport report;
     try {
-        const Document loaded = message.read(true);
+        const Document loaded = message.read(Validation::On);
         if (strict) {
             addAcceptedInSilence(report, message, verdict);
             SenseWarnings(verdict.file, verdict.findings)

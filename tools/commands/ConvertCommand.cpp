@@ -25,7 +25,7 @@ Status convert(const Arguments& arguments, Session& session)
 {
     const QString path = arguments.text("IN");
     const Target target(arguments.text("OUT"), formOf(arguments, "--to"));
-    const bool isValidated = !arguments.isGiven("--invalid");
+    const auto validation = arguments.isGiven("--invalid") ? Validation::Off : Validation::On;
     Progress progress(session, {path});
     progress.next(inputName(path));
 
@@ -34,7 +34,7 @@ Status convert(const Arguments& arguments, Session& session)
     const Status worst = forEachMessage(
         path, {messagesOf(arguments), formOf(arguments, "--from"), &progress},
         [&](const InputMessage& message) {
-            const Document document = message.read(isValidated);
+            const Document document = message.read(validation);
             writer.add(*document.record);
             input.isMixed |= input.messages > 0 && input.form != document.form;
             input.form = document.form;

@@ -118,8 +118,8 @@ private:
                          const std::optional<InputMessage>& inSecond)
     {
         attempt([&] {
-            const Document first = inFirst ? inFirst->read(false) : Document();
-            const Document second = inSecond ? inSecond->read(false) : Document();
+            const Document first = inFirst ? inFirst->read() : Document();
+            const Document second = inSecond ? inSecond->read() : Document();
             if (first.record && second.record)
                 CompareRecords(*first.record, *second.record, m_ignored,
                                [&](const Difference& difference) { add(which, difference); });

@@ -30,7 +30,7 @@ void writeHead(const QString& text, Session& session)
 
 void showTree(const InputMessage& message, bool isFirst, Session& session)
 {
-    const Document loaded = message.read(false);
+    const Document loaded = message.read();
     const FileSummary summary{message.name, loaded.form, loaded.size};
     if (session.format() == Format::Json) {
         QJsonObject json = summary.toJson();
@@ -59,7 +59,7 @@ void showHex(const QByteArray& bytes, const QString& name, Session& session)
     const Form form = formToDissect(bytes);
     const FileSummary summary{name, form, bytes.size()};
     const QByteArray shown =
-        isBinary(form) ? bytes : encode(*parse(bytes, name, {form, false}).record, Form::Binary, name);
+        isBinary(form) ? bytes : encode(*parse(bytes, name, {form}).record, Form::Binary, name);
 
     std::optional<Finding> wrong;
     if (session.format() == Format::Json) {

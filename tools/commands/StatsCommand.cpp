@@ -122,7 +122,7 @@ Status stats(const Arguments& arguments, Session& session)
             progress.next(inputName(file));
             const Status status = forEachMessage(
                 file, {messagesOf(arguments), std::nullopt, &progress},
-                [&](const InputMessage& message) { statistics.Add(message.read(false)); },
+                [&](const InputMessage& message) { statistics.Add(message.read()); },
                 [&](const Finding& finding) {
                     session.complain(finding);
                     statistics.AddUnreadable();
