@@ -34,12 +34,9 @@ namespace {
 // What is wrong with a place in an input. In texts it is a line, otherwise an offset.
 Finding problemOf(const DocumentError& error, const QString& name)
 {
-    using MODELKIT::Failure;
     Finding finding = Finding::of(error, name);
-    if (error.GetKind() != Failure::NotWellFormed)
+    if (error.GetKind() != MODELKIT::Failure::NotWellFormed)
         finding.place.line = 0;
-    if (error.GetKind() == Failure::InputOutput)
-        finding.place.offset = -1;
     return finding;
 }
 
@@ -78,6 +75,8 @@ std::optional<InputMessage> Messages::next()
         Step step = take();
         if (step.error) {
             m_hasErrors = true;
+            if (step.error->GetKind() == MODELKIT::Failure::InputOutput)
+                m_file.refuse();
             throw Refusal(problemOf(*step.error, m_name));
         }
         if (!step.message) {
@@ -100,8 +99,8 @@ QByteArray Messages::whole()
 {
     if (!m_file.isStream() && m_path != QLatin1String("-"))
         return readInput(m_path);
-    while (m_file.hasAll() && !m_file.read(1 << 16).isEmpty()) {
-    }
+    for (QByteArray bytes; m_file.hasAll() && m_file.take(1 << 16, bytes);)
+        bytes.clear();
     if (!m_file.hasAll())
         throw Refusal(
             Finding::ofFile(m_name, QStringLiteral("The input is too large to be shown as a whole.")));

@@ -2,6 +2,7 @@
 // The command `check`: are documents valid?
 
 #include "Commands.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"

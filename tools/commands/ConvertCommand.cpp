@@ -2,6 +2,7 @@
 // The command `convert`: a document in another form.
 
 #include "Commands.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "Saving.h"

@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "DiffReport.h"
 #include "FilePairs.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"

@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "HexView.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "Saving.h"
