@@ -302,10 +302,9 @@ Command checkCommand()
              "Also find what is accepted silently: what is unknown or repeated, texts that are not numbers, "
              "numbers that lose digits, attributes, and members that should be set.")};
     table.examples = {
-        {"routermsg check request.xml", "One document."},
-        {"routermsg check --quiet recordings",
-         "All documents of a folder, without a line for the valid ones."},
-        {"routermsg check --strict request.xml", "With warnings of what is accepted silently."}};
+        {"%1 check request.xml", "One document."},
+        {"%1 check --quiet recordings", "All documents of a folder, without a line for the valid ones."},
+        {"%1 check --strict request.xml", "With warnings of what is accepted silently."}};
     return {table, check};
 }
 

@@ -77,9 +77,9 @@ Command convertCommand()
         formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml."),
         flag({"--invalid"}, "Convert the document even if it is not valid.")};
     table.examples = {
-        {"routermsg convert request.xml request.bin", "From XML to the binary form."},
-        {"routermsg convert request.bin - --to json | less", "Look at a binary document as JSON."},
-        {"routermsg convert - reply.binz < reply.json", "From standard input to the compressed form."}};
+        {"%1 convert request.xml request.bin", "From XML to the binary form."},
+        {"%1 convert request.bin - --to json | less", "Look at a binary document as JSON."},
+        {"%1 convert - reply.binz < reply.json", "From standard input to the compressed form."}};
     return {table, convert};
 }
 

@@ -189,9 +189,9 @@ Command diffCommand()
                          "A member to ignore, as a path of names such as MessageID, DF_Params/Frequency or "
                          "Fragment[2]; can be given several times.")))};
     table.examples = {
-        {"routermsg diff before.xml after.bin", "Member by member."},
-        {"routermsg diff expected recorded", "Two folders, file by file."},
-        {"routermsg diff a.xml b.xml --ignore MessageID", "Two messages whose numbers do not matter."}};
+        {"%1 diff before.xml after.bin", "Member by member."},
+        {"%1 diff expected recorded", "Two folders, file by file."},
+        {"%1 diff a.xml b.xml --ignore MessageID", "Two messages whose numbers do not matter."}};
     return {table, diff};
 }
 

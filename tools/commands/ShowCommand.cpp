@@ -140,9 +140,8 @@ Command showCommand()
     table.arguments = {required(argument("FILE", fileValue(), "The document, or - for standard input."))};
     table.options = {messageOption(),
                      flag({"--hex"}, "Show the bytes of the binary form and what they mean.")};
-    table.examples = {
-        {"routermsg show request.xml", "The document as a tree, with types and what is not set."},
-        {"routermsg show --hex request.bin", "Every byte of a binary document, explained."}};
+    table.examples = {{"%1 show request.xml", "The document as a tree, with types and what is not set."},
+                      {"%1 show --hex request.bin", "Every byte of a binary document, explained."}};
     return {table, show};
 }
 

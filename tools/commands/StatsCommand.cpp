@@ -2,6 +2,7 @@
 // The command `stats`: counting what documents hold.
 
 #include "Commands.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
@@ -146,7 +147,7 @@ Command statsCommand()
     table.summary = "Count what documents hold.";
     table.arguments = {inputsArgument()};
     table.options = {messageOption()};
-    table.examples = {{"routermsg stats recordings", "All documents of a folder together."}};
+    table.examples = {{"%1 stats recordings", "All documents of a folder together."}};
     return {table, stats};
 }
 
