@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # The checks that run no code of ours: licence lines, that no include goes up a floor, the format, clang-tidy over the
-# libraries, the documentation of the public headers, and that each library can be compiled as one source.
+# libraries and the program, the documentation of the public headers, and that each library can be compiled as one
+# source.
 #
 #     scripts/checks.sh
 #     scripts/checks.sh --add-licences     adds the licence line to those files that lack it
@@ -79,5 +80,5 @@ for compiler in g++ clang++; do
 done
 
 echo "clang-tidy"
-configure tidy clang++ -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+configure tidy clang++ -DROUTERINTERFACE_TOOLS=ON -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
 run-clang-tidy -quiet -p build/tidy >build/tidy.log 2>&1 || { grep -vE '^clang-tidy|^[0-9]+ warnings' build/tidy.log; exit 1; }
