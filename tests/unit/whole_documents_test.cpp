@@ -21,6 +21,7 @@ using MODELKIT::Failure;
 using MODELKIT::IMKObject;
 using MODELKIT::Limits;
 using MODELKIT::LimitsInScope;
+using MODELKIT::Place;
 using MODELKIT::ReadingReport;
 
 namespace {
@@ -131,17 +132,14 @@ TEST(WholeDocumentFailure, AnExceptionCarriesThePlaceOfTheElementAndKeepsItsText
         inMessageOnLines(QStringLiteral("  <Fragment><DF_Params/></Fragment>\n"
                                         "  <Fragment><MastershipState>\n"
                                         "    <State>Nobody</State></MastershipState></Fragment>"));
-    try {
-        document.SetXmlString(xml, false);
-        FAIL() << "nothing was thrown";
-    } catch (const OutOfRangeException& exception) {
-        EXPECT_EQ(exception.GetText(),
-                  QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"));
-        EXPECT_EQ(exception.GetPlace().line, 5);
-        EXPECT_EQ(exception.GetPlace().column, 5);
-        EXPECT_EQ(exception.GetPlace().path,
-                  QLatin1String(messagePath) + QLatin1String("/Fragment[2]/MastershipState/State"));
-    }
+    const Place place =
+        expectThrow<OutOfRangeException>(
+            [&] { document.SetXmlString(xml, false); },
+            QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"))
+            .GetPlace();
+    EXPECT_EQ(place.line, 5);
+    EXPECT_EQ(place.column, 5);
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment[2]/MastershipState/State"));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::Refused);
     log.expectOneError(
         QStringLiteral("5:5: enum is not valid (classname=MastershipState,membername=m_state) (in ")
@@ -152,13 +150,11 @@ TEST(WholeDocumentFailure, ARefusedItemIsPlacedAtItsElement)
 {
     PelLu300RouterInterfaceXml document;
     document.SetValidate(true);
-    try {
-        document.SetXmlString(inMessageOnLines(QStringLiteral("<Type>Reply</Type>\n<Fragment/>")), false);
-        FAIL() << "nothing was thrown";
-    } catch (const IncompleteDefinitionException& exception) {
-        EXPECT_EQ(exception.GetPlace().ToString(), QStringLiteral("4:1"));
-        EXPECT_EQ(exception.GetPlace().path, QLatin1String(messagePath) + QLatin1String("/Fragment"));
-    }
+    const QString xml = inMessageOnLines(QStringLiteral("<Type>Reply</Type>\n<Fragment/>"));
+    const Place place =
+        thrownBy<IncompleteDefinitionException>([&] { document.SetXmlString(xml, false); }).GetPlace();
+    EXPECT_EQ(place.ToString(), QStringLiteral("4:1"));
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment"));
 }
 
 TEST(WholeDocumentFailure, TheCheckAfterReadingIsMadeOnlyOnRequest)
@@ -205,19 +201,15 @@ TEST(WholeDocumentFailure, BinaryErrorsCarryOffsetAndPath)
     ASSERT_GT(name, 0);
     bytes[name - 1] = static_cast<char>(bytes[name - 1] + 1);
     PelLu300RouterInterfaceXml read;
-    try {
-        read.SetBinaryRepresentation(bytes);
-        FAIL() << "nothing was thrown";
-    } catch (const BinaryParsingException& exception) {
-        EXPECT_EQ(
-            exception.GetText(),
+    const Place place =
+        expectThrow<BinaryParsingException>(
+            [&] { read.SetBinaryRepresentation(bytes); },
             QStringLiteral("MastershipState::SetBinary(...): Length error occurred during processing of "
-                           "binary representation"));
-        EXPECT_EQ(exception.GetPlace().path,
-                  QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState"));
-        EXPECT_GT(exception.GetPlace().offset, name);
-        EXPECT_LE(exception.GetPlace().offset, bytes.size());
-    }
+                           "binary representation"))
+            .GetPlace();
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState"));
+    EXPECT_GT(place.offset, name);
+    EXPECT_LE(place.offset, bytes.size());
 }
 
 TEST(WholeDocumentFailure, ABinaryValueThatIsRefusedIsPlacedAtItsEntry)
@@ -228,15 +220,11 @@ TEST(WholeDocumentFailure, ABinaryValueThatIsRefusedIsPlacedAtItsEntry)
     bytes[name] = 'm';
     PelLu300RouterInterfaceXml read;
     read.SetValidate(true);
-    try {
-        read.SetBinaryRepresentation(bytes);
-        FAIL() << "nothing was thrown";
-    } catch (const OutOfRangeException& exception) {
-        // In front of the name: tag, length and the number of its bytes.
-        EXPECT_EQ(exception.GetPlace().offset, name - 12);
-        EXPECT_EQ(exception.GetPlace().path,
-                  QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState/State"));
-    }
+    const Place place =
+        thrownBy<OutOfRangeException>([&] { read.SetBinaryRepresentation(bytes); }).GetPlace();
+    // In front of the name: tag, length and the number of its bytes.
+    EXPECT_EQ(place.offset, name - 12);
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState/State"));
 }
 
 TEST(WholeDocumentFailure, ABinaryFormOfAnotherClassIsRefusedByNameAndLeavesTheStreamWhereItWas)
