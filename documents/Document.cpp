@@ -3,6 +3,7 @@
 
 #include "documents/DocumentError.h"
 #include "documents/JsonForm.h"
+#include "documents/JsonPlaces.h"
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/XmlPlaces.h"
@@ -70,6 +71,8 @@ void check(const MODELKIT::IMKObject& record, const QByteArray& bytes, Form form
     } catch (ModelKitException& exception) {
         if (form == Form::Xml)
             exception.SetPlace(MODELKIT::FindInXml(bytes, exception.GetPlace().path));
+        else if (form == Form::Json || form == Form::JsonLines)
+            exception.SetPlace(findInJson(bytes, exception.GetPlace().path));
         throw;
     }
 }

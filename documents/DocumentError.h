@@ -31,9 +31,8 @@ public:
     ~DocumentError() override;
 
     /// The kind of failure. JSON has its own meanings of some kinds: NotWellFormed for a text that is not
-    /// JSON or repeats a key in an object, TooManyItems for a list above the limit, NotRepresentable for a
-    /// number that JSON cannot represent, InputTooLarge for a text above the limit, and Refused for
-    /// everything else.
+    /// JSON or repeats a key in an object, TooManyItems for a list above the limit, InputTooLarge for a text
+    /// above the limit, and Refused for everything else.
     MODELKIT::Failure::Kind GetKind() const noexcept { return m_failure.kind; }
     /// What is wrong, in one or two sentences without the place. It may contain text from the document:
     /// Printable() makes it safe to display.

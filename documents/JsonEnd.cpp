@@ -1,16 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "documents/JsonEnd.h"
 
+#include "documents/JsonText.h"
 #include "documents/TextUnits.h"
 
 namespace ROUTERDOCUMENTS {
-
-namespace {
-
-// As deep as Qt's parser goes.
-constexpr int deepest = 1024;
-
-} // namespace
 
 JsonEnd::Outcome JsonEnd::Scan(const char* bytes, qint64 size, qint64& used)
 {
@@ -72,7 +66,7 @@ JsonEnd::Outcome JsonEnd::Open(char bracket)
 {
     // A key stands between the comma of an object and the next value.
     const bool isValue = m_before == ':' || m_before == '[' || (m_before == ',' && m_open.endsWith('['));
-    if (!isValue || m_open.size() == deepest)
+    if (!isValue || m_open.size() == JsonText::deepest)
         return Broken;
     m_open += bracket;
     m_before = bracket;

@@ -2,7 +2,6 @@
 // The path to a value in a JSON text. Not installed.
 #pragma once
 
-#include "documents/DocumentError.h"
 #include "documents/Text.h"
 
 #include <QtCore/QString>
@@ -20,16 +19,6 @@ public:
     JsonPath(const JsonPath& outer, int index) : m_outer(&outer), m_index(index) {}
 
     QString toText() const { return m_outer ? m_outer->toText() + step() : QStringLiteral("$"); }
-
-    [[noreturn]] void refuse(const QString& text,
-                             MODELKIT::Failure::Kind kind = MODELKIT::Failure::Refused) const
-    {
-        MODELKIT::Failure failure;
-        failure.kind = kind;
-        failure.text = text;
-        failure.place.path = toText();
-        throw DocumentError(failure);
-    }
 
 private:
     QString step() const

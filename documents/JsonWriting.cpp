@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "documents/JsonForm.h"
-#include "documents/JsonPath.h"
-#include "documents/Text.h"
+#include "documents/JsonNumber.h"
 
 #include "routerinterface/RecordInfo.h"
 
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
-
-#include <cmath>
 
 namespace ROUTERDOCUMENTS {
 
@@ -34,20 +31,19 @@ public:
         const QString& name = RecordInfo::Of(record).GetName();
         beginLevel('{');
         writeKey(name);
-        const JsonPath document;
-        writeRecord(record, JsonPath(document, name));
+        writeRecord(record);
         endLevel('}');
         return m_json + '\n';
     }
 
 private:
-    void writeRecord(const IMKObject& record, const JsonPath& path)
+    void writeRecord(const IMKObject& record)
     {
         beginLevel('{');
         for (const MemberInfo* member : RecordInfo::Of(record).GetMembers())
             if (isWritten(record, *member)) {
                 writeKey(member->GetName());
-                writeMember(record, *member, JsonPath(path, member->GetName()));
+                writeMember(record, *member);
             }
         endLevel('}');
     }
@@ -59,14 +55,14 @@ private:
                && (member.GetKind() != MemberInfo::List || member.CountItems(record) > 0);
     }
 
-    void writeMember(const IMKObject& record, const MemberInfo& member, const JsonPath& path)
+    void writeMember(const IMKObject& record, const MemberInfo& member)
     {
         switch (member.GetKind()) {
         case MemberInfo::UnsignedInteger:
             m_json += QByteArray::number(member.GetValue(record).toUInt());
             break;
         case MemberInfo::Decimal:
-            writeDecimal(member.GetValue(record).toDouble(), path);
+            m_json += jsonOf(member.GetValue(record).toDouble());
             break;
         case MemberInfo::Boolean:
             m_json += member.GetValue(record).toBool() ? "true" : "false";
@@ -78,30 +74,22 @@ private:
             writeText(member.GetNames().value(member.GetValue(record).toInt()));
             break;
         case MemberInfo::Record:
-            writeRecord(member.GetRecord(record), path);
+            writeRecord(member.GetRecord(record));
             break;
         case MemberInfo::List:
-            writeList(record, member, path);
+            writeList(record, member);
             break;
         }
     }
 
-    void writeList(const IMKObject& record, const MemberInfo& member, const JsonPath& path)
+    void writeList(const IMKObject& record, const MemberInfo& member)
     {
         beginLevel('[');
         for (int i = 0, count = member.CountItems(record); i < count; ++i) {
             beginValue();
-            writeRecord(member.GetItem(record, i), JsonPath(path, i));
+            writeRecord(member.GetItem(record, i));
         }
         endLevel(']');
-    }
-
-    void writeDecimal(double value, const JsonPath& path)
-    {
-        if (!std::isfinite(value))
-            path.refuse(QStringLiteral("JSON cannot carry the number %1.").arg(Exactly(value)),
-                        MODELKIT::Failure::NotRepresentable);
-        m_json += Exactly(value).toLatin1();
     }
 
     void writeText(const QString& text)

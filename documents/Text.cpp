@@ -175,8 +175,11 @@ QString ShowableXml(const QString& xml) { return escaped(xml, escapedAsInXml, Li
 
 QString Exactly(double value)
 {
+    // Versions of Qt differ in the sign of a zero.
+    if (value == 0)
+        return std::signbit(value) ? QStringLiteral("-0") : QStringLiteral("0");
     const double size = std::abs(value);
-    const bool isUsual = value == 0 || (size >= 1e-6 && size < 1e15);
+    const bool isUsual = size >= 1e-6 && size < 1e15;
     return QString::number(value, isUsual ? 'f' : 'g', QLocale::FloatingPointShortest);
 }
 

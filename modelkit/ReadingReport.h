@@ -103,6 +103,11 @@ public:
     /// The number of entries that were not kept.
     qint64 GetDropped() const;
 
+    /// Adds entries to the newest report of this thread, for a reader of another form; nothing without a
+    /// report.
+    /// \param dropped the number of further entries that the reader has not kept.
+    static void Add(const QVector<Entry>& entries, qint64 dropped);
+
     /// Removes all entries and resets GetDropped() to 0.
     void Clear();
 

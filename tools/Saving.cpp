@@ -2,9 +2,9 @@
 #include "Saving.h"
 
 #include "UsageError.h"
+#include "WritingLosses.h"
 #include "documents/Document.h"
 #include "documents/DocumentError.h"
-#include "documents/JsonForm.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
 
@@ -29,33 +29,6 @@ Form formFor(const QString& path)
     throw UsageError(QStringLiteral("The name %1 does not tell the form to write. Use one of the endings %2, "
                                     "or name the form with --to: %3.")
                          .arg(path, KnownEndings(), Listed(FormNames())));
-}
-
-// JSON carries everything: documents with the same JSON are the same.
-bool isCarriedBy(const QByteArray& bytes, Form form, const MODELKIT::IMKObject& record)
-{
-    if (form == Form::Json || form == Form::JsonLines)
-        return true;
-    try {
-        return ToJson(*ReadDocument(bytes, {form}).record) == ToJson(record);
-    } catch (const DocumentError&) {
-        return false;
-    }
-}
-
-Finding lossIn(const Target& target, qint64 message)
-{
-    Finding finding;
-    finding.severity = Finding::Warning;
-    finding.text =
-        QStringLiteral(
-            "The %1 form does not carry everything: reading it back gives a different document. JSON "
-            "carries everything.")
-            .arg(NameOf(target.form));
-    finding.place.file = outputName(target.path);
-    if (message > 1)
-        finding.place.file += QLatin1Char('#') + QString::number(message);
-    return finding;
 }
 
 bool isText(Form form) { return form != Form::Binary && form != Form::Compressed; }
@@ -129,7 +102,8 @@ QByteArray encode(MODELKIT::IMKObject& record, Form form, const QString& name)
     }
 }
 
-MessageWriter::MessageWriter(const Target& target, Session& session) : m_target(target), m_session(session)
+MessageWriter::MessageWriter(const Target& target, Session& session, SavingReport& report)
+    : m_target(target), m_session(session), m_report(report)
 {
     m_summary.name = outputName(target.path);
     m_summary.form = target.form;
@@ -140,14 +114,17 @@ MessageWriter::MessageWriter(const Target& target, Session& session) : m_target(
 void MessageWriter::add(MODELKIT::IMKObject& record)
 {
     const QByteArray bytes = encode(record, m_target.form, m_summary.name);
-    const bool isComplete = isCarriedBy(bytes, m_target.form, record);
     // Texts begin on a line of their own.
     write(m_isInLine ? '\n' + bytes : bytes);
     m_isInLine = isText(m_target.form) && !bytes.endsWith('\n');
     ++m_summary.messages;
-    m_summary.isComplete = *m_summary.isComplete && isComplete;
-    if (!isComplete)
-        m_session.complain(lossIn(m_target, m_summary.messages));
+    const QString name = m_summary.messages == 1
+                             ? m_summary.name
+                             : m_summary.name + QLatin1Char('#') + QString::number(m_summary.messages);
+    for (const Finding& loss : lostByWriting(record, bytes, m_target.form, name)) {
+        m_report.add(loss);
+        m_summary.isComplete = false;
+    }
 }
 
 void MessageWriter::write(const QByteArray& bytes)
@@ -178,21 +155,6 @@ FileSummary MessageWriter::finish()
     if (m_summary.messages > 0 && !isStandardOutput(m_target.path) && !m_file.Commit(failure))
         throw Refusal(Finding::of(failure, m_target.path));
     return m_summary;
-}
-
-FileSummary save(MODELKIT::IMKObject& record, const Target& target, Session& session)
-{
-    MessageWriter writer(target, session);
-    writer.add(record);
-    return writer.finish();
-}
-
-void reportSaving(const QString& text, const QJsonObject& json, const Target& target, Session& session)
-{
-    if (session.format() == Format::Json)
-        session.writeJson(json, isStandardOutput(target.path) ? session.err() : session.out());
-    else if (!session.isQuiet() && !isStandardOutput(target.path))
-        session.out().writeLine(text);
 }
 
 } // namespace routermsg

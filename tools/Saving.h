@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Saving a document and reporting it.
+/// Saving documents.
 #pragma once
 
+#include "SavingReport.h"
 #include "Session.h"
 #include "documents/Forms.h"
 
@@ -64,11 +65,14 @@ QByteArray encode(MODELKIT::IMKObject& record, ROUTERDOCUMENTS::Form form, const
 class MessageWriter
 {
 public:
-    MessageWriter(const Target& target, Session& session);
+    MessageWriter(const Target& target, Session& session, SavingReport& report);
 
-    /// Appends a message. Warns if the form does not carry everything.
-    /// \throws Refusal as save() does.
+    /// Appends a message. Reports what the form does not carry.
+    /// \throws Refusal when the record does not pass its validation, the form cannot carry a text, or for
+    /// binary bytes on a terminal.
     void add(MODELKIT::IMKObject& record);
+    /// Whether the form carries everything in the messages so far.
+    bool isComplete() const { return *m_summary.isComplete; }
     /// Replaces the file, unless no message was added.
     /// \throws Refusal when it cannot be written.
     FileSummary finish();
@@ -79,19 +83,11 @@ private:
 
     Target m_target;
     Session& m_session;
+    SavingReport& m_report;
     FileSummary m_summary;
     MODELKIT::FileReplacement m_file;
     // Whether the last message has not ended its line.
     bool m_isInLine = false;
 };
-
-/// Writes one document with a MessageWriter.
-/// \throws Refusal when the record does not pass its validation, the form cannot carry a text or the file
-/// cannot be written, or for binary bytes on a terminal.
-FileSummary save(MODELKIT::IMKObject& record, const Target& target, Session& session);
-
-/// Writes a report about a saved document, as text or JSON. If the document went to standard output, the
-/// JSON goes to standard error and the text is left out.
-void reportSaving(const QString& text, const QJsonObject& json, const Target& target, Session& session);
 
 } // namespace routermsg

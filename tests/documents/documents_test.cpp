@@ -205,17 +205,12 @@ TEST(Documents, RefuseJsonWithThePathOfWhatIsWrong)
     EXPECT_EQ(twice.GetPlace().column, 2);
 }
 
-TEST(Documents, RefuseNumbersThatJsonCannotCarry)
+TEST(Documents, SpellNumbersOutThatJsonDoesNotHave)
 {
     DF_Params record;
-    record.SetFrequency(std::numeric_limits<double>::infinity());
-    try {
-        ToJson(record);
-        FAIL();
-    } catch (const DocumentError& error) {
-        EXPECT_EQ(error.GetKind(), MODELKIT::Failure::NotRepresentable);
-        EXPECT_EQ(error.GetPlace().path, QStringLiteral("$.DF_Params.Frequency"));
-    }
+    record.SetFrequency(-std::numeric_limits<double>::infinity());
+    record.SetBandwidth(-0.0);
+    EXPECT_EQ(ToJsonLine(record), "{\"DF_Params\":{\"Frequency\":\"-Infinity\",\"Bandwidth\":-0.0}}\n");
 }
 
 TEST(Documents, CanBeListedAsJsonWithoutKeepingThem)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The command `check`: are documents valid?
 
+#include "Acceptance.h"
 #include "Commands.h"
 #include "InputFile.h"
 #include "InputFiles.h"
@@ -131,26 +132,6 @@ struct Verdict
     }
 };
 
-void addAcceptedInSilence(const MODELKIT::ReadingReport& report, const InputMessage& message,
-                          Verdict& verdict)
-{
-    for (const auto& entry : report.GetEntries()) {
-        Finding finding;
-        finding.severity = Finding::Warning;
-        finding.text = entry.text;
-        finding.place = message.placeInInput(entry.place);
-        finding.place.file = verdict.file;
-        verdict.findings += finding;
-    }
-    if (report.GetDropped() == 0)
-        return;
-    Finding finding;
-    finding.severity = Finding::Warning;
-    finding.text = QStringLiteral("%1 more such warnings are not listed.").arg(report.GetDropped());
-    finding.place.file = verdict.file;
-    verdict.findings += finding;
-}
-
 Verdict examine(const InputMessage& message, bool strict)
 {
     Verdict verdict{message.name, {}};
@@ -158,13 +139,13 @@ Verdict examine(const InputMessage& message, bool strict)
     try {
         const Document loaded = message.read(Validation::On);
         if (strict) {
-            addAcceptedInSilence(report, message, verdict);
+            verdict.findings += acceptedSilently(report, message);
             SenseWarnings(verdict.file, verdict.findings)
                 .visit(*loaded.record, QLatin1Char('/') + loaded.info->GetName());
         }
     } catch (const Refusal& refusal) {
         if (strict)
-            addAcceptedInSilence(report, message, verdict);
+            verdict.findings += acceptedSilently(report, message);
         verdict.findings += refusal.finding();
     }
     return verdict;

@@ -35,20 +35,32 @@ const RecordInfo& rootOf(const QString& name)
                          .arg(Quoted(name), DidYouMean(name, names), possible(names)));
 }
 
+std::unique_ptr<IMKObject> checked(const RecordInfo& root, const QStringList& words)
+{
+    try {
+        std::unique_ptr<IMKObject> record = build(root, words);
+        record->Check();
+        return record;
+    } catch (const ModelKitException& exception) {
+        throw Refusal(Finding::of(DocumentError(exception), QString()));
+    }
+}
+
 Status makeNew(const Arguments& arguments, Session& session)
 {
     const QString path = arguments.isGiven("--output") ? arguments.text("--output") : QStringLiteral("-");
     const Target target(path, formOf(arguments, "--to"));
-    std::unique_ptr<IMKObject> record;
-    try {
-        record = build(rootOf(arguments.text("--root")), arguments.texts("WORD"));
-        record->Check();
-    } catch (const ModelKitException& exception) {
-        throw Refusal(Finding::of(DocumentError(exception), QString()));
-    }
-    const FileSummary copy = save(*record, target, session);
-    reportSaving(copy.toText(), {{QStringLiteral("output"), copy.toJson()}}, target, session);
-    return Fine;
+    SavingReport report(path, session);
+    return report.run([&] {
+        const std::unique_ptr<IMKObject> record =
+            checked(rootOf(arguments.text("--root")), arguments.texts("WORD"));
+        MessageWriter writer(target, session, report);
+        writer.add(*record);
+        const FileSummary file = writer.finish();
+        report.addFile(QStringLiteral("output"), file.toJson());
+        report.setText(file.toText());
+        return *file.isComplete ? Fine : Found;
+    });
 }
 
 OptionTable wordsArgument()
