@@ -329,11 +329,23 @@ bool mayBeginMessage(char byte)
     return may[static_cast<unsigned char>(byte)];
 }
 
-int whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll)
+bool mayBreakOffWide(const char* bytes, TextUnits units, bool isAligned)
 {
+    const bool isNarrow = bytes[0] != 0 && bytes[1] != 0;
+    const bool isShifted = !isAligned && bytes[0] == (units.isBigEndian ? '\0' : '<');
+    return (isNarrow || isShifted) && mayBeginMessage(bytes[0]);
+}
+
+qint64 whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll)
+{
+    if (units.size == 1)
+        return std::find_if_not(bytes, bytes + size, isWhite) - bytes;
+    qint64 white = 0;
+    while (size - white >= units.size && isWhite(characterAt(bytes + white, units)))
+        white += units.size;
+    if (white > 0)
+        return white;
     const bool isWhole = size >= units.size;
-    if (units.size > 1 && isWhole && isWhite(characterAt(bytes, units)))
-        return units.size;
     if (!isWhole && !isAll && (units.isBigEndian ? bytes[0] == 0 : isWhite(bytes[0])))
         return -1;
     return isWhite(bytes[0]) ? 1 : 0;
