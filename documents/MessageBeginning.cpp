@@ -99,6 +99,12 @@ bool isPartOfName(int character)
            || character == '.';
 }
 
+const QByteArray& nameOfDocuments()
+{
+    static const QByteArray name = RecordInfo::Document().GetName().toLatin1();
+    return name;
+}
+
 // Recognises one place.
 class Recogniser
 {
@@ -196,8 +202,7 @@ private:
             return accepts(Form::Xml) && recogniseMarkup(text);
         if (!accepts(Form::Json) || m_found.units.size > 1)
             return false;
-        const bool isValue = m_rules.isSearch ? first == '{' && m_rules.isAtLineBegin && isKey(text, 1)
-                                              : first == '{' || first == '[';
+        const bool isValue = m_rules.isSearch ? first == '{' && isKey(text, 1) : first == '{' || first == '[';
         return isValue && find(MessageBeginning::Message, Form::Json);
     }
 
@@ -257,7 +262,8 @@ private:
         return isComment && find(MessageBeginning::Aside);
     }
 
-    // Whether a key and its colon are there.
+    // Whether a key and its colon are there, at the beginning of a line or with the name of documents, which
+    // nothing else contains.
     bool isKey(const Peek& text, int index)
     {
         constexpr int farthest = 100;
@@ -267,6 +273,9 @@ private:
         };
         passWhite();
         const int quote = text.at(index);
+        if (!m_rules.isAtLineBegin && quote == '"'
+            && !text.has(index + 1, nameOfDocuments().constData(), m_isShort))
+            return false;
         if (quote == '"')
             while (isPartOfName(text.at(++index)) && index < farthest) {
             }

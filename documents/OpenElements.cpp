@@ -43,10 +43,10 @@ const QHash<quint64, Names>& elementsInside()
     return all;
 }
 
-quint64 nameOfDocuments()
+quint64 hashOfDocuments()
 {
-    static const quint64 name = NameHash::Of(RecordInfo::Document().GetName()).Get();
-    return name;
+    static const quint64 hash = NameHash::Of(RecordInfo::Document().GetName()).Get();
+    return hash;
 }
 
 } // namespace
@@ -65,11 +65,11 @@ bool OpenElements::BeginsAnother(const NameHash& name) const
     if (m_depth == 0 || name.HasPrefix())
         return false;
     const quint64 root = m_names.constFirst();
-    if (name.Get() != nameOfDocuments() && name.Get() != root)
+    if (name.Get() != hashOfDocuments() && name.Get() != root)
         return false;
     const auto inside = elementsInside().constFind(root);
     if (inside == elementsInside().constEnd())
-        return m_isDamaged && name.Get() == nameOfDocuments();
+        return m_isDamaged && name.Get() == hashOfDocuments();
     return !inside->contains(name.Get()) && (m_isDamaged || AreAllKnown());
 }
 

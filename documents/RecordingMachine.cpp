@@ -148,8 +148,6 @@ RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBegi
     m_scanned = beginning.mark;
     m_searched = 1;
     m_isDoubtful = false;
-    if (!m_isAside && !m_first)
-        m_first = m_arrivals.Offset();
     if (isXml)
         m_end = XmlEnd(m_isAside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
     else
@@ -280,7 +278,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle(RecordedMessa
     if (m_isAll && m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsRootLeft())
         return EndMessage(ScannedOfDocument(), message);
     if (m_isAll) {
-        m_isCutOff = true;
+        m_isCutOff = !m_isAside;
         const bool isTold = m_state == State::Skipping && !m_isAside;
         const Failure failure =
             FailureHere(Failure::NotWellFormed, m_isAside ? cutOffAside() : cutOffText(m_messageForm));

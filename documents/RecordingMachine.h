@@ -85,15 +85,16 @@ private:
     MessageBeginning Recognise(qint64 at, bool isSearch);
     MessageBeginning Recognise(qint64 at, qint64 end, BeginningRules rules);
     BeginningRules Rules(qint64 at, bool isSearch) const;
-    // What is found inside bytes that were taken for one message.
+    // The first message that begins inside the rejected one.
     struct Inside
     {
-        // Where the first message begins.
-        std::optional<qint64> first;
-        // Whether the last one goes on behind them.
+        MessageBeginning::Kind kind = MessageBeginning::Nothing;
+        qint64 place = 0;
+        // Whether a message goes on behind the rejected one.
         bool isOpen = false;
     };
-    Inside LookInside(const QByteArray& bytes) const;
+    Inside LookInside();
+    bool IsOpen(qint64 place);
     MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
     [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
 
@@ -118,8 +119,7 @@ private:
     qint64 m_rejected = 0;
     // How many bytes were in rejected messages.
     qint64 m_allRejected = 0;
-    // Where the first message began, and whether the last one was cut off.
-    std::optional<qint64> m_first;
+    // Whether a message was cut off by the end.
     bool m_isCutOff = false;
     // Whether the byte just scanned cannot occur in XML.
     bool m_isDoubtful = false;

@@ -8,13 +8,12 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-// What no payload of a form that was cut off looks like by chance.
+// What does not stand inside of another message. A tag may follow the XML declaration of its document.
 bool isSure(const MessageBeginning& beginning, const char* bytes)
 {
-    if (beginning.kind != MessageBeginning::Message)
-        return false;
-    const bool isBinary = beginning.form == Form::Binary || beginning.form == Form::Compressed;
-    return isBinary || beginning.units.size > 1 || beginning.mark > 0 || bytes[1] == '?' || bytes[1] == '!';
+    return beginning.kind == MessageBeginning::Message
+           && (beginning.form != Form::Xml || beginning.units.size > 1 || beginning.mark > 0
+               || bytes[1] == '?' || bytes[1] == '!');
 }
 
 } // namespace
@@ -48,45 +47,62 @@ RecordingReader::Machine::Step RecordingReader::Machine::LeaveRejected()
     if (m_scanned == m_arrivals.Size())
         return m_isAll ? Step::Finished : Step::NeedsMore;
     BeginningRules rules = Rules(m_scanned, true);
-    rules.isAtLineBegin = true;
+    rules.isAtLineBegin = false;
     const MessageBeginning sure = Recognise(m_scanned, m_arrivals.Size(), rules);
     const MessageBeginning any = Recognise(m_scanned, false);
     if (sure.kind == MessageBeginning::Unclear || any.kind == MessageBeginning::Unclear)
         return Step::NeedsMore;
     qint64 passed = m_rejected;
     if (!isSure(sure, begin + m_scanned)) {
-        const Inside inside = LookInside(QByteArray::fromRawData(begin, static_cast<int>(m_rejected)));
-        if (inside.first && (inside.isOpen || any.kind == MessageBeginning::Nothing))
-            passed = *inside.first;
+        const Inside inside = LookInside();
+        if (inside.kind == MessageBeginning::Unclear)
+            return Step::NeedsMore;
+        if (inside.kind == MessageBeginning::Message
+            && (inside.isOpen || any.kind == MessageBeginning::Nothing))
+            passed = inside.place;
     }
-    m_examined += m_rejected;
     m_state = State::Between;
     m_units = TextUnits();
     m_arrivals.Drop(passed);
     return Step::Done;
 }
 
-RecordingReader::Machine::Inside RecordingReader::Machine::LookInside(const QByteArray& bytes) const
+RecordingReader::Machine::Inside RecordingReader::Machine::LookInside()
 {
-    QByteArray rest = bytes.mid(1);
+    const char* const begin = m_arrivals.Data();
+    Inside inside;
+    m_examined += m_rejected;
+    for (qint64 at = 1; at < m_rejected && inside.kind == MessageBeginning::Nothing; ++at) {
+        if (!mayBeginMessage(begin[at]))
+            continue;
+        inside.kind = Recognise(at, true).kind;
+        inside.place = at;
+    }
+    if (inside.kind == MessageBeginning::Message)
+        inside.isOpen = IsOpen(inside.place);
+    return inside;
+}
+
+// Whether one of the messages from the place inside the rejected one on goes on behind it.
+bool RecordingReader::Machine::IsOpen(qint64 place)
+{
+    BeginningRules rules = Rules(place, true);
+    rules.isAll = true;
+    if (Recognise(place, m_rejected, rules).kind != MessageBeginning::Message)
+        return true;
+    QByteArray rest(m_arrivals.Data() + place, static_cast<int>(m_rejected - place));
     QBuffer buffer(&rest);
     Machine machine(buffer, {m_form});
-    // In the middle of a form, only what looks much like a message is one.
-    machine.m_state = State::Searching;
-    machine.m_stretch.isUntold = false;
     RecordedMessage message;
     for (bool isThere = true; isThere;) {
         try {
             isThere = machine.ReadNext(message);
         } catch (const DocumentError&) {
-            // What is wrong inside was never looked for.
+            // What is wrong there is found again when the reader goes on there.
         }
     }
-    Inside inside;
-    if (machine.m_first)
-        inside.first = *machine.m_first + 1;
-    inside.isOpen = machine.m_isCutOff;
-    return inside;
+    m_examined += machine.GetExaminedBytes();
+    return machine.m_isCutOff;
 }
 
 } // namespace ROUTERDOCUMENTS
