@@ -125,7 +125,8 @@ Status stats(const Arguments& arguments, Session& session)
                 [&](const InputMessage& message) { statistics.Add(message.read(false)); },
                 [&](const Finding& finding) {
                     session.complain(finding);
-                    statistics.AddUnreadable();
+                    if (!finding.isNoMessage)
+                        statistics.AddUnreadable();
                 });
             worst = std::max(worst, status);
         }
