@@ -272,8 +272,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle(RecordedMessa
 {
     if (m_state == State::Inside && m_scanned > m_limit) {
         m_state = State::Skipping;
-        Throw(FailureHere(Failure::InputTooLarge,
-                          QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit)));
+        Throw(TooLarge());
     }
     if (m_isAll && m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsRootLeft())
         return EndMessage(ScannedOfDocument(), message);
@@ -302,13 +301,11 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size,
 {
     const bool isSkipped = m_state == State::Skipping;
     m_state = State::Between;
-    const Failure tooLarge =
-        FailureHere(Failure::InputTooLarge,
-                    QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));
     if (isSkipped || size > m_limit) {
+        const Failure failure = isSkipped ? Failure() : TooLarge();
         m_arrivals.Drop(size, m_units);
         if (!isSkipped)
-            Throw(tooLarge);
+            Throw(failure);
         return Step::Done;
     }
     message.number = ++m_count;
@@ -408,6 +405,12 @@ Failure RecordingReader::Machine::FailureHere(Failure::Kind kind, const QString&
     failure.place.offset = m_arrivals.Offset();
     failure.place.line = m_arrivals.Line();
     return failure;
+}
+
+Failure RecordingReader::Machine::TooLarge() const
+{
+    return FailureHere(Failure::InputTooLarge,
+                       QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));
 }
 
 void RecordingReader::Machine::Throw(const Failure& failure) { throw DocumentError(failure); }

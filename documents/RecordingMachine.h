@@ -96,6 +96,7 @@ private:
     Inside LookInside();
     bool IsOpen(qint64 place);
     MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
+    MODELKIT::Failure TooLarge() const;
     [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
 
     std::optional<Form> m_form;
