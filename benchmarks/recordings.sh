@@ -4,17 +4,19 @@
 # docs/performance.md:
 #
 #     benchmarks/recordings.sh [DIGITS]     with 10^DIGITS messages, at least 10^4; without it one million
-#     benchmarks/recordings.sh --update     writes the table into docs/performance.md
+#     benchmarks/recordings.sh --update [DIGITS]     also writes the table into docs/performance.md
+#
+# Times are those of the processor, so that other work on the machine disturbs them little.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-digits=6
-page=/dev/null
-case "${1:-}" in
---update) page=docs/performance.md ;;
-?*) digits=$1 ;;
-esac
+page=
+if [ "${1:-}" = --update ]; then
+    page=docs/performance.md
+    shift
+fi
+digits=${1:-6}
 
 install_missing cmake g++ jq libxml2-utils ninja-build protobuf-compiler qtbase5-dev time
 folder=build/recordings
@@ -59,10 +61,11 @@ measure() {
     local form=$1 name=$2 run
     shift 2
     for run in 1 2 3; do
-        /usr/bin/time -a -o runs -f '%e %M' -- "$@" >/dev/null
+        /usr/bin/time -a -o runs -f '%U %S %M' -- "$@" >/dev/null
     done
-    sort -n runs | awk -v OFS='\t' -v form="$form" -v name="$name" \
-        'NR == 1 { least = $1 } $2 > most { most = $2 } END { print form, name, least, most }' >>times
+    awk -v OFS='\t' -v form="$form" -v name="$name" \
+        'NR == 1 || $1 + $2 < least { least = $1 + $2 } $3 > most { most = $3 } END { print form, name, least, most }' \
+        runs >>times
     rm runs
 }
 
@@ -85,6 +88,6 @@ measure jsonl '`jq length`' jq length all.jsonl
     done
 } | tee table
 cd - >/dev/null
-[ "$page" != /dev/null ] || exit 0
+[ -n "$page" ] || exit 0
 sed -i -e '/<!-- recordings -->/,/<!-- end of recordings -->/{/<!-- recordings -->/!{/<!-- end of recordings -->/!d}}' \
     -e "/<!-- recordings -->/r $data/table" "$page"
