@@ -39,24 +39,24 @@ const RecordInfo* classOf(const QByteArray& bytes, Form form)
 
 // The record; null when the bytes are not a form of the class. GetLastFailure() then tells why.
 std::unique_ptr<MODELKIT::IMKObject> readAs(const RecordInfo& info, const QByteArray& bytes, Form form,
-                                            bool validate)
+                                            Validation validation)
 {
     auto record = info.Create();
-    record->SetValidate(validate);
+    record->SetValidate(validation == Validation::On);
     const bool isRead =
         form == Form::Xml ? record->SetXmlBytes(bytes) : record->SetBinaryRepresentation(bytes);
     return isRead ? std::move(record) : nullptr;
 }
 
-std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form form, bool validate)
+std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form form, Validation validation)
 {
     using MODELKIT::Failure;
-    auto record = readAs(RecordInfo::Document(), bytes, form, validate);
+    auto record = readAs(RecordInfo::Document(), bytes, form, validation);
     // The document's class goes first, because its failures explain best why bytes are not a document.
     const Failure failure = MODELKIT::IMKObject::GetLastFailure();
     if (failure.kind == Failure::WrongRoot || failure.kind == Failure::WrongClass)
         if (const RecordInfo* info = classOf(bytes, form))
-            record = readAs(*info, bytes, form, validate);
+            record = readAs(*info, bytes, form, validation);
     if (!record)
         throw DocumentError(MODELKIT::IMKObject::GetLastFailure());
     return record;
@@ -102,10 +102,10 @@ Document ReadDocument(const QByteArray& bytes, const ReadingOptions& options)
         document.form = options.form.value_or(FormOfContent(bytes));
         document.size = bytes.size();
         const bool isJson = document.form == Form::Json || document.form == Form::JsonLines;
-        document.record = isJson ? FromJson(bytes, options.validate)
-                                 : readByLibrary(bytes, document.form, options.validate);
+        document.record = isJson ? FromJson(bytes, options.validation)
+                                 : readByLibrary(bytes, document.form, options.validation);
         document.info = &RecordInfo::Of(*document.record);
-        if (options.validate)
+        if (options.validation == Validation::On)
             check(*document.record, bytes, document.form);
         return document;
     });

@@ -5,6 +5,7 @@
 
 #include "documents/Export.h"
 #include "documents/Forms.h"
+#include "documents/Validation.h"
 
 #include "modelkit/IMKObject.h"
 #include "routerinterface/RecordInfo.h"
@@ -21,8 +22,8 @@ struct ReadingOptions
 {
     /// The form of the bytes. Without a value, the content determines it.
     std::optional<Form> form;
-    /// Whether to switch the record's validation on before reading it and to check it afterwards.
-    bool validate = false;
+    /// With Validation::On the record is also checked after it was read.
+    Validation validation = Validation::Off;
 };
 
 /// A document as it was read.

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Forms.h"
 
+#include "documents/FormSigns.h"
 #include "documents/TextUnits.h"
-
-#include "modelkit/BinaryForm.h"
 
 #include <QtCore/QtEndian>
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 
 namespace ROUTERDOCUMENTS {
@@ -29,22 +27,31 @@ constexpr Ending endings[] = {{".xml", Form::Xml},
                               {".json", Form::Json},
                               {".jsonl", Form::JsonLines}};
 
-// XML in UTF-16 or UTF-32, with or without a byte order mark.
+quint32 firstWordOf(const QByteArray& bytes) { return qFromBigEndian<quint32>(bytes.constData()); }
+
+// XML in UTF-16 or UTF-32, with or without a byte order mark. What follows the first character may be cut
+// off.
 bool beginsAsWideXml(const QByteArray& bytes)
 {
-    static const QByteArray beginnings[] = {QByteArray("\xFE\xFF"),        QByteArray("\xFF\xFE"),
-                                            QByteArray("\0\0\xFE\xFF", 4), QByteArray("\0<", 2),
-                                            QByteArray("<\0", 2),          QByteArray("\0\0\0<", 4)};
-    return std::any_of(std::begin(beginnings), std::end(beginnings),
-                       [&bytes](const QByteArray& beginning) { return bytes.startsWith(beginning); });
+    const auto begins = [&bytes](const char* with, int size) {
+        return bytes.startsWith(QByteArray::fromRawData(with, size));
+    };
+    return std::any_of(std::begin(byteOrderMarks), std::end(byteOrderMarks),
+                       [&](const ByteOrderMark& mark) {
+                           return mark.units.size > 1 && begins(mark.bytes, mark.size);
+                       })
+           || std::any_of(std::begin(markupSigns), std::end(markupSigns), [&](const MarkupSign& sign) {
+                  return sign.units.size > 1 && begins(sign.bytes, sign.units.size);
+              });
 }
 
+// JSON in UTF-16 counts as well: the reader of JSON explains best why it is refused.
 bool beginsAsJson(const QByteArray& bytes)
 {
     const int mark = bytes.startsWith("\xEF\xBB\xBF") ? 3 : 0;
     const auto first = std::find_if(bytes.begin() + mark, bytes.end(),
-                                    [](char byte) { return std::strchr(" \t\r\n", byte) == nullptr; });
-    return first != bytes.end() && (*first == '{' || *first == '[');
+                                    [](char byte) { return byte != 0 && !isWhite(byte); });
+    return first != bytes.end() && beginsJson(*first);
 }
 
 } // namespace
@@ -84,10 +91,8 @@ QString KnownEndings()
 Form FormOfContent(const QByteArray& bytes)
 {
     constexpr int beginning = 256;
-    if (MODELKIT::IsCompressedForm(bytes))
-        return Form::Compressed;
-    if (ClassOfBinary(bytes))
-        return Form::Binary;
+    if (const auto form = bytes.size() < 4 ? std::nullopt : binaryFormOf(firstWordOf(bytes)))
+        return *form;
     if (beginsAsWideXml(bytes))
         return Form::Xml;
     if (beginsAsJson(bytes))
@@ -98,7 +103,7 @@ Form FormOfContent(const QByteArray& bytes)
 
 const RecordInfo* ClassOfBinary(const QByteArray& bytes)
 {
-    return bytes.size() < 4 ? nullptr : RecordInfo::FindByFrameId(qFromBigEndian<quint32>(bytes.constData()));
+    return bytes.size() < 4 ? nullptr : RecordInfo::FindByFrameId(firstWordOf(bytes));
 }
 
 } // namespace ROUTERDOCUMENTS

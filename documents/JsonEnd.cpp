@@ -47,7 +47,7 @@ JsonEnd::Outcome JsonEnd::Step(unsigned char byte)
         return More;
     case '\n':
     case '\r':
-        return m_isLine ? Broken : More;
+        return m_extent == OneLine ? Broken : More;
     case ' ':
     case '\t':
         return More;

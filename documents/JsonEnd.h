@@ -19,8 +19,13 @@ public:
         Broken // the last byte examined cannot occur there
     };
 
-    // IsLine: whether the value must end on its line.
-    explicit JsonEnd(bool isLine) : m_isLine(isLine) {}
+    enum Extent
+    {
+        AnyLines,
+        OneLine // the value must end on its line
+    };
+
+    explicit JsonEnd(Extent extent) : m_extent(extent) {}
 
     // Looks at the bytes, which follow those of the calls before, and adds the number of those it has looked
     // at to \a used.
@@ -34,7 +39,7 @@ private:
     Outcome Open(char bracket);
     Outcome Close(char bracket);
 
-    bool m_isLine;
+    Extent m_extent;
     qint64 m_lineSize = 0;
     // The brackets that are open.
     QByteArray m_open;

@@ -13,6 +13,7 @@
 #pragma once
 
 #include "documents/Export.h"
+#include "documents/Validation.h"
 
 #include "modelkit/IMKObject.h"
 
@@ -34,10 +35,10 @@ ROUTERDOCUMENTS_EXPORT QByteArray ToJsonLine(const MODELKIT::IMKObject& record);
 /// Reads a record from JSON. Nothing is skipped and nothing is converted: unknown keys, repeated keys, values
 /// of another type or outside the range of their member, and more than one member in a record that carries
 /// one at a time are refused. Limits::inputSize and Limits::listItems apply.
-/// \param validate whether to switch the record's validation on before it is filled.
 /// \throws DocumentError with line and column where the text is not JSON, or else with the path of what is
 /// wrong, in which items count from 0: "$.PelLu300RouterMessage.Fragment[1].DF_Params.Frequency".
 /// \throws MKException what the record throws, with such a path as its place.
-ROUTERDOCUMENTS_EXPORT std::unique_ptr<MODELKIT::IMKObject> FromJson(const QByteArray& json, bool validate);
+ROUTERDOCUMENTS_EXPORT std::unique_ptr<MODELKIT::IMKObject> FromJson(const QByteArray& json,
+                                                                     Validation validation = Validation::Off);
 
 } // namespace ROUTERDOCUMENTS

@@ -6,6 +6,7 @@
 #include "documents/Sentences.h"
 #include "documents/Text.h"
 
+#include "modelkit/Devices.h"
 #include "modelkit/Limits.h"
 #include "routerinterface/RecordInfo.h"
 
@@ -91,14 +92,14 @@ QVariant enumeratorOf(const MemberInfo& member, const QJsonValue& json, bool val
     constexpr int none = -1;
     const QStringList& names = member.GetNames();
     if (json.isNull() && validate)
-        path.refuse(QStringLiteral("null is none of %1.").arg(Enumerated(names)));
+        path.refuse(QStringLiteral("null is none of %1.").arg(Listed(names)));
     if (json.isNull())
         return none;
     requireType(json, QJsonValue::String, path);
     const auto value = names.indexOf(json.toString());
     if (value < 0)
         path.refuse(QStringLiteral("%1 is none of %2.%3")
-                        .arg(Quoted(Abbreviated(json.toString())), Enumerated(names),
+                        .arg(Quoted(Abbreviated(json.toString())), Listed(names),
                              DidYouMean(json.toString(), names)));
     return static_cast<int>(value);
 }
@@ -175,7 +176,7 @@ void requireKnownKeys(const QJsonObject& object, const RecordInfo& info, const J
                                  DidYouMean(i.key(), namesOf(info.GetMembers()))));
     if (info.IsChoice() && object.size() > 1)
         path.refuse(QStringLiteral("%1 carries one of its members at a time; here are %2.")
-                        .arg(info.GetName(), Enumerated(object.keys())));
+                        .arg(info.GetName(), Listed(object.keys())));
 }
 
 void readRecord(const QJsonValue& json, IMKObject& record, const JsonPath& path)
@@ -211,15 +212,12 @@ void requireAllowedSize(const QByteArray& json)
 {
     const qint64 limit = MODELKIT::Limits::Get().inputSize;
     if (json.size() > limit)
-        throw DocumentError(
-            MODELKIT::Failure{MODELKIT::Failure::InputTooLarge,
-                              QStringLiteral("The input is larger than the limit of %1 bytes.").arg(limit),
-                              {}});
+        throw DocumentError(MODELKIT::inputTooLarge(limit));
 }
 
 } // namespace
 
-std::unique_ptr<IMKObject> FromJson(const QByteArray& json, bool validate)
+std::unique_ptr<IMKObject> FromJson(const QByteArray& json, Validation validation)
 {
     requireAllowedSize(json);
     const QJsonValue root = parseText(json);
@@ -227,7 +225,7 @@ std::unique_ptr<IMKObject> FromJson(const QByteArray& json, bool validate)
     const QJsonObject object = root.toObject();
     const RecordInfo& info = rootClass(object);
     auto record = info.Create();
-    record->SetValidate(validate);
+    record->SetValidate(validation == Validation::On);
     const JsonPath document;
     readRecord(object.constBegin().value(), *record, JsonPath(document, info.GetName()));
     return record;

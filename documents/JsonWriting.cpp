@@ -18,10 +18,16 @@ using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
+enum class Lines
+{
+    Many,
+    One
+};
+
 class Writer
 {
 public:
-    explicit Writer(bool isOneLine) : m_isOneLine(isOneLine) {}
+    explicit Writer(Lines lines) : m_lines(lines) {}
 
     QByteArray write(const IMKObject& record)
     {
@@ -129,7 +135,7 @@ private:
     {
         beginValue();
         writeString(name);
-        m_json += m_isOneLine ? ":" : ": ";
+        m_json += m_lines == Lines::One ? ":" : ": ";
     }
 
     void beginLevel(char bracket)
@@ -158,11 +164,11 @@ private:
 
     void breakLine()
     {
-        if (!m_isOneLine)
+        if (m_lines == Lines::Many)
             m_json += '\n' + QByteArray(2 * m_depth, ' ');
     }
 
-    bool m_isOneLine;
+    Lines m_lines;
     QByteArray m_json;
     int m_depth = 0;
     bool m_isLevelEmpty = true;
@@ -170,8 +176,8 @@ private:
 
 } // namespace
 
-QByteArray ToJson(const IMKObject& record) { return Writer(false).write(record); }
+QByteArray ToJson(const IMKObject& record) { return Writer(Lines::Many).write(record); }
 
-QByteArray ToJsonLine(const IMKObject& record) { return Writer(true).write(record); }
+QByteArray ToJsonLine(const IMKObject& record) { return Writer(Lines::One).write(record); }
 
 } // namespace ROUTERDOCUMENTS

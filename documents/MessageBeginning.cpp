@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/MessageBeginning.h"
 
+#include "documents/FormSigns.h"
+
 #include "modelkit/FormHeader.h"
 #include "routerinterface/RecordInfo.h"
 
@@ -50,34 +52,6 @@ private:
     TextUnits m_units;
 };
 
-struct ByteOrderMark
-{
-    const char* bytes;
-    int size;
-    TextUnits units;
-};
-
-// The longer ones go first, because they begin as the shorter ones.
-constexpr ByteOrderMark byteOrderMarks[] = {{"\0\0\xFE\xFF", 4, {4, true}},
-                                            {"\xFF\xFE\0\0", 4, {4, false}},
-                                            {"\xFE\xFF", 2, {2, true}},
-                                            {"\xFF\xFE", 2, {2, false}},
-                                            {"\xEF\xBB\xBF", 3, {1, false}}};
-
-struct Pattern
-{
-    int size;
-    char bytes[8];
-    TextUnits units;
-};
-
-// The character < in all units, with as much of a character behind it as tells the units.
-constexpr Pattern beginningsOfMarkup[] = {{7, {0, 0, 0, '<', 0, 0, 0}, {4, true}},
-                                          {4, {'<', 0, 0, 0}, {4, false}},
-                                          {3, {0, '<', 0}, {2, true}},
-                                          {2, {'<', 0}, {2, false}},
-                                          {1, {'<'}, {1, false}}};
-
 // Whether the bytes begin like that; isShort as above.
 bool begins(const char* bytes, qint64 size, const char* with, int length, bool& isShort)
 {
@@ -123,6 +97,8 @@ public:
     }
 
 private:
+    bool isSearch() const { return m_rules.look == Look::Searching; }
+
     bool accepts(Form form) const
     {
         // What a form is called in a rule: JSON lines are JSON, and both binary forms are read alike.
@@ -145,18 +121,17 @@ private:
             m_isShort = m_isShort || isBeginOfId();
             return false;
         }
-        const auto id = qFromBigEndian<quint32>(m_bytes);
-        const Form form = id == FormHeader::compressedMarker ? Form::Compressed : Form::Binary;
-        if (!accepts(form) || (form == Form::Binary && !RecordInfo::FindByFrameId(id)))
+        const auto form = binaryFormOf(qFromBigEndian<quint32>(m_bytes));
+        if (!form || !accepts(*form))
             return false;
-        if (!m_rules.isSearch)
-            return find(MessageBeginning::Message, form);
+        if (!isSearch())
+            return find(MessageBeginning::Message, *form);
         m_isShort = m_isShort || m_size < binaryHeaderSize;
         if (m_size < binaryHeaderSize)
             return false;
         const qint64 length = binaryLength(m_bytes);
         return length >= 0 && length <= m_rules.limit - binaryHeaderSize
-               && find(MessageBeginning::Message, form);
+               && find(MessageBeginning::Message, *form);
     }
 
     // Whether these few bytes may become the first word of a binary form.
@@ -186,7 +161,7 @@ private:
             m_found.units = mark.units;
             m_found.mark = mark.size;
             return recogniseText(mark.size)
-                   || ((!m_isShort || m_rules.isAll) && !m_rules.isSearch && find(MessageBeginning::Mark));
+                   || ((!m_isShort || m_rules.isAll) && !isSearch() && find(MessageBeginning::Mark));
         }
         return false;
     }
@@ -202,7 +177,7 @@ private:
             return accepts(Form::Xml) && recogniseMarkup(text);
         if (!accepts(Form::Json) || m_found.units.size > 1)
             return false;
-        const bool isValue = m_rules.isSearch ? first == '{' && isKey(text, 1) : first == '{' || first == '[';
+        const bool isValue = isSearch() ? first == '{' && isKey(text, 1) : beginsJson(first);
         return isValue && find(MessageBeginning::Message, Form::Json);
     }
 
@@ -213,10 +188,10 @@ private:
         m_found.mark = 0;
         if (m_bytes[0] != '<' && m_bytes[0] != 0)
             return true;
-        for (const Pattern& pattern : beginningsOfMarkup) {
+        for (const MarkupSign& sign : markupSigns) {
             bool isShort = false;
-            if (begins(m_bytes, m_size, pattern.bytes, pattern.size, isShort)) {
-                m_found.units = pattern.units;
+            if (begins(m_bytes, m_size, sign.bytes, sign.size, isShort)) {
+                m_found.units = sign.units;
                 return true;
             }
             m_isShort = m_isShort || isShort;
@@ -234,7 +209,7 @@ private:
             return recogniseInstruction(text);
         if (second == '!')
             return recogniseExclamation(text);
-        return isNameBegin(second) && second != otherCharacter && (m_rules.isSearch ? isRecord(text) : true)
+        return isNameBegin(second) && second != otherCharacter && (isSearch() ? isRecord(text) : true)
                && find(MessageBeginning::Message);
     }
 
@@ -249,7 +224,7 @@ private:
         }
         if (isXml && isWhite(behind))
             return find(MessageBeginning::Message);
-        return !m_rules.isSearch && find(MessageBeginning::Aside);
+        return !isSearch() && find(MessageBeginning::Aside);
     }
 
     bool recogniseExclamation(const Peek& text)
@@ -257,7 +232,7 @@ private:
         bool isShort = false;
         if (text.has(2, "DOCTYPE", isShort))
             return find(MessageBeginning::Message);
-        const bool isComment = !m_rules.isSearch && text.has(2, "--", isShort);
+        const bool isComment = !isSearch() && text.has(2, "--", isShort);
         m_isShort = m_isShort || isShort;
         return isComment && find(MessageBeginning::Aside);
     }

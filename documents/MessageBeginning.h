@@ -30,6 +30,13 @@ struct MessageBeginning
     int mark = 0;
 };
 
+// How to look at a place.
+enum class Look
+{
+    Expecting, // a message begins here
+    Searching  // in what is no message: a beginning must look more like one
+};
+
 // Where and how to look for a beginning.
 struct BeginningRules
 {
@@ -37,8 +44,7 @@ struct BeginningRules
     std::optional<Form> form;
     // The largest message.
     qint64 limit = 0;
-    // Whether to search in what is no message: then a beginning must look more like one.
-    bool isSearch = false;
+    Look look = Look::Expecting;
     // Whether the place is at the beginning of a line.
     bool isAtLineBegin = true;
     // Whether no more bytes follow.

@@ -62,7 +62,7 @@ struct RecordingOptions
 /// \code
 /// RecordingReader reader(device);
 /// for (RecordedMessage message; reader.ReadNext(message);)
-///     handle(ReadDocument(message.bytes, {message.form, false}));
+///     handle(ReadDocument(message.bytes, {message.form}));
 /// \endcode
 class ROUTERDOCUMENTS_EXPORT RecordingReader
 {

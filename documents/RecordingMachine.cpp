@@ -43,7 +43,7 @@ QString cutOffText(Form form)
 } // namespace
 
 RecordingReader::Machine::Machine(QIODevice& device, const RecordingOptions& options)
-    : m_form(options.form), m_arrivals(device), m_end(JsonEnd(false))
+    : m_form(options.form), m_arrivals(device), m_end(JsonEnd(JsonEnd::AnyLines))
 {}
 
 bool RecordingReader::Machine::ReadNext(RecordedMessage& message)
@@ -119,7 +119,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::PassOver()
         if (white < 0)
             return Step::NeedsMore;
         if (white == 0)
-            return Begin(Recognise(0, false));
+            return Begin(Recognise(0, Look::Expecting));
         m_examined += white;
         m_arrivals.Drop(white, m_units);
     }
@@ -151,7 +151,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBegi
     if (isXml)
         m_end = XmlEnd(m_isAside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
     else
-        m_end = JsonEnd(beginning.form == Form::JsonLines);
+        m_end = JsonEnd(beginning.form == Form::JsonLines ? JsonEnd::OneLine : JsonEnd::AnyLines);
     return Step::Done;
 }
 
@@ -162,7 +162,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfBinary(Recorde
         m_isCutOff = true;
         return BeginStretch(FailureHere(Failure::NotABinaryForm,
                                         QStringLiteral("The binary form is cut off; %1.").arg(missing)),
-                            1, false);
+                            1, ByteCount::LeftOut);
     };
     if (there < binaryHeaderSize)
         return m_isAll ? cutOff(QStringLiteral("its length is missing")) : Step::NeedsMore;
@@ -222,7 +222,7 @@ qint64 RecordingReader::Machine::FindOtherUnits(bool isEnd)
         const bool isAligned = m_searched % m_units.size == 0;
         if (!mayBreakOffWide(m_arrivals.Data() + m_searched, m_units, isAligned))
             continue;
-        BeginningRules rules = Rules(m_searched, true);
+        BeginningRules rules = Rules(m_searched, Look::Searching);
         rules.isAll = isWhole;
         const MessageBeginning beginning = Recognise(m_searched, m_scanned, rules);
         if (beginning.kind == MessageBeginning::Unclear)
@@ -245,7 +245,7 @@ qint64 RecordingReader::Machine::ScannedOfDocument() const
 RecordingReader::Machine::Step RecordingReader::Machine::BreakOffXml(RecordedMessage& message)
 {
     for (qint64 at = std::max<qint64>(m_scanned - lookBack, 1); at < m_scanned; ++at) {
-        const MessageBeginning beginning = Recognise(at, true);
+        const MessageBeginning beginning = Recognise(at, Look::Searching);
         if (beginning.kind == MessageBeginning::Unclear)
             return Step::NeedsMore;
         if (beginning.kind == MessageBeginning::Message && beginning.form != Form::Xml)
@@ -272,7 +272,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle(RecordedMessa
 {
     if (m_state == State::Inside && m_scanned > m_limit) {
         m_state = State::Skipping;
-        Throw(TooLarge());
+        Throw(MessageTooLarge());
     }
     if (m_isAll && m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsRootLeft())
         return EndMessage(ScannedOfDocument(), message);
@@ -302,7 +302,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size,
     const bool isSkipped = m_state == State::Skipping;
     m_state = State::Between;
     if (isSkipped || size > m_limit) {
-        const Failure failure = isSkipped ? Failure() : TooLarge();
+        const Failure failure = isSkipped ? Failure() : MessageTooLarge();
         m_arrivals.Drop(size, m_units);
         if (!isSkipped)
             Throw(failure);
@@ -328,7 +328,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::Search()
         m_examined += at == end ? 0 : 1;
         if (at == end)
             break;
-        const MessageBeginning beginning = Recognise(at - begin, true);
+        const MessageBeginning beginning = Recognise(at - begin, Look::Searching);
         if (beginning.kind == MessageBeginning::Nothing)
             continue;
         AddToStretch(at - begin);
@@ -339,11 +339,11 @@ RecordingReader::Machine::Step RecordingReader::Machine::Search()
 }
 
 RecordingReader::Machine::Step RecordingReader::Machine::BeginStretch(const Failure& failure, qint64 size,
-                                                                      bool isCounted)
+                                                                      ByteCount byteCount)
 {
     m_stretch = Stretch();
     m_stretch.failure = failure;
-    m_stretch.isCounted = isCounted;
+    m_stretch.byteCount = byteCount;
     m_state = State::Searching;
     AddToStretch(size);
     return Step::Done;
@@ -369,14 +369,14 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndStretch()
     Failure failure = m_stretch.failure;
     if (failure.kind == Failure::None)
         failure.kind = m_stretch.isText ? Failure::NotWellFormed : Failure::NotABinaryForm;
-    if (m_stretch.isCounted)
+    if (m_stretch.byteCount == ByteCount::Added)
         failure.text += QStringLiteral("; %1.").arg(counted(m_stretch.size, QStringLiteral("passed over")));
     Throw(failure);
 }
 
-MessageBeginning RecordingReader::Machine::Recognise(qint64 at, bool isSearch)
+MessageBeginning RecordingReader::Machine::Recognise(qint64 at, Look look)
 {
-    return Recognise(at, m_arrivals.Size(), Rules(at, isSearch));
+    return Recognise(at, m_arrivals.Size(), Rules(at, look));
 }
 
 MessageBeginning RecordingReader::Machine::Recognise(qint64 at, qint64 end, BeginningRules rules)
@@ -385,13 +385,13 @@ MessageBeginning RecordingReader::Machine::Recognise(qint64 at, qint64 end, Begi
     return recogniseBeginning(m_arrivals.Data() + at, end - at, rules);
 }
 
-BeginningRules RecordingReader::Machine::Rules(qint64 at, bool isSearch) const
+BeginningRules RecordingReader::Machine::Rules(qint64 at, Look look) const
 {
     const char* const place = m_arrivals.Data() + at;
     BeginningRules rules;
     rules.form = m_form;
     rules.limit = m_limit;
-    rules.isSearch = isSearch;
+    rules.look = look;
     rules.isAtLineBegin = at > 0 ? place[-1] == '\n' || place[-1] == '\r' : m_arrivals.IsAtLineBegin();
     rules.isAll = m_isAll;
     return rules;
@@ -407,7 +407,7 @@ Failure RecordingReader::Machine::FailureHere(Failure::Kind kind, const QString&
     return failure;
 }
 
-Failure RecordingReader::Machine::TooLarge() const
+Failure RecordingReader::Machine::MessageTooLarge() const
 {
     return FailureHere(Failure::InputTooLarge,
                        QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));

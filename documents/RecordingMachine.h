@@ -47,14 +47,20 @@ private:
         Finished   // the recording
     };
 
+    // Whether the number of bytes that are passed over is added to the text of a failure.
+    enum class ByteCount
+    {
+        Added,
+        LeftOut
+    };
+
     // Bytes that are passed over until the next message begins.
     struct Stretch
     {
         MODELKIT::Failure failure;
         // Whether the caller still has to be told.
         bool isUntold = true;
-        // Whether the text is to have the number of bytes.
-        bool isCounted = true;
+        ByteCount byteCount = ByteCount::Added;
         qint64 size = 0;
         bool isText = true;
     };
@@ -77,14 +83,14 @@ private:
     Step Search();
     Step LeaveRejected();
 
-    Step BeginStretch(const MODELKIT::Failure& failure, qint64 size, bool isCounted = true);
+    Step BeginStretch(const MODELKIT::Failure& failure, qint64 size, ByteCount byteCount = ByteCount::Added);
     Step EndStretch();
     void AddToStretch(qint64 size);
 
     // What begins at the offset, as far as the bytes up to the end tell.
-    MessageBeginning Recognise(qint64 at, bool isSearch);
+    MessageBeginning Recognise(qint64 at, Look look);
     MessageBeginning Recognise(qint64 at, qint64 end, BeginningRules rules);
-    BeginningRules Rules(qint64 at, bool isSearch) const;
+    BeginningRules Rules(qint64 at, Look look) const;
     // The first message that begins inside the rejected one.
     struct Inside
     {
@@ -96,7 +102,7 @@ private:
     Inside LookInside();
     bool IsOpen(qint64 place);
     MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
-    MODELKIT::Failure TooLarge() const;
+    MODELKIT::Failure MessageTooLarge() const;
     [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
 
     std::optional<Form> m_form;

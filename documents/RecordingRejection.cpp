@@ -46,10 +46,10 @@ RecordingReader::Machine::Step RecordingReader::Machine::LeaveRejected()
     // At the end of the recording the length is taken for right.
     if (m_scanned == m_arrivals.Size())
         return m_isAll ? Step::Finished : Step::NeedsMore;
-    BeginningRules rules = Rules(m_scanned, true);
+    BeginningRules rules = Rules(m_scanned, Look::Searching);
     rules.isAtLineBegin = false;
     const MessageBeginning sure = Recognise(m_scanned, m_arrivals.Size(), rules);
-    const MessageBeginning any = Recognise(m_scanned, false);
+    const MessageBeginning any = Recognise(m_scanned, Look::Expecting);
     if (sure.kind == MessageBeginning::Unclear || any.kind == MessageBeginning::Unclear)
         return Step::NeedsMore;
     qint64 passed = m_rejected;
@@ -75,7 +75,7 @@ RecordingReader::Machine::Inside RecordingReader::Machine::LookInside()
     for (qint64 at = 1; at < m_rejected && inside.kind == MessageBeginning::Nothing; ++at) {
         if (!mayBeginMessage(begin[at]))
             continue;
-        inside.kind = Recognise(at, true).kind;
+        inside.kind = Recognise(at, Look::Searching).kind;
         inside.place = at;
     }
     if (inside.kind == MessageBeginning::Message)
@@ -86,7 +86,7 @@ RecordingReader::Machine::Inside RecordingReader::Machine::LookInside()
 // Whether one of the messages from the place inside the rejected one on goes on behind it.
 bool RecordingReader::Machine::IsOpen(qint64 place)
 {
-    BeginningRules rules = Rules(place, true);
+    BeginningRules rules = Rules(place, Look::Searching);
     rules.isAll = true;
     if (Recognise(place, m_rejected, rules).kind != MessageBeginning::Message)
         return true;

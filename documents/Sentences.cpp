@@ -15,7 +15,7 @@ QString DidYouMean(const QString& meant)
     return meant.isEmpty() ? QString() : QStringLiteral(" Did you mean %1?").arg(meant);
 }
 
-QString Enumerated(const QStringList& words)
+QString Listed(const QStringList& words)
 {
     if (words.size() < 2)
         return words.join(QString());

@@ -17,6 +17,6 @@ ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& word, const QStringList
 ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& meant);
 
 /// "a, b and c".
-ROUTERDOCUMENTS_EXPORT QString Enumerated(const QStringList& words);
+ROUTERDOCUMENTS_EXPORT QString Listed(const QStringList& words);
 
 } // namespace ROUTERDOCUMENTS

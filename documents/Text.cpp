@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Text.h"
 
+#include "modelkit/Quoted.h"
+
 #include <QtCore/QLocale>
 
 #include <algorithm>
@@ -49,8 +51,14 @@ QString escapedUnit(QChar unit)
     }
 }
 
-// Replaces characters that cannot be displayed safely. Line breaks can be kept.
-QString escaped(const QString& text, const std::function<QString(QStringView)>& escape, bool keepLineBreaks)
+enum class LineBreaks
+{
+    Escaped,
+    Kept
+};
+
+// Replaces characters that cannot be displayed safely.
+QString escaped(const QString& text, const std::function<QString(QStringView)>& escape, LineBreaks lineBreaks)
 {
     QString result;
     result.reserve(text.size());
@@ -60,7 +68,7 @@ QString escaped(const QString& text, const std::function<QString(QStringView)>& 
         const char32_t character =
             isPair ? QChar::surrogateToUcs4(text.at(i), text.at(i + 1)) : text.at(i).unicode();
         const auto units = QStringView(text).mid(i, isPair ? 2 : 1);
-        if (canBeShown(character) || (keepLineBreaks && character == '\n'))
+        if (canBeShown(character) || (lineBreaks == LineBreaks::Kept && character == '\n'))
             result.append(units.data(), static_cast<int>(units.size()));
         else
             result += escape(units);
@@ -144,7 +152,7 @@ private:
 
 } // namespace
 
-QString Printable(const QString& text) { return escaped(text, escapedAsInJson, false); }
+QString Printable(const QString& text) { return escaped(text, escapedAsInJson, LineBreaks::Escaped); }
 
 QString Quoted(const QString& text)
 {
@@ -159,15 +167,11 @@ QPair<QString, QString> QuotedWhereDifferent(const QString& first, const QString
     return {part.quoted(first), part.quoted(second)};
 }
 
-QString Abbreviated(const QString& text)
-{
-    constexpr int shown = 40;
-    return text.size() > shown ? text.left(shown) + QLatin1String("...") : text;
-}
+QString Abbreviated(const QString& text) { return MODELKIT::abbreviated(text); }
 
-QString ShowableJson(const QString& json) { return escaped(json, escapedAsInJson, true); }
+QString ShowableJson(const QString& json) { return escaped(json, escapedAsInJson, LineBreaks::Kept); }
 
-QString ShowableXml(const QString& xml) { return escaped(xml, escapedAsInXml, true); }
+QString ShowableXml(const QString& xml) { return escaped(xml, escapedAsInXml, LineBreaks::Kept); }
 
 QString Exactly(double value)
 {

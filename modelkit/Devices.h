@@ -75,7 +75,8 @@ struct Input
 // read. False, with the reason in failure, when there is nothing that could be a document.
 bool readToEnd(QIODevice& device, Input& input, Failure& failure);
 
-Failure inputTooLarge(qint64 limit);
+// The input is larger than Limits::inputSize allows.
+MODELKIT_EXPORT Failure inputTooLarge(qint64 limit);
 
 // Writes all bytes. When it fails, reason is what the device gave as the reason.
 MODELKIT_EXPORT bool writeAll(QIODevice& device, const QByteArray& bytes, QString& reason);

@@ -6,12 +6,17 @@
 
 namespace MODELKIT {
 
-// The text in quotation marks; a long text is truncated.
-inline QString quoted(const QString& text)
+// The text, truncated when it is too long for a message.
+inline QString abbreviated(const QString& text)
 {
     constexpr int shown = 40;
-    return QLatin1Char('"') + (text.size() > shown ? text.left(shown) + QLatin1String("...") : text)
-           + QLatin1Char('"');
+    return text.size() > shown ? text.left(shown) + QLatin1String("...") : text;
+}
+
+// The abbreviated text in quotation marks. Nothing in it is escaped.
+inline QString abbreviatedInQuotes(const QString& text)
+{
+    return QLatin1Char('"') + abbreviated(text) + QLatin1Char('"');
 }
 
 } // namespace MODELKIT

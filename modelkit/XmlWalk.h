@@ -32,9 +32,10 @@ inline void noticeTextBetween(const QXmlStreamReader& reader, DocumentContext* c
                || character == QLatin1Char('\n') || character == QLatin1Char('\r');
     };
     if (!std::all_of(text.begin(), text.end(), isWhiteSpace))
-        context->Report(
-            ReadingReport::IgnoredText,
-            QStringLiteral("The text %1 between elements was ignored.").arg(quoted(text.trimmed())), reader);
+        context->Report(ReadingReport::IgnoredText,
+                        QStringLiteral("The text %1 between elements was ignored.")
+                            .arg(abbreviatedInQuotes(text.trimmed())),
+                        reader);
 }
 
 inline void noticeElementInText(const QXmlStreamReader& reader, DocumentContext* context)

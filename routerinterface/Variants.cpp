@@ -3,6 +3,7 @@
 
 #include "modelkit/ClosestName.h"
 #include "modelkit/Exceptions.h"
+#include "modelkit/Quoted.h"
 #include "routerinterface/machinery/Characters.h"
 #include "routerinterface/machinery/TextForms.h"
 
@@ -181,7 +182,7 @@ QString shownText(const QVariant& variant)
 void refuseVariant(const QString& recordName, const MemberInfo& member, const QVariant& variant)
 {
     const QString text = shownText(variant);
-    QString given = quoted(text);
+    QString given = MODELKIT::abbreviatedInQuotes(text);
     if (!variant.isValid())
         given = QStringLiteral("An invalid QVariant");
     else if (text.isNull())

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # The checks that run no code of ours: licence lines, that no include goes up a floor, the format, clang-tidy over the
-# libraries, the documentation of the public headers, and that each library can be compiled as one source.
+# libraries and the program, the documentation of the public headers, and that g++ can compile each library as one
+# source (the preset "sanitize" does so with clang++).
 #
 #     scripts/checks.sh
 #     scripts/checks.sh --add-licences     adds the licence line to those files that lack it
@@ -62,9 +63,6 @@ bash scripts/floors.sh
 echo "Format"
 files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
 
-echo "Documentation of the public headers"
-doxygen Doxyfile
-
 # configure FOLDER COMPILER [OPTION]...: configures the libraries alone.
 configure() {
     cmake -S . -B "build/$1" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER="$2" \
@@ -72,12 +70,27 @@ configure() {
         -DROUTERINTERFACE_TOOLS=OFF "${@:3}" >"build/$1.log" || { cat "build/$1.log"; return 1; }
 }
 
-for compiler in g++ clang++; do
-    echo "Each library as one source: $compiler"
-    configure "unity-$compiler" $compiler -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0
-    cmake --build "build/unity-$compiler" >"build/unity.log" || { cat build/unity.log; exit 1; }
-done
+document() { doxygen Doxyfile; }
 
-echo "clang-tidy"
-configure tidy clang++ -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
-run-clang-tidy -quiet -p build/tidy >build/tidy.log 2>&1 || { grep -vE '^clang-tidy|^[0-9]+ warnings' build/tidy.log; exit 1; }
+compile_as_one() {
+    configure unity g++ -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 || return
+    cmake --build build/unity >build/unity.log || { cat build/unity.log; return 1; }
+}
+
+tidy() {
+    configure tidy clang++ -DROUTERINTERFACE_TOOLS=ON -DCMAKE_EXPORT_COMPILE_COMMANDS=ON || return
+    run-clang-tidy -quiet -j "$(nproc)" -p build/tidy >build/tidy.log 2>&1 ||
+        { grep -vE '^clang-tidy|^[0-9]+ warnings' build/tidy.log; return 1; }
+}
+
+# These take long, and some of them use one processor only.
+echo "Documentation of the public headers; each library as one source; clang-tidy"
+document &
+documenting=$!
+compile_as_one &
+compiling=$!
+failed=0
+tidy || failed=1
+wait $documenting || failed=1
+wait $compiling || failed=1
+exit $failed

@@ -32,6 +32,7 @@
 #include <ostream>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 // GoogleTest prints Qt strings and byte arrays through these.
@@ -179,19 +180,31 @@ MODELKIT::Limits limitsWith(const Change& change)
     return limits;
 }
 
-// Expects that the statement throws an Exception, not a derived class, with exactly that text.
+// Expects that the statement throws an Exception, not a derived class, and returns it.
 template <class Exception, class Statement>
-void expectThrow(Statement&& statement, const QString& text)
+Exception thrownBy(Statement&& statement)
 {
     try {
         statement();
     } catch (const ModelKitException& exception) {
         EXPECT_TRUE(typeid(exception) == typeid(Exception)) << typeid(exception).name();
-        EXPECT_EQ(exception.GetText(), text);
-        EXPECT_EQ(QString::fromUtf8(exception.what()), text);
-        return;
+        if (const auto* thrown = dynamic_cast<const Exception*>(&exception))
+            return *thrown;
+        return Exception(exception.GetText());
     }
     ADD_FAILURE() << "nothing was thrown";
+    return Exception(QString());
+}
+
+// Expects that the statement throws an Exception, not a derived class, with exactly that text, and returns
+// it.
+template <class Exception, class Statement>
+Exception expectThrow(Statement&& statement, const QString& text)
+{
+    Exception exception = thrownBy<Exception>(statement);
+    EXPECT_EQ(exception.GetText(), text);
+    EXPECT_EQ(QString::fromUtf8(exception.what()), text);
+    return exception;
 }
 
 } // namespace testing_support

@@ -184,7 +184,7 @@ void Arguments::refuseExtra(const QString& word) const
 
 void Arguments::refuse(const QString& text) const
 {
-    throw UsageError(text + QStringLiteral(" Try: routermsg %1 --help").arg(m_table.name));
+    throw UsageError(text + QStringLiteral(" Try: %1 --help").arg(lineBegin(m_table)));
 }
 
 } // namespace routermsg

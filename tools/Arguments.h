@@ -44,6 +44,8 @@ public:
     /// @{
     /// Throws if the words do not fit the table.
     void requireSense() const;
+    /// The words that fit no row.
+    const QStringList& extras() const { return m_extras; }
     /// Throws the text and a hint to the help of the command.
     [[noreturn]] void refuse(const QString& text) const;
     /// @}
@@ -59,7 +61,6 @@ private:
     const CommandTable m_table;
     // By the last name of the row.
     QHash<QString, QStringList> m_values;
-    // Words that do not fit any row.
     QStringList m_extras;
     // About the first option that lacks its value, or has one although it takes none.
     QString m_mistake;

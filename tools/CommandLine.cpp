@@ -3,7 +3,6 @@
 
 #include "HelpPage.h"
 #include "Suggestions.h"
-#include "UsageError.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
 
@@ -13,72 +12,57 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-[[noreturn]] void refuse(const QString& text)
+bool isCommand(const Command& command) { return !command.table.name.isEmpty(); }
+
+Command commandOf(const QString& word)
 {
-    throw UsageError(text + QStringLiteral(" Try: routermsg --help"));
+    for (const Command& command : commands())
+        if (command.table.name == word)
+            return command;
+    return withoutCommand();
 }
 
-// For a line that does not begin with a command, and a word in it that is not an option of the program.
-[[noreturn]] void refuse(const QString& word, const ProgramTable& program)
+// For a line that does not begin with a command, and its first word that is no option of the program.
+[[noreturn]] void refuse(const QString& word, const Arguments& arguments, const ProgramTable& program)
 {
     const QStringList commands = namesOf(program.commands);
+    if (commands.contains(word))
+        arguments.refuse(QStringLiteral("The command %1 must be the first word.").arg(word));
     if (!word.startsWith(QLatin1Char('-')))
-        refuse(QStringLiteral("There is no command %1.%2%3")
-                   .arg(Quoted(word), DidYouMean(word, commands), possible(commands)));
+        arguments.refuse(QStringLiteral("There is no command %1.%2%3")
+                             .arg(Quoted(word), DidYouMean(word, commands), possible(commands)));
     const QString name = optionName(word);
     for (const CommandTable& command : program.commands)
         if (namesOf(command.options).contains(name))
-            refuse(QStringLiteral("The option %1 must follow the command.").arg(name));
-    refuse(QStringLiteral("There is no option %1.%2").arg(name, DidYouMean(name, namesOf(program.options))));
-}
-
-Status runWithoutCommand(const QStringList& words, Session& session)
-{
-    const ProgramTable program = programTable();
-    const QStringList names = namesOf(program.options);
-    CommandTable table;
-    table.options = program.options;
-    const Arguments arguments(table, words);
-    if (arguments.isGiven("--help")) {
-        session.out().write(helpPage(program, session.out().width()));
-        return Fine;
-    }
-    for (const QString& word : words)
-        if (!names.contains(optionName(word)))
-            refuse(word, program);
-    if (!arguments.isGiven("--version"))
-        refuse(QStringLiteral("A command is missing.") + possible(namesOf(program.commands)));
-    session.out().writeLine(program.name + QLatin1Char(' ') + program.version);
-    return Fine;
+            arguments.refuse(QStringLiteral("The option %1 must follow the command.").arg(name));
+    arguments.refuse(QStringLiteral("There is no option %1.%2")
+                         .arg(name, DidYouMean(name, namesOf(program.withoutCommand.options))));
 }
 
 } // namespace
 
-CommandLine::CommandLine(const QStringList& words) : m_words(words)
-{
-    for (const Command& command : commands()) {
-        if (command.table.name != words.value(0))
-            continue;
-        m_command = command;
-        m_arguments.emplace(command.table, words.mid(1));
-    }
-}
+CommandLine::CommandLine(const QStringList& words)
+    : m_command(commandOf(words.value(0))),
+      m_arguments(m_command.table, words.mid(isCommand(m_command) ? 1 : 0))
+{}
 
 CommonOptions CommandLine::commonOptions() const
 {
-    return m_command && m_command->table.hasCommonOptions ? commonOptionsOf(*m_arguments) : CommonOptions();
+    return m_command.table.hasCommonOptions ? commonOptionsOf(m_arguments) : CommonOptions();
 }
 
 Status CommandLine::run(Session& session) const
 {
-    if (!m_command)
-        return runWithoutCommand(m_words, session);
-    if (m_arguments->isGiven("--help")) {
-        session.out().write(helpPage(programTable(), m_command->table, session.out().width()));
+    if (m_arguments.isGiven("--help")) {
+        const int width = session.out().width();
+        session.out().write(isCommand(m_command) ? helpPage(m_command.table, width)
+                                                 : helpPage(programTable(), width));
         return Fine;
     }
-    m_arguments->requireSense();
-    return m_command->run(*m_arguments, session);
+    if (!isCommand(m_command) && !m_arguments.extras().isEmpty())
+        refuse(m_arguments.extras().constFirst(), m_arguments, programTable());
+    m_arguments.requireSense();
+    return m_command.run(m_arguments, session);
 }
 
 } // namespace routermsg

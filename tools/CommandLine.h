@@ -10,8 +10,6 @@
 
 #include <QtCore/QStringList>
 
-#include <optional>
-
 namespace routermsg {
 
 class CommandLine
@@ -29,10 +27,8 @@ public:
     Status run(Session& session) const;
 
 private:
-    const QStringList m_words;
-    // Both are set, or none.
-    std::optional<Command> m_command;
-    std::optional<Arguments> m_arguments;
+    const Command m_command;
+    const Arguments m_arguments;
 };
 
 } // namespace routermsg

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CommandTables.h"
 
+#include "ProgramName.h"
+
 namespace routermsg {
 
 namespace {
@@ -85,9 +87,14 @@ QString optionName(const QString& word) { return word.section(QLatin1Char('='), 
 
 // --- texts about them
 
-QString usage(const ProgramTable& program, const CommandTable& command)
+QString lineBegin(const CommandTable& command)
 {
-    QString line = program.name + QLatin1Char(' ') + command.name;
+    return command.name.isEmpty() ? programName() : programName() + QLatin1Char(' ') + command.name;
+}
+
+QString usage(const CommandTable& command)
+{
+    QString line = lineBegin(command);
     if (!command.options.isEmpty())
         line += QStringLiteral(" [OPTION]...");
     for (const OptionTable& argument : command.arguments)
@@ -95,7 +102,9 @@ QString usage(const ProgramTable& program, const CommandTable& command)
     return line;
 }
 
-QString usage(const ProgramTable& program) { return program.name + QStringLiteral(" COMMAND [ARGUMENT]..."); }
+QString usageOfProgram() { return programName() + QStringLiteral(" COMMAND [ARGUMENT]..."); }
+
+QString commandOf(const Example& example) { return example.command.arg(programName()); }
 
 QVector<Row> rowsOf(const QVector<OptionTable>& options)
 {

@@ -61,12 +61,14 @@ struct Note
 
 struct Example
 {
+    /// %1 stands for the name of the program.
     QString command;
     QString text;
 };
 
 struct CommandTable
 {
+    /// Empty for what the program does without a command.
     QString name;
     /// One sentence.
     QString summary;
@@ -88,11 +90,10 @@ struct Section
 
 struct ProgramTable
 {
-    QString name;
     QString version;
-    QString summary;
+    /// Its summary is that of the program.
+    CommandTable withoutCommand;
     QVector<CommandTable> commands;
-    QVector<OptionTable> options;
     QVector<Section> sections;
 };
 
@@ -109,8 +110,11 @@ using Row = QPair<QString, QString>;
 
 /// \name Texts that several pages share
 /// @{
-QString usage(const ProgramTable& program);
-QString usage(const ProgramTable& program, const CommandTable& command);
+/// How a line with the command begins.
+QString lineBegin(const CommandTable& command);
+QString usage(const CommandTable& command);
+QString usageOfProgram();
+QString commandOf(const Example& example);
 QVector<Row> rowsOf(const QVector<OptionTable>& options);
 QVector<Row> argumentRowsOf(const CommandTable& command);
 QVector<Row> noteRowsOf(const CommandTable& command);

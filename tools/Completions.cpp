@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Completions.h"
 
+#include "ProgramName.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -37,7 +39,15 @@ QString each(const Parts& parts, const Make& make)
     return text;
 }
 
+// The shell function that offers words.
+QString wordsFunction() { return QStringLiteral("_%1_words").arg(programName()); }
+
 // --- bash
+
+QString bashWords(const QStringList& words)
+{
+    return wordsFunction() + QLatin1Char(' ') + inQuotes(words.join(' '));
+}
 
 QString bashValues(const CommandTable& command, const OptionTable& option)
 {
@@ -46,10 +56,8 @@ QString bashValues(const CommandTable& command, const OptionTable& option)
     QStringList patterns;
     for (const QString& name : option.names)
         patterns += command.name + QLatin1Char(':') + name;
-    const QString action =
-        option.knownValues().isEmpty()
-            ? QStringLiteral("compopt -o default")
-            : QStringLiteral("_routermsg_words %1").arg(inQuotes(option.knownValues().join(' ')));
+    const QString action = option.knownValues().isEmpty() ? QStringLiteral("compopt -o default")
+                                                          : bashWords(option.knownValues());
     return QStringLiteral("    %1) %2; return ;;\n").arg(patterns.join(QStringLiteral(" | ")), action);
 }
 
@@ -57,11 +65,11 @@ QString bashCommand(const CommandTable& command)
 {
     QString otherwise;
     if (!knownArguments(command).isEmpty())
-        otherwise += QStringLiteral(" _routermsg_words %1;").arg(inQuotes(knownArguments(command).join(' ')));
+        otherwise += QLatin1Char(' ') + bashWords(knownArguments(command)) + QLatin1Char(';');
     if (takesFiles(command))
         otherwise += QStringLiteral(" compopt -o default;");
-    return QStringLiteral("    %1:-*) _routermsg_words %2 ;;\n    %1:*)%3 ;;\n")
-        .arg(command.name, inQuotes(namesOf(command.options).join(' ')), otherwise);
+    return QStringLiteral("    %1:-*) %2 ;;\n    %1:*)%3 ;;\n")
+        .arg(command.name, bashWords(namesOf(command.options)), otherwise);
 }
 
 QString bash(const ProgramTable& program)
@@ -73,7 +81,7 @@ QString bash(const ProgramTable& program)
 
 # bash splits words also at "=" and ":". This puts the words up to the current one together as the program gets
 # them, in the array words.
-_routermsg_join_words()
+_%1_join_words()
 {
     local rest=$COMP_LINE part i
     words=()
@@ -89,7 +97,7 @@ _routermsg_join_words()
 }
 
 # Offers the words that begin like the current one. Values such as "Type=Reply" come after "Type=".
-_routermsg_words()
+_%1_words()
 {
     local word
     for word in $1; do
@@ -102,15 +110,15 @@ _routermsg_words()
     fi
 }
 
-_routermsg()
+_%1()
 {
     local -a words
-    _routermsg_join_words
+    _%1_join_words
     local word=${words[-1]} command=${words[1]} previous=${words[-2]} option= split=
     local current=$word breaks=${COMP_WORDBREAKS//[^=:]/}
     COMPREPLY=()
     if [[ ${#words[@]} -eq 2 ]]; then
-        _routermsg_words %2
+        %2
         return
     fi
     if [[ $word == --*=* ]]; then
@@ -118,7 +126,7 @@ _routermsg()
         option=$previous=
         current=${word#*=}
     fi
-    _routermsg_values
+    _%1_values
     # bash replaces only what follows the last character that splits words.
     if [[ $breaks && $word == *[$breaks]* ]]; then
         split=${word%"${word##*[$breaks]}"}
@@ -127,7 +135,7 @@ _routermsg()
     COMPREPLY=("${COMPREPLY[@]#"$split"}")
 }
 
-_routermsg_values()
+_%1_values()
 {
     case $command:$previous in
 %3    esac
@@ -135,10 +143,10 @@ _routermsg_values()
 %4    esac
 }
 
-complete -F _routermsg %1
+complete -F _%1 %1
 )")
-        .arg(program.name, inQuotes((namesOf(program.commands) + namesOf(program.options)).join(' ')), values,
-             each(program.commands, bashCommand));
+        .arg(programName(), bashWords(namesOf(program.commands) + namesOf(program.withoutCommand.options)),
+             values, each(program.commands, bashCommand));
 }
 
 // --- zsh
@@ -153,7 +161,8 @@ QString zshText(QString text)
 QString zshValue(const OptionTable& option)
 {
     if (!option.knownValues().isEmpty())
-        return QStringLiteral(":%1:{_routermsg_words %2}").arg(option.value, option.knownValues().join(' '));
+        return QStringLiteral(":%1:{%2 %3}")
+            .arg(option.value, wordsFunction(), option.knownValues().join(' '));
     return option.takesFile() ? QStringLiteral(":%1:_files").arg(option.value)
                               : QStringLiteral(":%1: ").arg(option.value);
 }
@@ -192,7 +201,7 @@ QString zsh(const ProgramTable& program)
     return QStringLiteral(R"(#compdef %1
 
 # Offers words. Values such as "Type=Reply" come after "Type=".
-_routermsg_words()
+_%1_words()
 {
     local -a values
     if [[ $PREFIX == *=* ]]; then
@@ -205,7 +214,7 @@ _routermsg_words()
     compadd -S '' -- ${(M)@:#*=}
 }
 
-_routermsg()
+_%1()
 {
     local -a commands
     commands=(%2
@@ -222,13 +231,14 @@ _routermsg()
 %4    esac
 }
 
-if [[ $funcstack[1] == _routermsg ]]; then
-    _routermsg "$@"
+if [[ $funcstack[1] == _%1 ]]; then
+    _%1 "$@"
 else
-    compdef _routermsg %1
+    compdef _%1 %1
 fi
 )")
-        .arg(program.name, commands, each(program.options, zshOption), each(program.commands, zshCommand));
+        .arg(programName(), commands, each(program.withoutCommand.options, zshOption),
+             each(program.commands, zshCommand));
 }
 
 // --- fish
@@ -269,9 +279,9 @@ QString fishCommand(const QString& beginning, const CommandTable& command)
 
 QString fish(const ProgramTable& program)
 {
-    const QString beginning = QStringLiteral("complete -c ") + program.name;
-    return QStringLiteral("# fish completion for %1\n\n").arg(program.name)
-           + each(program.options,
+    const QString beginning = QStringLiteral("complete -c ") + programName();
+    return QStringLiteral("# fish completion for %1\n\n").arg(programName())
+           + each(program.withoutCommand.options,
                   [&](const OptionTable& option) {
                       return fishOption(beginning + QStringLiteral(" -n __fish_use_subcommand"), option);
                   })

@@ -2,6 +2,7 @@
 #include "Finding.h"
 
 #include "Output.h"
+#include "ProgramName.h"
 #include "documents/Text.h"
 
 namespace routermsg {
@@ -42,8 +43,7 @@ Finding Finding::ofFile(const QString& file, const QString& text)
 QString Finding::toLine(const Output& output) const
 {
     const QString where = Printable(place.ToString());
-    QString line = output.paint(Style::Place,
-                                (where.isEmpty() ? QStringLiteral("routermsg") : where) + QLatin1Char(':'));
+    QString line = output.paint(Style::Place, (where.isEmpty() ? programName() : where) + QLatin1Char(':'));
     line += QLatin1Char(' ');
     line += severity == Error ? output.paint(Style::Error, QStringLiteral("error:"))
                               : output.paint(Style::Warning, QStringLiteral("warning:"));

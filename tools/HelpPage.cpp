@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "HelpPage.h"
 
+#include "ProgramName.h"
+
 #include <algorithm>
 
 namespace routermsg {
@@ -84,14 +86,14 @@ private:
 QString helpPage(const ProgramTable& program, int width)
 {
     Page page(width);
-    page.addParagraph(program.summary);
+    page.addParagraph(program.withoutCommand.summary);
     page.addTitle(QStringLiteral("Usage"));
-    page.addLine(QStringLiteral("  ") + usage(program));
+    page.addLine(QStringLiteral("  ") + usageOfProgram());
     QVector<Row> commands;
     for (const CommandTable& command : program.commands)
         commands += {command.name, command.summary};
     page.addTable(QStringLiteral("Commands"), commands);
-    page.addTable(QStringLiteral("Options"), rowsOf(program.options));
+    page.addTable(QStringLiteral("Options"), rowsOf(program.withoutCommand.options));
     for (const Section& section : program.sections) {
         page.addTitle(section.title);
         for (const QString& paragraph : section.paragraphs)
@@ -99,22 +101,22 @@ QString helpPage(const ProgramTable& program, int width)
     }
     page.addLine(QString());
     page.addParagraph(
-        QStringLiteral("%1 COMMAND --help explains a command, with examples.").arg(program.name));
+        QStringLiteral("%1 COMMAND --help explains a command, with examples.").arg(programName()));
     return page.text();
 }
 
-QString helpPage(const ProgramTable& program, const CommandTable& command, int width)
+QString helpPage(const CommandTable& command, int width)
 {
     Page page(width);
     page.addParagraph(command.summary);
     page.addTitle(QStringLiteral("Usage"));
-    page.addLine(QStringLiteral("  ") + usage(program, command));
+    page.addLine(QStringLiteral("  ") + usage(command));
     page.addTable(QStringLiteral("Arguments"), argumentRowsOf(command));
     page.addTable(QStringLiteral("Options"), rowsOf(command.options));
     page.addTable(command.notesTitle, noteRowsOf(command));
     page.addTitle(QStringLiteral("Examples"));
     for (const Example& example : command.examples) {
-        page.addLine(QStringLiteral("  ") + example.command);
+        page.addLine(QStringLiteral("  ") + commandOf(example));
         page.addParagraph(example.text, 6);
     }
     return page.text();

@@ -12,6 +12,6 @@ namespace routermsg {
 /// The help for the program or one of its commands, wrapped.
 /// \param width the number of columns; 0 for the usual 80
 QString helpPage(const ProgramTable& program, int width);
-QString helpPage(const ProgramTable& program, const CommandTable& command, int width);
+QString helpPage(const CommandTable& command, int width);
 
 } // namespace routermsg

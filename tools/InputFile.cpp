@@ -1,24 +1,57 @@
 // SPDX-License-Identifier: MIT
 #include "InputFile.h"
 
-#include "InputFiles.h"
+#include "Finding.h"
+#include "documents/Forms.h"
+
+#include "modelkit/Limits.h"
 
 #include <QtCore/QFileInfo>
 
 #include <unistd.h>
 
-#include <cerrno>
+#include <algorithm>
 
 namespace routermsg {
 
-InputFile::InputFile(const QString& path) : QFile(path)
+using namespace ROUTERDOCUMENTS;
+using MODELKIT::Intake;
+
+namespace {
+
+bool isStandardInput(const QString& path) { return path == QLatin1String("-"); }
+
+} // namespace
+
+QString inputName(const QString& path) { return isStandardInput(path) ? QStringLiteral("<stdin>") : path; }
+
+InputFile::InputFile(const QString& path)
+    : m_name(inputName(path)), m_file(path), m_intake(m_file, MODELKIT::Limits::anyNumber)
 {
-    const bool isStandardInput = path == QLatin1String("-");
-    if (!isStandardInput)
-        refuseFolder(path);
     const auto mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
-    if (isStandardInput ? !open(STDIN_FILENO, mode) : !open(mode))
-        refuseToRead(path, errorString());
+    if (!isStandardInput(path) && QFileInfo(path).isDir()) {
+        setErrorString(
+            QStringLiteral("it is a folder without files whose names end in %1").arg(KnownEndings()));
+        refuse();
+    }
+    if (isStandardInput(path) ? !m_file.open(STDIN_FILENO, mode) : !m_file.open(mode)) {
+        setErrorString(m_file.errorString());
+        refuse();
+    }
+    setOpenMode(mode);
+}
+
+bool InputFile::take(qint64 most, QByteArray& bytes)
+{
+    const Intake::Outcome outcome = takeArrived(most, bytes);
+    if (outcome == Intake::Broken)
+        refuse();
+    return outcome == Intake::Whole;
+}
+
+void InputFile::refuse() const
+{
+    throw Refusal(Finding::of(MODELKIT::cannotRead(&m_file, errorString()), m_name));
 }
 
 void InputFile::forget()
@@ -29,22 +62,29 @@ void InputFile::forget()
 
 qint64 InputFile::readData(char* data, qint64 size)
 {
-    // QFile waits until it has all bytes that were asked for, also from a pipe.
-    ssize_t count = 0;
-    do
-        count = ::read(handle(), data, static_cast<std::size_t>(size));
-    while (count < 0 && errno == EINTR);
-    if (count < 0) {
-        setErrorString(qt_error_string(errno));
+    QByteArray bytes;
+    if (takeArrived(size, bytes) == Intake::Broken)
         return -1;
-    }
+    std::copy(bytes.cbegin(), bytes.cend(), data);
+    return bytes.size();
+}
+
+qint64 InputFile::writeData(const char* /*data*/, qint64 /*size*/) { return -1; }
+
+Intake::Outcome InputFile::takeArrived(qint64 most, QByteArray& bytes)
+{
+    constexpr qint64 mostKept = qint64(1) << 20;
+    const auto before = bytes.size();
+    const Intake::Outcome outcome = m_intake.TakeArrived(most, bytes);
+    if (outcome == Intake::Broken)
+        setErrorString(m_intake.GetReason());
+    const auto count = bytes.size() - before;
     m_count += count;
-    constexpr qint64 most = qint64(1) << 20;
-    if (m_isKeeping && m_beginning.size() + count > most)
+    if (m_isKeeping && m_beginning.size() + count > mostKept)
         forget();
     if (m_isKeeping)
-        m_beginning.append(data, static_cast<int>(count));
-    return count;
+        m_beginning.append(bytes.constData() + before, count);
+    return outcome;
 }
 
 } // namespace routermsg

@@ -3,17 +3,24 @@
 /// An input of the program as a device.
 #pragma once
 
+#include "modelkit/Devices.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
+#include <QtCore/QIODevice>
 #include <QtCore/QString>
 
 namespace routermsg {
 
+/// The name of an input in messages: "<stdin>" for "-", otherwise as given.
+QString inputName(const QString& path);
+
 /// A file, or standard input for "-". Reading returns what has arrived, without waiting for more.
 ///
 /// Until forget() is called, it keeps the beginning of what was read, so that an input that holds no message
-/// at all can be explained as a whole.
-class InputFile : public QFile
+/// at all can be explained as a whole. isSequential() is false even for a stream: reading waits by itself, so
+/// that users need not wait for more at the end.
+class InputFile : public QIODevice
 {
 public:
     /// Opens it.
@@ -21,9 +28,13 @@ public:
     explicit InputFile(const QString& path);
 
     /// Whether more may arrive later.
-    bool isStream() const { return QFile::isSequential(); }
-    /// Always false. The descriptor of a pipe would otherwise be read directly, without readData().
-    bool isSequential() const override { return false; }
+    bool isStream() const { return m_file.isSequential(); }
+
+    /// Appends what has arrived, at most that many bytes. False at the end.
+    /// \throws Refusal when it cannot be read.
+    bool take(qint64 most, QByteArray& bytes);
+    /// \throws Refusal always: why reading it as a device failed.
+    [[noreturn]] void refuse() const;
 
     /// How many bytes were read.
     qint64 count() const { return m_count; }
@@ -34,8 +45,14 @@ public:
 
 protected:
     qint64 readData(char* data, qint64 size) override;
+    qint64 writeData(const char* data, qint64 size) override;
 
 private:
+    MODELKIT::Intake::Outcome takeArrived(qint64 most, QByteArray& bytes);
+
+    const QString m_name;
+    QFile m_file;
+    MODELKIT::Intake m_intake;
     QByteArray m_beginning;
     bool m_isKeeping = true;
     qint64 m_count = 0;

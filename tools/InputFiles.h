@@ -11,24 +11,13 @@
 
 namespace routermsg {
 
-/// The name of a file in messages: "<stdin>" for "-", otherwise as given.
-QString inputName(const QString& path);
-
-/// \throws Refusal always: the file cannot be read.
-[[noreturn]] void refuseToRead(const QString& path, const QString& reason);
-/// \throws Refusal when the path is a folder.
-void refuseFolder(const QString& path);
-
 /// The whole content of a file, or of standard input for "-".
 /// \throws Refusal when it cannot be read or is larger than Limits::inputSize.
 QByteArray readInput(const QString& path);
 
 /// Reads a document whose root may be any record.
-/// \param path a file, or "-" for standard input
-/// \throws Refusal with the text of the library.
-ROUTERDOCUMENTS::Document load(const QString& path, const ROUTERDOCUMENTS::ReadingOptions& options = {});
-/// As above, from bytes.
 /// \param name the name of the file in messages
+/// \throws Refusal with the text of the library.
 ROUTERDOCUMENTS::Document parse(const QByteArray& bytes, const QString& name,
                                 const ROUTERDOCUMENTS::ReadingOptions& options = {});
 

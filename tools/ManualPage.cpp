@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ManualPage.h"
 
+#include "ProgramName.h"
+
 namespace routermsg {
 
 namespace {
@@ -30,16 +32,16 @@ QString tagged(const QVector<Row>& rows)
     return text;
 }
 
-QString manualOf(const ProgramTable& program, const CommandTable& command)
+QString manualOf(const CommandTable& command)
 {
-    QString text = request("SS", usage(program, command)) + roff(command.summary) + QLatin1Char('\n');
+    QString text = request("SS", usage(command)) + roff(command.summary) + QLatin1Char('\n');
     text += tagged(argumentRowsOf(command)) + tagged(rowsOf(command.options));
     if (!command.notes.isEmpty())
         text += QStringLiteral(".PP\n%1:\n").arg(roff(command.notesTitle)) + tagged(noteRowsOf(command));
     text += QStringLiteral(".PP\nExamples:\n");
     for (const Example& example : command.examples)
         text += QStringLiteral(".PP\n.RS\n.nf\n%1\n.fi\n.RE\n.PP\n.RS 11\n%2\n.RE\n")
-                    .arg(roff(example.command), roff(example.text));
+                    .arg(roff(commandOf(example)), roff(example.text));
     return text;
 }
 
@@ -48,14 +50,14 @@ QString manualOf(const ProgramTable& program, const CommandTable& command)
 QString manualPage(const ProgramTable& program)
 {
     QString text = QStringLiteral(".TH %1 1 \"\" \"%2 %3\" \"User Commands\"\n")
-                       .arg(program.name.toUpper(), program.name, program.version);
+                       .arg(programName().toUpper(), programName(), program.version);
     text += request("SH", QStringLiteral("NAME"));
-    text += QStringLiteral("%1 \\- %2\n").arg(roff(program.name), roff(program.summary));
-    text += request("SH", QStringLiteral("SYNOPSIS")) + roff(usage(program)) + QLatin1Char('\n');
-    text += request("SH", QStringLiteral("OPTIONS")) + tagged(rowsOf(program.options));
+    text += QStringLiteral("%1 \\- %2\n").arg(roff(programName()), roff(program.withoutCommand.summary));
+    text += request("SH", QStringLiteral("SYNOPSIS")) + roff(usageOfProgram()) + QLatin1Char('\n');
+    text += request("SH", QStringLiteral("OPTIONS")) + tagged(rowsOf(program.withoutCommand.options));
     text += request("SH", QStringLiteral("COMMANDS"));
     for (const CommandTable& command : program.commands)
-        text += manualOf(program, command);
+        text += manualOf(command);
     for (const Section& section : program.sections) {
         text += request("SH", section.title.toUpper());
         for (const QString& paragraph : section.paragraphs)

@@ -25,22 +25,19 @@ namespace {
 // What is wrong with a place in an input. In texts it is a line, otherwise an offset.
 Finding problemOf(const DocumentError& error, const QString& name)
 {
-    using MODELKIT::Failure;
     Finding finding = Finding::of(error, name);
-    if (error.GetKind() != Failure::NotWellFormed)
+    if (error.GetKind() != MODELKIT::Failure::NotWellFormed)
         finding.place.line = 0;
-    finding.isNoMessage = error.GetKind() != Failure::InputOutput;
-    if (error.GetKind() == Failure::InputOutput)
-        finding.place.offset = -1;
+    finding.isNoMessage = true;
     return finding;
 }
 
 } // namespace
 
-Document InputMessage::read(bool validate) const
+Document InputMessage::read(Validation validation) const
 {
     try {
-        return ReadDocument(recorded.bytes, {recorded.form, validate});
+        return ReadDocument(recorded.bytes, {recorded.form, validation});
     } catch (const DocumentError& error) {
         throw Refusal(findingOf(error));
     }
@@ -79,6 +76,8 @@ std::optional<InputMessage> Messages::next()
             if (!isTold(*step.error))
                 continue;
             m_hasErrors = true;
+            if (step.error->GetKind() == MODELKIT::Failure::InputOutput)
+                m_file.refuse();
             throw Refusal(problemOf(*step.error, m_name));
         }
         if (!step.message) {
@@ -106,8 +105,8 @@ QByteArray Messages::whole()
 {
     if (!m_file.isStream() && m_path != QLatin1String("-"))
         return readInput(m_path);
-    while (m_file.hasAll() && !m_file.read(1 << 16).isEmpty()) {
-    }
+    for (QByteArray bytes; m_file.hasAll() && m_file.take(1 << 16, bytes);)
+        bytes.clear();
     if (!m_file.hasAll())
         throw Refusal(
             Finding::ofFile(m_name, QStringLiteral("The input is too large to be shown as a whole.")));
@@ -146,7 +145,7 @@ void Messages::begin()
     const Form form = m_options.form.value_or(FormOfContent(bytes));
     const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
-    parse(bytes, m_name, {form, false});
+    parse(bytes, m_name, {form});
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
     if (form == Form::Binary || form == Form::Compressed) {

@@ -40,8 +40,9 @@ struct InputMessage
     ROUTERDOCUMENTS::RecordingReader* reader = nullptr;
 
     /// Reads it. Places in findings count from the beginning of the input.
-    /// \throws Refusal when it is no document or, if \a validate, not valid.
-    ROUTERDOCUMENTS::Document read(bool validate) const;
+    /// \throws Refusal when it is no document or, with Validation::On, not valid.
+    ROUTERDOCUMENTS::Document
+    read(ROUTERDOCUMENTS::Validation validation = ROUTERDOCUMENTS::Validation::Off) const;
 
     /// Rejects it, and returns what is wrong with it, with the place in the input.
     Finding findingOf(const ROUTERDOCUMENTS::DocumentError& error) const;

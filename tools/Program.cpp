@@ -2,6 +2,8 @@
 #include "Program.h"
 
 #include "CommonOptions.h"
+#include "ProgramName.h"
+#include "Suggestions.h"
 #include "documents/Forms.h"
 #include "documents/Sentences.h"
 
@@ -31,7 +33,7 @@ QVector<Section> sections()
          {QStringLiteral(
               "A document has one of the forms %1. When a file is read, its content tells the form; when "
               "it is written, the ending of its name does: %2.")
-              .arg(Enumerated(FormNames()), KnownEndings()),
+              .arg(Listed(FormNames()), KnownEndings()),
           QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
         {QStringLiteral("Exit status"),
          {QStringLiteral("0 when all is well; 1 when a document is not valid or documents differ; 2 when the "
@@ -40,7 +42,26 @@ QVector<Section> sections()
          {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
 }
 
+Status runWithoutCommand(const Arguments& arguments, Session& session)
+{
+    const ProgramTable program = programTable();
+    if (!arguments.isGiven("--version"))
+        arguments.refuse(QStringLiteral("A command is missing.") + possible(namesOf(program.commands)));
+    session.out().writeLine(programName() + QLatin1Char(' ') + program.version);
+    return Fine;
+}
+
 } // namespace
+
+Command withoutCommand()
+{
+    CommandTable table;
+    table.summary =
+        QStringLiteral("Look at messages of the router interface, make, convert, check and compare them.");
+    table.options = {flag({"--version"}, "Show the version.")};
+    table.hasCommonOptions = false;
+    return completed({table, runWithoutCommand});
+}
 
 QVector<Command> commands()
 {
@@ -52,13 +73,10 @@ QVector<Command> commands()
 ProgramTable programTable()
 {
     ProgramTable program;
-    program.name = QStringLiteral("routermsg");
     program.version = QStringLiteral(MODELKIT_VERSION);
-    program.summary =
-        QStringLiteral("Look at messages of the router interface, make, convert, check and compare them.");
+    program.withoutCommand = withoutCommand().table;
     for (const Command& command : commands())
         program.commands += command.table;
-    program.options = {helpOption(), flag({"--version"}, "Show the version.")};
     program.sections = sections();
     return program;
 }

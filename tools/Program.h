@@ -11,6 +11,9 @@ namespace routermsg {
 /// All commands with all their options, in the order in which the help lists them.
 QVector<Command> commands();
 
+/// What the program does without a command.
+Command withoutCommand();
+
 /// All tables.
 ProgramTable programTable();
 

@@ -28,7 +28,7 @@ Form formFor(const QString& path)
         return *form;
     throw UsageError(QStringLiteral("The name %1 does not tell the form to write. Use one of the endings %2, "
                                     "or name the form with --to: %3.")
-                         .arg(path, KnownEndings(), Enumerated(FormNames())));
+                         .arg(path, KnownEndings(), Listed(FormNames())));
 }
 
 // JSON carries everything: documents with the same JSON are the same.
@@ -37,7 +37,7 @@ bool isCarriedBy(const QByteArray& bytes, Form form, const MODELKIT::IMKObject& 
     if (form == Form::Json || form == Form::JsonLines)
         return true;
     try {
-        return ToJson(*ReadDocument(bytes, {form, false}).record) == ToJson(record);
+        return ToJson(*ReadDocument(bytes, {form}).record) == ToJson(record);
     } catch (const DocumentError&) {
         return false;
     }

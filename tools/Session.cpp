@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Session.h"
 
+#include "ProgramName.h"
+
 #include "documents/Text.h"
 
 #include <QtCore/QJsonDocument>
@@ -24,7 +26,7 @@ void Session::writeJson(const QJsonObject& result, Output& output)
 void Session::complain(const QString& text)
 {
     m_out.flush();
-    m_err.writeLine(m_err.paint(Style::Place, QStringLiteral("routermsg:")) + QLatin1Char(' ')
+    m_err.writeLine(m_err.paint(Style::Place, programName() + QLatin1Char(':')) + QLatin1Char(' ')
                     + Printable(text));
     m_err.flush();
 }

@@ -11,7 +11,7 @@ using namespace ROUTERDOCUMENTS;
 
 QString possible(const QStringList& words)
 {
-    return QStringLiteral(" The choices are %1.").arg(Enumerated(words));
+    return QStringLiteral(" The choices are %1.").arg(Listed(words));
 }
 
 QString didYouMeanWord(const QString& word, const QStringList& words)

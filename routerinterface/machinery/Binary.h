@@ -68,7 +68,7 @@ bool readPayload(R& record, BinarySource& source, const Value<unsigned int>&, co
         return false;
     const auto value = static_cast<unsigned int>(wide & 0xFFFFFFFF);
     if (value != wide && notify)
-        notify(Notice::WrappedNumber, QStringLiteral("%1 was taken for %2.").arg(wide).arg(value));
+        notify(Notice::WrappedNumber, QStringLiteral("%1 was read as %2.").arg(wide).arg(value));
     setMember<Member>(record, value);
     return true;
 }
@@ -80,7 +80,7 @@ bool readPayload(R& record, BinarySource& source, const Value<bool>&, const Bina
     if (!source.byte(byte))
         return false;
     if (byte != 0 && byte != 1 && notify)
-        notify(Notice::UnusualBoolean, QStringLiteral("The byte %1 was taken for true.").arg(byte & 0xFF));
+        notify(Notice::UnusualBoolean, QStringLiteral("The byte %1 was read as true.").arg(byte & 0xFF));
     setMember<Member>(record, byte != 0);
     return true;
 }

@@ -50,7 +50,7 @@ QString textOf(const Enumerated<E>& slot)
 // and is then called with the kind and the text.
 using Notice = MODELKIT::ReadingReport::Kind;
 
-using MODELKIT::quoted;
+using MODELKIT::abbreviatedInQuotes;
 
 // Notices if the written form of the value differs from the text from which it was read.
 template <class Notify>
@@ -58,14 +58,14 @@ void noticeLostDigits(const QString& text, double value, const Notify& notify)
 {
     const QString written = toText(value);
     if (!std::isfinite(value))
-        notify(Notice::NotFinite,
-               QStringLiteral("%1 is no finite number and was taken for %2.").arg(quoted(text), written));
+        notify(Notice::NotFinite, QStringLiteral("%1 is not a finite number; it was read as %2.")
+                                      .arg(abbreviatedInQuotes(text), written));
     else if (written.toDouble() != value)
-        notify(Notice::LostDecimals,
-               QStringLiteral("%1 has more than the two decimals that are written.").arg(quoted(text)));
+        notify(Notice::LostDecimals, QStringLiteral("%1 has more than the two decimals that are written.")
+                                         .arg(abbreviatedInQuotes(text)));
     else if (numberWithoutSpelling(written) != numberWithoutSpelling(text))
-        notify(Notice::LostDecimals,
-               QStringLiteral("%1 cannot be kept exactly and was taken for %2.").arg(quoted(text), written));
+        notify(Notice::LostDecimals, QStringLiteral("%1 cannot be kept exactly; it was read as %2.")
+                                         .arg(abbreviatedInQuotes(text), written));
 }
 
 // Reading is lenient, as the dialect demands: a text that is no number becomes 0. Numbers are read as signed
@@ -79,11 +79,11 @@ unsigned int fromText(const R&, const Value<unsigned int>&, const Characters& te
         value = text.toString().toInt(&converted);
     if (notify && !converted)
         notify(Notice::NotANumber,
-               QStringLiteral("%1 is no whole number up to 2147483647 and was taken for 0.")
-                   .arg(quoted(text.toString())));
+               QStringLiteral("%1 is not a whole number up to 2147483647; it was read as 0.")
+                   .arg(abbreviatedInQuotes(text.toString())));
     if (notify && value < 0)
         notify(Notice::WrappedNumber,
-               QStringLiteral("%1 was taken for %2.").arg(value).arg(static_cast<unsigned int>(value)));
+               QStringLiteral("%1 was read as %2.").arg(value).arg(static_cast<unsigned int>(value)));
     return static_cast<unsigned int>(value);
 }
 
@@ -95,8 +95,8 @@ double fromText(const R&, const Value<double>&, const Characters& text, const No
     if (!readDecimal(text, value))
         value = text.toString().toDouble(&converted);
     if (notify && !converted)
-        notify(Notice::NotANumber, QStringLiteral("%1 is no number and was taken for %2.")
-                                       .arg(quoted(text.toString()), toText(value)));
+        notify(Notice::NotANumber, QStringLiteral("%1 is not a number; it was read as %2.")
+                                       .arg(abbreviatedInQuotes(text.toString()), toText(value)));
     else if (notify)
         noticeLostDigits(text.toString(), value, notify);
     return value;
@@ -110,7 +110,7 @@ bool fromText(const R& record, const Value<bool>&, const Characters& text, const
     const bool value = text.size() != 0 && !isWord(text, "false") && !isWord(text, "0");
     if (notify && (text.size() == 0 || (value && !isWord(text, "true") && !isWord(text, "1"))))
         notify(Notice::UnusualBoolean,
-               QStringLiteral("%1 was taken for %2.").arg(quoted(text.toString()), toText(value)));
+               QStringLiteral("%1 was read as %2.").arg(abbreviatedInQuotes(text.toString()), toText(value)));
     return value;
 }
 
@@ -119,8 +119,8 @@ T fromText(const R&, const Text<T>&, const Characters& text, const Notify& notif
 {
     if (notify && !text.isIntact())
         notify(Notice::ReplacedCharacters,
-               QStringLiteral("In %1 something that is no character was replaced.")
-                   .arg(quoted(text.toString())));
+               QStringLiteral("In %1, bytes that are not valid UTF-8 were replaced.")
+                   .arg(abbreviatedInQuotes(text.toString())));
     return text.toString();
 }
 
@@ -130,8 +130,9 @@ E fromText(const R& record, const Enumerated<E>& slot, const Characters& text, c
     const E value = enumeratorOf(text, slot.invalid);
     // Under validation the setter refuses everything but an enumerator.
     if (notify && !isName(text, nameOf(value)) && (isEnumerator(value) || !record.GetValidate()))
-        notify(Notice::UnknownName, QStringLiteral("%1 is no value of %2 and was taken for the invalid one.")
-                                        .arg(quoted(text.toString()), Member::nameText()));
+        notify(Notice::UnknownName,
+               QStringLiteral("%1 is not a value of %2; it was read as the invalid value.")
+                   .arg(abbreviatedInQuotes(text.toString()), Member::nameText()));
     return value;
 }
 

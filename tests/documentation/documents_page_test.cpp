@@ -84,7 +84,7 @@ TEST_F(DocumentsPage, TellsWhatIsWrong)
     bytes = requestWith("Request", "Replay");
     //! [telling what is wrong]
     try {
-        ReadDocument(bytes, {Form::Xml, true});
+        ReadDocument(bytes, {Form::Xml, Validation::On});
     } catch (const DocumentError& error) {
         const MODELKIT::Place& place = error.GetPlace();
         qInfo().noquote() << place.line << place.column << Printable(error.GetText());
@@ -98,7 +98,7 @@ TEST_F(DocumentsPage, GoesToJsonAndBack)
     const Document document = ReadDocument(bytes);
     //! [JSON both ways]
     const QByteArray json = ToJson(*document.record);
-    const std::unique_ptr<MODELKIT::IMKObject> copy = FromJson(json, true);
+    const std::unique_ptr<MODELKIT::IMKObject> copy = FromJson(json, Validation::On);
     //! [JSON both ways]
     expectOnPage(QString::fromUtf8(json));
     EXPECT_EQ(ToJson(*copy), json);

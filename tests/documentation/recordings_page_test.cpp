@@ -51,7 +51,7 @@ TEST_F(RecordingsPage, ReadsEveryMessage)
     RecordingReader reader(file);
     RecordedMessage message;
     while (reader.ReadNext(message)) {
-        const Document document = ReadDocument(message.bytes, {message.form, false});
+        const Document document = ReadDocument(message.bytes, {message.form});
         qInfo().noquote() << message.number << NameOf(message.form) << document.info->GetName();
     }
     //! [reading every message]

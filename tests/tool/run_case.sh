@@ -11,6 +11,7 @@
 # The commands run in an empty folder with $ROUTERMSG, the program, $DOCUMENTS, the example documents,
 # $CASE, the folder of the case, and $SUPPORT, this folder; the last three are links, so that the paths in messages
 # are always the same. Commands that cannot run on this machine exit with status 77 and say why on standard error.
+# The exit status of this script is 77 if that is so for all cases; if it is so for some, it lists them.
 #
 # --update makes the output the expected one. Read it before you commit it.
 #
@@ -129,23 +130,37 @@ for case in "$@"; do
         done
     fi
 done
-result=$skipped
+tried=0
+failed=0
+left_out=()
 for case in "${cases[@]}"; do
     if [ $quick = yes ] && is_slow "$case"; then
         continue
     fi
+    ((++tried))
     folder=$(mktemp -d)
     run "$folder" "$case"
-    if [ "$(cat "$folder/status")" = $skipped ]; then
-        echo "The case $(basename "$case") cannot be run here: $(cat "$folder/err")"
-    elif [ $update = yes ]; then
-        keep "$folder" "$case"
-        [ $result = 1 ] || result=0
-    elif compare "$folder" "$case"; then
-        [ $result = 1 ] || result=0
+    if [ "$(cat "$folder/status")" != $skipped ]; then
+        if [ $update = yes ]; then
+            keep "$folder" "$case"
+        else
+            compare "$folder" "$case" || failed=1
+        fi
+    elif [ -s "$folder/err" ]; then
+        left_out+=("$(basename "$case"): $(cat "$folder/err")")
     else
-        result=1
+        echo "The case $(basename "$case") does not say why it cannot be run here."
+        failed=1
     fi
     rm -rf "$folder"
 done
-exit $result
+if [ $tried = 0 ]; then
+    echo "There is no case to run."
+    exit 1
+fi
+if [ ${#left_out[@]} -gt 0 ]; then
+    echo "${#left_out[@]} of $tried cases cannot be run here:"
+    printf '    %s\n' "${left_out[@]}"
+fi
+[ $failed = 0 ] || exit 1
+[ ${#left_out[@]} -lt $tried ] || exit $skipped

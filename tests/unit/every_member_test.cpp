@@ -11,6 +11,18 @@ namespace {
 
 using namespace testing_support;
 
+// Expects that the member, whose default was its first one, has been reset. Texts and lists reset to nothing.
+template <class Member>
+void expectReset(typename Member::Owner& record)
+{
+    EXPECT_FALSE(Member::isSet(record));
+    if constexpr (Member::resetsToDefault)
+        EXPECT_TRUE(same(Member::get(record), Member::first()));
+    else
+        EXPECT_TRUE(same(Member::get(record), Member::initial()));
+    EXPECT_TRUE(same(Member::getDefault(record), Member::firstDefault()));
+}
+
 // --- one member ---------------------------------------------------------------------------------
 
 TEST(EveryMember, AskingWhetherItIsSetCreatesNoBlock)
@@ -149,12 +161,7 @@ TEST(EveryMember, ResettingItClearsTheFlagAndGivesTheDefaultOrForTextsAndListsNo
         Member::setDefault(record, Member::firstDefault());
         Member::set(record, Member::second());
         Member::reset(record);
-        EXPECT_FALSE(Member::isSet(record));
-        if constexpr (Member::resetsToDefault)
-            EXPECT_TRUE(same(Member::get(record), Member::first()));
-        else
-            EXPECT_TRUE(same(Member::get(record), Member::initial()));
-        EXPECT_TRUE(same(Member::getDefault(record), Member::firstDefault()));
+        expectReset<Member>(record);
         EXPECT_TRUE(record.IsInitialized());
     });
 }
@@ -185,12 +192,7 @@ TEST(EveryMember, ResettingTheRecordResetsItAndKeepsTheDefault)
         Member::setDefault(record, Member::firstDefault());
         Member::set(record, Member::second());
         record.Reset();
-        EXPECT_FALSE(Member::isSet(record));
-        if constexpr (Member::resetsToDefault)
-            EXPECT_TRUE(same(Member::get(record), Member::first()));
-        else
-            EXPECT_TRUE(same(Member::get(record), Member::initial()));
-        EXPECT_TRUE(same(Member::getDefault(record), Member::firstDefault()));
+        expectReset<Member>(record);
     });
 }
 

@@ -21,6 +21,7 @@
 using namespace testing_support;
 using MODELKIT::Failure;
 using MODELKIT::IMKObject;
+using MODELKIT::Place;
 
 // --- the place of what checking and writing throw --------------------------------------------------
 
@@ -80,14 +81,9 @@ void expectPath(const IMKObject& record, const QString& message, const QString& 
     const Log log(record);
     OstraInterfacePort other;
     EXPECT_FALSE(other.SetXmlString(QString(), false));
-    try {
-        operation();
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (const OutOfRangeException& exception) {
-        EXPECT_EQ(exception.GetText(), message);
-        EXPECT_EQ(exception.GetPlace().path, path);
-        EXPECT_EQ(exception.GetPlace().ToString(), QString());
-    }
+    const Place place = expectThrow<OutOfRangeException>(operation, message).GetPlace();
+    EXPECT_EQ(place.path, path);
+    EXPECT_EQ(place.ToString(), QString());
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWellFormed);
     log.expectNothing();
 }
@@ -138,15 +134,11 @@ TEST(ExplainedChecking, ANestedRecordIsNamedBelowItsOwner)
 
 TEST(ExplainedChecking, WhatBelongsToNoDocumentHasNoLine)
 {
-    try {
-        badServer().Check();
-        FAIL() << "nothing was thrown";
-    } catch (const OutOfRangeException& exception) {
-        EXPECT_EQ(exception.GetPlace().line, 0);
-        EXPECT_EQ(exception.GetPlace().column, 0);
-        EXPECT_EQ(exception.GetPlace().offset, -1);
-        EXPECT_TRUE(exception.GetPlace().file.isEmpty());
-    }
+    const Place place = thrownBy<OutOfRangeException>([] { badServer().Check(); }).GetPlace();
+    EXPECT_EQ(place.line, 0);
+    EXPECT_EQ(place.column, 0);
+    EXPECT_EQ(place.offset, -1);
+    EXPECT_TRUE(place.file.isEmpty());
 }
 
 TEST(ExplainedWriting, ARecordIsNamedByItsClass)

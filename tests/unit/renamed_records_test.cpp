@@ -29,17 +29,6 @@ Fragment fragmentWithRenamedPayload()
     return fragment;
 }
 
-template <class R, class Statement>
-QString placeOf(Statement&& statement)
-{
-    try {
-        statement();
-    } catch (const R& exception) {
-        return exception.GetPlace().path;
-    }
-    return QStringLiteral("nothing was thrown");
-}
-
 } // namespace
 
 TEST(RenamedRecords, APayloadReadsWhatItWrote)
@@ -121,12 +110,14 @@ TEST(RenamedRecords, ThePlaceOfAFailureCarriesTheirNames)
     Namer<class MastershipState>::rename(message.GetFragment()[2].GetMastershipState(), "Who");
     message.GetFragment()[2].GetMastershipState().SetState(static_cast<MastershipState::State>(9));
     document.SetValidate(true);
-    EXPECT_EQ(placeOf<OutOfRangeException>([&] { xmlOf(document); }),
+    EXPECT_EQ(thrownBy<OutOfRangeException>([&] { xmlOf(document); }).GetPlace().path,
               QStringLiteral("/PelLu300RouterInterfaceXml/Letter/Piece[2]/Who"));
     message.GetFragment()[2].ResetChoiceFragment();
     message.GetFragment()[3].GetMastershipState().SetState(MastershipState::RouterIsMaster);
-    EXPECT_EQ(placeOf<BinaryParsingException>(
-                  [&] { readFrame(document, bytes("0000000C 9B1A7AD8 00000004 00000000")); }),
+    EXPECT_EQ(thrownBy<BinaryParsingException>(
+                  [&] { readFrame(document, bytes("0000000C 9B1A7AD8 00000004 00000000")); })
+                  .GetPlace()
+                  .path,
               QStringLiteral("/PelLu300RouterInterfaceXml/Letter"));
 }
 

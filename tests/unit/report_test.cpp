@@ -144,10 +144,10 @@ TEST(Report, ReportsNothingMissingInADocumentThatIsCutOff)
 TEST(Report, TellsOfAnUnknownNameThatIsStoredAsTheInvalidValue)
 {
     EXPECT_EQ(saidOf<MastershipState>("<MastershipState>\n<State>masterPresent</State></MastershipState>"),
-              only("14 2:1 \"masterPresent\" is no value of State and was taken for the invalid one. "
+              only("14 2:1 \"masterPresent\" is not a value of State; it was read as the invalid value. "
                    "/MastershipState/State"));
     EXPECT_EQ(saidOf<MastershipState>(entry(stateTag, textPayload("Pause"))),
-              only("14 offset 8 \"Pause\" is no value of State and was taken for the invalid one. "
+              only("14 offset 8 \"Pause\" is not a value of State; it was read as the invalid value. "
                    "/MastershipState/State"));
 }
 
@@ -159,7 +159,7 @@ TEST(Report, KnowsThatAnEmptyNameIsTheInvalidValue)
     MastershipState state;
     state.SetInvalidState(MastershipState::MasterPresent);
     EXPECT_EQ(saidOf(QStringLiteral("<MastershipState><State/></MastershipState>"), state),
-              only("14 1:18 \"\" is no value of State and was taken for the invalid one. "
+              only("14 1:18 \"\" is not a value of State; it was read as the invalid value. "
                    "/MastershipState/State"));
 }
 
@@ -174,8 +174,9 @@ TEST(Report, LeavesAnUnknownNameToTheSetterThatRefusesIt)
     // If the invalid value is an enumerator, the setter does not refuse it.
     state.SetInvalidState(MastershipState::MasterPresent);
     EXPECT_TRUE(state.SetXmlString(xml, false));
-    EXPECT_EQ(lines(report), only("14 1:18 \"Pause\" is no value of State and was taken for the invalid one. "
-                                  "/MastershipState/State"));
+    EXPECT_EQ(lines(report),
+              only("14 1:18 \"Pause\" is not a value of State; it was read as the invalid value. "
+                   "/MastershipState/State"));
 }
 
 // --- markup ---------------------------------------------------------------------------------------
@@ -236,7 +237,7 @@ TEST(Report, TellsAsMuchOfADerivedClass)
 
 TEST(Report, TellsOfBytesThatAreNoUtf8)
 {
-    const QStringList said = only("12 offset 8 In \"a\uFFFD\" something that is no character was replaced. "
+    const QStringList said = only("12 offset 8 In \"a\uFFFD\", bytes that are not valid UTF-8 were replaced. "
                                   "/PelVtConnectServer/Address");
     EXPECT_EQ(saidOf<PelVtConnectServer>(entry(addressTag, textPayload("a\xFF"))), said);
     for (const char* hex : {"C3", "80", "C0AF", "E08080", "EDA080", "EDB080", "EDA081EDB080", "F4908080"}) {
@@ -279,13 +280,13 @@ TEST(Report, IsEmptyWhenTheTextOfAnXmlDocumentIsMalformed)
 TEST(Report, TellsOfNumbersThatAreNotFinite)
 {
     EXPECT_EQ(saidOf(frequencyXml("nan"), DF_Params()),
-              only("13 1:12 \"nan\" is no finite number and was taken for nan. /DF_Params/Frequency"));
+              only("13 1:12 \"nan\" is not a finite number; it was read as nan. /DF_Params/Frequency"));
     EXPECT_EQ(saidOf(frequencyXml("-inf"), DF_Params()),
-              only("13 1:12 \"-inf\" is no finite number and was taken for -inf. /DF_Params/Frequency"));
+              only("13 1:12 \"-inf\" is not a finite number; it was read as -inf. /DF_Params/Frequency"));
     EXPECT_EQ(saidOf<DF_Params>(entry(frequencyTag, textPayload("inf"))),
-              only("13 offset 8 \"inf\" is no finite number and was taken for inf. /DF_Params/Frequency"));
+              only("13 offset 8 \"inf\" is not a finite number; it was read as inf. /DF_Params/Frequency"));
     EXPECT_EQ(saidOf(frequencyXml("1e400"), DF_Params()),
-              only("4 1:12 \"1e400\" is no number and was taken for inf. /DF_Params/Frequency"));
+              only("4 1:12 \"1e400\" is not a number; it was read as inf. /DF_Params/Frequency"));
 }
 
 TEST(Report, TellsOfDecimalsThatAreNotWritten)
@@ -300,7 +301,7 @@ TEST(Report, TellsOfDigitsThatANumberDoesNotKeep)
 {
     const auto expectTaken = [](const char* text, const char* value) {
         EXPECT_EQ(saidOf(frequencyXml(text), DF_Params()),
-                  QStringList(QStringLiteral("6 1:12 \"%1\" cannot be kept exactly and was taken for "
+                  QStringList(QStringLiteral("6 1:12 \"%1\" cannot be kept exactly; it was read as "
                                              "%2. /DF_Params/Frequency")
                                   .arg(QLatin1String(text), QLatin1String(value))));
     };
@@ -331,21 +332,21 @@ TEST(Report, TellsOfWholeNumbersThatDoNotFit)
                           .arg(QLatin1String(text)),
                       OstraInterfacePort());
     };
-    EXPECT_EQ(said("4294967295"), only("4 1:21 \"4294967295\" is no whole number up to 2147483647 and was "
-                                       "taken for 0. /OstraInterfacePort/Port"));
-    EXPECT_EQ(said("2147483648"), only("4 1:21 \"2147483648\" is no whole number up to 2147483647 and was "
-                                       "taken for 0. /OstraInterfacePort/Port"));
+    EXPECT_EQ(said("4294967295"), only("4 1:21 \"4294967295\" is not a whole number up to 2147483647; it was "
+                                       "read as 0. /OstraInterfacePort/Port"));
+    EXPECT_EQ(said("2147483648"), only("4 1:21 \"2147483648\" is not a whole number up to 2147483647; it was "
+                                       "read as 0. /OstraInterfacePort/Port"));
     EXPECT_EQ(said("-2147483648"),
-              only("5 1:21 -2147483648 was taken for 2147483648. /OstraInterfacePort/Port"));
+              only("5 1:21 -2147483648 was read as 2147483648. /OstraInterfacePort/Port"));
 }
 
 TEST(Report, TellsOfWholeNumbersWhoseLowBitsWereTaken)
 {
     const auto said = [](const char* hex) { return saidOf<OstraInterfacePort>(entry(portTag, bytes(hex))); };
     EXPECT_EQ(said("FFFFFFFFFFFFFFFF"),
-              only("5 offset 8 -1 was taken for 4294967295. /OstraInterfacePort/Port"));
+              only("5 offset 8 -1 was read as 4294967295. /OstraInterfacePort/Port"));
     EXPECT_EQ(said("0000000100000007"),
-              only("5 offset 8 4294967303 was taken for 7. /OstraInterfacePort/Port"));
+              only("5 offset 8 4294967303 was read as 7. /OstraInterfacePort/Port"));
     // The binary form can write this number.
     EXPECT_EQ(said("00000000FFFFFFFF"), QStringList());
 }

@@ -64,6 +64,16 @@ void expectSettings(const Owner& owner, bool validate, const LoggerPointer& logg
     EXPECT_GE(position, 1U);
 }
 
+// Lets two owners share the data of the first, which validates and has the logger.
+template <class Owner>
+void share(Owner& first, Owner& second, const LoggerPointer& logger)
+{
+    build(first);
+    first.SetValidate(true);
+    first.SetLogger(logger);
+    second = first;
+}
+
 template <class Owner>
 class SettingsOfOwners : public ::testing::Test
 {
@@ -132,11 +142,8 @@ TYPED_TEST(SettingsOfOwners, SurviveTheSeparationOfSharedData)
 {
     const auto logger = std::make_shared<Logger>();
     TypeParam first;
-    build(first);
-    first.SetValidate(true);
-    first.SetLogger(logger);
     TypeParam second;
-    second = first;
+    share(first, second, logger);
     // A const getter makes the record detach.
     expectSettings(second, true, logger);
     expectSettings(first, true, logger);
@@ -150,11 +157,8 @@ TYPED_TEST(SettingsOfOwners, AreReappliedToTheCopyOnlyByAnOperation)
 {
     const auto logger = std::make_shared<Logger>();
     TypeParam first;
-    build(first);
-    first.SetValidate(true);
-    first.SetLogger(logger);
     TypeParam second;
-    second = first;
+    share(first, second, logger);
     second.Check();
     expectSettings(second, false, nullptr);
     expectSettings(first, true, logger);

@@ -3,6 +3,7 @@
 // reading too early loses nothing.
 
 #include "TestSupport.h"
+#include "WaitingSupport.h"
 
 #include "modelkit/LogSinks.h"
 #include "modelkit/ReadingReport.h"
@@ -10,99 +11,14 @@
 #include <QtCore/QProcess>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <memory>
 #include <thread>
 
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 using namespace testing_support;
 using MODELKIT::Failure;
 using MODELKIT::IMKObject;
-using MODELKIT::Limits;
 using MODELKIT::LimitsInScope;
-
-namespace {
-
-Limits waiting(int milliseconds)
-{
-    Limits limits;
-    limits.waitingTime = milliseconds;
-    return limits;
-}
-
-// One end of a socket, as a device that delivers what has arrived and can wait for more, like a network
-// socket.
-class Socket : public QIODevice
-{
-public:
-    explicit Socket(int descriptor) : m_descriptor(descriptor) { open(QIODevice::ReadOnly); }
-    ~Socket() override { ::close(m_descriptor); }
-
-    bool isSequential() const override { return true; }
-
-    bool waitForReadyRead(int milliseconds) override
-    {
-        ++waits;
-        pollfd waited = {m_descriptor, POLLIN, 0};
-        if (::poll(&waited, 1, milliseconds) <= 0)
-            return false;
-        char byte = 0;
-        return ::recv(m_descriptor, &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
-    }
-
-    int waits = 0;
-
-protected:
-    qint64 readData(char* data, qint64 size) override
-    {
-        const ssize_t got = ::recv(m_descriptor, data, static_cast<size_t>(size), MSG_DONTWAIT);
-        if (got > 0)
-            return got;
-        if (got < 0 && errno == EAGAIN)
-            return 0;
-        setErrorString(text("The remote host closed the connection"));
-        return -1;
-    }
-    qint64 writeData(const char*, qint64) override { return -1; }
-
-private:
-    int m_descriptor;
-};
-
-// A socket, and its other end to which the test writes.
-struct Connection
-{
-    Connection()
-    {
-        int ends[2] = {-1, -1};
-        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-        socket = std::make_unique<Socket>(ends[0]);
-        far = ends[1];
-    }
-    Connection(const Connection&) = delete;
-    Connection& operator=(const Connection&) = delete;
-    ~Connection() { end(); }
-
-    void send(const QByteArray& content) const
-    {
-        EXPECT_EQ(::send(far, content.constData(), static_cast<size_t>(content.size()), 0), content.size());
-    }
-    void end()
-    {
-        if (far >= 0)
-            ::close(far);
-        far = -1;
-    }
-
-    std::unique_ptr<Socket> socket;
-    int far = -1;
-};
-
-} // namespace
 
 TEST(Waiting, AFormThatHasArrivedInPartIsNotWholeYet)
 {
@@ -110,9 +26,9 @@ TEST(Waiting, AFormThatHasArrivedInPartIsNotWholeYet)
     const LimitsInScope atOnce(waiting(0));
     for (int size = 0; size < form.size(); ++size) {
         SCOPED_TRACE(size);
-        Connection connection;
+        Socket connection;
         connection.send(form.left(size));
-        QDataStream stream(connection.socket.get());
+        QDataStream stream(&connection);
         OstraInterfacePort record;
         record.SetPort(7);
         EXPECT_FALSE(record.SetBinaryRepresentation(stream));
@@ -121,7 +37,7 @@ TEST(Waiting, AFormThatHasArrivedInPartIsNotWholeYet)
                   text("Only %1 bytes of the binary form have arrived.").arg(size));
         EXPECT_EQ(stream.status(), QDataStream::Ok);
         EXPECT_EQ(record.GetPort(), 7U);
-        EXPECT_EQ(connection.socket->waits, 0);
+        EXPECT_EQ(connection.waits, 0);
         connection.send(form.mid(size) + form);
         EXPECT_TRUE(record.SetBinaryRepresentation(stream));
         EXPECT_EQ(record.GetPort(), 5000U);
@@ -135,13 +51,13 @@ TEST(Waiting, AFormThatHasArrivedInPartIsNotWholeYet)
 TEST(Waiting, EndsWhenTheTimeIsOver)
 {
     const LimitsInScope shortly(waiting(30));
-    Connection connection;
+    Socket connection;
     connection.send(portForm().left(10));
-    QDataStream stream(connection.socket.get());
+    QDataStream stream(&connection);
     OstraInterfacePort record;
     EXPECT_FALSE(record.SetBinaryRepresentation(stream));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
-    EXPECT_GE(connection.socket->waits, 1);
+    EXPECT_GE(connection.waits, 1);
     EXPECT_FALSE(record.IsInitialized());
     // The waiting time is for the whole operation, even if a few bytes arrive again and again.
     const QByteArray rest = portForm().mid(10);
@@ -160,14 +76,14 @@ TEST(Waiting, EndsWhenTheTimeIsOver)
 
 TEST(Waiting, TakesWhatArrivesMeanwhile)
 {
-    Connection connection;
+    Socket connection;
     std::thread sender([&] {
         for (const char byte : portForm()) {
             connection.send(QByteArray(1, byte));
             std::this_thread::sleep_for(std::chrono::microseconds(200));
         }
     });
-    QDataStream stream(connection.socket.get());
+    QDataStream stream(&connection);
     OstraInterfacePort record;
     EXPECT_TRUE(record.SetBinaryRepresentation(stream));
     sender.join();
@@ -176,10 +92,10 @@ TEST(Waiting, TakesWhatArrivesMeanwhile)
 
 TEST(Waiting, AConnectionThatEndedIsReportedWithItsReason)
 {
-    Connection connection;
+    Socket connection;
     connection.send(portForm().left(10));
     connection.end();
-    QDataStream stream(connection.socket.get());
+    QDataStream stream(&connection);
     OstraInterfacePort record;
     EXPECT_FALSE(record.SetBinaryRepresentation(stream));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
@@ -191,9 +107,9 @@ TEST(Waiting, AConnectionThatEndedIsReportedWithItsReason)
 TEST(Waiting, AStreamsOwnTransactionIsLeftToTheStream)
 {
     const LimitsInScope atOnce(waiting(0));
-    Connection connection;
+    Socket connection;
     connection.send(portForm().left(20));
-    QDataStream stream(connection.socket.get());
+    QDataStream stream(&connection);
     OstraInterfacePort record;
     stream.startTransaction();
     EXPECT_FALSE(record.SetBinaryRepresentation(stream));
@@ -210,35 +126,35 @@ TEST(Waiting, ADocumentGoesToTheEndOfTheConnection)
 {
     const QByteArray xml = "<OstraInterfacePort><Port>5000</Port></OstraInterfacePort>";
     {
-        Connection connection;
+        Socket connection;
         connection.send(xml);
         const LimitsInScope atOnce(waiting(0));
         OstraInterfacePort record;
-        EXPECT_FALSE(record.LoadXml(connection.socket.get()));
+        EXPECT_FALSE(record.LoadXml(&connection));
         EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotWholeYet);
         EXPECT_EQ(IMKObject::GetLastFailure().GetSentence(),
                   text("The end of the document has not arrived."));
         EXPECT_FALSE(record.IsInitialized());
         connection.end();
-        EXPECT_TRUE(record.LoadXml(connection.socket.get()));
+        EXPECT_TRUE(record.LoadXml(&connection));
         EXPECT_EQ(record.GetPort(), 5000U);
     }
     {
-        Connection connection;
+        Socket connection;
         connection.send(portForm());
         connection.end();
         OstraInterfacePort record;
-        EXPECT_TRUE(record.LoadBinary(connection.socket.get()));
+        EXPECT_TRUE(record.LoadBinary(&connection));
         EXPECT_EQ(record.GetPort(), 5000U);
     }
     // If a document is cut off, the reason is the failure of the connection; otherwise it is the mistake in
     // the document.
     const auto kindOf = [](const QByteArray& content) {
-        Connection connection;
+        Socket connection;
         connection.send(content);
         connection.end();
         OstraInterfacePort record;
-        EXPECT_FALSE(record.LoadXml(connection.socket.get()));
+        EXPECT_FALSE(record.LoadXml(&connection));
         return IMKObject::GetLastFailure().kind;
     };
     EXPECT_EQ(kindOf(xml.left(30)), Failure::InputOutput);

@@ -21,6 +21,7 @@ using MODELKIT::Failure;
 using MODELKIT::IMKObject;
 using MODELKIT::Limits;
 using MODELKIT::LimitsInScope;
+using MODELKIT::Place;
 using MODELKIT::ReadingReport;
 
 namespace {
@@ -131,17 +132,14 @@ TEST(WholeDocumentFailure, AnExceptionCarriesThePlaceOfTheElementAndKeepsItsText
         inMessageOnLines(QStringLiteral("  <Fragment><DF_Params/></Fragment>\n"
                                         "  <Fragment><MastershipState>\n"
                                         "    <State>Nobody</State></MastershipState></Fragment>"));
-    try {
-        document.SetXmlString(xml, false);
-        FAIL() << "nothing was thrown";
-    } catch (const OutOfRangeException& exception) {
-        EXPECT_EQ(exception.GetText(),
-                  QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"));
-        EXPECT_EQ(exception.GetPlace().line, 5);
-        EXPECT_EQ(exception.GetPlace().column, 5);
-        EXPECT_EQ(exception.GetPlace().path,
-                  QLatin1String(messagePath) + QLatin1String("/Fragment[2]/MastershipState/State"));
-    }
+    const Place place =
+        expectThrow<OutOfRangeException>(
+            [&] { document.SetXmlString(xml, false); },
+            QStringLiteral("enum is not valid (classname=MastershipState,membername=m_state)"))
+            .GetPlace();
+    EXPECT_EQ(place.line, 5);
+    EXPECT_EQ(place.column, 5);
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment[2]/MastershipState/State"));
     EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::Refused);
     log.expectOneError(
         QStringLiteral("5:5: enum is not valid (classname=MastershipState,membername=m_state) (in ")
@@ -152,13 +150,11 @@ TEST(WholeDocumentFailure, ARefusedItemIsPlacedAtItsElement)
 {
     PelLu300RouterInterfaceXml document;
     document.SetValidate(true);
-    try {
-        document.SetXmlString(inMessageOnLines(QStringLiteral("<Type>Reply</Type>\n<Fragment/>")), false);
-        FAIL() << "nothing was thrown";
-    } catch (const IncompleteDefinitionException& exception) {
-        EXPECT_EQ(exception.GetPlace().ToString(), QStringLiteral("4:1"));
-        EXPECT_EQ(exception.GetPlace().path, QLatin1String(messagePath) + QLatin1String("/Fragment"));
-    }
+    const QString xml = inMessageOnLines(QStringLiteral("<Type>Reply</Type>\n<Fragment/>"));
+    const Place place =
+        thrownBy<IncompleteDefinitionException>([&] { document.SetXmlString(xml, false); }).GetPlace();
+    EXPECT_EQ(place.ToString(), QStringLiteral("4:1"));
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment"));
 }
 
 TEST(WholeDocumentFailure, TheCheckAfterReadingIsMadeOnlyOnRequest)
@@ -205,19 +201,15 @@ TEST(WholeDocumentFailure, BinaryErrorsCarryOffsetAndPath)
     ASSERT_GT(name, 0);
     bytes[name - 1] = static_cast<char>(bytes[name - 1] + 1);
     PelLu300RouterInterfaceXml read;
-    try {
-        read.SetBinaryRepresentation(bytes);
-        FAIL() << "nothing was thrown";
-    } catch (const BinaryParsingException& exception) {
-        EXPECT_EQ(
-            exception.GetText(),
+    const Place place =
+        expectThrow<BinaryParsingException>(
+            [&] { read.SetBinaryRepresentation(bytes); },
             QStringLiteral("MastershipState::SetBinary(...): Length error occurred during processing of "
-                           "binary representation"));
-        EXPECT_EQ(exception.GetPlace().path,
-                  QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState"));
-        EXPECT_GT(exception.GetPlace().offset, name);
-        EXPECT_LE(exception.GetPlace().offset, bytes.size());
-    }
+                           "binary representation"))
+            .GetPlace();
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState"));
+    EXPECT_GT(place.offset, name);
+    EXPECT_LE(place.offset, bytes.size());
 }
 
 TEST(WholeDocumentFailure, ABinaryValueThatIsRefusedIsPlacedAtItsEntry)
@@ -228,15 +220,11 @@ TEST(WholeDocumentFailure, ABinaryValueThatIsRefusedIsPlacedAtItsEntry)
     bytes[name] = 'm';
     PelLu300RouterInterfaceXml read;
     read.SetValidate(true);
-    try {
-        read.SetBinaryRepresentation(bytes);
-        FAIL() << "nothing was thrown";
-    } catch (const OutOfRangeException& exception) {
-        // In front of the name: tag, length and the number of its bytes.
-        EXPECT_EQ(exception.GetPlace().offset, name - 12);
-        EXPECT_EQ(exception.GetPlace().path,
-                  QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState/State"));
-    }
+    const Place place =
+        thrownBy<OutOfRangeException>([&] { read.SetBinaryRepresentation(bytes); }).GetPlace();
+    // In front of the name: tag, length and the number of its bytes.
+    EXPECT_EQ(place.offset, name - 12);
+    EXPECT_EQ(place.path, QLatin1String(messagePath) + QLatin1String("/Fragment/MastershipState/State"));
 }
 
 TEST(WholeDocumentFailure, ABinaryFormOfAnotherClassIsRefusedByNameAndLeavesTheStreamWhereItWas)
@@ -587,14 +575,14 @@ TEST(WholeDocumentReport, NamesEverythingThatXmlReadingAcceptsSilently)
                      QStringLiteral("2 4:1 Type came before; the last one counts. Type[2]"),
                      QStringLiteral("0 5:1 The element Unknown is not known in PelLu300RouterMessage and was "
                                     "skipped. Unknown"),
-                     QStringLiteral("4 6:1 \"x\" is no whole number up to 2147483647 and was taken for 0. "
+                     QStringLiteral("4 6:1 \"x\" is not a whole number up to 2147483647; it was read as 0. "
                                     "MessageID"),
                      QStringLiteral("3 8:1 The attribute unit was ignored. Bandwidth"),
                      QStringLiteral("6 8:1 \"1.234\" has more than the two decimals that are written. "
                                     "Bandwidth"),
-                     QStringLiteral("4 9:1 \"1 MHz\" is no number and was taken for 0.00. Frequency"),
-                     QStringLiteral("7 11:1 \"Yes\" was taken for true. Success"),
-                     QStringLiteral("5 13:1 -1 was taken for 4294967295. Port")}));
+                     QStringLiteral("4 9:1 \"1 MHz\" is not a number; it was read as 0.00. Frequency"),
+                     QStringLiteral("7 11:1 \"Yes\" was read as true. Success"),
+                     QStringLiteral("5 13:1 -1 was read as 4294967295. Port")}));
     log.expectNothing();
 }
 
@@ -613,7 +601,7 @@ TEST(WholeDocumentReport, NamesUnknownAndRepeatedBinaryEntriesWithOffsetAndPath)
               QStringList({QStringLiteral("1 offset 24 The entry with tag 0xdeadbeef is not known in "
                                           "OstraInterfacePort and was skipped. OstraInterfacePort"),
                            QStringLiteral("2 offset 34 Port came before; the last one counts. Port"),
-                           QStringLiteral("5 offset 34 4294967303 was taken for 7. Port")}));
+                           QStringLiteral("5 offset 34 4294967303 was read as 7. Port")}));
 }
 
 TEST(WholeDocumentReport, KnowsTheUsualTextsOfABoolean)

@@ -229,38 +229,35 @@ TEST(XmlMappingReading, AfterAnEarlyStopTheRecordIsReadToItsOwnEnd)
 TEST(XmlMappingNested, EachPayloadElementSelectsAndFillsItsPayload)
 {
     Fragment fragment;
-    readXml(fragment,
-            text("<Fragment><MastershipState><State>MasterPresent</State><MasterClientID>c</MasterClientID>"
-                 "</MastershipState></Fragment>"));
-    EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::MastershipState);
-    EXPECT_TRUE(fragment.IsMastershipStateSet());
-    EXPECT_EQ(std::as_const(fragment).GetMastershipState().GetState(), MastershipState::MasterPresent);
-    readXml(fragment,
-            text("<Fragment><AcquireMastership><Success>1</Success></AcquireMastership></Fragment>"));
-    EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::AcquireMastership);
-    EXPECT_TRUE(fragment.IsAcquireMastershipSet());
-    EXPECT_TRUE(std::as_const(fragment).GetAcquireMastership().GetSuccess());
-    readXml(fragment,
-            text("<Fragment><ReleaseMastership><Success>1</Success></ReleaseMastership></Fragment>"));
-    EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::ReleaseMastership);
-    EXPECT_TRUE(fragment.IsReleaseMastershipSet());
-    EXPECT_TRUE(std::as_const(fragment).GetReleaseMastership().GetSuccess());
-    readXml(fragment, text("<Fragment><OstraInterfacePort><Port>1</Port></OstraInterfacePort></Fragment>"));
-    EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::OstraInterfacePort);
-    EXPECT_TRUE(fragment.IsOstraInterfacePortSet());
-    EXPECT_EQ(std::as_const(fragment).GetOstraInterfacePort().GetPort(), 1U);
-    readXml(fragment, text("<Fragment><PelVtConnectServer><Port>2</Port></PelVtConnectServer></Fragment>"));
-    EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::PelVtConnectServer);
-    EXPECT_TRUE(fragment.IsPelVtConnectServerSet());
-    EXPECT_EQ(std::as_const(fragment).GetPelVtConnectServer().GetPort(), 2U);
-    readXml(fragment, text("<Fragment><RouterVtServerPort><Port>3</Port></RouterVtServerPort></Fragment>"));
-    EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::RouterVtServerPort);
-    EXPECT_TRUE(fragment.IsRouterVtServerPortSet());
-    EXPECT_EQ(std::as_const(fragment).GetRouterVtServerPort().GetPort(), 3U);
-    readXml(fragment, text("<Fragment><DF_Params><Bandwidth>4</Bandwidth></DF_Params></Fragment>"));
-    EXPECT_EQ(fragment.GetChoiceFragment(), Fragment::DF_Params);
-    EXPECT_TRUE(fragment.IsDF_ParamsSet());
-    EXPECT_EQ(std::as_const(fragment).GetDF_Params().GetBandwidth(), 4.0);
+    const Fragment& read = fragment;
+    const auto readPayload = [&](const char* element, Fragment::ChoiceFragment choice,
+                                 bool (Fragment::*isSet)() const) {
+        readXml(fragment, text("<Fragment>") + text(element) + text("</Fragment>"));
+        EXPECT_EQ(fragment.GetChoiceFragment(), choice) << element;
+        EXPECT_TRUE((fragment.*isSet)()) << element;
+    };
+    readPayload(
+        "<MastershipState><State>MasterPresent</State><MasterClientID>c</MasterClientID></MastershipState>",
+        Fragment::MastershipState, &Fragment::IsMastershipStateSet);
+    EXPECT_EQ(read.GetMastershipState().GetState(), MastershipState::MasterPresent);
+    readPayload("<AcquireMastership><Success>1</Success></AcquireMastership>", Fragment::AcquireMastership,
+                &Fragment::IsAcquireMastershipSet);
+    EXPECT_TRUE(read.GetAcquireMastership().GetSuccess());
+    readPayload("<ReleaseMastership><Success>1</Success></ReleaseMastership>", Fragment::ReleaseMastership,
+                &Fragment::IsReleaseMastershipSet);
+    EXPECT_TRUE(read.GetReleaseMastership().GetSuccess());
+    readPayload("<OstraInterfacePort><Port>1</Port></OstraInterfacePort>", Fragment::OstraInterfacePort,
+                &Fragment::IsOstraInterfacePortSet);
+    EXPECT_EQ(read.GetOstraInterfacePort().GetPort(), 1U);
+    readPayload("<PelVtConnectServer><Port>2</Port></PelVtConnectServer>", Fragment::PelVtConnectServer,
+                &Fragment::IsPelVtConnectServerSet);
+    EXPECT_EQ(read.GetPelVtConnectServer().GetPort(), 2U);
+    readPayload("<RouterVtServerPort><Port>3</Port></RouterVtServerPort>", Fragment::RouterVtServerPort,
+                &Fragment::IsRouterVtServerPortSet);
+    EXPECT_EQ(read.GetRouterVtServerPort().GetPort(), 3U);
+    readPayload("<DF_Params><Bandwidth>4</Bandwidth></DF_Params>", Fragment::DF_Params,
+                &Fragment::IsDF_ParamsSet);
+    EXPECT_EQ(read.GetDF_Params().GetBandwidth(), 4.0);
     // The choice changes, but the payload that was read before stays set.
     EXPECT_TRUE(fragment.IsMastershipStateSet());
     EXPECT_TRUE(fragment.IsRouterVtServerPortSet());

@@ -2,6 +2,7 @@
 // The command `check`: are documents valid?
 
 #include "Commands.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
@@ -157,7 +158,7 @@ Verdict examine(const InputMessage& message, bool strict)
     Verdict verdict{message.name, {}};
     const MODELKIT::ReadingReport report;
     try {
-        const Document loaded = message.read(true);
+        const Document loaded = message.read(Validation::On);
         if (strict) {
             addAcceptedInSilence(report, message, verdict);
             SenseWarnings(verdict.file, verdict.findings)
@@ -322,10 +323,9 @@ Command checkCommand()
              "Also find what is accepted silently: what is unknown or repeated, texts that are not numbers, "
              "numbers that lose digits, attributes, and members that should be set.")};
     table.examples = {
-        {"routermsg check request.xml", "One document."},
-        {"routermsg check --quiet recordings",
-         "All documents of a folder, without a line for the valid ones."},
-        {"routermsg check --strict request.xml", "With warnings of what is accepted silently."}};
+        {"%1 check request.xml", "One document."},
+        {"%1 check --quiet recordings", "All documents of a folder, without a line for the valid ones."},
+        {"%1 check --strict request.xml", "With warnings of what is accepted silently."}};
     return {table, check};
 }
 

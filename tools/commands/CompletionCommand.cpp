@@ -26,7 +26,7 @@ Command completionCommand()
     table.name = "completion";
     table.summary = "Write the completion script for a shell.";
     table.arguments = {shell};
-    table.examples = {{"source <(routermsg completion bash)", "Load it into the running bash."}};
+    table.examples = {{"source <(%1 completion bash)", "Load it into the running bash."}};
     table.hasCommonOptions = false;
     return {table, writeCompletion};
 }

@@ -2,6 +2,7 @@
 // The command `convert`: a document in another form.
 
 #include "Commands.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "Saving.h"
@@ -25,7 +26,7 @@ Status convert(const Arguments& arguments, Session& session)
 {
     const QString path = arguments.text("IN");
     const Target target(arguments.text("OUT"), formOf(arguments, "--to"));
-    const bool isValidated = !arguments.isGiven("--invalid");
+    const auto validation = arguments.isGiven("--invalid") ? Validation::Off : Validation::On;
     Progress progress(session, {path});
     progress.next(inputName(path));
 
@@ -34,7 +35,7 @@ Status convert(const Arguments& arguments, Session& session)
     const Status worst = forEachMessage(
         path, {messagesOf(arguments), formOf(arguments, "--from"), &progress},
         [&](const InputMessage& message) {
-            const Document document = message.read(isValidated);
+            const Document document = message.read(validation);
             writer.add(*document.record);
             input.isMixed |= input.messages > 0 && input.form != document.form;
             input.form = document.form;
@@ -76,9 +77,9 @@ Command convertCommand()
         formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml."),
         flag({"--invalid"}, "Convert the document even if it is not valid.")};
     table.examples = {
-        {"routermsg convert request.xml request.bin", "From XML to the binary form."},
-        {"routermsg convert request.bin - --to json | less", "Look at a binary document as JSON."},
-        {"routermsg convert - reply.binz < reply.json", "From standard input to the compressed form."}};
+        {"%1 convert request.xml request.bin", "From XML to the binary form."},
+        {"%1 convert request.bin - --to json | less", "Look at a binary document as JSON."},
+        {"%1 convert - reply.binz < reply.json", "From standard input to the compressed form."}};
     return {table, convert};
 }
 

@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "DiffReport.h"
 #include "FilePairs.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
@@ -118,8 +119,8 @@ private:
                          const std::optional<InputMessage>& inSecond)
     {
         attempt([&] {
-            const Document first = inFirst ? inFirst->read(false) : Document();
-            const Document second = inSecond ? inSecond->read(false) : Document();
+            const Document first = inFirst ? inFirst->read() : Document();
+            const Document second = inSecond ? inSecond->read() : Document();
             if (first.record && second.record)
                 CompareRecords(*first.record, *second.record, m_ignored,
                                [&](const Difference& difference) { add(which, difference); });
@@ -188,9 +189,9 @@ Command diffCommand()
                          "A member to ignore, as a path of names such as MessageID, DF_Params/Frequency or "
                          "Fragment[2]; can be given several times.")))};
     table.examples = {
-        {"routermsg diff before.xml after.bin", "Member by member."},
-        {"routermsg diff expected recorded", "Two folders, file by file."},
-        {"routermsg diff a.xml b.xml --ignore MessageID", "Two messages whose numbers do not matter."}};
+        {"%1 diff before.xml after.bin", "Member by member."},
+        {"%1 diff expected recorded", "Two folders, file by file."},
+        {"%1 diff a.xml b.xml --ignore MessageID", "Two messages whose numbers do not matter."}};
     return {table, diff};
 }
 

@@ -22,7 +22,7 @@ Command manCommand()
     CommandTable table;
     table.name = "man";
     table.summary = "Write the manual page.";
-    table.examples = {{"routermsg man | man -l -", "Read it."}};
+    table.examples = {{"%1 man | man -l -", "Read it."}};
     table.hasCommonOptions = false;
     return {table, man};
 }

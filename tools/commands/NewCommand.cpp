@@ -88,10 +88,10 @@ Command newCommand()
     table.notesTitle = "Words";
     table.notes = wordNotes();
     table.examples = {
-        {"routermsg new Request MessageID=7 AcquireMastership", "A request, as XML on standard output."},
-        {"routermsg new Event DF_Params Frequency=98.5e6 DF_Params Frequency=99.1e6 -o scan.bin",
+        {"%1 new Request MessageID=7 AcquireMastership", "A request, as XML on standard output."},
+        {"%1 new Event DF_Params Frequency=98.5e6 DF_Params Frequency=99.1e6 -o scan.bin",
          "Two fragments in order, written as a binary file."},
-        {"routermsg new Request PelVtConnectServer 'Address=host name' Port=5000 --to json",
+        {"%1 new Request PelVtConnectServer 'Address=host name' Port=5000 --to json",
          "A text with a blank."}};
     return {table, makeNew};
 }

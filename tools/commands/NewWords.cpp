@@ -64,7 +64,7 @@ QString possibleValues(const MemberInfo& member)
     case MemberInfo::Text:
         return QStringLiteral("a text");
     case MemberInfo::Enumeration:
-        return QStringLiteral("one of ") + Enumerated(member.GetNames());
+        return QStringLiteral("one of ") + Listed(member.GetNames());
     case MemberInfo::Record:
     case MemberInfo::List:
         break;
@@ -341,7 +341,7 @@ private:
     {
         const auto nearest = std::find_if(owners.begin(), owners.end(),
                                           [&](const QString& owner) { return hasPlaceFor(owner); });
-        const QString belongs = QStringLiteral("%1 belongs to %2").arg(name, Enumerated(owners));
+        const QString belongs = QStringLiteral("%1 belongs to %2").arg(name, Listed(owners));
         if (nearest == owners.end())
             throw UsageError(
                 QStringLiteral("%1, for which there is no place in %2.").arg(belongs, m_root.info.GetName()));

@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "HexView.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "Saving.h"
@@ -30,7 +31,7 @@ void writeHead(const QString& text, Session& session)
 
 void showTree(const InputMessage& message, bool isFirst, Session& session)
 {
-    const Document loaded = message.read(false);
+    const Document loaded = message.read();
     const FileSummary summary{message.name, loaded.form, loaded.size};
     if (session.format() == Format::Json) {
         QJsonObject json = summary.toJson();
@@ -61,7 +62,7 @@ void showHex(const InputMessage& message, Session& session)
     const FileSummary summary{message.name, form, bytes.size()};
     const HexForm shown = isBinary(form)
                               ? HexForm{bytes, message.recorded.offset}
-                              : HexForm{encode(*message.read(false).record, Form::Binary, message.name), 0};
+                              : HexForm{encode(*message.read().record, Form::Binary, message.name), 0};
 
     std::optional<Finding> wrong;
     if (session.format() == Format::Json) {
@@ -143,9 +144,8 @@ Command showCommand()
     table.arguments = {required(argument("FILE", fileValue(), "The document, or - for standard input."))};
     table.options = {messageOption(),
                      flag({"--hex"}, "Show the bytes of the binary form and what they mean.")};
-    table.examples = {
-        {"routermsg show request.xml", "The document as a tree, with types and what is not set."},
-        {"routermsg show --hex request.bin", "Every byte of a binary document, explained."}};
+    table.examples = {{"%1 show request.xml", "The document as a tree, with types and what is not set."},
+                      {"%1 show --hex request.bin", "Every byte of a binary document, explained."}};
     return {table, show};
 }
 

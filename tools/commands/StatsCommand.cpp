@@ -2,6 +2,7 @@
 // The command `stats`: counting what documents hold.
 
 #include "Commands.h"
+#include "InputFile.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
@@ -122,7 +123,7 @@ Status stats(const Arguments& arguments, Session& session)
             progress.next(inputName(file));
             const Status status = forEachMessage(
                 file, {messagesOf(arguments), std::nullopt, &progress},
-                [&](const InputMessage& message) { statistics.Add(message.read(false)); },
+                [&](const InputMessage& message) { statistics.Add(message.read()); },
                 [&](const Finding& finding) {
                     session.complain(finding);
                     if (!finding.isNoMessage)
@@ -147,7 +148,7 @@ Command statsCommand()
     table.summary = "Count what documents hold.";
     table.arguments = {inputsArgument()};
     table.options = {messageOption()};
-    table.examples = {{"routermsg stats recordings", "All documents of a folder together."}};
+    table.examples = {{"%1 stats recordings", "All documents of a folder together."}};
     return {table, stats};
 }
 

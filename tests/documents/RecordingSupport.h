@@ -43,7 +43,7 @@ inline QByteArray inForm(Form form, unsigned int number)
 inline unsigned int numberIn(const RecordedMessage& message)
 {
     try {
-        const Document document = ReadDocument(message.bytes, {message.form, false});
+        const Document document = ReadDocument(message.bytes, {message.form});
         const auto* read = dynamic_cast<const PelLu300RouterInterfaceXml*>(document.record.get());
         return read ? read->GetPelLu300RouterMessage().GetMessageID() : 0;
     } catch (const DocumentError&) {

@@ -46,7 +46,7 @@ Outcome readStrictly(const QByteArray& content, int piece = 4096)
     const qint64 count = ForEachMessage(
         device, {},
         [&](const RecordedMessage& message) {
-            ReadDocument(message.bytes, {message.form, false});
+            ReadDocument(message.bytes, {message.form});
             outcome.messages.append(message);
         },
         [&](const DocumentError& error) {
@@ -355,7 +355,7 @@ TEST(RecordingRecovery, TellsPlacesInTheRecording)
         buffer, {},
         [&](const RecordedMessage& message) {
             places += QStringLiteral("%1:%2").arg(message.line).arg(message.column);
-            ReadDocument(message.bytes, {message.form, false});
+            ReadDocument(message.bytes, {message.form});
         },
         [&](const DocumentError& error) { places += QStringLiteral("! ") + error.GetPlace().ToString(); });
     EXPECT_EQ(count, 1);

@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Recordings on devices: pipes and sockets that stay open, devices that deliver later, end early or fail.
 #include "RecordingSupport.h"
+#include "unit/WaitingSupport.h"
 
 #include <QtCore/QTemporaryDir>
 
-#include <cerrno>
-#include <memory>
-
 #include <fcntl.h>
-#include <poll.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 using namespace recording_support;
 
 namespace {
-
-Limits waiting(int milliseconds)
-{
-    Limits limits;
-    limits.waitingTime = milliseconds;
-    return limits;
-}
 
 DocumentError refusalOf(RecordingReader& reader)
 {
@@ -64,57 +53,6 @@ public:
     QFile file;
 
 private:
-    int m_far = -1;
-};
-
-// One end of a socket as a device that can be waited for, as the sockets of a network do.
-class Socket : public QIODevice
-{
-public:
-    Socket()
-    {
-        int ends[2] = {-1, -1};
-        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-        m_near = ends[0];
-        m_far = ends[1];
-        open(QIODevice::ReadOnly);
-    }
-    ~Socket() override
-    {
-        ::close(m_near);
-        end();
-    }
-    bool isSequential() const override { return true; }
-    bool waitForReadyRead(int milliseconds) override
-    {
-        pollfd waited = {m_near, POLLIN, 0};
-        return ::poll(&waited, 1, milliseconds) > 0;
-    }
-
-    void send(const QByteArray& content) const
-    {
-        EXPECT_EQ(::send(m_far, content.constData(), static_cast<size_t>(content.size()), 0), content.size());
-    }
-    void end()
-    {
-        if (m_far >= 0)
-            ::close(m_far);
-        m_far = -1;
-    }
-
-protected:
-    qint64 readData(char* data, qint64 size) override
-    {
-        const ssize_t got = ::recv(m_near, data, static_cast<size_t>(size), MSG_DONTWAIT);
-        if (got > 0 || (got < 0 && errno == EAGAIN))
-            return std::max<qint64>(got, 0);
-        setErrorString(QStringLiteral("The remote host closed the connection"));
-        return -1;
-    }
-    qint64 writeData(const char*, qint64) override { return -1; }
-
-private:
-    int m_near = -1;
     int m_far = -1;
 };
 

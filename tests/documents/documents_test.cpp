@@ -101,9 +101,27 @@ TEST(Documents, HaveTheBytesThatTheRecordItselfGives)
     EXPECT_EQ(WriteDocument(*record, Form::Json), portJson);
 }
 
+TEST(Documents, HaveTheFormOfTheirFirstBytes)
+{
+    const auto formOf = [](const char* hex) { return FormOfContent(QByteArray::fromHex(hex)); };
+    // The first word is enough.
+    EXPECT_EQ(FormOfContent("MKZ1"), Form::Compressed);
+    EXPECT_EQ(FormOfContent(port(7)->GetBinaryRepresentationAsQByteArray().left(4)), Form::Binary);
+    EXPECT_EQ(formOf("01020304"), Form::Binary);
+    for (const char* wide : {"FEFF", "FFFE", "0000FEFF", "FFFE0000", "003C", "3C00", "0000003C", "3C000000"})
+        EXPECT_EQ(formOf(wide), Form::Xml) << wide;
+    for (const char* xml : {"", " <a/>", "\xEF\xBB\xBF<a/>", "MKZ", "text"})
+        EXPECT_EQ(FormOfContent(xml), Form::Xml) << xml;
+    for (const char* json : {"{", " \r\n\t[", "\xEF\xBB\xBF {"})
+        EXPECT_EQ(FormOfContent(json), Form::Json) << json;
+    // JSON in UTF-16.
+    EXPECT_EQ(formOf("007B"), Form::Json);
+    EXPECT_EQ(formOf("7B00"), Form::Json);
+}
+
 TEST(Documents, AreReadInTheFormThatIsNamed)
 {
-    const DocumentError error = refusalOf(portXml, {Form::Json, false});
+    const DocumentError error = refusalOf(portXml, {Form::Json});
     EXPECT_EQ(error.GetKind(), MODELKIT::Failure::NotWellFormed);
     EXPECT_EQ(error.GetPlace().line, 1);
 }
@@ -125,16 +143,16 @@ TEST(Documents, AreCheckedWhenThatIsAskedFor)
 {
     const QByteArray reply = R"({"PelLu300RouterMessage": {"MessageID": 1}})";
     EXPECT_NO_THROW(ReadDocument(reply));
-    const DocumentError error = refusalOf(reply, {std::nullopt, true});
+    const DocumentError error = refusalOf(reply, {std::nullopt, Validation::On});
     EXPECT_EQ(error.GetKind(), MODELKIT::Failure::Refused);
     EXPECT_FALSE(error.GetText().isEmpty());
-    EXPECT_TRUE(ReadDocument(portJson, {std::nullopt, true}).record->GetValidate());
+    EXPECT_TRUE(ReadDocument(portJson, {std::nullopt, Validation::On}).record->GetValidate());
 }
 
 TEST(Documents, NameTheEnumeratorThatMayHaveBeenMeant)
 {
-    const DocumentError error =
-        refusalOf("<PelLu300RouterMessage><Type>Replay</Type></PelLu300RouterMessage>", {std::nullopt, true});
+    const DocumentError error = refusalOf(
+        "<PelLu300RouterMessage><Type>Replay</Type></PelLu300RouterMessage>", {std::nullopt, Validation::On});
     EXPECT_TRUE(error.GetText().endsWith(QStringLiteral(": \"Replay\". Did you mean Reply?")))
         << error.what();
 }
@@ -167,7 +185,7 @@ TEST(Documents, LoseNothingAsJson)
     const double third = 1.0 / 3;
     DF_Params record;
     record.SetFrequency(third);
-    const auto same = FromJson(ToJson(record), false);
+    const auto same = FromJson(ToJson(record));
     EXPECT_EQ(dynamic_cast<DF_Params&>(*same).GetFrequency(), third);
     EXPECT_EQ(ToJson(*same), ToJson(record));
 }

@@ -101,10 +101,10 @@ TEST(JsonLines, AreReadAsJson)
     port.SetPort(7);
     const QByteArray line = ToJsonLine(port);
     EXPECT_EQ(FormOfContent(line), Form::Json);
-    const Document document = ReadDocument(line, {Form::JsonLines, false});
+    const Document document = ReadDocument(line, {Form::JsonLines});
     EXPECT_EQ(document.form, Form::JsonLines);
     EXPECT_EQ(ToJsonLine(*document.record), line);
-    EXPECT_THROW(ReadDocument("[]", {Form::JsonLines, false}), DocumentError);
+    EXPECT_THROW(ReadDocument("[]", {Form::JsonLines}), DocumentError);
 }
 
 TEST(JsonLines, HaveANameAndAnEnding)
@@ -122,7 +122,7 @@ TEST(JsonLines, SayWhatJsonSays)
         const auto record = generator.record(RecordInfo::Document());
         const QByteArray line = ToJsonLine(*record);
         EXPECT_EQ(line.count('\n'), 1);
-        EXPECT_EQ(ToJson(*FromJson(line, false)), ToJson(*record));
+        EXPECT_EQ(ToJson(*FromJson(line)), ToJson(*record));
     }
 }
 
