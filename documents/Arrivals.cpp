@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 namespace ROUTERDOCUMENTS {
@@ -12,6 +13,14 @@ namespace ROUTERDOCUMENTS {
 namespace {
 
 constexpr int block = 1 << 16;
+
+// How many UTF-16 units the UTF-8 has.
+qint64 unitsIn(const char* begin, const char* end)
+{
+    const auto followers = std::count_if(begin, end, [](char c) { return (c & 0xC0) == 0x80; });
+    const auto pairs = std::count_if(begin, end, [](char c) { return (c & 0xF8) == 0xF0; });
+    return end - begin - followers + pairs;
+}
 
 } // namespace
 
@@ -69,24 +78,47 @@ QByteArray Arrivals::Take(qint64 size, TextUnits units)
     return std::exchange(m_bytes, std::move(rest));
 }
 
+void Arrivals::Return(const QByteArray& bytes)
+{
+    m_offset -= bytes.size();
+    if (bytes.size() < block) {
+        m_begin -= bytes.size();
+        return;
+    }
+    m_bytes.remove(0, static_cast<int>(m_begin));
+    m_bytes.prepend(bytes);
+    m_begin = 0;
+}
+
 void Arrivals::CountLines(qint64 size, TextUnits units)
 {
-    const char* const end = Data() + size;
+    if (size == 0)
+        return;
+    const char* const begin = Data();
+    const char* const end = begin + size;
     if (m_line == 0 || size < units.size) {
-        m_last = size > 0 ? end[-1] : m_last;
+        m_last = end[-1];
         return;
     }
     // Most texts have no carriage returns.
     if (units.size == 1 && m_last != '\r'
-        && std::memchr(Data(), '\r', static_cast<std::size_t>(size)) == nullptr) {
-        m_line += std::count(Data(), end, '\n');
+        && std::memchr(begin, '\r', static_cast<std::size_t>(size)) == nullptr) {
+        const qint64 lines = std::count(begin, end, '\n');
+        const char* const line =
+            lines == 0
+                ? begin
+                : std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(begin), '\n').base();
+        m_column = (lines == 0 ? m_column : 1) + unitsIn(line, end);
+        m_line += lines;
         m_last = end[-1];
         return;
     }
-    for (const char* at = Data(); end - at >= units.size; at += units.size) {
+    for (const char* at = begin; end - at >= units.size; at += units.size) {
         const auto character = static_cast<char>(characterAt(at, units));
+        const bool isBreak = character == '\r' || character == '\n';
         // A line feed behind a carriage return belongs to it.
         m_line += character == '\r' || (character == '\n' && m_last != '\r');
+        m_column = isBreak ? 1 : m_column + (units.size > 1 ? 1 : unitsIn(at, at + 1));
         m_last = character;
     }
 }

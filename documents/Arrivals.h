@@ -31,6 +31,8 @@ public:
     qint64 Offset() const { return m_offset; }
     // The line of that byte, from 1; 0 after binary data.
     qint64 Line() const { return m_line; }
+    // Its column, from 1, in UTF-16 units of a text in UTF-8; 0 after binary data.
+    qint64 Column() const { return m_line == 0 ? 0 : m_column; }
     bool IsAtLineBegin() const { return m_last == '\n' || m_last == '\r'; }
 
     // Adds what has arrived. Whole if that was something. Intake: for the same device.
@@ -42,6 +44,8 @@ public:
     // Drop() removes bytes from the beginning, Take() removes and returns them.
     void Drop(qint64 size, TextUnits units = TextUnits());
     QByteArray Take(qint64 size, TextUnits units = TextUnits());
+    // Puts back what Take() returned last, if nothing else was removed or fetched since.
+    void Return(const QByteArray& bytes);
     // What follows has no lines.
     void ForgetLines() { m_line = 0; }
 
@@ -54,6 +58,7 @@ private:
     qint64 m_begin = 0;
     qint64 m_offset = 0;
     qint64 m_line = 1;
+    qint64 m_column = 1;
     // The last character that was used; a text begins as after a line break.
     char m_last = '\n';
 };

@@ -10,10 +10,15 @@ JsonEnd::Outcome JsonEnd::Scan(const char* bytes, qint64 size, qint64& used)
 {
     Outcome outcome = More;
     const char* at = bytes;
-    for (const char* const end = bytes + size; at != end && outcome == More; ++at)
+    qint64 lineBegin = -m_lineSize;
+    for (const char* const end = bytes + size; at != end && outcome == More; ++at) {
         outcome =
             m_isString ? StepString(static_cast<unsigned char>(*at)) : Step(static_cast<unsigned char>(*at));
+        if ((*at == '\n' || *at == '\r') && outcome == More)
+            lineBegin = at + 1 - bytes;
+    }
     used += at - bytes;
+    m_lineSize = at - bytes - lineBegin;
     return outcome;
 }
 

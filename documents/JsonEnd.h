@@ -30,6 +30,8 @@ public:
     // Looks at the bytes, which follow those of the calls before, and adds the number of those it has looked
     // at to \a used.
     Outcome Scan(const char* bytes, qint64 size, qint64& used);
+    // How many bytes of the current line were examined.
+    qint64 GetLineSize() const { return m_lineSize; }
 
 private:
     Outcome Step(unsigned char byte);
@@ -38,6 +40,7 @@ private:
     Outcome Close(char bracket);
 
     Extent m_extent;
+    qint64 m_lineSize = 0;
     // The brackets that are open.
     QByteArray m_open;
     // The last character that was no white space; 'v' for the end of any value.

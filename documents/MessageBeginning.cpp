@@ -73,6 +73,12 @@ bool isPartOfName(int character)
            || character == '.';
 }
 
+const QByteArray& nameOfDocuments()
+{
+    static const QByteArray name = RecordInfo::Document().GetName().toLatin1();
+    return name;
+}
+
 // Recognises one place.
 class Recogniser
 {
@@ -171,8 +177,7 @@ private:
             return accepts(Form::Xml) && recogniseMarkup(text);
         if (!accepts(Form::Json) || m_found.units.size > 1)
             return false;
-        const bool isValue =
-            isSearch() ? first == '{' && m_rules.isAtLineBegin && isKey(text, 1) : beginsJson(first);
+        const bool isValue = isSearch() ? first == '{' && isKey(text, 1) : beginsJson(first);
         return isValue && find(MessageBeginning::Message, Form::Json);
     }
 
@@ -232,7 +237,8 @@ private:
         return isComment && find(MessageBeginning::Aside);
     }
 
-    // Whether a key and its colon are there.
+    // Whether a key and its colon are there, at the beginning of a line or with the name of documents, which
+    // nothing else contains.
     bool isKey(const Peek& text, int index)
     {
         constexpr int farthest = 100;
@@ -242,6 +248,9 @@ private:
         };
         passWhite();
         const int quote = text.at(index);
+        if (!m_rules.isAtLineBegin && quote == '"'
+            && !text.has(index + 1, nameOfDocuments().constData(), m_isShort))
+            return false;
         if (quote == '"')
             while (isPartOfName(text.at(++index)) && index < farthest) {
             }
@@ -304,11 +313,23 @@ bool mayBeginMessage(char byte)
     return may[static_cast<unsigned char>(byte)];
 }
 
-int whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll)
+bool mayBreakOffWide(const char* bytes, TextUnits units, bool isAligned)
 {
+    const bool isNarrow = bytes[0] != 0 && bytes[1] != 0;
+    const bool isShifted = !isAligned && bytes[0] == (units.isBigEndian ? '\0' : '<');
+    return (isNarrow || isShifted) && mayBeginMessage(bytes[0]);
+}
+
+qint64 whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll)
+{
+    if (units.size == 1)
+        return std::find_if_not(bytes, bytes + size, isWhite) - bytes;
+    qint64 white = 0;
+    while (size - white >= units.size && isWhite(characterAt(bytes + white, units)))
+        white += units.size;
+    if (white > 0)
+        return white;
     const bool isWhole = size >= units.size;
-    if (units.size > 1 && isWhole && isWhite(characterAt(bytes, units)))
-        return units.size;
     if (!isWhole && !isAll && (units.isBigEndian ? bytes[0] == 0 : isWhite(bytes[0])))
         return -1;
     return isWhite(bytes[0]) ? 1 : 0;

@@ -58,9 +58,13 @@ MessageBeginning recogniseBeginning(const char* bytes, qint64 size, const Beginn
 // search ignores.
 bool mayBeginMessage(char byte);
 
-// The size of the white space character at the beginning of a text with these units, in bytes; 0 if there is
-// none. Negative if more bytes are needed.
-int whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll);
+// A fast test for searches in a document with wide units: whether bytes begin there that are none of its
+// units. Two bytes are looked at.
+bool mayBreakOffWide(const char* bytes, TextUnits units, bool isAligned);
+
+// How many bytes of white space begin a text with these units; 0 if there is none. Behind a text with wide
+// units, one narrow character at a time. Negative if more bytes are needed.
+qint64 whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll);
 
 // Both whole-object forms begin with a word that tells the class or the form, and one that is the length of
 // what follows.

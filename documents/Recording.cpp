@@ -13,7 +13,33 @@ RecordingReader::~RecordingReader() = default;
 
 bool RecordingReader::ReadNext(RecordedMessage& message) { return m_machine->ReadNext(message); }
 
+void RecordingReader::Reject(const RecordedMessage& message) { m_machine->Reject(message); }
+
 qint64 RecordingReader::GetExaminedBytes() const { return m_machine->GetExaminedBytes(); }
+
+MODELKIT::Place RecordedMessage::PlaceInRecording(MODELKIT::Place place) const
+{
+    if (place.line == 0 && place.offset < 0) {
+        place.line = line;
+        place.column = 0;
+        place.offset = line == 0 ? offset : -1;
+        return place;
+    }
+    // Behind binary forms there are no lines.
+    if (place.line > 0 && line == 0) {
+        place.line = 0;
+        place.column = 0;
+        place.offset = offset;
+        return place;
+    }
+    if (place.line == 1 && place.column > 0)
+        place.column += column - 1;
+    if (place.line > 0)
+        place.line += line - 1;
+    if (place.offset >= 0 && form != Form::Compressed)
+        place.offset += offset;
+    return place;
+}
 
 qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
                       const std::function<void(const RecordedMessage&)>& onMessage,
@@ -21,6 +47,7 @@ qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
 {
     RecordingReader reader(device, options);
     RecordedMessage message;
+    // Whether the recording may go on.
     const auto readNext = [&] {
         try {
             return reader.ReadNext(message);
@@ -30,12 +57,21 @@ qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
             return error.GetKind() != MODELKIT::Failure::NotWholeYet;
         }
     };
+    const auto handle = [&] {
+        try {
+            onMessage(message);
+            return true;
+        } catch (const DocumentError& error) {
+            reader.Reject(message);
+            onError(DocumentError(
+                {error.GetKind(), error.GetText(), message.PlaceInRecording(error.GetPlace())}));
+            return false;
+        }
+    };
     qint64 count = 0;
     while (readNext())
-        if (message.number > 0) {
+        if (message.number > 0 && handle())
             ++count;
-            onMessage(message);
-        }
     return count;
 }
 

@@ -32,10 +32,16 @@ struct RecordedMessage
     qint64 offset = 0;
     /// The line of its first byte, from 1; 0 when anything before is no text.
     qint64 line = 0;
+    /// The column of its first byte in that line, from 1; 0 like the line.
+    qint64 column = 0;
     /// The form that it begins as.
     Form form = Form::Xml;
     /// What ReadDocument() reads.
     QByteArray bytes;
+
+    /// Where a place in the message is in the recording. Without any place, that of the message itself. An
+    /// offset inside a compressed form stays as it is, because it counts in the inflated form.
+    ROUTERDOCUMENTS_EXPORT MODELKIT::Place PlaceInRecording(MODELKIT::Place place) const;
 };
 
 /// How to read a recording.
@@ -77,6 +83,12 @@ public:
     /// Failure::InputOutput the device has failed, and the recording ends.
     bool ReadNext(RecordedMessage& message);
 
+    /// Tells that the message that was given last cannot be read. A binary form that was cut off has taken
+    /// the bytes of what follows for its own. If nothing begins where it ends, or a message inside it goes on
+    /// behind it, the next call of ReadNext() goes on with the first message inside it. A form whose length
+    /// is right is passed over as a whole.
+    void Reject(const RecordedMessage& message);
+
     /// The number of bytes examined to find messages. A byte that is examined twice counts twice. The total
     /// is close to the size of the recording, whatever the pieces in which it arrives.
     qint64 GetExaminedBytes() const;
@@ -87,8 +99,9 @@ private:
 };
 
 /// Calls \a onMessage for every message and \a onError for every error, in their order, to the end of the
-/// recording or of the device. Exceptions of both are passed on.
-/// \return the number of messages.
+/// recording or of the device. When onMessage throws a DocumentError, as ReadDocument() does, the message is
+/// rejected, and onError is called with the place in the recording. All other exceptions are passed on.
+/// \return the number of messages that were not rejected.
 ROUTERDOCUMENTS_EXPORT qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
                                              const std::function<void(const RecordedMessage&)>& onMessage,
                                              const std::function<void(const DocumentError&)>& onError);

@@ -22,8 +22,8 @@ constexpr qint64 largestMessage = std::numeric_limits<int>::max() - (1 << 20);
 // looked at again, with the one behind them.
 constexpr qint64 lookBack = 5;
 
-// How much of a skipped text is kept: more than the beginning of markup has in any units.
-constexpr qint64 leastKept = 64;
+// How much of a skipped text is kept: more than the beginning of a message has in any units.
+constexpr qint64 leastKept = 256;
 
 QString counted(qint64 bytes, const QString& what)
 {
@@ -83,6 +83,8 @@ RecordingReader::Machine::Step RecordingReader::Machine::TakeStep(RecordedMessag
         return PassOver();
     case State::Searching:
         return Search();
+    case State::Rejected:
+        return LeaveRejected();
     case State::Inside:
     case State::Skipping:
         break;
@@ -95,8 +97,9 @@ void RecordingReader::Machine::FetchMore(MODELKIT::Intake& intake)
 {
     using Intake = MODELKIT::Intake;
     const Intake::Outcome outcome = m_arrivals.Fetch(intake);
-    const bool isNothingBegun =
-        m_state == State::Searching || (m_state == State::Between && m_arrivals.Size() == 0);
+    const bool isNothingBegun = m_state == State::Searching
+                                || (m_state == State::Between && m_arrivals.Size() == 0)
+                                || (m_state == State::Rejected && m_arrivals.Size() == m_scanned);
     if (outcome == Intake::Broken) {
         m_isOver = true;
         Failure failure = MODELKIT::cannotRead(&m_arrivals.Device(), intake.GetReason());
@@ -112,7 +115,7 @@ void RecordingReader::Machine::FetchMore(MODELKIT::Intake& intake)
 RecordingReader::Machine::Step RecordingReader::Machine::PassOver()
 {
     while (m_arrivals.Size() > 0) {
-        const int white = whiteAt(m_arrivals.Data(), m_arrivals.Size(), m_units, m_isAll);
+        const qint64 white = whiteAt(m_arrivals.Data(), m_arrivals.Size(), m_units, m_isAll);
         if (white < 0)
             return Step::NeedsMore;
         if (white == 0)
@@ -143,6 +146,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBegi
     m_messageForm = beginning.form;
     m_units = beginning.units;
     m_scanned = beginning.mark;
+    m_searched = 1;
     m_isDoubtful = false;
     if (isXml)
         m_end = XmlEnd(m_isAside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
@@ -155,6 +159,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfBinary(Recorde
 {
     const qint64 there = m_arrivals.Size();
     const auto cutOff = [this](const QString& missing) {
+        m_isCutOff = true;
         return BeginStretch(FailureHere(Failure::NotABinaryForm,
                                         QStringLiteral("The binary form is cut off; %1.").arg(missing)),
                             1, ByteCount::LeftOut);
@@ -189,19 +194,51 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfText(RecordedM
     const auto json = isXml ? JsonEnd::More : std::get<JsonEnd>(m_end).Scan(begin, size, used);
     m_scanned += used;
     m_examined += used;
+    const qint64 other = m_units.size > 1 ? FindOtherUnits(xml == XmlEnd::Ended) : 0;
+    if (other > 0)
+        return BreakOff(other, message);
     if (xml == XmlEnd::Ended || json == JsonEnd::Ended)
         return EndMessage(m_scanned, message);
     if (xml == XmlEnd::Another)
-        return BreakOff(m_scanned - std::get<XmlEnd>(m_end).GetBehind(), message);
+        return BreakOff(ScannedOfDocument(), message);
     m_isDoubtful = xml == XmlEnd::Doubt;
     if (json == JsonEnd::Broken) {
         const bool isUntold = m_state == State::Inside;
+        // The end of its string may be missing, and what stands in the string may be another message.
+        const qint64 line = std::get<JsonEnd>(m_end).GetLineSize();
         BeginStretch(FailureHere(Failure::NotWellFormed, QStringLiteral("This is no JSON value")),
-                     std::max<qint64>(m_scanned - lookBack, 1));
+                     std::max<qint64>(m_scanned - std::max(lookBack, line), 1));
         m_stretch.isUntold = isUntold;
         return Step::Done;
     }
-    return m_isDoubtful ? Step::Done : TooLittle();
+    return m_isDoubtful ? Step::Done : TooLittle(message);
+}
+
+// The bytes of a document that was cut off are followed by narrow ones, or by such that lie one byte off.
+qint64 RecordingReader::Machine::FindOtherUnits(bool isEnd)
+{
+    const bool isWhole = isEnd || m_isAll;
+    for (; m_searched + 1 < m_scanned; ++m_searched) {
+        const bool isAligned = m_searched % m_units.size == 0;
+        if (!mayBreakOffWide(m_arrivals.Data() + m_searched, m_units, isAligned))
+            continue;
+        BeginningRules rules = Rules(m_searched, Look::Searching);
+        rules.isAll = isWhole;
+        const MessageBeginning beginning = Recognise(m_searched, m_scanned, rules);
+        if (beginning.kind == MessageBeginning::Unclear)
+            return 0;
+        const bool isOther =
+            beginning.units.size != m_units.size
+            || (beginning.units.isBigEndian == m_units.isBigEndian ? !isAligned : beginning.mark > 0);
+        if (beginning.kind == MessageBeginning::Message && isOther)
+            return m_searched;
+    }
+    return 0;
+}
+
+qint64 RecordingReader::Machine::ScannedOfDocument() const
+{
+    return std::max<qint64>(m_scanned - std::get<XmlEnd>(m_end).GetBehind(), 0);
 }
 
 // Where bytes are in no XML, another message may begin, because the end of this one is missing.
@@ -231,13 +268,16 @@ RecordingReader::Machine::Step RecordingReader::Machine::BreakOff(qint64 size, R
 }
 
 // The text has been scanned as far as it is there.
-RecordingReader::Machine::Step RecordingReader::Machine::TooLittle()
+RecordingReader::Machine::Step RecordingReader::Machine::TooLittle(RecordedMessage& message)
 {
     if (m_state == State::Inside && m_scanned > m_limit) {
         m_state = State::Skipping;
         Throw(MessageTooLarge());
     }
+    if (m_isAll && m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsRootLeft())
+        return EndMessage(ScannedOfDocument(), message);
     if (m_isAll) {
+        m_isCutOff = !m_isAside;
         const bool isTold = m_state == State::Skipping && !m_isAside;
         const Failure failure =
             FailureHere(Failure::NotWellFormed, m_isAside ? cutOffAside() : cutOffText(m_messageForm));
@@ -248,8 +288,11 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle()
         return Step::Done;
     }
     if (m_state == State::Skipping && m_scanned > leastKept) {
-        m_arrivals.Drop(m_scanned - leastKept, m_units);
-        m_scanned = leastKept;
+        // In whole units.
+        const qint64 dropped = (m_scanned - leastKept) / 4 * 4;
+        m_arrivals.Drop(dropped, m_units);
+        m_scanned -= dropped;
+        m_searched = std::max<qint64>(m_searched - dropped, 0);
     }
     return Step::NeedsMore;
 }
@@ -258,16 +301,17 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size,
 {
     const bool isSkipped = m_state == State::Skipping;
     m_state = State::Between;
-    const Failure tooLarge = MessageTooLarge();
     if (isSkipped || size > m_limit) {
+        const Failure failure = isSkipped ? Failure() : MessageTooLarge();
         m_arrivals.Drop(size, m_units);
         if (!isSkipped)
-            Throw(tooLarge);
+            Throw(failure);
         return Step::Done;
     }
     message.number = ++m_count;
     message.offset = m_arrivals.Offset();
     message.line = m_arrivals.Line();
+    message.column = m_arrivals.Column();
     message.form = m_messageForm;
     if (m_messageForm == Form::Binary || m_messageForm == Form::Compressed)
         m_arrivals.ForgetLines();
@@ -332,6 +376,17 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndStretch()
 
 MessageBeginning RecordingReader::Machine::Recognise(qint64 at, Look look)
 {
+    return Recognise(at, m_arrivals.Size(), Rules(at, look));
+}
+
+MessageBeginning RecordingReader::Machine::Recognise(qint64 at, qint64 end, BeginningRules rules)
+{
+    m_examined += std::min(end - at, binaryHeaderSize);
+    return recogniseBeginning(m_arrivals.Data() + at, end - at, rules);
+}
+
+BeginningRules RecordingReader::Machine::Rules(qint64 at, Look look) const
+{
     const char* const place = m_arrivals.Data() + at;
     BeginningRules rules;
     rules.form = m_form;
@@ -339,8 +394,7 @@ MessageBeginning RecordingReader::Machine::Recognise(qint64 at, Look look)
     rules.look = look;
     rules.isAtLineBegin = at > 0 ? place[-1] == '\n' || place[-1] == '\r' : m_arrivals.IsAtLineBegin();
     rules.isAll = m_isAll;
-    m_examined += std::min(m_arrivals.Size() - at, binaryHeaderSize);
-    return recogniseBeginning(place, m_arrivals.Size() - at, rules);
+    return rules;
 }
 
 Failure RecordingReader::Machine::FailureHere(Failure::Kind kind, const QString& text) const

@@ -26,15 +26,17 @@ public:
     Machine(QIODevice& device, const RecordingOptions& options);
 
     bool ReadNext(RecordedMessage& message);
+    void Reject(const RecordedMessage& message);
     qint64 GetExaminedBytes() const { return m_examined; }
 
 private:
     enum class State
     {
-        Between,  // messages
-        Inside,   // a message, from its first byte on
-        Skipping, // to the end of what is not given to the caller
-        Searching // the next message, in what is none
+        Between,   // messages
+        Inside,    // a message, from its first byte on
+        Skipping,  // to the end of what is not given to the caller
+        Searching, // the next message, in what is none
+        Rejected   // in front of a binary form that could not be read
     };
 
     enum class Step
@@ -70,17 +72,35 @@ private:
     Step Begin(const MessageBeginning& beginning);
     Step FindEndOfBinary(RecordedMessage& message);
     Step FindEndOfText(RecordedMessage& message);
+    // How much of the scanned part belongs to the document.
+    qint64 ScannedOfDocument() const;
+    // The place in the scanned part of a wide document at which other units begin; 0 when there is none.
+    qint64 FindOtherUnits(bool isEnd);
     Step BreakOffXml(RecordedMessage& message);
     Step BreakOff(qint64 size, RecordedMessage& message);
-    Step TooLittle();
+    Step TooLittle(RecordedMessage& message);
     Step EndMessage(qint64 size, RecordedMessage& message);
     Step Search();
+    Step LeaveRejected();
 
     Step BeginStretch(const MODELKIT::Failure& failure, qint64 size, ByteCount byteCount = ByteCount::Added);
     Step EndStretch();
     void AddToStretch(qint64 size);
 
+    // What begins at the offset, as far as the bytes up to the end tell.
     MessageBeginning Recognise(qint64 at, Look look);
+    MessageBeginning Recognise(qint64 at, qint64 end, BeginningRules rules);
+    BeginningRules Rules(qint64 at, Look look) const;
+    // The first message that begins inside the rejected one.
+    struct Inside
+    {
+        MessageBeginning::Kind kind = MessageBeginning::Nothing;
+        qint64 place = 0;
+        // Whether a message goes on behind the rejected one.
+        bool isOpen = false;
+    };
+    Inside LookInside();
+    bool IsOpen(qint64 place);
     MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
     MODELKIT::Failure MessageTooLarge() const;
     [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
@@ -100,6 +120,14 @@ private:
     std::variant<XmlEnd, JsonEnd> m_end;
     // How many of its bytes were given to it.
     qint64 m_scanned = 0;
+    // How many of them were searched for other units.
+    qint64 m_searched = 0;
+    // The size of the rejected message.
+    qint64 m_rejected = 0;
+    // How many bytes were in rejected messages.
+    qint64 m_allRejected = 0;
+    // Whether a message was cut off by the end.
+    bool m_isCutOff = false;
     // Whether the byte just scanned cannot occur in XML.
     bool m_isDoubtful = false;
     // Whether a comment or a processing instruction is being skipped.

@@ -28,6 +28,13 @@ QByteArray declaredEncoding(const QByteArray& declaration)
     return plain;
 }
 
+// Whether the name of a tag goes on.
+bool isInName(unsigned char character)
+{
+    return !isWhite(character) && character != '>' && character != '/' && character != '<' && character != '"'
+           && character != '\'' && character != 0;
+}
+
 } // namespace
 
 bool DoubleBytes::IsFirst(unsigned char byte) const
@@ -78,10 +85,15 @@ XmlEnd::Outcome XmlEnd::ScanNarrow(const char* bytes, qint64 size, qint64& used)
 // Most of a document is text and names, which need no steps.
 const char* XmlEnd::PassOver(const char* at, const char* end)
 {
-    if (m_state == Text)
+    if (m_state == Text && !IsRootLeft())
         return std::find_if(at, end, [](char c) { return c == '<' || c == 0; });
     if (m_state != StartTag && m_state != EndTag)
         return at;
+    if (m_isName) {
+        for (; at != end && isInName(static_cast<unsigned char>(*at)); ++at, ++m_behind)
+            m_name.Add(static_cast<unsigned char>(*at));
+        return at;
+    }
     const char* const stop =
         std::find_if(at, end, [](char c) { return c == '>' || c == '<' || c == '"' || c == '\'' || c == 0; });
     if (stop != at)
@@ -111,12 +123,13 @@ XmlEnd::Outcome XmlEnd::Step(unsigned char character)
     case Text:
         if (character == '<')
             BeginMarkup();
-        return More;
+        else
+            ++m_behind;
+        return IsRootLeft() && character != '<' && !isWhite(character) ? Another : More;
     case Markup:
     case Exclamation:
     case OneDash:
-        StepMarkup(character);
-        return More;
+        return StepMarkup(character);
     case Comment:
         return EndsRun(character, '-', 2) ? LeaveAside() : More;
     case CData:
@@ -138,18 +151,26 @@ XmlEnd::Outcome XmlEnd::Step(unsigned char character)
 void XmlEnd::BeginMarkup()
 {
     m_state = Markup;
+    m_behind = IsRootLeft() ? m_behind + 1 : 1;
     m_after = Text;
     m_isFirst = !m_hasMarkup;
     m_hasMarkup = true;
 }
 
-void XmlEnd::StepMarkup(unsigned char character)
+XmlEnd::Outcome XmlEnd::StepMarkup(unsigned char character)
 {
     m_run = 0;
+    ++m_behind;
+    // Behind the root's end tag, only further end tags can belong to the document.
+    if (IsRootLeft() && character != '/')
+        return Another;
     if (m_state == OneDash) {
         m_state = character == '-' ? Comment : Declaration;
         m_declarations = 1;
     } else if (m_state == Exclamation) {
+        // A document type declaration does not stand inside elements.
+        if (character == 'D' && m_elements.Depth() > 0)
+            return Another;
         m_state = character == '-' ? OneDash : character == '[' ? CData : Declaration;
         m_declarations = 1;
         m_isTrail = false;
@@ -159,21 +180,38 @@ void XmlEnd::StepMarkup(unsigned char character)
         m_state = Instruction;
         m_target = 0;
     } else if (character == '/') {
+        m_elements.StayInRoot();
         m_state = EndTag;
-    } else if (character != '<') {
+        m_name = NameHash();
+        m_isName = true;
+    } else if (character == '<') {
+        m_behind = 1;
+    } else {
         m_state = StartTag;
         m_last = character;
+        m_name = NameHash();
+        m_name.Add(character);
+        m_isName = isInName(character);
     }
+    return More;
 }
 
 XmlEnd::Outcome XmlEnd::StepTag(unsigned char character)
 {
+    if (m_isName) {
+        ++m_behind;
+        m_isName = isInName(character);
+        if (m_isName)
+            m_name.Add(character);
+        else if (m_state == StartTag && m_elements.BeginsAnother(m_name))
+            return Another;
+    }
     // No tag may contain this character, so the end of the tag is missing.
     if (character == '<') {
-        m_depth += m_state == EndTag ? -1 : 1;
+        LeaveElementTag(m_state == EndTag);
+        m_elements.Damage();
         BeginMarkup();
-        m_behind = 1;
-        return m_depth <= 0 ? Another : More;
+        return m_elements.Depth() <= 0 ? Another : More;
     }
     if (m_state == Value) {
         if (character == m_quote)
@@ -195,9 +233,18 @@ XmlEnd::Outcome XmlEnd::LeaveTag()
 {
     const bool isEmpty = m_state == StartTag && m_last == '/';
     if (!isEmpty)
-        m_depth += m_state == StartTag ? 1 : -1;
+        LeaveElementTag(m_state == EndTag);
     m_state = Text;
-    return m_depth <= 0 ? Ended : More;
+    return m_elements.Depth() <= 0 ? Ended : More;
+}
+
+void XmlEnd::LeaveElementTag(bool isEnd)
+{
+    if (isEnd)
+        m_elements.Close(m_name);
+    else
+        m_elements.Open(m_name);
+    m_behind = 0;
 }
 
 XmlEnd::Outcome XmlEnd::StepInstruction(unsigned char character)

@@ -2,6 +2,7 @@
 // Finding the end of an XML document while its bytes arrive. Not installed.
 #pragma once
 
+#include "documents/OpenElements.h"
 #include "documents/TextUnits.h"
 
 #include <QtCore/QByteArray>
@@ -22,8 +23,8 @@ struct DoubleBytes
     static DoubleBytes Declared(const QByteArray& declaration);
 };
 
-// Looks at every byte once, however the bytes are cut into pieces. It counts the depth of the elements and
-// compares no names: in a document that is not well-formed, the end may be at another place.
+// Looks at every byte once, however the bytes are cut into pieces. Every end tag ends an element, whatever
+// its name: in a document that is not well-formed, the end may be at another place.
 class XmlEnd
 {
 public:
@@ -47,8 +48,10 @@ public:
     // Looks at the bytes, which follow those of the calls before, and adds the number of those it has looked
     // at to \a used.
     Outcome Scan(const char* bytes, qint64 size, qint64& used);
-    // After Another: how many bytes the markup has so far.
+    // After Another: how many of the bytes examined do not belong to the document.
     qint64 GetBehind() const { return m_behind * m_units.size; }
+    // Whether the root's end tag was the last tag although other elements were open. GetBehind() is valid.
+    bool IsRootLeft() const { return m_elements.IsRootLeft(); }
 
 private:
     enum State
@@ -75,7 +78,7 @@ private:
     Outcome ScanWide(const char* bytes, qint64 size, qint64& used);
     Outcome Step(unsigned char character);
     void BeginMarkup();
-    void StepMarkup(unsigned char character);
+    Outcome StepMarkup(unsigned char character);
     Outcome StepTag(unsigned char character);
     Outcome StepInstruction(unsigned char character);
     void StepDeclaration(unsigned char character);
@@ -83,6 +86,7 @@ private:
     // Whether that many marks and the character end the current markup.
     bool EndsRun(unsigned char character, char mark, int marks);
     Outcome LeaveTag();
+    void LeaveElementTag(bool isEnd);
     Outcome LeaveAside();
 
     What m_what;
@@ -90,8 +94,11 @@ private:
     State m_state = Text;
     // Where a comment or processing instruction leads back to.
     State m_after = Text;
-    // Of elements, and of declarations inside each other.
-    qint64 m_depth = 0;
+    OpenElements m_elements;
+    // Of the current tag, and whether it is still arriving.
+    NameHash m_name;
+    bool m_isName = false;
+    // Of declarations inside each other.
     qint64 m_declarations = 0;
     // The quote that ends the value; the last character of a tag; how many marks of the markup's end came
     // last.

@@ -40,6 +40,8 @@ struct Finding
     QString text;
     /// The file has the name that the user gave. A path in JSON looks like "$.DF_Params.Frequency".
     MODELKIT::Place place;
+    /// Whether bytes of a recording are no message, so that there is no document to count.
+    bool isNoMessage = false;
 
     /// \a file is used if the failure does not name its file.
     static Finding of(const MODELKIT::Failure& failure, const QString& file);

@@ -140,7 +140,7 @@ private:
 
 } // namespace
 
-std::optional<Finding> writeHex(const QByteArray& form, Output& output)
+std::optional<Finding> writeHex(const HexForm& form, Output& output)
 {
     FirstWrong first;
     HexText text(output);
@@ -148,13 +148,17 @@ std::optional<Finding> writeHex(const QByteArray& form, Output& output)
         first.note(part);
         text.write(part);
     };
+    const auto writeInInput = [&](Part part) {
+        part.offset += form.offset;
+        write(part);
+    };
     text.writeHead();
-    if (!MODELKIT::IsCompressedForm(form)) {
-        DissectPlain(form, write);
+    if (!MODELKIT::IsCompressedForm(form.bytes)) {
+        DissectPlain(form.bytes, writeInInput);
         return first.get();
     }
     QByteArray plain;
-    DissectCompressed(form, plain, write);
+    DissectCompressed(form.bytes, plain, writeInInput);
     if (!plain.isEmpty()) {
         output.writeLine(QStringLiteral("\nThe form inside, %1 bytes:").arg(plain.size()));
         text.writeHead();
@@ -163,7 +167,7 @@ std::optional<Finding> writeHex(const QByteArray& form, Output& output)
     return first.get();
 }
 
-std::optional<Finding> writeHexJson(const QByteArray& form, const QJsonObject& head, Output& output)
+std::optional<Finding> writeHexJson(const HexForm& form, const QJsonObject& head, Output& output)
 {
     FirstWrong first;
     LargeJson json(output.writer());
@@ -171,15 +175,19 @@ std::optional<Finding> writeHexJson(const QByteArray& form, const QJsonObject& h
         first.note(part);
         json.AddItem(PartJson(part));
     };
+    const auto writeInInput = [&](Part part) {
+        part.offset += form.offset;
+        write(part);
+    };
     for (auto i = head.begin(); i != head.end(); ++i)
         json.Add(i.key(), i.value());
     QByteArray plain;
-    const bool isCompressed = MODELKIT::IsCompressedForm(form);
+    const bool isCompressed = MODELKIT::IsCompressedForm(form.bytes);
     json.BeginList(QStringLiteral("parts"));
     if (isCompressed)
-        DissectCompressed(form, plain, write);
+        DissectCompressed(form.bytes, plain, writeInInput);
     else
-        DissectPlain(form, write);
+        DissectPlain(form.bytes, writeInInput);
     json.EndList();
     if (isCompressed) {
         json.BeginList(QStringLiteral("inflated"));

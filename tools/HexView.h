@@ -14,14 +14,22 @@ namespace routermsg {
 
 class Output;
 
+/// A binary form, and the offset at which it begins in its input.
+struct HexForm
+{
+    QByteArray bytes;
+    qint64 offset = 0;
+};
+
 /// Writes the parts of a plain or compressed form: offset, bytes and meaning, with a mark at every mistake.
-/// The parts of the form inside a compressed one follow. Long values are abbreviated in the middle.
+/// The offsets are those in the input. The parts of the form inside a compressed one follow, with offsets in
+/// that form. Long values are abbreviated in the middle.
 /// \returns the first mistake, without the file.
-std::optional<Finding> writeHex(const QByteArray& form, Output& output);
+std::optional<Finding> writeHex(const HexForm& form, Output& output);
 
 /// Writes the same as a JSON object, with one part in a line and all bytes. It has the members of \a head,
 /// parts, inflated for a compressed form, and wrong with the first mistake.
 /// \returns the first mistake, without the file.
-std::optional<Finding> writeHexJson(const QByteArray& form, const QJsonObject& head, Output& output);
+std::optional<Finding> writeHexJson(const HexForm& form, const QJsonObject& head, Output& output);
 
 } // namespace routermsg

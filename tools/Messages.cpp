@@ -15,18 +15,9 @@ using namespace ROUTERDOCUMENTS;
 
 MODELKIT::Place InputMessage::placeInInput(MODELKIT::Place place) const
 {
-    if (place.line > 0 && recorded.line == 0) {
-        // Behind binary forms there are no lines.
-        place.line = 0;
-        place.column = 0;
-        place.offset = recorded.offset;
-        return place;
-    }
-    if (place.line > 0)
-        place.line += recorded.line - 1;
-    if (place.offset >= 0 && recorded.form != Form::Compressed)
-        place.offset += recorded.offset;
-    return place;
+    // A place that says nothing stays so in a document that is the only one.
+    return recorded.number > 1 || place.line > 0 || place.offset >= 0 ? recorded.PlaceInRecording(place)
+                                                                      : place;
 }
 
 namespace {
@@ -37,6 +28,7 @@ Finding problemOf(const DocumentError& error, const QString& name)
     Finding finding = Finding::of(error, name);
     if (error.GetKind() != MODELKIT::Failure::NotWellFormed)
         finding.place.line = 0;
+    finding.isNoMessage = true;
     return finding;
 }
 
@@ -45,19 +37,26 @@ Finding problemOf(const DocumentError& error, const QString& name)
 Document InputMessage::read(Validation validation) const
 {
     try {
-        Document document = ReadDocument(recorded.bytes, {recorded.form, validation});
-        document.size = size;
-        return document;
+        return ReadDocument(recorded.bytes, {recorded.form, validation});
     } catch (const DocumentError& error) {
-        Finding finding = Finding::of(error, name);
-        finding.place = placeInInput(finding.place);
-        if (recorded.number > 1 && finding.place.line == 0 && finding.place.offset < 0) {
-            finding.place.line = recorded.line;
-            if (recorded.line == 0)
-                finding.place.offset = recorded.offset;
-        }
-        throw Refusal(finding);
+        throw Refusal(findingOf(error));
     }
+}
+
+Finding InputMessage::findingOf(const DocumentError& error) const
+{
+    reject();
+    Finding finding = Finding::of(error, name);
+    const QString file = finding.place.file;
+    finding.place = placeInInput(error.GetPlace());
+    finding.place.file = file;
+    return finding;
+}
+
+void InputMessage::reject() const
+{
+    if (reader)
+        reader->Reject(recorded);
 }
 
 Messages::Messages(const QString& path, const Options& options)
@@ -74,6 +73,8 @@ std::optional<InputMessage> Messages::next()
     while (!m_isOver) {
         Step step = take();
         if (step.error) {
+            if (!isTold(*step.error))
+                continue;
             m_hasErrors = true;
             if (step.error->GetKind() == MODELKIT::Failure::InputOutput)
                 m_file.refuse();
@@ -88,11 +89,16 @@ std::optional<InputMessage> Messages::next()
         if (++m_count < m_options.range.first)
             continue;
         m_isOver = m_count >= m_options.range.last;
-        const qint64 size = sizeOf(*step.message);
         const QString name = m_count == 1 ? m_name : m_name + QLatin1Char('#') + QString::number(m_count);
-        return InputMessage{name, std::move(*step.message), size};
+        return InputMessage{name, std::move(*step.message), &m_reader};
     }
     return std::nullopt;
+}
+
+bool Messages::isTold(const DocumentError& error) const
+{
+    const bool isOutside = m_count < m_options.range.first && !m_options.range.isWhole();
+    return !isOutside || m_isWithoutMessage || error.GetKind() == MODELKIT::Failure::InputOutput;
 }
 
 QByteArray Messages::whole()
@@ -109,11 +115,14 @@ QByteArray Messages::whole()
 
 Finding Messages::noMessage() const
 {
-    return Finding::ofFile(m_name, m_count == 0
-                                       ? QStringLiteral("The input holds no message.")
-                                       : QStringLiteral("There is no message %1; the last one is %2.")
-                                             .arg(m_options.range.first)
-                                             .arg(m_count));
+    if (m_count > 0)
+        return Finding::ofFile(m_name, QStringLiteral("There is no message %1; the last one is %2.")
+                                           .arg(m_options.range.first)
+                                           .arg(m_count));
+    // As for a small input, which is read as one document.
+    Finding finding = Finding::ofFile(m_name, QStringLiteral("The input holds no message."));
+    finding.status = Found;
+    return finding;
 }
 
 // Looks for a message. Errors in front of it are kept: if there is no message at all, they do not explain the
@@ -144,7 +153,7 @@ void Messages::begin()
         return;
     }
     m_isWithoutMessage = false;
-    m_ahead.push_back({RecordedMessage{1, 0, 1, form, bytes}, {}});
+    m_ahead.push_back({RecordedMessage{1, 0, 1, 1, form, bytes}, {}});
     m_ahead.push_back({});
 }
 
@@ -170,22 +179,6 @@ Messages::Step Messages::take()
     Step step = std::move(m_ahead.front());
     m_ahead.pop_front();
     return step;
-}
-
-// In a file there is no need to deliver a message at once, so the beginning of the next one is known.
-qint64 Messages::sizeOf(const RecordedMessage& message)
-{
-    if (m_file.isStream())
-        return message.bytes.size();
-    if (m_ahead.empty())
-        m_ahead.push_back(read());
-    const Step& following = m_ahead.front();
-    qint64 end = m_file.count();
-    if (following.message)
-        end = following.message->offset;
-    else if (following.error)
-        end = message.offset + message.bytes.size();
-    return end - (m_count == 1 && !m_hasErrors ? 0 : message.offset);
 }
 
 Status forEachMessage(const QString& path, const Messages::Options& options,

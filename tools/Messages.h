@@ -25,6 +25,8 @@ struct MessageRange
 {
     qint64 first = 1;
     qint64 last = std::numeric_limits<qint64>::max();
+
+    bool isWhole() const { return first == 1 && last == std::numeric_limits<qint64>::max(); }
 };
 
 /// A message of an input.
@@ -34,13 +36,20 @@ struct InputMessage
     /// "rec.bin#2".
     QString name;
     ROUTERDOCUMENTS::RecordedMessage recorded;
-    /// The number of bytes. In a file, this includes white space around the message.
-    qint64 size = 0;
+    /// Gave it, and lives longer; none for an input that is not read as a recording.
+    ROUTERDOCUMENTS::RecordingReader* reader = nullptr;
 
     /// Reads it. Places in findings count from the beginning of the input.
     /// \throws Refusal when it is no document or, with Validation::On, not valid.
     ROUTERDOCUMENTS::Document
     read(ROUTERDOCUMENTS::Validation validation = ROUTERDOCUMENTS::Validation::Off) const;
+
+    /// Rejects it, and returns what is wrong with it, with the place in the input.
+    Finding findingOf(const ROUTERDOCUMENTS::DocumentError& error) const;
+
+    /// Tells that it cannot be read. It may then have taken the bytes of a message behind it, which is read
+    /// next.
+    void reject() const;
 
     /// The place in the input. An offset inside a compressed form stays as it is.
     MODELKIT::Place placeInInput(MODELKIT::Place place) const;
@@ -67,8 +76,9 @@ public:
     explicit Messages(const QString& path) : Messages(path, Options()) {}
 
     /// The next message in the range; none at the end.
-    /// \throws Refusal when the next bytes are no message, or when there is no message in the range. The next
-    /// call continues behind them.
+    /// \throws Refusal when the next bytes are no message, or when there is no message in the range. In front
+    /// of a chosen range, bytes are only refused if there is no message at all. The next call continues
+    /// behind them.
     std::optional<InputMessage> next();
 
     /// How many messages were found, in the range and in front of it.
@@ -90,7 +100,7 @@ private:
     Step read();
     Step take();
     void begin();
-    qint64 sizeOf(const ROUTERDOCUMENTS::RecordedMessage& message);
+    bool isTold(const ROUTERDOCUMENTS::DocumentError& error) const;
     Finding noMessage() const;
 
     QString m_path;
@@ -98,7 +108,7 @@ private:
     Options m_options;
     InputFile m_file;
     ROUTERDOCUMENTS::RecordingReader m_reader;
-    // What was read ahead.
+    // What was read ahead: the errors in front of the first message, and the message.
     std::deque<Step> m_ahead;
     // How many messages were taken.
     qint64 m_count = 0;

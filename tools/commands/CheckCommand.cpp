@@ -121,6 +121,8 @@ struct Verdict
         return worst;
     }
 
+    bool isNoMessage() const { return findings.size() == 1 && findings.constFirst().isNoMessage; }
+
     QJsonObject toJson() const
     {
         QJsonArray array;
@@ -167,10 +169,24 @@ struct Counts
     int ok = 0;
     int wrong = 0;
     int unreadable = 0;
+    // Places in recordings; no documents.
+    int withoutMessage = 0;
 
-    void add(Status status) { ++(status == Fine ? ok : status == Found ? wrong : unreadable); }
+    void add(const Verdict& verdict)
+    {
+        const Status status = verdict.status();
+        ++(verdict.isNoMessage() ? withoutMessage
+           : status == Fine      ? ok
+           : status == Found     ? wrong
+                                 : unreadable);
+    }
     int all() const { return ok + wrong + unreadable; }
 };
+
+QString counted(int count, const QString& what)
+{
+    return count == 1 ? QStringLiteral("1 ") + what : QStringLiteral("%1 %2s").arg(count).arg(what);
+}
 
 class TextReport : public Report
 {
@@ -179,7 +195,7 @@ public:
 
     void add(const Verdict& verdict) override
     {
-        m_counts.add(verdict.status());
+        m_counts.add(verdict);
         for (const Finding& finding : verdict.findings) {
             if (finding.status == Failed)
                 m_session.complain(finding);
@@ -193,14 +209,17 @@ public:
 
     void end() override
     {
-        if (m_counts.all() < 2 || m_session.isQuiet())
+        if (m_counts.all() + m_counts.withoutMessage < 2 || m_session.isQuiet())
             return;
-        QString summary = QStringLiteral("%1 documents: %2 OK, %3 not OK")
-                              .arg(m_counts.all())
+        QString summary = QStringLiteral("%1: %2 OK, %3 not OK")
+                              .arg(counted(m_counts.all(), QStringLiteral("document")))
                               .arg(m_counts.ok)
                               .arg(m_counts.wrong);
         if (m_counts.unreadable > 0)
             summary += QStringLiteral(", %1 not read").arg(m_counts.unreadable);
+        if (m_counts.withoutMessage > 0)
+            summary += QStringLiteral("; %1 without a message")
+                           .arg(counted(m_counts.withoutMessage, QStringLiteral("place")));
         out().writeLine(summary);
     }
 
@@ -219,16 +238,18 @@ public:
     void add(const Verdict& verdict) override
     {
         m_json.AddItem(verdict.toJson());
-        m_counts.add(verdict.status());
+        m_counts.add(verdict);
     }
 
     void end() override
     {
         m_json.EndList();
-        m_json.Add(QStringLiteral("summary"), QJsonObject{{QStringLiteral("documents"), m_counts.all()},
-                                                          {QStringLiteral("ok"), m_counts.ok},
-                                                          {QStringLiteral("notOk"), m_counts.wrong},
-                                                          {QStringLiteral("notRead"), m_counts.unreadable}});
+        m_json.Add(QStringLiteral("summary"),
+                   QJsonObject{{QStringLiteral("documents"), m_counts.all()},
+                               {QStringLiteral("ok"), m_counts.ok},
+                               {QStringLiteral("notOk"), m_counts.wrong},
+                               {QStringLiteral("notRead"), m_counts.unreadable},
+                               {QStringLiteral("noMessage"), m_counts.withoutMessage}});
         m_json.End();
     }
 

@@ -5,6 +5,7 @@
 
 #include "routerinterface/RecordInfo.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace routermsg {
@@ -27,6 +28,19 @@ OptionTable messageOption()
     return option({"--message"}, "N", "Only message N of each input, or N..M: messages N to M.");
 }
 
+namespace {
+
+// Only digits; QString would also accept spaces and signs.
+qint64 numberIn(const QString& text, bool& isNumber)
+{
+    const qint64 number = text.toLongLong(&isNumber);
+    isNumber =
+        isNumber && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    return number;
+}
+
+} // namespace
+
 MessageRange messagesOf(const Arguments& arguments)
 {
     MessageRange range;
@@ -36,8 +50,8 @@ MessageRange messagesOf(const Arguments& arguments)
     const QStringList ends = text.split(QStringLiteral(".."));
     bool isFirst = false;
     bool isLast = false;
-    range.first = ends.constFirst().toLongLong(&isFirst);
-    range.last = ends.constLast().toLongLong(&isLast);
+    range.first = numberIn(ends.constFirst(), isFirst);
+    range.last = numberIn(ends.constLast(), isLast);
     if (ends.size() > 2 || !isFirst || !isLast || range.first < 1 || range.last < range.first)
         arguments.refuse(
             QStringLiteral("\"%1\" is no value of --message. Write the number of a message, counted "

@@ -55,12 +55,14 @@ Form formToDissect(const QByteArray& bytes)
 }
 
 // Shows bytes in a binary form. Bytes in another form are shown as their plain binary form.
-void showHex(const QByteArray& bytes, const QString& name, Session& session)
+void showHex(const InputMessage& message, Session& session)
 {
+    const QByteArray& bytes = message.recorded.bytes;
     const Form form = formToDissect(bytes);
-    const FileSummary summary{name, form, bytes.size()};
-    const QByteArray shown =
-        isBinary(form) ? bytes : encode(*parse(bytes, name, {form}).record, Form::Binary, name);
+    const FileSummary summary{message.name, form, bytes.size()};
+    const HexForm shown = isBinary(form)
+                              ? HexForm{bytes, message.recorded.offset}
+                              : HexForm{encode(*message.read().record, Form::Binary, message.name), 0};
 
     std::optional<Finding> wrong;
     if (session.format() == Format::Json) {
@@ -73,7 +75,8 @@ void showHex(const QByteArray& bytes, const QString& name, Session& session)
     }
     if (!wrong)
         return;
-    wrong->place.file = name;
+    message.reject();
+    wrong->place.file = message.name;
     throw Refusal(*wrong);
 }
 
@@ -99,10 +102,11 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
             isOver = !message;
             isFirst = false;
             if (message)
-                showHex(message->recorded.bytes, message->name, session);
+                showHex(*message, session);
         } catch (const Refusal& refusal) {
             if (std::exchange(isFirst, false) && isShownAsWhole(messages)) {
-                showHex(messages.whole(), inputName(path), session);
+                const QByteArray bytes = messages.whole();
+                showHex({inputName(path), {1, 0, 1, 1, formToDissect(bytes), bytes}}, session);
                 return Fine;
             }
             session.complain(refusal.finding());

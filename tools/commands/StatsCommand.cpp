@@ -126,7 +126,8 @@ Status stats(const Arguments& arguments, Session& session)
                 [&](const InputMessage& message) { statistics.Add(message.read()); },
                 [&](const Finding& finding) {
                     session.complain(finding);
-                    statistics.AddUnreadable();
+                    if (!finding.isNoMessage)
+                        statistics.AddUnreadable();
                 });
             worst = std::max(worst, status);
         }
