@@ -22,7 +22,8 @@ public:
     /// Has the kind, text and place of the failure.
     explicit DocumentError(const MODELKIT::Failure& failure);
     /// Has the text and place of a record's exception, and the kind Failure::Refused. For a value that is no
-    /// enumerator, the text also names the value and the enumerator that may have been meant.
+    /// enumerator, the text also names the value, and the enumerator that may have been meant or else all
+    /// enumerators.
     explicit DocumentError(const ModelKitException& refusal);
     /// Copies the error.
     DocumentError(const DocumentError& other) noexcept;

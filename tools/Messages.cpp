@@ -49,15 +49,20 @@ Document InputMessage::read(Validation validation) const
         document.size = size;
         return document;
     } catch (const DocumentError& error) {
-        Finding finding = Finding::of(error, name);
-        finding.place = placeInInput(finding.place);
-        if (recorded.number > 1 && finding.place.line == 0 && finding.place.offset < 0) {
-            finding.place.line = recorded.line;
-            if (recorded.line == 0)
-                finding.place.offset = recorded.offset;
-        }
-        throw Refusal(finding);
+        throw Refusal(findingOf(error));
     }
+}
+
+Finding InputMessage::findingOf(const DocumentError& error) const
+{
+    Finding finding = Finding::of(error, name);
+    finding.place = placeInInput(finding.place);
+    if (recorded.number > 1 && finding.place.line == 0 && finding.place.offset < 0) {
+        finding.place.line = recorded.line;
+        if (recorded.line == 0)
+            finding.place.offset = recorded.offset;
+    }
+    return finding;
 }
 
 Messages::Messages(const QString& path, const Options& options)

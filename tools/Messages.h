@@ -42,6 +42,9 @@ struct InputMessage
     ROUTERDOCUMENTS::Document
     read(ROUTERDOCUMENTS::Validation validation = ROUTERDOCUMENTS::Validation::Off) const;
 
+    /// What is wrong with the message, with the place in the input.
+    Finding findingOf(const ROUTERDOCUMENTS::DocumentError& error) const;
+
     /// The place in the input. An offset inside a compressed form stays as it is.
     MODELKIT::Place placeInInput(MODELKIT::Place place) const;
 };

@@ -6,15 +6,15 @@
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
+#include "documents/DocumentCheck.h"
 #include "documents/LargeJson.h"
 #include "documents/Text.h"
-
-#include "modelkit/ReadingReport.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QVector>
 
 #include <algorithm>
+#include <tuple>
 
 namespace routermsg {
 
@@ -131,42 +131,77 @@ struct Verdict
     }
 };
 
-void addAcceptedInSilence(const MODELKIT::ReadingReport& report, const InputMessage& message,
-                          Verdict& verdict)
+struct CheckOptions
 {
-    for (const auto& entry : report.GetEntries()) {
-        Finding finding;
-        finding.severity = Finding::Warning;
-        finding.text = entry.text;
-        finding.place = message.placeInInput(entry.place);
-        finding.place.file = verdict.file;
-        verdict.findings += finding;
-    }
-    if (report.GetDropped() == 0)
-        return;
+    int maximalErrors = 0;
+    bool isStrict = false;
+};
+
+// About the document as a whole.
+Finding remark(const InputMessage& message, Finding::Severity severity, const QString& text)
+{
     Finding finding;
-    finding.severity = Finding::Warning;
-    finding.text = QStringLiteral("%1 more such warnings are not listed.").arg(report.GetDropped());
-    finding.place.file = verdict.file;
-    verdict.findings += finding;
+    finding.severity = severity;
+    finding.text = text;
+    finding.place.file = message.name;
+    return finding;
 }
 
-Verdict examine(const InputMessage& message, bool strict)
+void addAcceptedInSilence(const CheckedDocument& checked, const InputMessage& message, Verdict& verdict)
 {
-    Verdict verdict{message.name, {}};
-    const MODELKIT::ReadingReport report;
-    try {
-        const Document loaded = message.read(Validation::On);
-        if (strict) {
-            addAcceptedInSilence(report, message, verdict);
-            SenseWarnings(verdict.file, verdict.findings)
-                .visit(*loaded.record, QLatin1Char('/') + loaded.info->GetName());
-        }
-    } catch (const Refusal& refusal) {
-        if (strict)
-            addAcceptedInSilence(report, message, verdict);
-        verdict.findings += refusal.finding();
+    for (const auto& entry : checked.accepted) {
+        Finding finding = remark(message, Finding::Warning, entry.text);
+        finding.place = message.placeInInput(entry.place);
+        finding.place.file = message.name;
+        verdict.findings += finding;
     }
+}
+
+void sortByPlace(QVector<Finding>& findings)
+{
+    const auto position = [](const Finding& finding) {
+        const Place& place = finding.place;
+        const bool isUnknown = place.line == 0 && place.offset < 0;
+        return std::make_tuple(isUnknown, place.line, place.column, place.offset);
+    };
+    std::stable_sort(findings.begin(), findings.end(), [&](const Finding& finding, const Finding& other) {
+        return position(finding) < position(other);
+    });
+}
+
+QString counted(qint64 count, const QString& what)
+{
+    return count == 1 ? QStringLiteral("1 more %1 is not listed").arg(what)
+                      : QStringLiteral("%1 more %2s are not listed").arg(count).arg(what);
+}
+
+Verdict examine(const InputMessage& message, const CheckOptions& options)
+{
+    const CheckedDocument checked =
+        CheckDocument(message.recorded.bytes, {message.recorded.form, options.maximalErrors});
+    Verdict verdict{message.name, {}};
+    if (options.isStrict)
+        addAcceptedInSilence(checked, message, verdict);
+    for (const DocumentError& error : checked.errors)
+        verdict.findings += message.findingOf(error);
+    const bool isValid = checked.errors.empty();
+    if (!isValid)
+        sortByPlace(verdict.findings);
+    if (checked.unlistedErrors > 0)
+        verdict.findings += remark(message, Finding::Error,
+                                   counted(checked.unlistedErrors, QStringLiteral("error"))
+                                       + QStringLiteral("; --max-errors 0 lists all."));
+    if (checked.dropped > 0 && options.isStrict)
+        verdict.findings +=
+            remark(message, Finding::Warning,
+                   QStringLiteral("%1 more such warnings are not listed.").arg(checked.dropped));
+    if (checked.dropped > 0 && !isValid)
+        verdict.findings +=
+            remark(message, Finding::Error,
+                   QStringLiteral("There is so much to warn of that errors may be missing here."));
+    if (options.isStrict && isValid)
+        SenseWarnings(verdict.file, verdict.findings)
+            .visit(*checked.document.record, QLatin1Char('/') + checked.document.info->GetName());
     return verdict;
 }
 
@@ -263,10 +298,27 @@ std::unique_ptr<Report> makeReport(Session& session)
     return std::make_unique<TextReport>(session);
 }
 
+constexpr const char* maximalErrorsName = "--max-errors";
+
+int maximalErrorsOf(const Arguments& arguments)
+{
+    if (!arguments.isGiven(maximalErrorsName))
+        return CheckingOptions().maximalErrors;
+    const QString text = arguments.text(maximalErrorsName);
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < 0)
+        arguments.refuse(
+            QStringLiteral("\"%1\" is no value of --max-errors. Write the number of errors to list "
+                           "for each document, or 0 for all.")
+                .arg(text));
+    return number;
+}
+
 Status check(const Arguments& arguments, Session& session)
 {
     const QStringList files = inputsOf(arguments);
-    const bool strict = arguments.isGiven("--strict");
+    const CheckOptions options{maximalErrorsOf(arguments), arguments.isGiven("--strict")};
     const auto report = makeReport(session);
     Progress progress(session, files);
     Status worst = Fine;
@@ -279,7 +331,7 @@ Status check(const Arguments& arguments, Session& session)
         };
         forEachMessage(
             file, {messagesOf(arguments), std::nullopt, &progress},
-            [&](const InputMessage& message) { add(examine(message, strict)); },
+            [&](const InputMessage& message) { add(examine(message, options)); },
             [&](const Finding& finding) {
                 add({inputName(file), {finding}});
             });
@@ -298,13 +350,18 @@ Command checkCommand()
     table.arguments = {inputsArgument()};
     table.options = {
         messageOption(),
+        option({maximalErrorsName}, "N",
+               QStringLiteral("List at most N errors of each document, 0 for all; without it %1.")
+                   .arg(CheckingOptions().maximalErrors)),
         flag({"--strict"},
              "Also find what is accepted silently: what is unknown or repeated, texts that are not numbers, "
              "numbers that lose digits, attributes, and members that should be set.")};
     table.examples = {
-        {"%1 check request.xml", "One document."},
-        {"%1 check --quiet recordings", "All documents of a folder, without a line for the valid ones."},
-        {"%1 check --strict request.xml", "With warnings of what is accepted silently."}};
+        {"routermsg check request.xml", "One document."},
+        {"routermsg check --quiet recordings",
+         "All documents of a folder, without a line for the valid ones."},
+        {"routermsg check --max-errors 0 request.xml", "Every error, however many there are."},
+        {"routermsg check --strict request.xml", "With warnings of what is accepted silently."}};
     return {table, check};
 }
 
