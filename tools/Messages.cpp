@@ -4,6 +4,7 @@
 #include "InputFiles.h"
 #include "Progress.h"
 #include "documents/DocumentError.h"
+#include "documents/UnknownForm.h"
 
 #include <algorithm>
 #include <memory>
@@ -135,13 +136,17 @@ void Messages::begin()
     });
     if (m_ahead.front().message)
         m_file.forget();
-    if (!m_isWithoutMessage || isBroken || !m_file.hasAll())
+    if (!m_isWithoutMessage || isBroken)
         return;
+    if (!m_file.hasAll()) {
+        explainByHead();
+        return;
+    }
     const QByteArray bytes = m_file.beginning();
     const Form form = m_options.form.value_or(FormOfContent(bytes));
     const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
-    parse(bytes, m_name, {form});
+    parse(bytes, m_name, {m_options.form});
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
     if (form == Form::Binary || form == Form::Compressed) {
@@ -151,6 +156,14 @@ void Messages::begin()
     m_isWithoutMessage = false;
     m_ahead.push_back({RecordedMessage{1, 0, 1, form, bytes}, {}});
     m_ahead.push_back({});
+}
+
+// Explains an input without a message that is too large to keep.
+void Messages::explainByHead()
+{
+    const QString reason = m_options.form ? QString() : WhyNoForm(m_file.head());
+    if (!reason.isEmpty())
+        m_ahead = {{{}, DocumentError(MODELKIT::Failure{MODELKIT::Failure::NotABinaryForm, reason, {}})}, {}};
 }
 
 Messages::Step Messages::read()

@@ -93,6 +93,7 @@ private:
     Step read();
     Step take();
     void begin();
+    void explainByHead();
     qint64 sizeOf(const ROUTERDOCUMENTS::RecordedMessage& message);
     Finding noMessage() const;
 
