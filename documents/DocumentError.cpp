@@ -45,6 +45,13 @@ QString advice(const OutOfRangeException& exception)
     return QStringLiteral(" Possible are %1.").arg(Enumerated(possible));
 }
 
+bool isAboutParts(const MODELKIT::Failure& failure)
+{
+    using MODELKIT::Failure;
+    return failure.place.offset >= 0
+           && (failure.kind == Failure::NotABinaryForm || failure.kind == Failure::DamagedCompression);
+}
+
 // The exception's text, with the offending value and what may have been meant.
 QString textOf(const ModelKitException& exception)
 {
@@ -61,12 +68,14 @@ QString textOf(const ModelKitException& exception)
 } // namespace
 
 DocumentError::DocumentError(const MODELKIT::Failure& failure)
-    : m_failure(failure), m_utf8(failure.text.toUtf8())
+    : m_failure(failure), m_isAboutParts(isAboutParts(failure)), m_utf8(failure.text.toUtf8())
 {}
 
 DocumentError::DocumentError(const ModelKitException& refusal)
     : DocumentError(MODELKIT::Failure{MODELKIT::Failure::Refused, textOf(refusal), refusal.GetPlace()})
-{}
+{
+    m_isAboutParts = dynamic_cast<const BinaryParsingException*>(&refusal) != nullptr;
+}
 
 DocumentError::DocumentError(const DocumentError& other) noexcept = default;
 DocumentError& DocumentError::operator=(const DocumentError& other) noexcept = default;

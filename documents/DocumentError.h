@@ -43,11 +43,16 @@ public:
     /// "$.DF_Params.Frequency", and items count from 0.
     const MODELKIT::Place& GetPlace() const noexcept { return m_failure.place; }
 
+    /// Whether a binary form does not have the bytes that its lengths announce, or cannot be inflated. Then
+    /// its parts tell more than the text; see Dissection.h.
+    bool IsAboutParts() const noexcept { return m_isAboutParts; }
+
     /// The text in UTF-8.
     const char* what() const noexcept override { return m_utf8.constData(); }
 
 private:
     MODELKIT::Failure m_failure;
+    bool m_isAboutParts = false;
     QByteArray m_utf8;
 };
 

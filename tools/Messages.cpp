@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Messages.h"
 
+#include "HexHint.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "documents/DocumentError.h"
@@ -57,6 +58,7 @@ Document InputMessage::read(Validation validation) const
 Finding InputMessage::findingOf(const DocumentError& error) const
 {
     Finding finding = Finding::of(error, name);
+    finding.hint = hexHint(error, path, recorded.number);
     finding.place = placeInInput(finding.place);
     if (recorded.number > 1 && finding.place.line == 0 && finding.place.offset < 0) {
         finding.place.line = recorded.line;
@@ -96,7 +98,7 @@ std::optional<InputMessage> Messages::next()
         m_isOver = m_count >= m_options.range.last;
         const qint64 size = sizeOf(*step.message);
         const QString name = m_count == 1 ? m_name : m_name + QLatin1Char('#') + QString::number(m_count);
-        return InputMessage{name, std::move(*step.message), size};
+        return InputMessage{m_path, name, std::move(*step.message), size};
     }
     return std::nullopt;
 }
@@ -146,7 +148,13 @@ void Messages::begin()
     const Form form = m_options.form.value_or(FormOfContent(bytes));
     const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
-    parse(bytes, m_name, {m_options.form});
+    try {
+        ReadDocument(bytes, {m_options.form});
+    } catch (const DocumentError& error) {
+        Finding finding = Finding::of(error, m_name);
+        finding.hint = hexHint(error, m_path, 1);
+        throw Refusal(finding);
+    }
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
     if (form == Form::Binary || form == Form::Compressed) {

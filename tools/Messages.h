@@ -30,6 +30,8 @@ struct MessageRange
 /// A message of an input.
 struct InputMessage
 {
+    /// The input, as the user named it.
+    QString path;
     /// How findings call it: the first one as its input, "rec.bin", later ones with their number,
     /// "rec.bin#2".
     QString name;

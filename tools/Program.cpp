@@ -37,7 +37,8 @@ QVector<Section> sections()
           QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
         {QStringLiteral("Exit status"),
          {QStringLiteral("0 when all is well; 1 when a document is not valid or documents differ; 2 when the "
-                         "command line is wrong or a file cannot be read or written.")}},
+                         "command line is wrong, a file cannot be read or written, or documents cannot be "
+                         "compared.")}},
         {QStringLiteral("Environment"),
          {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
 }

@@ -135,3 +135,14 @@ TEST(DocumentContentTest, AControlCharacterInXmlHasItsPlace)
     EXPECT_FALSE(refusalOf("<DF_Params>\n</a>\n\x01").GetText().contains(QStringLiteral("control")));
     EXPECT_EQ(FormOfContent(" <\x01>"), Form::Xml);
 }
+
+TEST(DocumentContentTest, ErrorsAboutThePartsOfABinaryFormAreKnown)
+{
+    // The length of the entry is wrong, the form is cut off, and a piece cannot be inflated.
+    for (const char* hex : {"7F012EB8000000101F980517000000090000000000001388", "8553499A000000109B1A7AD8",
+                            "4D4B5A310000000C000000080000000400000000"})
+        EXPECT_TRUE(refusalOf(bytesOf(hex)).IsAboutParts()) << hex;
+    EXPECT_FALSE(refusalOf(bytesOf("0000000100000000")).IsAboutParts());
+    EXPECT_FALSE(refusalOf("<DF_Params>").IsAboutParts());
+    EXPECT_FALSE(refusalOf("").IsAboutParts());
+}

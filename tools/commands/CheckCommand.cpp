@@ -317,20 +317,23 @@ int maximalErrorsOf(const Arguments& arguments)
 
 Status check(const Arguments& arguments, Session& session)
 {
-    const QStringList files = inputsOf(arguments);
+    const InputList inputs = inputsOf(arguments);
+    const MessageRange range = messagesOf(arguments);
     const CheckOptions options{maximalErrorsOf(arguments), arguments.isGiven("--strict")};
     const auto report = makeReport(session);
-    Progress progress(session, files);
     Status worst = Fine;
-    for (const QString& file : files) {
+    const auto add = [&](const Verdict& verdict) {
+        report->add(verdict);
+        worst = std::max(worst, verdict.status());
+        session.out().flush();
+    };
+    for (const Finding& problem : inputs.problems)
+        add({problem.place.file, {problem}});
+    Progress progress(session, inputs.files);
+    for (const QString& file : inputs.files) {
         progress.next(inputName(file));
-        const auto add = [&](const Verdict& verdict) {
-            report->add(verdict);
-            worst = std::max(worst, verdict.status());
-            session.out().flush();
-        };
         forEachMessage(
-            file, {messagesOf(arguments), std::nullopt, &progress},
+            file, {range, std::nullopt, &progress},
             [&](const InputMessage& message) { add(examine(message, options)); },
             [&](const Finding& finding) {
                 add({inputName(file), {finding}});

@@ -55,7 +55,7 @@ Form formToDissect(const QByteArray& bytes)
 }
 
 // Shows bytes in a binary form. Bytes in another form are shown as their plain binary form.
-void showHex(const QByteArray& bytes, const QString& name, Session& session)
+Status showHex(const QByteArray& bytes, const QString& name, Session& session)
 {
     const Form form = formToDissect(bytes);
     const FileSummary summary{name, form, bytes.size()};
@@ -72,9 +72,19 @@ void showHex(const QByteArray& bytes, const QString& name, Session& session)
         wrong = writeHex(shown, session.out());
     }
     if (!wrong)
-        return;
+        return Fine;
     wrong->place.file = name;
-    throw Refusal(*wrong);
+    // The JSON has it already.
+    if (session.format() == Format::Text)
+        session.complain(*wrong);
+    return wrong->status;
+}
+
+// As JSON, each message and each problem is an object in its place.
+void complain(const Finding& finding, Session& session)
+{
+    session.complain(finding);
+    session.writeFindings();
 }
 
 // Whether an input is shown as far as it can be decoded: it holds no message, or begins with a damaged binary
@@ -99,13 +109,15 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
             isOver = !message;
             isFirst = false;
             if (message)
-                showHex(message->recorded.bytes, message->name, session);
+                worst = std::max(worst, showHex(message->recorded.bytes, message->name, session));
         } catch (const Refusal& refusal) {
             if (std::exchange(isFirst, false) && isShownAsWhole(messages)) {
-                showHex(messages.whole(), inputName(path), session);
-                return Fine;
+                return showHex(messages.whole(), inputName(path), session);
             }
-            session.complain(refusal.finding());
+            Finding finding = refusal.finding();
+            // It would point to this command.
+            finding.hint.clear();
+            complain(finding, session);
             worst = std::max(worst, refusal.finding().status);
         }
     }
@@ -114,6 +126,7 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
 
 Status show(const Arguments& arguments, Session& session)
 {
+    session.keepFindingsForJson();
     const QString path = arguments.text("FILE");
     Progress progress(session, {path});
     const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
@@ -127,7 +140,7 @@ Status show(const Arguments& arguments, Session& session)
             showTree(message, std::exchange(isFirst, false), session);
             session.out().flush();
         },
-        [&](const Finding& finding) { session.complain(finding); });
+        [&](const Finding& finding) { complain(finding, session); });
 }
 
 } // namespace
