@@ -63,7 +63,8 @@ void findAll(const QByteArray& bytes, Form form, const DocumentError& first, Che
     }
     checked.accepted = report.GetEntries();
     checked.dropped = report.GetDropped();
-    checked.errors = takeRefusals(bytes, checked.document, checked.accepted);
+    checked.errors = takeRefusals(bytes, checked.document, checked.accepted,
+                                  checked.dropped == 0 ? Reported::All : Reported::Some);
     include(first, checked.errors);
     std::stable_sort(checked.errors.begin(), checked.errors.end(), isBefore);
 }

@@ -205,6 +205,15 @@ QVector<ReadingReport::Entry> placedInBinary(const QStringList& paths, const QBy
     return entries;
 }
 
+// Whether the path of a value in the records is that of its element. It is not if elements came again.
+bool arePathsCertain(const QVector<ReadingReport::Entry>& accepted, Form form)
+{
+    return form != Form::Xml
+           || std::none_of(accepted.begin(), accepted.end(), [](const ReadingReport::Entry& entry) {
+                  return entry.kind == ReadingReport::RepeatedMember;
+              });
+}
+
 // The report has no entry for values that are empty or null, because nothing is lost with them.
 QVector<ReadingReport::Entry> unreportedValues(const QStringList& wrong,
                                                const QVector<ReadingReport::Entry>& accepted,
@@ -218,7 +227,7 @@ QVector<ReadingReport::Entry> unreportedValues(const QStringList& wrong,
     for (const QString& path : wrong)
         if (!reported.contains(path))
             paths += path;
-    if (paths.isEmpty())
+    if (paths.isEmpty() || !arePathsCertain(accepted, form))
         return {};
     return form == Form::Xml ? placedInXml(paths, bytes) : placedInBinary(paths, bytes, form);
 }
@@ -251,7 +260,7 @@ std::optional<DocumentError> missingRefusal(const FoundInRecords::Missing& missi
 } // namespace
 
 std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document& document,
-                                        QVector<ReadingReport::Entry>& accepted)
+                                        QVector<ReadingReport::Entry>& accepted, Reported reported)
 {
     FoundInRecords found;
     Search(found).visit(*document.record, QLatin1Char('/') + document.info->GetName(), true);
@@ -261,8 +270,10 @@ std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document&
             errors.push_back(*error);
         return error.has_value();
     };
-    for (const ReadingReport::Entry& entry : unreportedValues(found.wrong, accepted, bytes, document.form))
-        add(valueRefusal(entry));
+    if (reported == Reported::All)
+        for (const ReadingReport::Entry& entry :
+             unreportedValues(found.wrong, accepted, bytes, document.form))
+            add(valueRefusal(entry));
     for (const FoundInRecords::Missing& missing : qAsConst(found.missing))
         add(missingRefusal(missing, takePlace(missing.path, accepted)));
     QVector<ReadingReport::Entry> others;

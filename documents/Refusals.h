@@ -14,9 +14,16 @@
 
 namespace ROUTERDOCUMENTS {
 
+// Whether the report has an entry for everything.
+enum class Reported
+{
+    All,
+    Some
+};
+
 // The errors in a document in XML or a binary form, in any order.
 // accepted: what the report says about reading the document; what is an error is removed.
 std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document& document,
-                                        QVector<MODELKIT::ReadingReport::Entry>& accepted);
+                                        QVector<MODELKIT::ReadingReport::Entry>& accepted, Reported reported);
 
 } // namespace ROUTERDOCUMENTS

@@ -186,6 +186,29 @@ TEST(DocumentCheckTest, FindsNullTextsInBinaryForms)
     EXPECT_EQ(checked.errors[0].GetPlace().offset, 16);
 }
 
+// What came again has a number in its path, but not in the record.
+TEST(DocumentCheckTest, CountsWhatComesAgainOnce)
+{
+    const Line typeAgain = {"<Type>Reply</Type><Type>1</Type>", wrongType.refusal};
+    const Line stateAgain = {"<Fragment><MastershipState><State>MasterPresent</State></MastershipState>"
+                             "<MastershipState><State>Nobody</State></MastershipState></Fragment>",
+                             fragments[0].refusal};
+    const QByteArray xml = documentOf({typeAgain, stateAgain, fragments[4]});
+    EXPECT_EQ(textsOf(CheckDocument(xml)), refusalsIn({typeAgain, stateAgain, fragments[4]}));
+    const std::vector<DocumentError> errors = CheckDocument(xml).errors;
+    EXPECT_EQ(errors.at(0).GetPlace().column, 20);
+    EXPECT_EQ(errors.at(1).GetPlace().line, 3);
+}
+
+TEST(DocumentCheckTest, TellsNothingWrongWhenTheReportIsFull)
+{
+    const QByteArray unusual = QByteArray("<a/>").repeated(ReadingReport::maximalEntries);
+    const CheckedDocument checked =
+        CheckDocument(documentOf({wrongType, {unusual}, fragments[0], fragments[2]}));
+    EXPECT_GT(checked.dropped, 0);
+    EXPECT_EQ(textsOf(checked), QStringList(wrongType.refusal));
+}
+
 TEST(DocumentCheckTest, ListsNoMoreErrorsThanWanted)
 {
     const std::vector<Line> lines(50, fragments[0]);
