@@ -77,7 +77,7 @@ CheckedDocument CheckDocument(const QByteArray& bytes, const CheckingOptions& op
     const Form form = options.form.value_or(FormOfContent(bytes));
     const ReadingReport report;
     try {
-        checked.document = ReadDocument(bytes, {options.form, true});
+        checked.document = ReadDocument(bytes, {options.form, Validation::On});
         checked.accepted = report.GetEntries();
         checked.dropped = report.GetDropped();
         return checked;

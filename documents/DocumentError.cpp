@@ -42,7 +42,7 @@ QString advice(const OutOfRangeException& exception)
     QStringList possible = member->GetNames();
     for (int i = 0; isNumber && i < possible.size(); ++i)
         possible[i] = QStringLiteral("%1 (number %2)").arg(possible.at(i)).arg(i);
-    return QStringLiteral(" Possible are %1.").arg(Enumerated(possible));
+    return QStringLiteral(" Possible are %1.").arg(Listed(possible));
 }
 
 bool isAboutParts(const MODELKIT::Failure& failure)

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "documents/UnknownForm.h"
 
+#include "documents/FormSigns.h"
 #include "documents/Text.h"
 #include "documents/TextUnits.h"
 
 #include "modelkit/FormHeader.h"
-#include "routerinterface/RecordInfo.h"
 
 #include <QtCore/QtEndian>
 
@@ -14,7 +14,6 @@
 namespace ROUTERDOCUMENTS {
 
 using MODELKIT::FormHeader;
-using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
@@ -47,34 +46,28 @@ QString compressionOf(const QByteArray& bytes)
     return QString();
 }
 
-bool beginsBinary(quint32 word)
-{
-    return word == static_cast<quint32>(FormHeader::compressedMarker) || RecordInfo::FindByFrameId(word);
-}
-
 // Whether it is a binary form, if only of an unknown class: then its length is right.
 bool isBinary(const QByteArray& bytes)
 {
     if (bytes.size() < 4)
         return false;
-    return beginsBinary(qFromBigEndian<quint32>(bytes.constData()))
+    return binaryFormOf(qFromBigEndian<quint32>(bytes.constData())).has_value()
            || (bytes.size() >= FormHeader::size
                && qFromBigEndian<qint32>(bytes.constData() + 4) == bytes.size() - FormHeader::size);
 }
 
 bool isLittleEndian(const QByteArray& bytes)
 {
-    return bytes.size() >= 4 && beginsBinary(qFromLittleEndian<quint32>(bytes.constData()));
+    return bytes.size() >= 4 && binaryFormOf(qFromLittleEndian<quint32>(bytes.constData())).has_value();
 }
 
-// The size of a byte order mark.
+// The size of the byte order mark; 0 without one.
 int sizeOfMark(const QByteArray& bytes)
 {
-    if (begins(bytes, "\0\0\xFE\xFF", 4) || begins(bytes, "\xFF\xFE\0\0", 4))
-        return 4;
-    if (begins(bytes, "\xEF\xBB\xBF", 3))
-        return 3;
-    return begins(bytes, "\xFE\xFF", 2) || begins(bytes, "\xFF\xFE", 2) ? 2 : 0;
+    for (const ByteOrderMark& mark : byteOrderMarks)
+        if (begins(bytes, mark.bytes, mark.size))
+            return mark.size;
+    return 0;
 }
 
 // The first character that is no white space, in any encoding in which zeros fill up the characters; 0 when
@@ -138,7 +131,7 @@ QString WhyNoForm(const QByteArray& bytes)
         return QStringLiteral(
             "The input is a binary form in little-endian byte order, expected is big-endian.");
     const char first = firstCharacter(bytes);
-    const bool isJson = first == '{' || first == '[';
+    const bool isJson = beginsJson(first);
     if (isJson && isWide(bytes))
         return QStringLiteral("The input is JSON in UTF-16 or UTF-32, expected is UTF-8.");
     if (isJson || first == '<')

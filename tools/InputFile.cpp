@@ -80,7 +80,8 @@ Intake::Outcome InputFile::takeArrived(qint64 most, QByteArray& bytes)
     const auto count = bytes.size() - before;
     m_count += count;
     constexpr qint64 headSize = 64;
-    m_head.append(bytes.constData() + before, static_cast<int>(std::min<qint64>(count, headSize - m_head.size())));
+    m_head.append(bytes.constData() + before,
+                  static_cast<int>(std::min<qint64>(count, headSize - m_head.size())));
     if (m_isKeeping && m_beginning.size() + count > mostKept)
         forget();
     if (m_isKeeping)

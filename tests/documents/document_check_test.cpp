@@ -80,7 +80,7 @@ QStringList textsOf(const CheckedDocument& checked)
 DocumentError firstError(const QByteArray& bytes)
 {
     try {
-        ReadDocument(bytes, {std::nullopt, true});
+        ReadDocument(bytes, {std::nullopt, Validation::On});
     } catch (const DocumentError& error) {
         return error;
     }
@@ -196,7 +196,7 @@ TEST(DocumentCheckTest, CountsWhatComesAgainOnce)
     const QByteArray xml = documentOf({typeAgain, stateAgain, fragments[4]});
     EXPECT_EQ(textsOf(CheckDocument(xml)), refusalsIn({typeAgain, stateAgain, fragments[4]}));
     const std::vector<DocumentError> errors = CheckDocument(xml).errors;
-    EXPECT_EQ(errors.at(0).GetPlace().column, 20);
+    EXPECT_EQ(errors.at(0).GetPlace().column, 19);
     EXPECT_EQ(errors.at(1).GetPlace().line, 3);
 }
 
