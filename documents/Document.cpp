@@ -4,6 +4,7 @@
 #include "documents/DocumentError.h"
 #include "documents/JsonForm.h"
 #include "documents/JsonPlaces.h"
+#include "documents/ReadingFailures.h"
 
 #include "modelkit/BinaryForm.h"
 #include "modelkit/XmlPlaces.h"
@@ -58,9 +59,10 @@ std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form
     if (failure.kind == Failure::WrongRoot || failure.kind == Failure::WrongClass)
         if (const RecordInfo* info = classOf(bytes, form))
             record = readAs(*info, bytes, form, validation);
-    if (!record)
-        throw DocumentError(MODELKIT::IMKObject::GetLastFailure());
-    return record;
+    if (record)
+        return record;
+    const Failure last = MODELKIT::IMKObject::GetLastFailure();
+    throw DocumentError(form == Form::Xml ? explainedForXml(last, bytes) : last);
 }
 
 // Applies the rules to a record after reading it.
@@ -104,6 +106,8 @@ Document ReadDocument(const QByteArray& bytes, const ReadingOptions& options)
         Document document;
         document.form = options.form.value_or(FormOfContent(bytes));
         document.size = bytes.size();
+        if (!options.form)
+            requireForm(bytes, document.form);
         const bool isJson = document.form == Form::Json || document.form == Form::JsonLines;
         document.record = isJson ? FromJson(bytes, options.validation)
                                  : readByLibrary(bytes, document.form, options.validation);

@@ -22,7 +22,8 @@ public:
     /// Has the kind, text and place of the failure.
     explicit DocumentError(const MODELKIT::Failure& failure);
     /// Has the text and place of a record's exception, and the kind Failure::Refused. For a value that is no
-    /// enumerator, the text also names the value and the enumerator that may have been meant.
+    /// enumerator, the text also names the value, and the enumerator that may have been meant or else all
+    /// enumerators.
     explicit DocumentError(const ModelKitException& refusal);
     /// Copies the error.
     DocumentError(const DocumentError& other) noexcept;
@@ -41,11 +42,16 @@ public:
     /// "$.DF_Params.Frequency", and items count from 0.
     const MODELKIT::Place& GetPlace() const noexcept { return m_failure.place; }
 
+    /// Whether a binary form does not have the bytes that its lengths announce, or cannot be inflated. Then
+    /// its parts tell more than the text; see Dissection.h.
+    bool IsAboutParts() const noexcept { return m_isAboutParts; }
+
     /// The text in UTF-8.
     const char* what() const noexcept override { return m_utf8.constData(); }
 
 private:
     MODELKIT::Failure m_failure;
+    bool m_isAboutParts = false;
     QByteArray m_utf8;
 };
 

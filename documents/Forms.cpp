@@ -45,14 +45,20 @@ bool beginsAsWideXml(const QByteArray& bytes)
               });
 }
 
-// JSON in UTF-16 counts as well: the reader of JSON explains best why it is refused.
-bool beginsAsJson(const QByteArray& bytes)
+// The first byte of a text that is neither white space nor, in wide characters, zero; 0 when there is none.
+char firstOfText(const QByteArray& bytes)
 {
     const int mark = bytes.startsWith("\xEF\xBB\xBF") ? 3 : 0;
     const auto first = std::find_if(bytes.begin() + mark, bytes.end(),
                                     [](char byte) { return byte != 0 && !isWhite(byte); });
-    return first != bytes.end() && beginsJson(*first);
+    return first == bytes.end() ? '\0' : *first;
 }
+
+// JSON in UTF-16 counts as well.
+bool beginsAsJson(const QByteArray& bytes) { return beginsJson(firstOfText(bytes)); }
+
+// Even if characters follow that no XML has: then its reader says where they are.
+bool beginsAsXml(const QByteArray& bytes) { return firstOfText(bytes) == '<'; }
 
 } // namespace
 
@@ -97,6 +103,8 @@ Form FormOfContent(const QByteArray& bytes)
         return Form::Xml;
     if (beginsAsJson(bytes))
         return Form::Json;
+    if (beginsAsXml(bytes))
+        return Form::Xml;
     const QByteArray begin = bytes.left(beginning);
     return std::all_of(begin.begin(), begin.end(), isTextByte) ? Form::Xml : Form::Binary;
 }

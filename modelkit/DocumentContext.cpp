@@ -9,6 +9,9 @@ namespace MODELKIT {
 
 namespace {
 
+// Values can be long. A null text stays null.
+QString beginningOf(const QString& value) { return value.left(ReadingReport::maximalValueCharacters); }
+
 thread_local DocumentContext* currentContext = nullptr;
 
 } // namespace
@@ -87,13 +90,14 @@ void DocumentContext::DropReport()
     m_dropped = 0;
 }
 
-void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader)
+void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader,
+                             const QString& value)
 {
-    Notice({{kind, text, Place()}, reader.characterOffset()});
+    Notice({{kind, text, Place(), beginningOf(value)}, reader.characterOffset()});
 }
 
 void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, qint64 offset,
-                             const QString& member)
+                             const QString& member, const QString& value)
 {
     Place place;
     place.offset = m_baseOffset + offset;
@@ -101,7 +105,7 @@ void DocumentContext::Report(ReadingReport::Kind kind, const QString& text, qint
         place.path += QLatin1Char('/') + name;
     if (!member.isEmpty())
         place.path += QLatin1Char('/') + member;
-    Notice({{kind, text, place}, -1});
+    Notice({{kind, text, place, beginningOf(value)}, -1});
 }
 
 } // namespace MODELKIT

@@ -56,9 +56,11 @@ public:
 
     bool IsReporting() const { return m_report != nullptr; }
     // An entry at the reader's position; line, column and path are found afterwards.
-    void Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader);
+    void Report(ReadingReport::Kind kind, const QString& text, const QXmlStreamReader& reader,
+                const QString& value = QString());
     // An entry at a byte offset of the binary form, in the member that was entered last.
-    void Report(ReadingReport::Kind kind, const QString& text, qint64 offset, const QString& member);
+    void Report(ReadingReport::Kind kind, const QString& text, qint64 offset, const QString& member,
+                const QString& value = QString());
 
     // The offset of the frame's content in the binary form.
     void SetBaseOffset(qint64 offset) { m_baseOffset = offset; }

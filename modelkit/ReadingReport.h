@@ -83,7 +83,13 @@ public:
         QString text;
         /// Where it is in the document.
         Place place;
+        /// The text of the member as it stands in the document, truncated after maximalValueCharacters. Null
+        /// for what is not about such a text.
+        QString value = {};
     };
+
+    /// The maximal length of Entry::value.
+    static constexpr int maximalValueCharacters = 100;
 
     /// The maximal number of entries that are kept; further ones are only counted.
     static constexpr int maximalEntries = 10000;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "modelkit/XmlPath.h"
 
+#include <QtCore/QHash>
+#include <QtCore/QSet>
+
 #include <algorithm>
 
 namespace MODELKIT {
@@ -55,6 +58,31 @@ Place XmlPath::FindElement(const QString& path)
     Place unknown;
     unknown.path = path;
     return unknown;
+}
+
+QVector<Place> XmlPath::FindElements(const QStringList& paths)
+{
+    QVector<Place> places;
+    places.reserve(paths.size());
+    QMultiHash<QString, int> wanted;
+    QSet<QString> lastSteps;
+    for (int i = 0; i < paths.size(); ++i) {
+        Place unknown;
+        unknown.path = paths.at(i);
+        places.append(unknown);
+        wanted.insert(paths.at(i), i);
+        lastSteps.insert(paths.at(i).section(QLatin1Char('/'), -1));
+    }
+    while (!m_reader.atEnd() && !wanted.isEmpty()) {
+        if (!ReadToken() || !lastSteps.contains(m_levels.last().step))
+            continue;
+        const Place place = GetPlace();
+        const auto indexes = wanted.values(place.path);
+        for (const int i : indexes)
+            places[i] = place;
+        wanted.remove(place.path);
+    }
+    return places;
 }
 
 void XmlPath::FindTag(qint64 end, Level& level)

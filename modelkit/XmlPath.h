@@ -5,6 +5,7 @@
 #include "modelkit/Place.h"
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamReader>
 
@@ -30,6 +31,9 @@ public:
 
     // The place of the first element with that path; without line and column when there is none.
     Place FindElement(const QString& path);
+
+    // The same for several paths.
+    QVector<Place> FindElements(const QStringList& paths);
 
     // Like Find(), but with line and column of the offset itself.
     Place FindPosition(qint64 characterOffset);

@@ -15,6 +15,11 @@ Place FindInXml(const QByteArray& xml, const QString& path)
     return XmlPath(decodeXml(xml).text).FindElement(path);
 }
 
+QVector<Place> FindInXml(const QByteArray& xml, const QStringList& paths)
+{
+    return XmlPath(decodeXml(xml).text).FindElements(paths);
+}
+
 QString RootNameOfXml(const QByteArray& xml)
 {
     const DecodedXml decoded = decodeXml(xml);

@@ -7,25 +7,6 @@ using MODELKIT::ReadingReport;
 
 namespace {
 
-template <class Predicate>
-QVector<Finding> warningsOf(const ReadingReport& report, const InputMessage& message, const Predicate& isTold)
-{
-    QVector<Finding> findings;
-    for (const auto& entry : report.GetEntries()) {
-        if (!isTold(entry.kind))
-            continue;
-        Finding finding;
-        finding.severity = Finding::Warning;
-        finding.text = entry.text;
-        finding.place = message.placeInInput(entry.place);
-        finding.place.file = message.name;
-        findings += finding;
-    }
-    if (report.GetDropped() > 0)
-        findings += moreNotListed(report.GetDropped(), message.name);
-    return findings;
-}
-
 bool isHeldByTheRecord(ReadingReport::Kind kind)
 {
     return kind == ReadingReport::NotFinite || kind == ReadingReport::MissingPayload;
@@ -33,14 +14,25 @@ bool isHeldByTheRecord(ReadingReport::Kind kind)
 
 } // namespace
 
-QVector<Finding> acceptedSilently(const ReadingReport& report, const InputMessage& message)
+Finding acceptedSilently(const ReadingReport::Entry& entry, const InputMessage& message)
 {
-    return warningsOf(report, message, [](ReadingReport::Kind) { return true; });
+    Finding finding;
+    finding.severity = Finding::Warning;
+    finding.text = entry.text;
+    finding.place = message.placeInInput(entry.place);
+    finding.place.file = message.name;
+    return finding;
 }
 
 QVector<Finding> lostByReading(const ReadingReport& report, const InputMessage& message)
 {
-    return warningsOf(report, message, [](ReadingReport::Kind kind) { return !isHeldByTheRecord(kind); });
+    QVector<Finding> findings;
+    for (const auto& entry : report.GetEntries())
+        if (!isHeldByTheRecord(entry.kind))
+            findings += acceptedSilently(entry, message);
+    if (report.GetDropped() > 0)
+        findings += moreNotListed(report.GetDropped(), message.name);
+    return findings;
 }
 
 Finding moreNotListed(qint64 count, const QString& file)

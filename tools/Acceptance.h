@@ -12,11 +12,12 @@
 
 namespace routermsg {
 
-/// Everything in the report about reading the message, as warnings. What the report has dropped is counted.
-QVector<Finding> acceptedSilently(const MODELKIT::ReadingReport& report, const InputMessage& message);
+/// What reading the message accepted silently, as a warning.
+Finding acceptedSilently(const MODELKIT::ReadingReport::Entry& entry, const InputMessage& message);
 
-/// The same, but only what the record that was read does not hold. It does hold numbers that are not finite,
-/// and a fragment without payload: whether they get lost is up to the form to which they are written.
+/// What the report says that the record, which was read from the message, does not hold. It does hold numbers
+/// that are not finite, and a fragment without payload: whether they get lost is up to the form to which they
+/// are written. What the report has dropped is counted.
 QVector<Finding> lostByReading(const MODELKIT::ReadingReport& report, const InputMessage& message);
 
 /// The warning behind a list of warnings that was cut off.

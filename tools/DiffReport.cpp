@@ -71,7 +71,7 @@ private:
 class JsonReport : public DiffReport
 {
 public:
-    explicit JsonReport(Output& out) : m_json(out.writer())
+    explicit JsonReport(Session& session) : m_session(session), m_json(session.out().writer())
     {
         m_json.BeginList(QStringLiteral("differences"));
     }
@@ -95,10 +95,12 @@ public:
         m_json.EndList();
         m_json.Add(QStringLiteral("count"), differences);
         m_json.Add(QStringLiteral("notCompared"), failures);
+        m_json.Add(QStringLiteral("findings"), m_session.takeFindings());
         m_json.End();
     }
 
 private:
+    Session& m_session;
     LargeJson m_json;
 };
 
@@ -115,7 +117,7 @@ QString ComparedMessages::prefix() const
 std::unique_ptr<DiffReport> makeDiffReport(Session& session)
 {
     if (session.format() == Format::Json)
-        return std::make_unique<JsonReport>(session.out());
+        return std::make_unique<JsonReport>(session);
     return std::make_unique<TextReport>(session);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FilePairs.h"
 
-#include "InputFiles.h"
+#include "InputList.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -15,13 +15,12 @@ namespace routermsg {
 namespace {
 
 // The paths of the files by their names in the folder.
-QMap<QString, QString> filesIn(const QString& folder)
+QMap<QString, QString> byNames(const QStringList& paths, const QString& folder)
 {
     const QDir dir(QFileInfo(folder).absoluteFilePath());
     QMap<QString, QString> files;
-    for (const QString& path : filesAmong({folder}))
-        if (path != folder)
-            files[dir.relativeFilePath(QFileInfo(path).absoluteFilePath())] = path;
+    for (const QString& path : paths)
+        files[dir.relativeFilePath(QFileInfo(path).absoluteFilePath())] = path;
     return files;
 }
 
@@ -48,10 +47,12 @@ QVector<FilePair> takePairsWithOtherEndings(QMap<QString, QString>& first, QMap<
     return pairs;
 }
 
-QVector<FilePair> pairsOfFolders(const QString& firstFolder, const QString& secondFolder)
+PairList pairsOfFolders(const QString& firstFolder, const QString& secondFolder)
 {
-    auto first = filesIn(firstFolder);
-    auto second = filesIn(secondFolder);
+    const InputList inFirst = inputsIn(firstFolder);
+    const InputList inSecond = inputsIn(secondFolder);
+    auto first = byNames(inFirst.files, firstFolder);
+    auto second = byNames(inSecond.files, secondFolder);
     QVector<FilePair> pairs;
     const QStringList names = first.keys();
     for (const QString& name : names)
@@ -64,7 +65,8 @@ QVector<FilePair> pairsOfFolders(const QString& firstFolder, const QString& seco
         pairs += {i.key(), QString(), i.value()};
     std::sort(pairs.begin(), pairs.end(),
               [](const FilePair& a, const FilePair& b) { return a.name < b.name; });
-    return pairs;
+    return {pairs, inFirst.problems + inSecond.problems, inFirst.problems.isEmpty(),
+            inSecond.problems.isEmpty()};
 }
 
 QString sameNameIn(const QString& folder, const QString& file)
@@ -74,14 +76,16 @@ QString sameNameIn(const QString& folder, const QString& file)
 
 } // namespace
 
-QVector<FilePair> pairsOf(const QString& first, const QString& second)
+PairList pairsOf(const QString& first, const QString& second)
 {
     const bool isFirstFolder = QFileInfo(first).isDir();
     const bool isSecondFolder = QFileInfo(second).isDir();
     if (isFirstFolder && isSecondFolder)
         return pairsOfFolders(first, second);
-    return {{QString(), isFirstFolder ? sameNameIn(first, second) : first,
-             isSecondFolder ? sameNameIn(second, first) : second}};
+    PairList list;
+    list.pairs += {QString(), isFirstFolder ? sameNameIn(first, second) : first,
+                   isSecondFolder ? sameNameIn(second, first) : second};
+    return list;
 }
 
 } // namespace routermsg

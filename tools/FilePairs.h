@@ -3,6 +3,8 @@
 /// The files of two folders that belong together.
 #pragma once
 
+#include "Finding.h"
+
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
@@ -21,10 +23,21 @@ struct FilePair
     bool isComplete() const { return !first.isEmpty() && !second.isEmpty(); }
 };
 
+struct PairList
+{
+    QVector<FilePair> pairs;
+    /// What could not be read in the folders.
+    QVector<Finding> problems;
+    /// Whether a folder could be read as a whole. Otherwise the files that it seems to lack may be there.
+    /// @{
+    bool isFirstWhole = true;
+    bool isSecondWhole = true;
+    /// @}
+};
+
 /// Two files are one pair. In two folders those files are a pair, also in the folders below, that have the
 /// same name, or else the same name but for the ending. A file and a folder: the file of the same name in the
 /// folder.
-/// \throws Refusal when a folder cannot be read.
-QVector<FilePair> pairsOf(const QString& first, const QString& second);
+PairList pairsOf(const QString& first, const QString& second);
 
 } // namespace routermsg

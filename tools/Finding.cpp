@@ -50,6 +50,9 @@ QString Finding::toLine(const Output& output) const
     line += QLatin1Char(' ') + Printable(text);
     if (!place.path.isEmpty())
         line += QStringLiteral(" (in %1)").arg(Printable(place.path));
+    if (!hint.isEmpty())
+        line +=
+            (line.endsWith(QLatin1Char('.')) ? QStringLiteral(" ") : QStringLiteral("; ")) + Printable(hint);
     return line;
 }
 
@@ -69,6 +72,8 @@ QJsonObject Finding::toJson() const
         json[QStringLiteral("offset")] = place.offset;
     if (!place.path.isEmpty())
         json[QStringLiteral("path")] = place.path;
+    if (!hint.isEmpty())
+        json[QStringLiteral("hint")] = hint;
     return json;
 }
 

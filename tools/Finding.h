@@ -42,6 +42,8 @@ struct Finding
     MODELKIT::Place place;
     /// Whether bytes of a recording are no message, so that there is no document to count.
     bool isNoMessage = false;
+    /// What the user can do to see more, in one sentence.
+    QString hint = {};
 
     /// \a file is used if the failure does not name its file.
     static Finding of(const MODELKIT::Failure& failure, const QString& file);
@@ -50,10 +52,10 @@ struct Finding
     static Finding ofFile(const QString& file, const QString& text);
 
     /// "file:line:column: error: text (in path)" or "file: offset N: error: text (in path)", without the
-    /// unknown parts. If nothing is known about the place, the line begins with "routermsg:". The line is
-    /// safe to show, and coloured if \a output has colours.
+    /// unknown parts, and behind it the hint. If nothing is known about the place, the line begins with
+    /// "routermsg:". The line is safe to show, and coloured if \a output has colours.
     QString toLine(const Output& output) const;
-    /// The members severity, text, file, line, column, offset and path, without the unknown ones.
+    /// The members severity, text, file, line, column, offset, path and hint, without the unknown ones.
     QJsonObject toJson() const;
 };
 

@@ -2,7 +2,6 @@
 #include "InputFile.h"
 
 #include "Finding.h"
-#include "documents/Forms.h"
 
 #include "modelkit/Limits.h"
 
@@ -14,7 +13,6 @@
 
 namespace routermsg {
 
-using namespace ROUTERDOCUMENTS;
 using MODELKIT::Intake;
 
 namespace {
@@ -30,12 +28,13 @@ InputFile::InputFile(const QString& path)
 {
     const auto mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
     if (!isStandardInput(path) && QFileInfo(path).isDir()) {
-        setErrorString(
-            QStringLiteral("it is a folder without files whose names end in %1").arg(KnownEndings()));
+        setErrorString(QStringLiteral("it is a folder, expected is a file"));
         refuse();
     }
     if (isStandardInput(path) ? !m_file.open(STDIN_FILENO, mode) : !m_file.open(mode)) {
-        setErrorString(m_file.errorString());
+        // A word of the command line that is not UTF-8 has lost its bytes.
+        const bool isLost = path.contains(QChar::ReplacementCharacter) && !QFileInfo::exists(path);
+        setErrorString(isLost ? QStringLiteral("its name is not UTF-8") : m_file.errorString());
         refuse();
     }
     setOpenMode(mode);
@@ -80,6 +79,9 @@ Intake::Outcome InputFile::takeArrived(qint64 most, QByteArray& bytes)
         setErrorString(m_intake.GetReason());
     const auto count = bytes.size() - before;
     m_count += count;
+    constexpr qint64 headSize = 64;
+    m_head.append(bytes.constData() + before,
+                  static_cast<int>(std::min<qint64>(count, headSize - m_head.size())));
     if (m_isKeeping && m_beginning.size() + count > mostKept)
         forget();
     if (m_isKeeping)

@@ -42,6 +42,8 @@ public:
     bool hasAll() const { return m_isKeeping; }
     const QByteArray& beginning() const { return m_beginning; }
     void forget();
+    /// The first bytes, however much was read.
+    const QByteArray& head() const { return m_head; }
 
 protected:
     qint64 readData(char* data, qint64 size) override;
@@ -54,6 +56,7 @@ private:
     QFile m_file;
     MODELKIT::Intake m_intake;
     QByteArray m_beginning;
+    QByteArray m_head;
     bool m_isKeeping = true;
     qint64 m_count = 0;
 };

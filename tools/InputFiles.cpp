@@ -7,31 +7,9 @@
 #include "modelkit/Devices.h"
 #include "modelkit/Limits.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QFileInfo>
-
 namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
-
-namespace {
-
-void addFilesIn(const QString& folder, QStringList& files)
-{
-    const QDir dir(folder);
-    // Only the names, because there may be many files.
-    const QStringList names = dir.entryList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QString& name : names) {
-        const QString path = dir.filePath(name);
-        const QFileInfo entry(path);
-        if (entry.isDir() && !entry.isSymLink())
-            addFilesIn(path, files);
-        else if (entry.isFile() && FormOfFileName(name))
-            files += path;
-    }
-}
-
-} // namespace
 
 QByteArray readInput(const QString& path)
 {
@@ -53,20 +31,6 @@ Document parse(const QByteArray& bytes, const QString& name, const ReadingOption
     } catch (const DocumentError& error) {
         throw Refusal(Finding::of(error, name));
     }
-}
-
-QStringList filesAmong(const QStringList& paths)
-{
-    QStringList files;
-    for (const QString& path : paths) {
-        const auto before = files.size();
-        if (QFileInfo(path).isDir())
-            addFilesIn(path, files);
-        // A folder without documents stays in the list: readInput() complains about it.
-        if (files.size() == before)
-            files += path;
-    }
-    return files;
 }
 
 } // namespace routermsg

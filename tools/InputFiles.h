@@ -7,7 +7,6 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 
 namespace routermsg {
 
@@ -20,10 +19,5 @@ QByteArray readInput(const QString& path);
 /// \throws Refusal with the text of the library.
 ROUTERDOCUMENTS::Document parse(const QByteArray& bytes, const QString& name,
                                 const ROUTERDOCUMENTS::ReadingOptions& options = {});
-
-/// The files that the paths stand for. A folder stands for all files in it and below it whose ending belongs
-/// to a form, in the order of their names, without hidden files and without links to folders. A folder
-/// without such files stays in the list: readInput() says what is wrong with it.
-QStringList filesAmong(const QStringList& paths);
 
 } // namespace routermsg

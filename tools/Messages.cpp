@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Messages.h"
 
+#include "HexHint.h"
 #include "InputFiles.h"
 #include "Progress.h"
 #include "documents/DocumentError.h"
+#include "documents/UnknownForm.h"
 
 #include <algorithm>
 #include <memory>
@@ -47,6 +49,7 @@ Finding InputMessage::findingOf(const DocumentError& error) const
 {
     reject();
     Finding finding = Finding::of(error, name);
+    finding.hint = hexHint(error, path, recorded.number);
     const QString file = finding.place.file;
     finding.place = placeInInput(error.GetPlace());
     finding.place.file = file;
@@ -90,7 +93,7 @@ std::optional<InputMessage> Messages::next()
             continue;
         m_isOver = m_count >= m_options.range.last;
         const QString name = m_count == 1 ? m_name : m_name + QLatin1Char('#') + QString::number(m_count);
-        return InputMessage{name, std::move(*step.message), &m_reader};
+        return InputMessage{m_path, name, std::move(*step.message), &m_reader};
     }
     return std::nullopt;
 }
@@ -139,13 +142,23 @@ void Messages::begin()
     });
     if (m_ahead.front().message)
         m_file.forget();
-    if (!m_isWithoutMessage || isBroken || !m_file.hasAll())
+    if (!m_isWithoutMessage || isBroken)
         return;
+    if (!m_file.hasAll()) {
+        explainByHead();
+        return;
+    }
     const QByteArray bytes = m_file.beginning();
     const Form form = m_options.form.value_or(FormOfContent(bytes));
     const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
-    parse(bytes, m_name, {form});
+    try {
+        ReadDocument(bytes, {m_options.form});
+    } catch (const DocumentError& error) {
+        Finding finding = Finding::of(error, m_name);
+        finding.hint = hexHint(error, m_path, 1);
+        throw Refusal(finding);
+    }
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
     if (form == Form::Binary || form == Form::Compressed) {
@@ -155,6 +168,14 @@ void Messages::begin()
     m_isWithoutMessage = false;
     m_ahead.push_back({RecordedMessage{1, 0, 1, 1, form, bytes}, {}});
     m_ahead.push_back({});
+}
+
+// Explains an input without a message that is too large to keep.
+void Messages::explainByHead()
+{
+    const QString reason = m_options.form ? QString() : WhyNoForm(m_file.head());
+    if (!reason.isEmpty())
+        m_ahead = {{{}, DocumentError(MODELKIT::Failure{MODELKIT::Failure::NotABinaryForm, reason, {}})}, {}};
 }
 
 Messages::Step Messages::read()

@@ -32,6 +32,8 @@ struct MessageRange
 /// A message of an input.
 struct InputMessage
 {
+    /// The input, as the user named it.
+    QString path;
     /// How findings call it: the first one as its input, "rec.bin", later ones with their number,
     /// "rec.bin#2".
     QString name;
@@ -101,6 +103,7 @@ private:
     Step take();
     void begin();
     bool isTold(const ROUTERDOCUMENTS::DocumentError& error) const;
+    void explainByHead();
     Finding noMessage() const;
 
     QString m_path;

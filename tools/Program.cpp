@@ -28,18 +28,19 @@ Command completed(Command command)
 
 QVector<Section> sections()
 {
-    return {{QStringLiteral("Forms"),
-             {QStringLiteral(
-                  "A document has one of the forms %1. When a file is read, its content tells the form; when "
-                  "it is written, the ending of its name does: %2.")
-                  .arg(Listed(FormNames()), KnownEndings()),
-              QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
-            {QStringLiteral("Exit status"),
-             {QStringLiteral(
-                 "0 when all is well; 1 when a document is not valid, documents differ or something was "
-                 "lost; 2 when the command line is wrong or a file cannot be read or written.")}},
-            {QStringLiteral("Environment"),
-             {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
+    return {
+        {QStringLiteral("Forms"),
+         {QStringLiteral(
+              "A document has one of the forms %1. When a file is read, its content tells the form; when "
+              "it is written, the ending of its name does: %2.")
+              .arg(Listed(FormNames()), KnownEndings()),
+          QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
+        {QStringLiteral("Exit status"),
+         {QStringLiteral("0 when all is well; 1 when a document is not valid or documents differ; 2 when the "
+                         "command line is wrong, a file cannot be read or written, or documents cannot be "
+                         "compared.")}},
+        {QStringLiteral("Environment"),
+         {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
 }
 
 Status runWithoutCommand(const Arguments& arguments, Session& session)

@@ -9,6 +9,8 @@
 
 #include <unistd.h>
 
+#include <utility>
+
 namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
@@ -31,8 +33,20 @@ void Session::complain(const QString& text)
     m_err.flush();
 }
 
+QJsonArray Session::takeFindings() { return std::exchange(m_findings, {}); }
+
+void Session::writeFindings()
+{
+    if (!m_findings.isEmpty())
+        writeJson({{QStringLiteral("findings"), takeFindings()}});
+}
+
 void Session::complain(const Finding& finding)
 {
+    if (m_isKeeping) {
+        m_findings += finding.toJson();
+        return;
+    }
     m_out.flush();
     m_err.writeLine(finding.toLine(m_err));
     m_err.flush();

@@ -7,6 +7,7 @@
 #include "Finding.h"
 #include "Output.h"
 
+#include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
@@ -31,13 +32,22 @@ public:
     void writeJson(const QJsonObject& result, Output& output);
     /// Writes "routermsg: text" to standard error; the text is made printable.
     void complain(const QString& text);
-    /// Writes the finding's line to standard error.
+    /// Writes the finding's line to standard error, or keeps it for the JSON.
     void complain(const Finding& finding);
+
+    /// For commands whose JSON goes to standard output: findings are kept for it from now on.
+    void keepFindingsForJson() { m_isKeeping = format() == Format::Json; }
+    /// What was kept. What no command takes becomes an object of its own in the end.
+    QJsonArray takeFindings();
+    /// Writes that object, unless nothing was kept.
+    void writeFindings();
 
 private:
     CommonOptions m_options;
     Output m_out;
     Output m_err;
+    bool m_isKeeping = false;
+    QJsonArray m_findings;
 };
 
 } // namespace routermsg

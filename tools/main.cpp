@@ -40,10 +40,13 @@ Status run(const CommandLine& commandLine, Session& session)
 {
     try {
         const Status status = commandLine.run(session);
+        session.writeFindings();
         session.out().flush();
         return status;
     } catch (const Refusal& refusal) {
         session.complain(refusal.finding());
+        session.writeFindings();
+        session.out().flush();
         return refusal.finding().status;
     } catch (const UsageError& error) {
         session.complain(error.text());

@@ -45,18 +45,19 @@ void writePayload(BinarySink& sink, const Enumerated<E>& slot)
 }
 
 // Reports what is noticed, with the offset of the entry. Member: the last step of the path, which reading has
-// not entered yet.
+// not entered yet. Given: the text of the member that it is about, if any.
 struct BinaryNotify
 {
     const Reading& reading;
     qint64 offset;
     QString member;
+    const Utf8Text* given = nullptr;
 
     explicit operator bool() const { return reading.isReporting; }
 
     void operator()(Notice kind, const QString& text) const
     {
-        reading.context->Report(kind, text, offset, member);
+        reading.context->Report(kind, text, offset, member, given ? given->toString() : QString());
     }
 };
 
@@ -91,7 +92,8 @@ bool readPayload(R& record, BinarySource& source, const Slot& slot, const Binary
     Utf8Text text;
     if (!source.text(text))
         return false;
-    setMember<Member>(record, fromText<Member>(record, slot, text, notify),
+    const BinaryNotify notifyOfText{notify.reading, notify.offset, notify.member, &text};
+    setMember<Member>(record, fromText<Member>(record, slot, text, notifyOfText),
                       [&text] { return text.toString(); });
     return true;
 }

@@ -81,15 +81,20 @@ void getXml(const R& record, QXmlStreamWriter& writer)
 
 // --- reading --------------------------------------------------------------------------------
 
-// Reports what is noticed, with the place where the reader stands.
+// Reports what is noticed, with the place where the reader stands. Given: the text of the member that it is
+// about, if any.
 struct XmlNotify
 {
     const Reading& reading;
     const QXmlStreamReader& reader;
+    const Utf16Text* given = nullptr;
 
     explicit operator bool() const { return reading.isReporting; }
 
-    void operator()(Notice kind, const QString& text) const { reading.context->Report(kind, text, reader); }
+    void operator()(Notice kind, const QString& text) const
+    {
+        reading.context->Report(kind, text, reader, given ? given->toString() : QString());
+    }
 };
 
 // Notices a prefix and attributes in the start tag of a known element.
@@ -162,13 +167,13 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
     } else if constexpr (IsList<Slot>::value) {
         readItem<Member>(record, reader, reading);
     } else {
-        const XmlNotify notify{reading, reader};
-        noticeTag(notify);
+        noticeTag(XmlNotify{reading, reader});
         QVarLengthArray<QChar, 128> text;
         MODELKIT::walkText(reader, reading.context, [&text](QtVersion::XmlView piece) {
             text.append(piece.data(), static_cast<int>(piece.size()));
         });
         const Utf16Text given(text.constData(), text.size());
+        const XmlNotify notify{reading, reader, &given};
         setMember<Member>(record, fromText<Member>(record, Member::slot(data), given, notify),
                           [&given] { return given.toString(); });
     }

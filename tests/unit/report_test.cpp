@@ -151,6 +151,26 @@ TEST(Report, TellsOfAnUnknownNameThatIsStoredAsTheInvalidValue)
                    "/MastershipState/State"));
 }
 
+TEST(Report, HoldsTheTextOfTheMember)
+{
+    const auto valuesIn = [](const QByteArray& xml) {
+        testing_support::PelLu300RouterMessage message;
+        const ReadingReport report;
+        message.SetXmlBytes(xml);
+        QStringList values;
+        for (const auto& entry : report.GetEntries())
+            values += entry.value.isNull() ? QStringLiteral("null") : entry.value;
+        return values;
+    };
+    EXPECT_EQ(valuesIn("<PelLu300RouterMessage><Type>Replay</Type><MessageID unit='x'>many</MessageID>"
+                       "<Priority>1</Priority></PelLu300RouterMessage>"),
+              (QStringList{QStringLiteral("Replay"), QStringLiteral("null"), QStringLiteral("many"),
+                           QStringLiteral("null")}));
+    const QByteArray longType(1000, 'T');
+    EXPECT_EQ(valuesIn("<PelLu300RouterMessage><Type>" + longType + "</Type></PelLu300RouterMessage>"),
+              QStringList(QString::fromLatin1(longType.left(ReadingReport::maximalValueCharacters))));
+}
+
 TEST(Report, KnowsThatAnEmptyNameIsTheInvalidValue)
 {
     EXPECT_EQ(saidOf<MastershipState>("<MastershipState><State/></MastershipState>"), QStringList());

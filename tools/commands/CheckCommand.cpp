@@ -7,15 +7,15 @@
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
+#include "documents/DocumentCheck.h"
 #include "documents/LargeJson.h"
 #include "documents/Text.h"
-
-#include "modelkit/ReadingReport.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QVector>
 
 #include <algorithm>
+#include <tuple>
 
 namespace routermsg {
 
@@ -134,22 +134,71 @@ struct Verdict
     }
 };
 
-Verdict examine(const InputMessage& message, bool strict)
+struct CheckOptions
 {
+    int maximalErrors = 0;
+    bool isStrict = false;
+};
+
+// About the document as a whole.
+Finding remark(const InputMessage& message, Finding::Severity severity, const QString& text)
+{
+    Finding finding;
+    finding.severity = severity;
+    finding.text = text;
+    finding.place.file = message.name;
+    return finding;
+}
+
+void addAcceptedInSilence(const CheckedDocument& checked, const InputMessage& message, Verdict& verdict)
+{
+    for (const auto& entry : checked.accepted)
+        verdict.findings += acceptedSilently(entry, message);
+}
+
+void sortByPlace(QVector<Finding>& findings)
+{
+    const auto position = [](const Finding& finding) {
+        const Place& place = finding.place;
+        const bool isUnknown = place.line == 0 && place.offset < 0;
+        return std::make_tuple(isUnknown, place.line, place.column, place.offset);
+    };
+    std::stable_sort(findings.begin(), findings.end(), [&](const Finding& finding, const Finding& other) {
+        return position(finding) < position(other);
+    });
+}
+
+QString counted(qint64 count, const QString& what)
+{
+    return count == 1 ? QStringLiteral("1 more %1 is not listed").arg(what)
+                      : QStringLiteral("%1 more %2s are not listed").arg(count).arg(what);
+}
+
+Verdict examine(const InputMessage& message, const CheckOptions& options)
+{
+    const CheckedDocument checked =
+        CheckDocument(message.recorded.bytes, {message.recorded.form, options.maximalErrors});
     Verdict verdict{message.name, {}};
-    const MODELKIT::ReadingReport report;
-    try {
-        const Document loaded = message.read(Validation::On);
-        if (strict) {
-            verdict.findings += acceptedSilently(report, message);
-            SenseWarnings(verdict.file, verdict.findings)
-                .visit(*loaded.record, QLatin1Char('/') + loaded.info->GetName());
-        }
-    } catch (const Refusal& refusal) {
-        if (strict)
-            verdict.findings += acceptedSilently(report, message);
-        verdict.findings += refusal.finding();
-    }
+    if (options.isStrict)
+        addAcceptedInSilence(checked, message, verdict);
+    for (const DocumentError& error : checked.errors)
+        verdict.findings += message.findingOf(error);
+    const bool isValid = checked.errors.empty();
+    if (!isValid)
+        sortByPlace(verdict.findings);
+    if (checked.unlistedErrors > 0)
+        verdict.findings += remark(message, Finding::Error,
+                                   counted(checked.unlistedErrors, QStringLiteral("error"))
+                                       + QStringLiteral("; --max-errors 0 lists all."));
+    if (checked.dropped > 0 && options.isStrict)
+        verdict.findings += moreNotListed(checked.dropped, message.name);
+    if (checked.dropped > 0 && !isValid)
+        verdict.findings +=
+            remark(message, Finding::Error,
+                   QStringLiteral("There is so much to warn of that errors may be missing here."));
+    if (options.isStrict && isValid)
+        SenseWarnings(verdict.file, verdict.findings)
+            .visit(*checked.document.record, QLatin1Char('/') + checked.document.info->GetName());
     return verdict;
 }
 
@@ -265,23 +314,43 @@ std::unique_ptr<Report> makeReport(Session& session)
     return std::make_unique<TextReport>(session);
 }
 
+constexpr const char* maximalErrorsName = "--max-errors";
+
+int maximalErrorsOf(const Arguments& arguments)
+{
+    if (!arguments.isGiven(maximalErrorsName))
+        return CheckingOptions().maximalErrors;
+    const QString text = arguments.text(maximalErrorsName);
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < 0)
+        arguments.refuse(
+            QStringLiteral("\"%1\" is no value of --max-errors. Write the number of errors to list "
+                           "for each document, or 0 for all.")
+                .arg(text));
+    return number;
+}
+
 Status check(const Arguments& arguments, Session& session)
 {
-    const QStringList files = inputsOf(arguments);
-    const bool strict = arguments.isGiven("--strict");
+    const InputList inputs = inputsOf(arguments);
+    const MessageRange range = messagesOf(arguments);
+    const CheckOptions options{maximalErrorsOf(arguments), arguments.isGiven("--strict")};
     const auto report = makeReport(session);
-    Progress progress(session, files);
     Status worst = Fine;
-    for (const QString& file : files) {
+    const auto add = [&](const Verdict& verdict) {
+        report->add(verdict);
+        worst = std::max(worst, verdict.status());
+        session.out().flush();
+    };
+    for (const Finding& problem : inputs.problems)
+        add({problem.place.file, {problem}});
+    Progress progress(session, inputs.files);
+    for (const QString& file : inputs.files) {
         progress.next(inputName(file));
-        const auto add = [&](const Verdict& verdict) {
-            report->add(verdict);
-            worst = std::max(worst, verdict.status());
-            session.out().flush();
-        };
         forEachMessage(
-            file, {messagesOf(arguments), std::nullopt, &progress},
-            [&](const InputMessage& message) { add(examine(message, strict)); },
+            file, {range, std::nullopt, &progress},
+            [&](const InputMessage& message) { add(examine(message, options)); },
             [&](const Finding& finding) {
                 add({inputName(file), {finding}});
             });
@@ -300,13 +369,18 @@ Command checkCommand()
     table.arguments = {inputsArgument()};
     table.options = {
         messageOption(),
+        option({maximalErrorsName}, "N",
+               QStringLiteral("List at most N errors of each document, 0 for all; without it %1.")
+                   .arg(CheckingOptions().maximalErrors)),
         flag({"--strict"},
              "Also find what is accepted silently: what is unknown or repeated, texts that are not numbers, "
              "numbers that lose digits, attributes, and members that should be set.")};
     table.examples = {
-        {"%1 check request.xml", "One document."},
-        {"%1 check --quiet recordings", "All documents of a folder, without a line for the valid ones."},
-        {"%1 check --strict request.xml", "With warnings of what is accepted silently."}};
+        {"routermsg check request.xml", "One document."},
+        {"routermsg check --quiet recordings",
+         "All documents of a folder, without a line for the valid ones."},
+        {"routermsg check --max-errors 0 request.xml", "Every error, however many there are."},
+        {"routermsg check --strict request.xml", "With warnings of what is accepted silently."}};
     return {table, check};
 }
 

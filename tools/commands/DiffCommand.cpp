@@ -72,6 +72,16 @@ public:
         m_report->addFile(name, kind, folder);
     }
 
+    // What cannot be compared.
+    void addProblem(const Finding& problem)
+    {
+        m_session.complain(problem);
+        ++m_failures;
+    }
+
+    // A file whose counterpart may be among what cannot be read.
+    void addDoubtfulFile() { ++m_failures; }
+
     Status end()
     {
         m_report->end(m_differences, m_failures);
@@ -91,8 +101,7 @@ private:
         } catch (const OutputRefusal&) {
             throw;
         } catch (const Refusal& refusal) {
-            m_session.complain(refusal.finding());
-            ++m_failures;
+            addProblem(refusal.finding());
             return false;
         }
     }
@@ -150,19 +159,24 @@ Status diff(const Arguments& arguments, Session& session)
     const QString first = arguments.text("A");
     const QString second = arguments.text("B");
     requireDifferentInputs(first, second);
+    session.keepFindingsForJson();
     Comparison comparison(arguments, session);
-    const QVector<FilePair> pairs = pairsOf(first, second);
+    const PairList list = pairsOf(first, second);
+    for (const Finding& problem : list.problems)
+        comparison.addProblem(problem);
     QStringList inputs;
-    for (const FilePair& pair : pairs)
+    for (const FilePair& pair : list.pairs)
         if (pair.isComplete())
             inputs += pair.first;
     {
         // What is left in the first file tells how long it takes.
         Progress progress(session, inputs);
-        for (const FilePair& pair : pairs) {
+        for (const FilePair& pair : list.pairs) {
             progress.next(inputName(pair.isComplete() ? pair.first : pair.name));
             if (pair.isComplete())
                 comparison.compareFiles(pair, progress);
+            else if (pair.second.isEmpty() ? !list.isSecondWhole : !list.isFirstWhole)
+                comparison.addDoubtfulFile();
             else if (pair.second.isEmpty())
                 comparison.addFile(pair.name, Difference::Removed, first);
             else
@@ -178,7 +192,7 @@ Command diffCommand()
 {
     CommandTable table;
     table.name = "diff";
-    table.summary = "Show where two documents, recordings or folders differ, whatever their forms.";
+    table.summary = "Show where two documents, recordings or folders differ.";
     table.arguments = {
         required(
             argument("A", fileValue(), "The first document, recording or folder, or - for standard input.")),

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SharedOptions.h"
 
-#include "InputFiles.h"
-
 #include "routerinterface/RecordInfo.h"
 
 #include <algorithm>
@@ -76,6 +74,6 @@ OptionTable inputsArgument()
         argument("FILE", fileValue(), "Documents, folders of documents, or - for standard input.")));
 }
 
-QStringList inputsOf(const Arguments& arguments) { return filesAmong(arguments.texts("FILE")); }
+InputList inputsOf(const Arguments& arguments) { return inputsAmong(arguments.texts("FILE")); }
 
 } // namespace routermsg

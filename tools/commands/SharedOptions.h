@@ -4,11 +4,11 @@
 #pragma once
 
 #include "Arguments.h"
+#include "InputList.h"
 #include "Messages.h"
 #include "documents/Forms.h"
 
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 
 #include <optional>
 
@@ -33,8 +33,8 @@ OptionTable takingPath(OptionTable row);
 /// Any number of documents, also those in folders.
 /// @{
 OptionTable inputsArgument();
-/// All files that they stand for; see filesAmong().
-QStringList inputsOf(const Arguments& arguments);
+/// What they stand for.
+InputList inputsOf(const Arguments& arguments);
 /// @}
 
 } // namespace routermsg

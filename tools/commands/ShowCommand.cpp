@@ -55,7 +55,7 @@ Form formToDissect(const QByteArray& bytes)
 }
 
 // Shows bytes in a binary form. Bytes in another form are shown as their plain binary form.
-void showHex(const InputMessage& message, Session& session)
+Status showHex(const InputMessage& message, Session& session)
 {
     const QByteArray& bytes = message.recorded.bytes;
     const Form form = formToDissect(bytes);
@@ -74,10 +74,20 @@ void showHex(const InputMessage& message, Session& session)
         wrong = writeHex(shown, session.out());
     }
     if (!wrong)
-        return;
+        return Fine;
     message.reject();
     wrong->place.file = message.name;
-    throw Refusal(*wrong);
+    // The JSON has it already.
+    if (session.format() == Format::Text)
+        session.complain(*wrong);
+    return wrong->status;
+}
+
+// As JSON, each message and each problem is an object in its place.
+void complain(const Finding& finding, Session& session)
+{
+    session.complain(finding);
+    session.writeFindings();
 }
 
 // Whether an input is shown as far as it can be decoded: it holds no message, or begins with a damaged binary
@@ -102,14 +112,16 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
             isOver = !message;
             isFirst = false;
             if (message)
-                showHex(*message, session);
+                worst = std::max(worst, showHex(*message, session));
         } catch (const Refusal& refusal) {
             if (std::exchange(isFirst, false) && isShownAsWhole(messages)) {
                 const QByteArray bytes = messages.whole();
-                showHex({inputName(path), {1, 0, 1, 1, formToDissect(bytes), bytes}}, session);
-                return Fine;
+                return showHex({path, inputName(path), {1, 0, 1, 1, formToDissect(bytes), bytes}}, session);
             }
-            session.complain(refusal.finding());
+            Finding finding = refusal.finding();
+            // It would point to this command.
+            finding.hint.clear();
+            complain(finding, session);
             worst = std::max(worst, refusal.finding().status);
         }
     }
@@ -118,6 +130,7 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
 
 Status show(const Arguments& arguments, Session& session)
 {
+    session.keepFindingsForJson();
     const QString path = arguments.text("FILE");
     Progress progress(session, {path});
     const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
@@ -131,7 +144,7 @@ Status show(const Arguments& arguments, Session& session)
             showTree(message, std::exchange(isFirst, false), session);
             session.out().flush();
         },
-        [&](const Finding& finding) { session.complain(finding); });
+        [&](const Finding& finding) { complain(finding, session); });
 }
 
 } // namespace

@@ -102,38 +102,43 @@ QJsonObject toJson(const StatisticsTable& table)
     return {{QStringLiteral("title"), table.title}, {QStringLiteral("rows"), rows}};
 }
 
-QJsonObject toJson(const Statistics& statistics)
+QJsonObject toJson(const Statistics& statistics, const QJsonArray& findings)
 {
     QJsonArray tables;
     for (const StatisticsTable& table : statistics.GetTables())
         tables += toJson(table);
     return {{QStringLiteral("documents"), statistics.GetDocuments()},
             {QStringLiteral("notRead"), statistics.GetUnreadable()},
+            {QStringLiteral("findings"), findings},
             {QStringLiteral("tables"), tables}};
 }
 
 Status stats(const Arguments& arguments, Session& session)
 {
-    const QStringList files = inputsOf(arguments);
+    session.keepFindingsForJson();
+    const MessageRange range = messagesOf(arguments);
+    const InputList inputs = inputsOf(arguments);
     Statistics statistics;
     Status worst = Fine;
+    const auto addProblem = [&](const Finding& problem) {
+        session.complain(problem);
+        if (!problem.isNoMessage)
+            statistics.AddUnreadable();
+        worst = std::max(worst, problem.status);
+    };
+    for (const Finding& problem : inputs.problems)
+        addProblem(problem);
     {
-        Progress progress(session, files);
-        for (const QString& file : files) {
+        Progress progress(session, inputs.files);
+        for (const QString& file : inputs.files) {
             progress.next(inputName(file));
-            const Status status = forEachMessage(
-                file, {messagesOf(arguments), std::nullopt, &progress},
-                [&](const InputMessage& message) { statistics.Add(message.read()); },
-                [&](const Finding& finding) {
-                    session.complain(finding);
-                    if (!finding.isNoMessage)
-                        statistics.AddUnreadable();
-                });
-            worst = std::max(worst, status);
+            forEachMessage(
+                file, {range, std::nullopt, &progress},
+                [&](const InputMessage& message) { statistics.Add(message.read()); }, addProblem);
         }
     }
     if (session.format() == Format::Json)
-        session.writeJson(toJson(statistics));
+        session.writeJson(toJson(statistics, session.takeFindings()));
     else
         writeText(statistics, session.out());
     return worst;

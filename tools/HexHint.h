@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+/// \file
+/// Pointing from an error to the command that shows the bytes around it.
+#pragma once
+
+#include "documents/DocumentError.h"
+
+#include <QtCore/QString>
+#include <QtCore/QtGlobal>
+
+namespace routermsg {
+
+/// "routermsg show --hex bad.bin shows the parts around offset 42."; empty for errors about which the bytes
+/// tell no more. \param path the input, as the user named it \param message the number of the message in its
+/// input
+QString hexHint(const ROUTERDOCUMENTS::DocumentError& error, const QString& path, qint64 message);
+
+} // namespace routermsg
