@@ -34,6 +34,18 @@ QVector<Section> sections()
                   "it is written, the ending of its name does: %2.")
                   .arg(Listed(FormNames()), KnownEndings()),
               QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
+            {QStringLiteral("Paths of members"),
+             {QStringLiteral(
+                 "A path is names separated by slashes. It may begin at any record, as in MessageID or "
+                 "DF_Params/Frequency; with a slash in front it begins at the root. Fragment[2] is the "
+                 "second fragment; Fragment and Fragment[*] are all.")}},
+            {QStringLiteral("Conditions"),
+             {QStringLiteral(
+                 "A path alone asks whether the member is set. The operators = != < <= > >= compare it "
+                 "with a value, and ~ asks whether a text contains another. If a path leads to several "
+                 "values, any of them may fit. Conditions are joined by and, or, not and parentheses. "
+                 "Values with blanks, operators or parentheses stand in quotes; null is the null "
+                 "text.")}},
             {QStringLiteral("Exit status"),
              {QStringLiteral(
                  "0 when all is well; 1 when a document is not valid, documents differ or something was "

@@ -77,8 +77,10 @@ QString FileSummary::formName() const { return isMixed ? QStringLiteral("mixed")
 QString FileSummary::toText() const
 {
     const QString counted = messages == 1 ? QString() : QStringLiteral("%1 messages, ").arg(messages);
-    return QStringLiteral("%1 (%2, %3%4 bytes)")
-        .arg(Printable(name), formName(), counted, QString::number(size));
+    const QString others =
+        leftOut.value_or(0) == 0 ? QString() : QStringLiteral(", %1 left out").arg(*leftOut);
+    return QStringLiteral("%1 (%2, %3%4 bytes%5)")
+        .arg(Printable(name), formName(), counted, QString::number(size), others);
 }
 
 QJsonObject FileSummary::toJson() const
@@ -90,6 +92,8 @@ QJsonObject FileSummary::toJson() const
         json[QStringLiteral("messages")] = messages;
     if (isComplete)
         json[QStringLiteral("complete")] = *isComplete;
+    if (leftOut)
+        json[QStringLiteral("leftOut")] = *leftOut;
     return json;
 }
 

@@ -45,13 +45,15 @@ struct FileSummary
     qint64 messages = 1;
     bool isMixed = false;
     /// @}
+    /// How many of its messages were left out on purpose.
+    std::optional<qint64> leftOut = std::nullopt;
 
     /// The name of the form, or "mixed".
     QString formName() const;
 
     /// "request.xml (xml, 371 bytes)"
     QString toText() const;
-    /// The members file, form, bytes and complete.
+    /// The members file, form, bytes, messages, complete and leftOut, if they are known.
     QJsonObject toJson() const;
 };
 

@@ -6,12 +6,14 @@
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
+#include "WhereOption.h"
 #include "documents/Statistics.h"
 #include "documents/Text.h"
 
 #include <QtCore/QJsonArray>
 
 #include <algorithm>
+#include <optional>
 
 namespace routermsg {
 
@@ -77,11 +79,13 @@ QString counted(qint64 count)
     return count == 1 ? QStringLiteral("1 document") : QStringLiteral("%1 documents").arg(count);
 }
 
-void writeText(const Statistics& statistics, Output& output)
+void writeText(const Statistics& statistics, std::optional<qint64> leftOut, Output& output)
 {
     QString line = counted(statistics.GetDocuments());
     if (statistics.GetUnreadable() > 0)
         line += QStringLiteral(" read, %1 not read").arg(statistics.GetUnreadable());
+    if (leftOut)
+        line += QStringLiteral(", %1 left out").arg(*leftOut);
     output.writeLine(line);
     TableText text(output);
     for (const StatisticsTable& table : statistics.GetTables())
@@ -102,19 +106,23 @@ QJsonObject toJson(const StatisticsTable& table)
     return {{QStringLiteral("title"), table.title}, {QStringLiteral("rows"), rows}};
 }
 
-QJsonObject toJson(const Statistics& statistics)
+QJsonObject toJson(const Statistics& statistics, std::optional<qint64> leftOut)
 {
     QJsonArray tables;
     for (const StatisticsTable& table : statistics.GetTables())
         tables += toJson(table);
-    return {{QStringLiteral("documents"), statistics.GetDocuments()},
-            {QStringLiteral("notRead"), statistics.GetUnreadable()},
-            {QStringLiteral("tables"), tables}};
+    QJsonObject json{{QStringLiteral("documents"), statistics.GetDocuments()},
+                     {QStringLiteral("notRead"), statistics.GetUnreadable()},
+                     {QStringLiteral("tables"), tables}};
+    if (leftOut)
+        json[QStringLiteral("leftOut")] = *leftOut;
+    return json;
 }
 
 Status stats(const Arguments& arguments, Session& session)
 {
     const QStringList files = inputsOf(arguments);
+    MessageFilter filter(arguments);
     Statistics statistics;
     Status worst = Fine;
     {
@@ -123,7 +131,11 @@ Status stats(const Arguments& arguments, Session& session)
             progress.next(inputName(file));
             const Status status = forEachMessage(
                 file, {messagesOf(arguments), std::nullopt, &progress},
-                [&](const InputMessage& message) { statistics.Add(message.read()); },
+                [&](const InputMessage& message) {
+                    const Document document = message.read();
+                    if (filter.takes(*document.record))
+                        statistics.Add(document);
+                },
                 [&](const Finding& finding) {
                     session.complain(finding);
                     if (!finding.isNoMessage)
@@ -133,9 +145,9 @@ Status stats(const Arguments& arguments, Session& session)
         }
     }
     if (session.format() == Format::Json)
-        session.writeJson(toJson(statistics));
+        session.writeJson(toJson(statistics, filter.leftOut()));
     else
-        writeText(statistics, session.out());
+        writeText(statistics, filter.leftOut(), session.out());
     return worst;
 }
 
@@ -147,8 +159,9 @@ Command statsCommand()
     table.name = "stats";
     table.summary = "Count what documents hold.";
     table.arguments = {inputsArgument()};
-    table.options = {messageOption()};
-    table.examples = {{"%1 stats recordings", "All documents of a folder together."}};
+    table.options = {messageOption(), whereOption()};
+    table.examples = {{"%1 stats recordings", "All documents of a folder together."},
+                      {"%1 stats recordings --where DF_Params", "Only those with DF_Params."}};
     return {table, stats};
 }
 
