@@ -238,10 +238,9 @@ QStringList PathPattern::Examples()
 {
     QStringList paths;
     for (const RecordInfo* info : RecordInfo::All())
-        for (const MemberInfo* member : info->GetMembers()) {
-            const bool isUnique = membersNamed(member->GetName(), RecordInfo::All()).size() == 1;
-            paths += isUnique ? member->GetName() : info->GetName() + QLatin1Char('/') + member->GetName();
-        }
+        for (const MemberInfo* member : info->GetMembers())
+            paths << member->GetName() << info->GetName() + QLatin1Char('/') + member->GetName();
+    paths.removeDuplicates();
     return paths;
 }
 

@@ -78,8 +78,7 @@ public:
     /// Whether it can lead to several members of one record, because it does not number the items of a list.
     bool CanRepeat() const;
 
-    /// Some paths that are right: of every member, its name behind that of its class where several classes
-    /// have such a member.
+    /// Some paths that are right: of every member its name, alone and behind that of its class.
     static QStringList Examples();
 
 private:

@@ -23,6 +23,11 @@ void Session::writeJson(const QJsonObject& result, Output& output)
     output.write(ShowableJson(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Indented))));
 }
 
+void Session::writeJsonLine(const QJsonObject& result)
+{
+    m_out.writeLine(ShowableJson(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Compact))));
+}
+
 void Session::complain(const QString& text)
 {
     m_out.flush();

@@ -29,6 +29,8 @@ public:
     /// Writes a result as indented JSON that is safe to show on a terminal.
     void writeJson(const QJsonObject& result) { writeJson(result, m_out); }
     void writeJson(const QJsonObject& result, Output& output);
+    /// Writes a result as JSON on one line that is safe to show on a terminal.
+    void writeJsonLine(const QJsonObject& result);
     /// Writes "routermsg: text" to standard error; the text is made printable.
     void complain(const QString& text);
     /// Writes the finding's line to standard error.

@@ -24,6 +24,8 @@ struct Command
     ROW(convert)      \
     ROW(check)        \
     ROW(show)         \
+    ROW(list)         \
+    ROW(get)          \
     ROW(diff)         \
     ROW(new)          \
     ROW(stats)        \
