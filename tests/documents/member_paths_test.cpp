@@ -98,6 +98,23 @@ TEST(MemberPaths, OfADifferenceIgnoreIt)
     EXPECT_EQ(differences({"Fragment[3->2]"}), all);
 }
 
+TEST(MemberPaths, OfAnItemThatHasMovedIgnoreTheMove)
+{
+    const auto first = ReadDocument(R"({"PelLu300RouterMessage": {"Fragment": [
+        {"AcquireMastership": {}}, {"ReleaseMastership": {}}, {"OstraInterfacePort": {}}]}})");
+    const auto second = ReadDocument(R"({"PelLu300RouterMessage": {"Fragment": [
+        {"ReleaseMastership": {}}, {"OstraInterfacePort": {}}, {"AcquireMastership": {}}]}})");
+    const auto differences = [&](const QStringList& ignored) {
+        QStringList paths;
+        CompareRecords(*first.record, *second.record, IgnoredMembers(ignored),
+                       [&](const Difference& difference) { paths += difference.path.ToText(); });
+        return paths;
+    };
+    EXPECT_EQ(differences({}), QStringList("Fragment[1->3]"));
+    EXPECT_EQ(differences({"Fragment[1->3]"}), QStringList());
+    EXPECT_EQ(differences({"Fragment[3->1]"}), QStringList("Fragment[1->3]"));
+}
+
 TEST(MemberPaths, KnowTheMembersAtTheirEnd)
 {
     const PathPattern port("Port");
