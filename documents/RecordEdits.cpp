@@ -248,12 +248,18 @@ private:
     const Way& m_way;
 };
 
-void RecordEdits::Apply(IMKObject& record)
+bool RecordEdits::Apply(IMKObject& record)
 {
     const RecordInfo& info = RecordInfo::Of(record);
+    bool hasPlace = false;
     for (Edit& edit : m_edits)
-        forEachWay(info, info.GetName(), edit.pattern, {},
-                   [&](const Way& way) { edit.isUsed |= Application(edit, way).apply(record); });
+        forEachWay(info, info.GetName(), edit.pattern, {}, [&](const Way& way) {
+            if (!Application(edit, way).apply(record))
+                return;
+            edit.isUsed = true;
+            hasPlace = true;
+        });
+    return hasPlace;
 }
 
 InvalidEdit::InvalidEdit(const QString& text) : m_text(text), m_utf8(text.toUtf8()) {}

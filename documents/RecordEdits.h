@@ -41,9 +41,10 @@ public:
     bool IsEmpty() const { return m_edits.isEmpty(); }
 
     /// Makes all changes in order. The record's validation applies.
+    /// \return whether the record had a place for any of them.
     /// \throws MKException what the record's setters throw. The record has then been changed in part.
     /// \throws std::bad_cast when the object is no record of the record library.
-    void Apply(MODELKIT::IMKObject& record);
+    bool Apply(MODELKIT::IMKObject& record);
 
     /// The changes for which no record so far had a place, as they were given.
     QStringList GetUnused() const;

@@ -10,6 +10,8 @@
 
 #include "modelkit/ReplaceFile.h"
 
+#include <QtCore/QFileInfo>
+
 #include <csignal>
 
 namespace routermsg {
@@ -68,6 +70,12 @@ private:
 
 QString outputName(const QString& path) { return isStandardOutput(path) ? QStringLiteral("<stdout>") : path; }
 
+bool isSameFile(const QString& path, const QString& other)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
+
 Target::Target(const QString& targetPath, const std::optional<Form>& targetForm)
     : path(targetPath), form(targetForm ? *targetForm : formFor(targetPath))
 {}
@@ -118,10 +126,7 @@ MessageWriter::MessageWriter(const Target& target, Session& session, SavingRepor
 void MessageWriter::add(MODELKIT::IMKObject& record)
 {
     const QByteArray bytes = encode(record, m_target.form, m_summary.name);
-    // Texts begin on a line of their own.
-    write(m_isInLine ? '\n' + bytes : bytes);
-    m_isInLine = isText(m_target.form) && !bytes.endsWith('\n');
-    ++m_summary.messages;
+    append(bytes);
     const QString name = m_summary.messages == 1
                              ? m_summary.name
                              : m_summary.name + QLatin1Char('#') + QString::number(m_summary.messages);
@@ -129,6 +134,20 @@ void MessageWriter::add(MODELKIT::IMKObject& record)
         m_report.add(loss);
         m_summary.isComplete = false;
     }
+}
+
+void MessageWriter::copy(const QByteArray& bytes)
+{
+    const bool isJson = m_target.form == Form::Json || m_target.form == Form::JsonLines;
+    append(isJson && !bytes.endsWith('\n') ? bytes + '\n' : bytes);
+}
+
+void MessageWriter::append(const QByteArray& bytes)
+{
+    // Texts begin on a line of their own.
+    write(m_isInLine ? '\n' + bytes : bytes);
+    m_isInLine = isText(m_target.form) && !bytes.endsWith('\n');
+    ++m_summary.messages;
 }
 
 void MessageWriter::write(const QByteArray& bytes)

@@ -21,6 +21,9 @@ namespace routermsg {
 /// The name of a file in messages: "<stdout>" for "-", otherwise as given.
 QString outputName(const QString& path);
 
+/// Whether both paths lead to the same file, which exists.
+bool isSameFile(const QString& path, const QString& other);
+
 /// Where a document is written to, and in which form.
 struct Target
 {
@@ -73,6 +76,9 @@ public:
     /// \throws Refusal when the record does not pass its validation, the form cannot carry a text, or for
     /// binary bytes on a terminal.
     void add(MODELKIT::IMKObject& record);
+    /// Appends the bytes of a message that has the form already.
+    /// \throws Refusal when they cannot be written.
+    void copy(const QByteArray& bytes);
     /// Whether the form carries everything in the messages so far.
     bool isComplete() const { return *m_summary.isComplete; }
     /// Replaces the file, unless no message was added.
@@ -80,6 +86,7 @@ public:
     FileSummary finish();
 
 private:
+    void append(const QByteArray& bytes);
     void write(const QByteArray& bytes);
     void writeToFile(const QByteArray& bytes);
 

@@ -123,8 +123,7 @@ TEST(RecordEdits, MakeRecordsOnTheWay)
         changed({"MessageID=7", "Fragment[+]/AcquireMastership"}, {}, R"({"PelLu300RouterInterfaceXml": {}})")
             .json,
         "{\"PelLu300RouterInterfaceXml\":{\"PelLu300RouterMessage\":{\"MessageID\":7,\"Fragment\":["
-        "{\"AcquireMastership\":{}}]}}}"
-            + QString());
+        "{\"AcquireMastership\":{}}]}}}");
     const Result unused = changed({"Frequency=7"}, {}, R"({"PelLu300RouterInterfaceXml": {}})");
     EXPECT_EQ(unused.json, "{\"PelLu300RouterInterfaceXml\":{}}");
     EXPECT_EQ(unused.unused, QStringList("Frequency=7"));
@@ -182,9 +181,10 @@ TEST(RecordEdits, AreUsedWhenOneOfSeveralRecordsHasAPlace)
     RecordEdits edits;
     edits.Set("Frequency=1");
     edits.Set("Port=1");
-    edits.Apply(*ReadDocument(R"({"OstraInterfacePort": {}})").record);
+    EXPECT_FALSE(edits.Apply(*ReadDocument(R"({"AcquireMastership": {}})").record));
+    EXPECT_TRUE(edits.Apply(*ReadDocument(R"({"OstraInterfacePort": {}})").record));
     EXPECT_EQ(edits.GetUnused(), QStringList("Frequency=1"));
-    edits.Apply(*ReadDocument(R"({"DF_Params": {}})").record);
+    EXPECT_TRUE(edits.Apply(*ReadDocument(R"({"DF_Params": {}})").record));
     EXPECT_EQ(edits.GetUnused(), QStringList());
 }
 

@@ -28,6 +28,7 @@ struct Command
     ROW(get)          \
     ROW(diff)         \
     ROW(new)          \
+    ROW(set)          \
     ROW(stats)        \
     ROW(man)          \
     ROW(completion)

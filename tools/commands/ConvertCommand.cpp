@@ -12,8 +12,6 @@
 
 #include "modelkit/ReadingReport.h"
 
-#include <QtCore/QFileInfo>
-
 #include <algorithm>
 
 namespace routermsg {
@@ -21,12 +19,6 @@ namespace routermsg {
 using namespace ROUTERDOCUMENTS;
 
 namespace {
-
-bool isSameFile(const QString& path, const QString& other)
-{
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
-}
 
 // One run of the command.
 class Conversion
