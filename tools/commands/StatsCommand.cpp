@@ -13,6 +13,7 @@
 #include <QtCore/QJsonArray>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace routermsg {
@@ -94,13 +95,20 @@ void writeText(const Statistics& statistics, std::optional<qint64> leftOut, Outp
 
 // --- JSON -----------------------------------------------------------------------------------
 
+QJsonValue numberJson(double number)
+{
+    return std::isfinite(number) ? QJsonValue(number) : QJsonValue(Exactly(number));
+}
+
 QJsonObject toJson(const StatisticsTable& table)
 {
     QJsonArray rows;
     for (const StatisticsTable::Row& row : table.rows) {
         QJsonObject json{{QStringLiteral("name"), row.name}};
         for (int column = 0; column < row.numbers.size(); ++column)
-            json[table.columns.at(column)] = row.numbers.at(column);
+            json[table.columns.at(column)] = numberJson(row.numbers.at(column));
+        if (!row.text.isNull())
+            json[QStringLiteral("text")] = row.text;
         rows += json;
     }
     return {{QStringLiteral("title"), table.title}, {QStringLiteral("rows"), rows}};
