@@ -72,6 +72,13 @@ QString PossibleValues(const MemberInfo& member)
     return QString();
 }
 
+QStringList ListedValues(const MemberInfo& member)
+{
+    return member.GetKind() == MemberInfo::Boolean
+               ? QStringList{QStringLiteral("true"), QStringLiteral("false")}
+               : member.GetNames();
+}
+
 QString WrongValue(const MemberInfo& member, const QString& text)
 {
     return QStringLiteral("%1 is no value of %2: it must be %3.%4")

@@ -8,6 +8,7 @@
 #include "routerinterface/RecordInfo.h"
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
 namespace ROUTERDOCUMENTS {
@@ -20,6 +21,9 @@ ROUTERDOCUMENTS_EXPORT QVariant ValueFromText(const PELLU300ROUTERINTERFACEXML::
 /// What such a text is like: "a whole number from 0 to 4294967295", "true or false". Empty for records and
 /// lists.
 ROUTERDOCUMENTS_EXPORT QString PossibleValues(const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
+
+/// All such texts, if they can be listed: enumerators, "true" and "false".
+ROUTERDOCUMENTS_EXPORT QStringList ListedValues(const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
 
 /// A sentence about a text that stands for no value, with the enumerator that may have been meant.
 ROUTERDOCUMENTS_EXPORT QString WrongValue(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,

@@ -351,10 +351,7 @@ QStringList offeredWords()
 {
     QStringList words = possibleWords();
     forEachMember([&](const RecordInfo&, const MemberInfo& member) {
-        const QStringList values = member.GetKind() == MemberInfo::Boolean
-                                       ? QStringList{QStringLiteral("true"), QStringLiteral("false")}
-                                       : member.GetNames();
-        for (const QString& value : values)
+        for (const QString& value : ListedValues(member))
             words += member.GetName() + QLatin1Char('=') + value;
     });
     words.removeDuplicates();

@@ -13,6 +13,7 @@
 #include "documents/DocumentError.h"
 #include "documents/RecordEdits.h"
 #include "documents/Text.h"
+#include "documents/ValueTexts.h"
 
 #include "modelkit/ReadingReport.h"
 
@@ -200,11 +201,16 @@ private:
 
 Status set(const Arguments& arguments, Session& session) { return Editing(arguments, session).run(); }
 
-QStringList possibleChanges()
+QStringList offeredChanges()
 {
     QStringList changes;
-    for (const QString& path : PathPattern::Examples())
-        changes += PathPattern(path).GetMembers().constFirst()->GetClass() ? path : path + QLatin1Char('=');
+    for (const QString& path : PathPattern::Examples()) {
+        const PathPattern pattern(path);
+        const auto& member = *pattern.GetMembers().constFirst();
+        changes += member.GetClass() ? path : path + QLatin1Char('=');
+        for (const QString& value : ListedValues(member))
+            changes += path + QLatin1Char('=') + value;
+    }
     return changes;
 }
 
@@ -218,7 +224,7 @@ Command setCommand()
     table.arguments = {
         required(argument("IN", fileValue(), "The document to read, or - for standard input.")),
         repeatable(suggesting(
-            possibleChanges(),
+            offeredChanges(),
             argument(
                 "CHANGE", "CHANGE",
                 "PATH=VALUE sets a member; the path of a record alone sets the record. Fragment[last] is "
