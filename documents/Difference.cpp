@@ -294,7 +294,8 @@ private:
     void compareItems(const Items& inFirst, int i, const Items& inSecond, int j)
     {
         m_path.SetNumbers(inFirst.number(i), inSecond.number(j));
-        compare(inFirst.at(i), inSecond.at(j));
+        if (!m_ignored.Contains(m_path))
+            compare(inFirst.at(i), inSecond.at(j));
     }
 
     void reportMoves(const Items& inFirst, int begin, int end, const Items& inSecond, const Moves& moves)
@@ -303,6 +304,8 @@ private:
             if (!moves.isMoved(i))
                 continue;
             m_path.SetNumbers(inFirst.number(i), inSecond.number(moves.target(i)));
+            if (m_ignored.Contains(m_path))
+                continue;
             Difference difference;
             difference.kind = Difference::Moved;
             const IMKObject& item = inSecond.at(moves.target(i));

@@ -15,12 +15,19 @@ QString DidYouMean(const QString& meant)
     return meant.isEmpty() ? QString() : QStringLiteral(" Did you mean %1?").arg(meant);
 }
 
-QString Listed(const QStringList& words)
+namespace {
+
+QString joined(const QStringList& words, const QString& beforeLast)
 {
     if (words.size() < 2)
         return words.join(QString());
-    return QStringList(words.mid(0, words.size() - 1)).join(QStringLiteral(", ")) + QStringLiteral(" and ")
-           + words.last();
+    return QStringList(words.mid(0, words.size() - 1)).join(QStringLiteral(", ")) + beforeLast + words.last();
 }
+
+} // namespace
+
+QString Listed(const QStringList& words) { return joined(words, QStringLiteral(" and ")); }
+
+QString Alternatives(const QStringList& words) { return joined(words, QStringLiteral(" or ")); }
 
 } // namespace ROUTERDOCUMENTS

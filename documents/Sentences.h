@@ -18,5 +18,7 @@ ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& meant);
 
 /// "a, b and c".
 ROUTERDOCUMENTS_EXPORT QString Listed(const QStringList& words);
+/// "a, b or c".
+ROUTERDOCUMENTS_EXPORT QString Alternatives(const QStringList& words);
 
 } // namespace ROUTERDOCUMENTS

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Statistics.h"
 
+#include "documents/Text.h"
+
+#include <limits>
+
 namespace ROUTERDOCUMENTS {
 
 using MODELKIT::IMKObject;
@@ -67,7 +71,10 @@ void Statistics::addMember(const IMKObject& record, const MemberInfo& member)
         break;
     case MemberInfo::UnsignedInteger:
     case MemberInfo::Decimal:
+        m_ranges[&member].Add(member.GetValue(record).toDouble());
+        break;
     case MemberInfo::Text:
+        m_texts[&member].Add(member.GetValue(record).toString());
         break;
     }
 }
@@ -119,8 +126,12 @@ QVector<StatisticsTable> Statistics::GetTables() const
                 tables += valueTable(*info, *member);
             if (member->GetKind() == MemberInfo::List)
                 tables += listTable(*info, *member);
+            if (m_texts.contains(member))
+                tables += textTable(*info, *member);
         }
     }
+    if (!m_ranges.isEmpty())
+        tables += rangeTable();
     return tables;
 }
 
@@ -174,6 +185,47 @@ StatisticsTable Statistics::listTable(const RecordInfo& info, const MemberInfo& 
     return {QStringLiteral("%1/%2 (items)").arg(info.GetName(), member.GetName()),
             histogramColumns(),
             {{QStringLiteral("lists"), numbersOf(m_lists.value(&member))}}};
+}
+
+StatisticsTable Statistics::textTable(const RecordInfo& info, const MemberInfo& member) const
+{
+    constexpr int shown = 10;
+    StatisticsTable table{
+        QStringLiteral("%1/%2 (texts)").arg(info.GetName(), member.GetName()), countColumn(), {}};
+    const TextCounts texts = m_texts.value(&member);
+    qint64 known = texts.GetTogether() + texts.GetNull();
+    for (const auto& [text, count] : texts.GetMostFrequent(shown)) {
+        table.rows.append({Quoted(Abbreviated(text)), {static_cast<double>(count)}, text});
+        known += count;
+    }
+    const int others = texts.GetDifferent() - shown;
+    addRowIfAny(table,
+                others == 1 ? QStringLiteral("1 other text") : QStringLiteral("%1 other texts").arg(others),
+                m_set.value(&member) - known);
+    addRowIfAny(table, QStringLiteral("texts that are not told apart"), texts.GetTogether());
+    addRowIfAny(table, QStringLiteral("null"), texts.GetNull());
+    addRowIfAny(table, QStringLiteral("not set"), m_records.value(&info) - m_set.value(&member));
+    return table;
+}
+
+StatisticsTable Statistics::rangeTable() const
+{
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    StatisticsTable table{QStringLiteral("numbers"),
+                          {QStringLiteral("count"), QStringLiteral("min"), QStringLiteral("max")},
+                          {}};
+    for (const RecordInfo* info : RecordInfo::All())
+        for (const MemberInfo* member : info->GetMembers()) {
+            const NumberRange range = m_ranges.value(member);
+            const QString name = info->GetName() + QLatin1Char('/') + member->GetName();
+            if (range.GetCount() > 0)
+                table.rows.append(
+                    {name, {static_cast<double>(range.GetCount()), range.GetSmallest(), range.GetLargest()}});
+            if (range.GetNotNumbers() > 0)
+                table.rows.append({name + QStringLiteral(" (not a number)"),
+                                   {static_cast<double>(range.GetNotNumbers()), none, none}});
+        }
+    return table;
 }
 
 } // namespace ROUTERDOCUMENTS

@@ -5,6 +5,7 @@
 
 #include "documents/Document.h"
 #include "documents/Export.h"
+#include "documents/ValueStatistics.h"
 
 #include "routerinterface/RecordInfo.h"
 
@@ -57,6 +58,8 @@ struct StatisticsTable
     {
         QString name;            ///< what the numbers are about
         QVector<double> numbers; ///< one number for each column
+        /// The whole text that the row counts, which the name shortens; null for other rows.
+        QString text = QString();
     };
 
     QString title;       ///< what the table is about
@@ -81,7 +84,8 @@ public:
 
     /// The sizes by form and the classes of the roots. Then, for all records in the documents, the values of
     /// their enumerations and booleans, the members of those that carry one at a time, and the lengths of
-    /// their lists. A class that does not occur has no table.
+    /// their lists, the most frequent texts of their texts, and the ranges of their numbers. What does not
+    /// occur has no table.
     QVector<StatisticsTable> GetTables() const;
 
 private:
@@ -96,6 +100,8 @@ private:
     StatisticsTable valueTable(const RecordInfo& info, const MemberInfo& member) const;
     StatisticsTable choiceTable(const RecordInfo& info) const;
     StatisticsTable listTable(const RecordInfo& info, const MemberInfo& member) const;
+    StatisticsTable textTable(const RecordInfo& info, const MemberInfo& member) const;
+    StatisticsTable rangeTable() const;
 
     qint64 m_documents = 0;
     qint64 m_unreadable = 0;
@@ -107,6 +113,8 @@ private:
     // How often each value occurred, by its number.
     QHash<const MemberInfo*, QMap<int, qint64>> m_values;
     QHash<const MemberInfo*, Histogram> m_lists;
+    QHash<const MemberInfo*, NumberRange> m_ranges;
+    QHash<const MemberInfo*, TextCounts> m_texts;
 };
 
 } // namespace ROUTERDOCUMENTS

@@ -63,6 +63,23 @@ QString ValueText(const MemberInfo& member, const QVariant& value)
     return value.toString();
 }
 
+QString PlainText(const MemberInfo& member, const QVariant& value)
+{
+    switch (member.GetKind()) {
+    case MemberInfo::Text:
+        return Printable(value.toString());
+    case MemberInfo::Enumeration:
+        return member.GetNames().value(value.toInt(), value.toString());
+    case MemberInfo::UnsignedInteger:
+    case MemberInfo::Decimal:
+    case MemberInfo::Boolean:
+    case MemberInfo::Record:
+    case MemberInfo::List:
+        break;
+    }
+    return ValueText(member, value);
+}
+
 QJsonValue ValueJson(const MemberInfo& member, const QVariant& value)
 {
     switch (member.GetKind()) {

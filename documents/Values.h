@@ -21,6 +21,11 @@ ROUTERDOCUMENTS_EXPORT QString TypeName(const PELLU300ROUTERINTERFACEXML::Member
 ROUTERDOCUMENTS_EXPORT QString ValueText(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                          const QVariant& value);
 
+/// A value of the member on one line, safe to display, without quotes and numbers of enumerators: a null text
+/// is empty, and a value without enumerator is its number.
+ROUTERDOCUMENTS_EXPORT QString PlainText(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
+                                         const QVariant& value);
+
 /// A value of the member for programs: a text as a string, or null; an enumerator as its name, or null when
 /// the value is invalid; a number as a number, or as a text when JSON has no such number.
 ROUTERDOCUMENTS_EXPORT QJsonValue ValueJson(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,

@@ -80,6 +80,8 @@ struct CommandTable
     QVector<Example> examples;
     /// Whether the command writes results and therefore has the options about results.
     bool hasCommonOptions = true;
+    /// The formats of its results besides text and json.
+    QStringList furtherFormats;
 };
 
 struct Section

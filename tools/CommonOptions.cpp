@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "CommonOptions.h"
 
+#include "documents/Sentences.h"
+
 namespace routermsg {
 
-QVector<OptionTable> commonOptionRows()
+QVector<OptionTable> commonOptionRows(const QStringList& furtherFormats)
 {
-    return {choice({"--format"}, "FORMAT", {"text", "json"}, "How results are written: text or json."),
-            choice({"--color"}, "WHEN", {"auto", "always", "never"},
-                   "Whether the output has colours: auto (on a terminal), always or never."),
-            flag({"-q", "--quiet"}, "Write findings and errors only.")};
+    const QStringList formats = QStringList{"text", "json"} + furtherFormats;
+    return {
+        choice({"--format"}, "FORMAT", formats,
+               QStringLiteral("How results are written: %1.").arg(ROUTERDOCUMENTS::Alternatives(formats))),
+        choice({"--color"}, "WHEN", {"auto", "always", "never"},
+               "Whether the output has colours: auto (on a terminal), always or never."),
+        flag({"-q", "--quiet"}, "Write findings and errors only.")};
 }
 
 CommonOptions commonOptionsOf(const Arguments& arguments)

@@ -12,7 +12,8 @@ namespace routermsg {
 enum class Format
 {
     Text,
-    Json
+    Json,
+    Csv ///< only for the commands that offer it
 };
 
 struct CommonOptions
@@ -23,7 +24,8 @@ struct CommonOptions
     bool quiet = false;
 };
 
-QVector<OptionTable> commonOptionRows();
+/// \param furtherFormats formats behind text and json
+QVector<OptionTable> commonOptionRows(const QStringList& furtherFormats);
 
 /// The values given for these rows. A wrong value counts as not given.
 CommonOptions commonOptionsOf(const Arguments& arguments);

@@ -64,10 +64,10 @@ QJsonObject Finding::toJson() const
     json[QStringLiteral("text")] = text;
     if (!place.file.isEmpty())
         json[QStringLiteral("file")] = place.file;
-    if (place.line > 0) {
+    if (place.line > 0)
         json[QStringLiteral("line")] = place.line;
+    if (place.line > 0 && place.column > 0)
         json[QStringLiteral("column")] = place.column;
-    }
     if (place.offset >= 0)
         json[QStringLiteral("offset")] = place.offset;
     if (!place.path.isEmpty())

@@ -86,7 +86,7 @@ std::optional<InputMessage> Messages::next()
         if (!step.message) {
             m_isOver = true;
             if (m_count < m_options.range.first && !(m_count == 0 && m_hasErrors))
-                throw Refusal(noMessage());
+                throw Refusal(noSuchMessage(m_name, m_options.range, m_count));
             continue;
         }
         if (++m_count < m_options.range.first)
@@ -114,18 +114,6 @@ QByteArray Messages::whole()
         throw Refusal(
             Finding::ofFile(m_name, QStringLiteral("The input is too large to be shown as a whole.")));
     return m_file.beginning();
-}
-
-Finding Messages::noMessage() const
-{
-    if (m_count > 0)
-        return Finding::ofFile(m_name, QStringLiteral("There is no message %1; the last one is %2.")
-                                           .arg(m_options.range.first)
-                                           .arg(m_count));
-    // As for a small input, which is read as one document.
-    Finding finding = Finding::ofFile(m_name, QStringLiteral("The input holds no message."));
-    finding.status = Found;
-    return finding;
 }
 
 // Looks for a message. Errors in front of it are kept: if there is no message at all, they do not explain the
@@ -200,6 +188,17 @@ Messages::Step Messages::take()
     Step step = std::move(m_ahead.front());
     m_ahead.pop_front();
     return step;
+}
+
+Finding noSuchMessage(const QString& input, const MessageRange& range, qint64 count)
+{
+    if (count > 0)
+        return Finding::ofFile(
+            input, QStringLiteral("There is no message %1; the last one is %2.").arg(range.first).arg(count));
+    // As for a small input, which is read as one document.
+    Finding finding = Finding::ofFile(input, QStringLiteral("The input holds no message."));
+    finding.status = Found;
+    return finding;
 }
 
 Status forEachMessage(const QString& path, const Messages::Options& options,

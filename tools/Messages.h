@@ -104,7 +104,6 @@ private:
     void begin();
     bool isTold(const ROUTERDOCUMENTS::DocumentError& error) const;
     void explainByHead();
-    Finding noMessage() const;
 
     QString m_path;
     QString m_name;
@@ -120,6 +119,9 @@ private:
     bool m_isWithoutMessage = false;
     bool m_isOver = false;
 };
+
+/// That an input with so many messages has none in the range.
+Finding noSuchMessage(const QString& input, const MessageRange& range, qint64 count);
 
 /// Calls \a onMessage for each message in the range, and \a onProblem for each Refusal: that the input cannot
 /// be opened, that bytes are no message, and those that onMessage throws. An OutputRefusal ends the work.

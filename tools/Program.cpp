@@ -22,25 +22,36 @@ Command completed(Command command)
     CommandTable& table = command.table;
     table.options.prepend(helpOption());
     if (table.hasCommonOptions)
-        table.options += commonOptionRows();
+        table.options += commonOptionRows(table.furtherFormats);
     return command;
 }
 
 QVector<Section> sections()
 {
-    return {
-        {QStringLiteral("Forms"),
-         {QStringLiteral(
-              "A document has one of the forms %1. When a file is read, its content tells the form; when "
-              "it is written, the ending of its name does: %2.")
-              .arg(Listed(FormNames()), KnownEndings()),
-          QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
-        {QStringLiteral("Exit status"),
-         {QStringLiteral("0 when all is well; 1 when a document is not valid or documents differ; 2 when the "
-                         "command line is wrong, a file cannot be read or written, or documents cannot be "
-                         "compared.")}},
-        {QStringLiteral("Environment"),
-         {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
+    return {{QStringLiteral("Forms"),
+             {QStringLiteral(
+                  "A document has one of the forms %1. When a file is read, its content tells the form; when "
+                  "it is written, the ending of its name does: %2.")
+                  .arg(Listed(FormNames()), KnownEndings()),
+              QStringLiteral("JSON loses nothing; the other forms keep two decimals of a number.")}},
+            {QStringLiteral("Paths of members"),
+             {QStringLiteral(
+                 "A path is names separated by slashes. It may begin at any record, as in MessageID or "
+                 "DF_Params/Frequency; with a slash in front it begins at the root. Fragment[2] is the "
+                 "second fragment; Fragment and Fragment[*] are all.")}},
+            {QStringLiteral("Conditions"),
+             {QStringLiteral(
+                 "A path alone asks whether the member is set. The operators = != < <= > >= compare it "
+                 "with a value, and ~ asks whether a text contains another. If a path leads to several "
+                 "values, any of them may fit. Conditions are joined by and, or, not and parentheses. "
+                 "Values with blanks, operators or parentheses stand in quotes; null is the null "
+                 "text.")}},
+            {QStringLiteral("Exit status"),
+             {QStringLiteral("0 when all is well; 1 when a document is not valid, documents differ, "
+                             "something was lost, or what is looked for does not exist; 2 when the command "
+                             "line is wrong or a file cannot be read or written.")}},
+            {QStringLiteral("Environment"),
+             {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
 }
 
 Status runWithoutCommand(const Arguments& arguments, Session& session)

@@ -10,6 +10,8 @@
 
 #include "modelkit/ReplaceFile.h"
 
+#include <QtCore/QFileInfo>
+
 #include <csignal>
 
 namespace routermsg {
@@ -68,6 +70,12 @@ private:
 
 QString outputName(const QString& path) { return isStandardOutput(path) ? QStringLiteral("<stdout>") : path; }
 
+bool isSameFile(const QString& path, const QString& other)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
+
 Target::Target(const QString& targetPath, const std::optional<Form>& targetForm)
     : path(targetPath), form(targetForm ? *targetForm : formFor(targetPath))
 {}
@@ -77,8 +85,10 @@ QString FileSummary::formName() const { return isMixed ? QStringLiteral("mixed")
 QString FileSummary::toText() const
 {
     const QString counted = messages == 1 ? QString() : QStringLiteral("%1 messages, ").arg(messages);
-    return QStringLiteral("%1 (%2, %3%4 bytes)")
-        .arg(Printable(name), formName(), counted, QString::number(size));
+    const QString others =
+        leftOut.value_or(0) == 0 ? QString() : QStringLiteral(", %1 left out").arg(*leftOut);
+    return QStringLiteral("%1 (%2, %3%4 bytes%5)")
+        .arg(Printable(name), formName(), counted, QString::number(size), others);
 }
 
 QJsonObject FileSummary::toJson() const
@@ -90,6 +100,8 @@ QJsonObject FileSummary::toJson() const
         json[QStringLiteral("messages")] = messages;
     if (isComplete)
         json[QStringLiteral("complete")] = *isComplete;
+    if (leftOut)
+        json[QStringLiteral("leftOut")] = *leftOut;
     return json;
 }
 
@@ -114,10 +126,7 @@ MessageWriter::MessageWriter(const Target& target, Session& session, SavingRepor
 void MessageWriter::add(MODELKIT::IMKObject& record)
 {
     const QByteArray bytes = encode(record, m_target.form, m_summary.name);
-    // Texts begin on a line of their own.
-    write(m_isInLine ? '\n' + bytes : bytes);
-    m_isInLine = isText(m_target.form) && !bytes.endsWith('\n');
-    ++m_summary.messages;
+    append(bytes);
     const QString name = m_summary.messages == 1
                              ? m_summary.name
                              : m_summary.name + QLatin1Char('#') + QString::number(m_summary.messages);
@@ -125,6 +134,20 @@ void MessageWriter::add(MODELKIT::IMKObject& record)
         m_report.add(loss);
         m_summary.isComplete = false;
     }
+}
+
+void MessageWriter::copy(const QByteArray& bytes)
+{
+    const bool isJson = m_target.form == Form::Json || m_target.form == Form::JsonLines;
+    append(isJson && !bytes.endsWith('\n') ? bytes + '\n' : bytes);
+}
+
+void MessageWriter::append(const QByteArray& bytes)
+{
+    // Texts begin on a line of their own.
+    write(m_isInLine ? '\n' + bytes : bytes);
+    m_isInLine = isText(m_target.form) && !bytes.endsWith('\n');
+    ++m_summary.messages;
 }
 
 void MessageWriter::write(const QByteArray& bytes)

@@ -21,6 +21,9 @@ namespace routermsg {
 /// The name of a file in messages: "<stdout>" for "-", otherwise as given.
 QString outputName(const QString& path);
 
+/// Whether both paths lead to the same file, which exists.
+bool isSameFile(const QString& path, const QString& other);
+
 /// Where a document is written to, and in which form.
 struct Target
 {
@@ -45,13 +48,15 @@ struct FileSummary
     qint64 messages = 1;
     bool isMixed = false;
     /// @}
+    /// How many of its messages were left out on purpose.
+    std::optional<qint64> leftOut = std::nullopt;
 
     /// The name of the form, or "mixed".
     QString formName() const;
 
     /// "request.xml (xml, 371 bytes)"
     QString toText() const;
-    /// The members file, form, bytes and complete.
+    /// The members file, form, bytes, messages, complete and leftOut, if they are known.
     QJsonObject toJson() const;
 };
 
@@ -71,6 +76,9 @@ public:
     /// \throws Refusal when the record does not pass its validation, the form cannot carry a text, or for
     /// binary bytes on a terminal.
     void add(MODELKIT::IMKObject& record);
+    /// Appends the bytes of a message that has the form already.
+    /// \throws Refusal when they cannot be written.
+    void copy(const QByteArray& bytes);
     /// Whether the form carries everything in the messages so far.
     bool isComplete() const { return *m_summary.isComplete; }
     /// Replaces the file, unless no message was added.
@@ -78,6 +86,7 @@ public:
     FileSummary finish();
 
 private:
+    void append(const QByteArray& bytes);
     void write(const QByteArray& bytes);
     void writeToFile(const QByteArray& bytes);
 

@@ -25,6 +25,11 @@ void Session::writeJson(const QJsonObject& result, Output& output)
     output.write(ShowableJson(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Indented))));
 }
 
+void Session::writeJsonLine(const QJsonObject& result)
+{
+    m_out.writeLine(ShowableJson(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Compact))));
+}
+
 void Session::complain(const QString& text)
 {
     m_out.flush();
@@ -39,6 +44,14 @@ void Session::writeFindings()
 {
     if (!m_findings.isEmpty())
         writeJson({{QStringLiteral("findings"), takeFindings()}});
+}
+
+void Session::complainInLine(const Finding& finding)
+{
+    if (format() == Format::Json)
+        writeJsonLine({{QStringLiteral("findings"), QJsonArray{finding.toJson()}}});
+    else
+        complain(finding);
 }
 
 void Session::complain(const Finding& finding)

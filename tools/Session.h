@@ -30,10 +30,16 @@ public:
     /// Writes a result as indented JSON that is safe to show on a terminal.
     void writeJson(const QJsonObject& result) { writeJson(result, m_out); }
     void writeJson(const QJsonObject& result, Output& output);
+    /// Writes a result as JSON on one line that is safe to show on a terminal.
+    void writeJsonLine(const QJsonObject& result);
     /// Writes "routermsg: text" to standard error; the text is made printable.
     void complain(const QString& text);
     /// Writes the finding's line to standard error, or keeps it for the JSON.
     void complain(const Finding& finding);
+
+    /// For commands that write JSON line by line: an object on a line whose only member is the list
+    /// "findings". Otherwise as complain() does.
+    void complainInLine(const Finding& finding);
 
     /// For commands whose JSON goes to standard output: findings are kept for it from now on.
     void keepFindingsForJson() { m_isKeeping = format() == Format::Json; }

@@ -5,10 +5,12 @@
 #include "TestSupport.h"
 
 //! [what is included]
+#include "documents/Condition.h"
 #include "documents/Difference.h"
 #include "documents/Dissection.h"
 #include "documents/Document.h"
 #include "documents/DocumentError.h"
+#include "documents/FoundMembers.h"
 #include "documents/JsonForm.h"
 #include "documents/LargeJson.h"
 #include "documents/Statistics.h"
@@ -134,6 +136,33 @@ TEST_F(DocumentsPage, ShowsMembers)
     const QJsonDocument tree(TreeJson(*document.record));
     qInfo().noquote() << ShowableJson(QString::fromUtf8(tree.toJson()));
     //! [a record as a tree]
+    expectOnPage();
+}
+
+TEST_F(DocumentsPage, FindsMembers)
+{
+    const Document document = ReadDocument(bytes);
+    //! [looking for members]
+    const PathPattern frequency(QStringLiteral("DF_Params/Frequency"));
+    const Condition isHigh(QStringLiteral("Type=Request and DF_Params/Frequency>98e6"));
+    if (isHigh.Holds(*document.record))
+        FindMembers(*document.record, frequency, [](const FoundMember& found) {
+            qInfo().noquote() << found.path.ToText() << found.ToText();
+            return true;
+        });
+    //! [looking for members]
+    expectOnPage();
+}
+
+TEST_F(DocumentsPage, RefusesWrongConditions)
+{
+    //! [a wrong condition]
+    try {
+        const Condition condition(QStringLiteral("Type=Replay"));
+    } catch (const InvalidCondition& error) {
+        qInfo().noquote() << error.GetText();
+    }
+    //! [a wrong condition]
     expectOnPage();
 }
 

@@ -373,13 +373,15 @@ TEST(Documents, AreCounted)
     EXPECT_EQ(statistics.GetDocuments(), 2);
     EXPECT_EQ(statistics.GetUnreadable(), 1);
     const auto tables = statistics.GetTables();
-    ASSERT_EQ(tables.size(), 2);
+    ASSERT_EQ(tables.size(), 3);
     EXPECT_EQ(tables.at(0).rows.at(0).name, QStringLiteral("xml"));
     EXPECT_EQ(tables.at(0).rows.at(0).numbers,
               (QVector<double>{1, double(portXml.size()), double(portXml.size()), double(portXml.size()),
                                double(portXml.size())}));
     EXPECT_EQ(tables.at(1).rows.at(0).name, QStringLiteral("OstraInterfacePort"));
     EXPECT_EQ(tables.at(1).rows.at(0).numbers, QVector<double>{2});
+    EXPECT_EQ(tables.at(2).rows.at(0).name, QStringLiteral("OstraInterfacePort/Port"));
+    EXPECT_EQ(tables.at(2).rows.at(0).numbers, (QVector<double>{2, 7, 7}));
 }
 
 TEST(Documents, AreSummedUpInALine)

@@ -24,9 +24,14 @@ complain() {
     failed=1
 }
 
-# help_of COMMAND TITLE: the lines of that part of the help, without the indentation.
+# help_of COMMAND TITLE: the lines of that part of the help, without the indentation, and unwrapped.
 help_of() {
-    "$program" ${1:+"$1"} --help | awk -v title="$2:" '$0 == title { inside = 1; next } /^$/ { inside = 0 } inside' |
+    "$program" ${1:+"$1"} --help | awk -v title="$2:" '
+        $0 == title { inside = 1; next }
+        /^$/ { inside = 0 }
+        inside && /^   / { sub(/^ +/, " "); line = line $0; next }
+        inside { if (line) print line; line = $0 }
+        END { if (line) print line }' |
         sed 's/^  //'
 }
 

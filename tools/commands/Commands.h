@@ -24,8 +24,11 @@ struct Command
     ROW(convert)      \
     ROW(check)        \
     ROW(show)         \
+    ROW(list)         \
+    ROW(get)          \
     ROW(diff)         \
     ROW(new)          \
+    ROW(set)          \
     ROW(stats)        \
     ROW(man)          \
     ROW(completion)

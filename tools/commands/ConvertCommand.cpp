@@ -8,10 +8,9 @@
 #include "Progress.h"
 #include "Saving.h"
 #include "SharedOptions.h"
+#include "WhereOption.h"
 
 #include "modelkit/ReadingReport.h"
-
-#include <QtCore/QFileInfo>
 
 #include <algorithm>
 
@@ -21,20 +20,14 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-bool isSameFile(const QString& path, const QString& other)
-{
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
-}
-
 // One run of the command.
 class Conversion
 {
 public:
     Conversion(const Arguments& arguments, Session& session)
         : m_arguments(arguments), m_path(arguments.text("IN")),
-          m_target(arguments.text("OUT"), formOf(arguments, "--to")), m_progress(session, {m_path}),
-          m_report(m_target.path, session),
+          m_target(arguments.text("OUT"), formOf(arguments, "--to")), m_filter(arguments),
+          m_progress(session, {m_path}), m_report(m_target.path, session),
           m_writer(m_target, session, m_report), m_input{inputName(m_path), Form::Xml, 0, std::nullopt, 0}
     {}
 
@@ -51,8 +44,9 @@ private:
             m_path, {messagesOf(m_arguments), formOf(m_arguments, "--from"), &m_progress},
             [this](const InputMessage& message) { convert(message); },
             [this](const Finding& finding) { m_report.add(finding); });
+        m_input.leftOut = m_filter.leftOut();
         if (m_input.messages == 0)
-            return worst;
+            return nothingConverted(worst);
         m_report.addFile(QStringLiteral("input"), m_input.toJson());
         const bool isLossAccepted = m_arguments.isGiven("--accept-loss");
         const bool isLost = m_isReadingLossy || !m_writer.isComplete();
@@ -69,8 +63,22 @@ private:
         return status;
     }
 
+    Status nothingConverted(Status worst)
+    {
+        if (worst != Fine)
+            return worst;
+        Finding finding =
+            Finding::ofFile(m_input.name, QStringLiteral("No message fits --where, so nothing is written."));
+        finding.status = Found;
+        m_report.add(finding);
+        return Found;
+    }
+
     void convert(const InputMessage& message)
     {
+        // A message that does not fit need not be valid.
+        if (m_filter.isGiven() && !m_filter.takes(*message.read().record))
+            return;
         const Document document = read(message);
         m_writer.add(*document.record);
         m_input.isMixed |= m_input.messages > 0 && m_input.form != document.form;
@@ -108,6 +116,7 @@ private:
     const Arguments& m_arguments;
     QString m_path;
     Target m_target;
+    MessageFilter m_filter;
     Progress m_progress;
     SavingReport m_report;
     MessageWriter m_writer;
@@ -128,7 +137,9 @@ Command convertCommand()
         required(argument("IN", fileValue(), "The document to read, or - for standard input.")),
         required(argument("OUT", fileValue(), "The file to write, or - for standard output."))};
     table.options = {
-        messageOption(), formOption("--from", "The form of IN. Without it, the content tells the form."),
+        messageOption(),
+        whereOption(),
+        formOption("--from", "The form of IN. Without it, the content tells the form."),
         formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml."),
         flag({"--invalid"}, "Convert the document even if it is not valid."),
         flag({"--accept-loss"},
@@ -138,6 +149,8 @@ Command convertCommand()
         {"%1 convert request.xml request.bin", "From XML to the binary form."},
         {"%1 convert --accept-loss scan.json scan.xml", "To XML, even if numbers lose decimals."},
         {"%1 convert request.bin - --to json | less", "Look at a binary document as JSON."},
+        {"%1 convert monday.rec replies.rec --to binary --where Type=Reply",
+         "Only the replies of a recording."},
         {"%1 convert - reply.binz < reply.json", "From standard input to the compressed form."}};
     return {table, convert};
 }

@@ -197,11 +197,12 @@ Command diffCommand()
         required(
             argument("A", fileValue(), "The first document, recording or folder, or - for standard input.")),
         required(argument("B", fileValue(), "The second one, or - for standard input."))};
-    table.options = {messageOption(),
-                     takingPath(repeatable(option(
-                         {"--ignore"}, "PATH",
-                         "A member to ignore, as a path of names such as MessageID, DF_Params/Frequency or "
-                         "Fragment[2]; can be given several times.")))};
+    table.options = {
+        messageOption(),
+        repeatable(takingPath(option(
+            {"--ignore"}, "PATH",
+            "A member to ignore, as a path such as MessageID, DF_Params/Frequency or Fragment[2], or as "
+            "diff writes it; can be given several times.")))};
     table.examples = {
         {"%1 diff before.xml after.bin", "Member by member."},
         {"%1 diff expected recorded", "Two folders, file by file."},

@@ -5,13 +5,13 @@
 #include "UsageError.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
+#include "documents/ValueTexts.h"
 
 #include <QtCore/QPair>
 #include <QtCore/QVariant>
 #include <QtCore/QVector>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <optional>
 #include <utility>
@@ -50,67 +50,6 @@ QStringList ownersOf(const Predicate& predicate)
     });
     owners.removeDuplicates();
     return owners;
-}
-
-QString possibleValues(const MemberInfo& member)
-{
-    switch (member.GetKind()) {
-    case MemberInfo::UnsignedInteger:
-        return QStringLiteral("a whole number from 0 to 4294967295");
-    case MemberInfo::Decimal:
-        return QStringLiteral("a number such as 98.5e6");
-    case MemberInfo::Boolean:
-        return QStringLiteral("true or false");
-    case MemberInfo::Text:
-        return QStringLiteral("a text");
-    case MemberInfo::Enumeration:
-        return QStringLiteral("one of ") + Listed(member.GetNames());
-    case MemberInfo::Record:
-    case MemberInfo::List:
-        break;
-    }
-    return QString();
-}
-
-// --- values ---------------------------------------------------------------------------------
-
-QVariant enumeratorOf(const MemberInfo& member, const QString& text)
-{
-    const auto value = member.GetNames().indexOf(text);
-    return value < 0 ? QVariant() : QVariant(static_cast<int>(value));
-}
-
-QVariant booleanOf(const QString& text)
-{
-    if (text == QLatin1String("true"))
-        return true;
-    return text == QLatin1String("false") ? QVariant(false) : QVariant();
-}
-
-// Invalid if the text is not a value of the member.
-QVariant valueOf(const MemberInfo& member, const QString& text)
-{
-    bool isNumber = false;
-    switch (member.GetKind()) {
-    case MemberInfo::UnsignedInteger: {
-        const uint number = text.toUInt(&isNumber);
-        return isNumber ? QVariant(number) : QVariant();
-    }
-    case MemberInfo::Decimal: {
-        const double number = text.toDouble(&isNumber);
-        return isNumber && std::isfinite(number) ? QVariant(number) : QVariant();
-    }
-    case MemberInfo::Boolean:
-        return booleanOf(text);
-    case MemberInfo::Text:
-        return text;
-    case MemberInfo::Enumeration:
-        return enumeratorOf(member, text);
-    case MemberInfo::Record:
-    case MemberInfo::List:
-        break;
-    }
-    return QVariant();
 }
 
 // --- plans of records -----------------------------------------------------------------------
@@ -269,9 +208,9 @@ private:
         const auto found = findMember(holds);
         if (!found)
             refuseMember(name, text);
-        const QVariant value = valueOf(*found->member, text);
+        const QVariant value = ValueFromText(*found->member, text);
         if (!value.isValid())
-            refuseValue(*found->member, text);
+            throw UsageError(WrongValue(*found->member, text));
         plan(*found, value);
     }
 
@@ -280,7 +219,7 @@ private:
         const auto found =
             findMember([&](const MemberInfo& member) { return member.GetNames().contains(name); });
         if (found)
-            plan(*found, enumeratorOf(*found->member, name));
+            plan(*found, ValueFromText(*found->member, name));
         return found.has_value();
     }
 
@@ -293,13 +232,6 @@ private:
     }
 
     // --- mistakes
-
-    [[noreturn]] static void refuseValue(const MemberInfo& member, const QString& text)
-    {
-        throw UsageError(QStringLiteral("%1 is no value of %2: it must be %3.%4")
-                             .arg(Quoted(text), member.GetName(), possibleValues(member),
-                                  DidYouMean(text, member.GetNames())));
-    }
 
     [[noreturn]] void refuseMember(const QString& name, const QString& text) const
     {
@@ -419,10 +351,7 @@ QStringList offeredWords()
 {
     QStringList words = possibleWords();
     forEachMember([&](const RecordInfo&, const MemberInfo& member) {
-        const QStringList values = member.GetKind() == MemberInfo::Boolean
-                                       ? QStringList{QStringLiteral("true"), QStringLiteral("false")}
-                                       : member.GetNames();
-        for (const QString& value : values)
+        for (const QString& value : ListedValues(member))
             words += member.GetName() + QLatin1Char('=') + value;
     });
     words.removeDuplicates();

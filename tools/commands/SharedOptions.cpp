@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "SharedOptions.h"
 
-#include "routerinterface/RecordInfo.h"
+#include "UsageError.h"
+#include "documents/DocumentError.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace routermsg {
 
-using namespace PELLU300ROUTERINTERFACEXML;
 using namespace ROUTERDOCUMENTS;
 
 OptionTable formOption(const char* name, const QString& text)
@@ -58,14 +58,15 @@ MessageRange messagesOf(const Arguments& arguments)
     return range;
 }
 
-OptionTable takingPath(OptionTable row)
+OptionTable takingPath(OptionTable row) { return suggesting(PathPattern::Examples(), std::move(row)); }
+
+PathPattern pathOf(const Arguments& arguments, const char* name)
 {
-    QStringList paths;
-    for (const RecordInfo* info : RecordInfo::All())
-        for (const MemberInfo* member : info->GetMembers())
-            paths << member->GetName() << info->GetName() + QLatin1Char('/') + member->GetName();
-    paths.removeDuplicates();
-    return suggesting(paths, std::move(row));
+    try {
+        return PathPattern(arguments.text(name));
+    } catch (const InvalidMemberPath& error) {
+        throw UsageError(error.GetText());
+    }
 }
 
 OptionTable inputsArgument()

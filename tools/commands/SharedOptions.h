@@ -7,6 +7,7 @@
 #include "InputList.h"
 #include "Messages.h"
 #include "documents/Forms.h"
+#include "documents/PathPattern.h"
 
 #include <QtCore/QString>
 
@@ -28,7 +29,11 @@ MessageRange messagesOf(const Arguments& arguments);
 /// @}
 
 /// An option or argument that takes the path of a member, which completions offer.
+/// @{
 OptionTable takingPath(OptionTable row);
+/// \throws UsageError for a wrong path.
+ROUTERDOCUMENTS::PathPattern pathOf(const Arguments& arguments, const char* name);
+/// @}
 
 /// Any number of documents, also those in folders.
 /// @{

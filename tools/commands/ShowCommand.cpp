@@ -9,6 +9,7 @@
 #include "Saving.h"
 #include "SharedOptions.h"
 #include "TreeView.h"
+#include "WhereOption.h"
 #include "documents/Tree.h"
 
 #include "modelkit/BinaryForm.h"
@@ -29,20 +30,24 @@ void writeHead(const QString& text, Session& session)
         session.out().writeLine(session.out().paint(Style::Faint, text));
 }
 
-void showTree(const InputMessage& message, bool isFirst, Session& session)
+// Returns whether the message fits the filter.
+bool showTree(const InputMessage& message, MessageFilter& filter, bool isFirst, Session& session)
 {
     const Document loaded = message.read();
+    if (!filter.takes(*loaded.record))
+        return false;
     const FileSummary summary{message.name, loaded.form, loaded.size};
     if (session.format() == Format::Json) {
         QJsonObject json = summary.toJson();
         json[QStringLiteral("document")] = TreeJson(*loaded.record);
         session.writeJson(json);
-        return;
+        return true;
     }
     if (!isFirst)
         session.out().writeLine();
     writeHead(summary.toText(), session);
     writeTree(*loaded.record, session.out());
+    return true;
 }
 
 bool isBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
@@ -100,7 +105,8 @@ bool isShownAsWhole(Messages& messages)
     return messages.isWithoutMessage() || MODELKIT::IsCompressedForm(bytes) || ClassOfBinary(bytes);
 }
 
-Status showHexOfAll(const QString& path, const Messages::Options& options, Session& session)
+Status showHexOfAll(const QString& path, const Messages::Options& options, MessageFilter& filter,
+                    Session& session)
 {
     Messages messages(path, options);
     Status worst = Fine;
@@ -111,10 +117,10 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Sessi
             const auto message = messages.next();
             isOver = !message;
             isFirst = false;
-            if (message)
+            if (message && (!filter.isGiven() || filter.takes(*message->read().record)))
                 worst = std::max(worst, showHex(*message, session));
         } catch (const Refusal& refusal) {
-            if (std::exchange(isFirst, false) && isShownAsWhole(messages)) {
+            if (std::exchange(isFirst, false) && !filter.isGiven() && isShownAsWhole(messages)) {
                 const QByteArray bytes = messages.whole();
                 return showHex({path, inputName(path), {1, 0, 1, 1, formToDissect(bytes), bytes}}, session);
             }
@@ -135,13 +141,15 @@ Status show(const Arguments& arguments, Session& session)
     Progress progress(session, {path});
     const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
     progress.next(inputName(path));
+    MessageFilter filter(arguments);
     if (arguments.isGiven("--hex"))
-        return showHexOfAll(path, options, session);
+        return showHexOfAll(path, options, filter, session);
     bool isFirst = true;
     return forEachMessage(
         path, options,
         [&](const InputMessage& message) {
-            showTree(message, std::exchange(isFirst, false), session);
+            if (showTree(message, filter, isFirst, session))
+                isFirst = false;
             session.out().flush();
         },
         [&](const Finding& finding) { complain(finding, session); });
@@ -155,9 +163,11 @@ Command showCommand()
     table.name = "show";
     table.summary = "Show what is in a document.";
     table.arguments = {required(argument("FILE", fileValue(), "The document, or - for standard input."))};
-    table.options = {messageOption(),
+    table.options = {messageOption(), whereOption(),
                      flag({"--hex"}, "Show the bytes of the binary form and what they mean.")};
     table.examples = {{"%1 show request.xml", "The document as a tree, with types and what is not set."},
+                      {"%1 show week.rec --where 'Type=Reply and DF_Params'",
+                       "Only the replies with DF_Params of a recording."},
                       {"%1 show --hex request.bin", "Every byte of a binary document, explained."}};
     return {table, show};
 }

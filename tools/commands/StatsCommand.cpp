@@ -6,12 +6,15 @@
 #include "InputFiles.h"
 #include "Progress.h"
 #include "SharedOptions.h"
+#include "WhereOption.h"
 #include "documents/Statistics.h"
 #include "documents/Text.h"
 
 #include <QtCore/QJsonArray>
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 
 namespace routermsg {
 
@@ -77,11 +80,13 @@ QString counted(qint64 count)
     return count == 1 ? QStringLiteral("1 document") : QStringLiteral("%1 documents").arg(count);
 }
 
-void writeText(const Statistics& statistics, Output& output)
+void writeText(const Statistics& statistics, std::optional<qint64> leftOut, Output& output)
 {
     QString line = counted(statistics.GetDocuments());
     if (statistics.GetUnreadable() > 0)
         line += QStringLiteral(" read, %1 not read").arg(statistics.GetUnreadable());
+    if (leftOut)
+        line += QStringLiteral(", %1 left out").arg(*leftOut);
     output.writeLine(line);
     TableText text(output);
     for (const StatisticsTable& table : statistics.GetTables())
@@ -90,27 +95,37 @@ void writeText(const Statistics& statistics, Output& output)
 
 // --- JSON -----------------------------------------------------------------------------------
 
+QJsonValue numberJson(double number)
+{
+    return std::isfinite(number) ? QJsonValue(number) : QJsonValue(Exactly(number));
+}
+
 QJsonObject toJson(const StatisticsTable& table)
 {
     QJsonArray rows;
     for (const StatisticsTable::Row& row : table.rows) {
         QJsonObject json{{QStringLiteral("name"), row.name}};
         for (int column = 0; column < row.numbers.size(); ++column)
-            json[table.columns.at(column)] = row.numbers.at(column);
+            json[table.columns.at(column)] = numberJson(row.numbers.at(column));
+        if (!row.text.isNull())
+            json[QStringLiteral("text")] = row.text;
         rows += json;
     }
     return {{QStringLiteral("title"), table.title}, {QStringLiteral("rows"), rows}};
 }
 
-QJsonObject toJson(const Statistics& statistics, const QJsonArray& findings)
+QJsonObject toJson(const Statistics& statistics, std::optional<qint64> leftOut, const QJsonArray& findings)
 {
     QJsonArray tables;
     for (const StatisticsTable& table : statistics.GetTables())
         tables += toJson(table);
-    return {{QStringLiteral("documents"), statistics.GetDocuments()},
-            {QStringLiteral("notRead"), statistics.GetUnreadable()},
-            {QStringLiteral("findings"), findings},
-            {QStringLiteral("tables"), tables}};
+    QJsonObject json{{QStringLiteral("documents"), statistics.GetDocuments()},
+                     {QStringLiteral("notRead"), statistics.GetUnreadable()},
+                     {QStringLiteral("findings"), findings},
+                     {QStringLiteral("tables"), tables}};
+    if (leftOut)
+        json[QStringLiteral("leftOut")] = *leftOut;
+    return json;
 }
 
 Status stats(const Arguments& arguments, Session& session)
@@ -118,6 +133,7 @@ Status stats(const Arguments& arguments, Session& session)
     session.keepFindingsForJson();
     const MessageRange range = messagesOf(arguments);
     const InputList inputs = inputsOf(arguments);
+    MessageFilter filter(arguments);
     Statistics statistics;
     Status worst = Fine;
     const auto addProblem = [&](const Finding& problem) {
@@ -134,13 +150,18 @@ Status stats(const Arguments& arguments, Session& session)
             progress.next(inputName(file));
             forEachMessage(
                 file, {range, std::nullopt, &progress},
-                [&](const InputMessage& message) { statistics.Add(message.read()); }, addProblem);
+                [&](const InputMessage& message) {
+                    const Document document = message.read();
+                    if (filter.takes(*document.record))
+                        statistics.Add(document);
+                },
+                addProblem);
         }
     }
     if (session.format() == Format::Json)
-        session.writeJson(toJson(statistics, session.takeFindings()));
+        session.writeJson(toJson(statistics, filter.leftOut(), session.takeFindings()));
     else
-        writeText(statistics, session.out());
+        writeText(statistics, filter.leftOut(), session.out());
     return worst;
 }
 
@@ -152,8 +173,9 @@ Command statsCommand()
     table.name = "stats";
     table.summary = "Count what documents hold.";
     table.arguments = {inputsArgument()};
-    table.options = {messageOption()};
-    table.examples = {{"%1 stats recordings", "All documents of a folder together."}};
+    table.options = {messageOption(), whereOption()};
+    table.examples = {{"%1 stats recordings", "All documents of a folder together."},
+                      {"%1 stats recordings --where DF_Params", "Only those with DF_Params."}};
     return {table, stats};
 }
 

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+// The command `get`: the values of a member.
+
+#include "Commands.h"
+#include "InputFiles.h"
+#include "Progress.h"
+#include "SharedOptions.h"
+#include "WhereOption.h"
+#include "documents/FoundMembers.h"
+
+#include <QtCore/QJsonObject>
+
+#include <algorithm>
+#include <optional>
+
+namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
+
+namespace {
+
+void write(const FoundMember& found, const QString& name, Session& session)
+{
+    if (session.format() == Format::Json)
+        session.writeJsonLine({{QStringLiteral("file"), name},
+                               {QStringLiteral("path"), found.path.ToText()},
+                               {QStringLiteral("value"), found.ToJson()}});
+    else
+        session.out().writeLine(found.ToText());
+}
+
+Status get(const Arguments& arguments, Session& session)
+{
+    const PathPattern pattern = pathOf(arguments, "PATH");
+    MessageFilter filter(arguments);
+    const InputList inputs = inputsOf(arguments);
+    Progress progress(session, inputs.files);
+    const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
+    Status worst = Fine;
+    const auto addProblem = [&](const Finding& problem) {
+        session.complainInLine(problem);
+        worst = std::max(worst, problem.status);
+    };
+    for (const Finding& problem : inputs.problems)
+        addProblem(problem);
+    bool isFound = false;
+    for (const QString& file : inputs.files) {
+        progress.next(inputName(file));
+        forEachMessage(
+            file, options,
+            [&](const InputMessage& message) {
+                const Document document = message.read();
+                if (!filter.takes(*document.record))
+                    return;
+                FindMembers(*document.record, pattern, [&](const FoundMember& found) {
+                    write(found, message.name, session);
+                    isFound = true;
+                    return true;
+                });
+                session.out().flush();
+            },
+            addProblem);
+    }
+    return isFound ? worst : std::max(worst, Found);
+}
+
+} // namespace
+
+Command getCommand()
+{
+    CommandTable table;
+    table.name = "get";
+    table.summary = "Write the values of a member, one on each line.";
+    table.arguments = {required(takingPath(argument("PATH", "PATH", "The path of the member."))),
+                       inputsArgument()};
+    table.options = {messageOption(), whereOption()};
+    table.examples = {
+        {"%1 get MessageID request.xml", "The number of a message."},
+        {"%1 get DF_Params/Frequency week.rec --where Type=Reply", "All frequencies in the replies."},
+        {"%1 get MasterClientID recordings --format json", "With file and path, for a program."}};
+    return {table, get};
+}
+
+} // namespace routermsg
