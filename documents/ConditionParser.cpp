@@ -23,37 +23,37 @@ using PELLU300ROUTERINTERFACEXML::MemberInfo;
 
 namespace {
 
-using Part = std::unique_ptr<const ConditionNode>;
+using Clause = std::unique_ptr<const ConditionNode>;
 
 // --- nodes
 
 // "and" or "or".
-class JoinedParts : public ConditionNode
+class JoinedClauses : public ConditionNode
 {
 public:
-    JoinedParts(bool isAnd, std::vector<Part> parts) : m_isAnd(isAnd), m_parts(std::move(parts)) {}
+    JoinedClauses(bool isAnd, std::vector<Clause> clauses) : m_isAnd(isAnd), m_clauses(std::move(clauses)) {}
 
     bool Holds(const IMKObject& record) const override
     {
-        const auto holds = [&](const Part& part) { return part->Holds(record); };
-        return m_isAnd ? std::all_of(m_parts.begin(), m_parts.end(), holds)
-                       : std::any_of(m_parts.begin(), m_parts.end(), holds);
+        const auto holds = [&](const Clause& clause) { return clause->Holds(record); };
+        return m_isAnd ? std::all_of(m_clauses.begin(), m_clauses.end(), holds)
+                       : std::any_of(m_clauses.begin(), m_clauses.end(), holds);
     }
 
 private:
     bool m_isAnd;
-    std::vector<Part> m_parts;
+    std::vector<Clause> m_clauses;
 };
 
 class Negation : public ConditionNode
 {
 public:
-    explicit Negation(Part part) : m_part(std::move(part)) {}
+    explicit Negation(Clause clause) : m_clause(std::move(clause)) {}
 
-    bool Holds(const IMKObject& record) const override { return !m_part->Holds(record); }
+    bool Holds(const IMKObject& record) const override { return !m_clause->Holds(record); }
 
 private:
-    Part m_part;
+    Clause m_clause;
 };
 
 class Existence : public ConditionNode
@@ -111,9 +111,9 @@ class ConditionReader
 public:
     explicit ConditionReader(const QString& text) : m_text(text), m_tokens(TokensOf(text)) {}
 
-    Part read()
+    Clause read()
     {
-        Part part = readAlternatives();
+        Clause clause = readAlternatives();
         if (current().kind == ConditionToken::Closing)
             refuse(QStringLiteral("There is no parenthesis that this one closes."));
         if (current().kind == ConditionToken::Operator)
@@ -121,7 +121,7 @@ public:
         if (current().kind != ConditionToken::End)
             refuse(QStringLiteral("Expected \"and\", \"or\" or the end, but found %1.%2")
                        .arg(found(), DidYouMean(current().text, {andWord, orWord})));
-        return part;
+        return clause;
     }
 
 private:
@@ -132,52 +132,52 @@ private:
     }
     bool isAtKeyword() const { return isAtWord(andWord) || isAtWord(orWord) || isAtWord(notWord); }
 
-    Part readAlternatives()
+    Clause readAlternatives()
     {
         return readJoined(orWord, [this] { return readTerms(); });
     }
 
-    Part readTerms()
+    Clause readTerms()
     {
         return readJoined(andWord, [this] { return readTerm(); });
     }
 
     template <class Read>
-    Part readJoined(QLatin1String word, const Read& read)
+    Clause readJoined(QLatin1String word, const Read& read)
     {
-        std::vector<Part> parts;
-        parts.push_back(read());
+        std::vector<Clause> clauses;
+        clauses.push_back(read());
         while (isAtWord(word)) {
             ++m_position;
-            parts.push_back(read());
+            clauses.push_back(read());
         }
-        return parts.size() == 1 ? std::move(parts.front())
-                                 : std::make_unique<JoinedParts>(word == andWord, std::move(parts));
+        return clauses.size() == 1 ? std::move(clauses.front())
+                                   : std::make_unique<JoinedClauses>(word == andWord, std::move(clauses));
     }
 
-    Part readTerm()
+    Clause readTerm()
     {
         constexpr int deepest = 100;
         if (m_depth == deepest)
             refuse(QStringLiteral("The condition is nested more than %1 times.").arg(deepest));
         ++m_depth;
-        Part part = isAtWord(notWord)                           ? readNegation()
-                    : current().kind == ConditionToken::Opening ? readParentheses()
-                                                                : readMember();
+        Clause clause = isAtWord(notWord)                           ? readNegation()
+                        : current().kind == ConditionToken::Opening ? readParentheses()
+                                                                    : readMember();
         --m_depth;
-        return part;
+        return clause;
     }
 
-    Part readNegation()
+    Clause readNegation()
     {
         ++m_position;
         return std::make_unique<Negation>(readTerm());
     }
 
-    Part readParentheses()
+    Clause readParentheses()
     {
         const int begin = m_position++;
-        Part part = readAlternatives();
+        Clause clause = readAlternatives();
         if (current().kind == ConditionToken::End) {
             m_position = begin;
             refuse(QStringLiteral("This parenthesis is not closed."));
@@ -186,10 +186,10 @@ private:
             refuse(QStringLiteral("Expected \"and\", \"or\" or \")\", but found %1.%2")
                        .arg(found(), DidYouMean(current().text, {andWord, orWord})));
         ++m_position;
-        return part;
+        return clause;
     }
 
-    Part readMember()
+    Clause readMember()
     {
         if (current().kind != ConditionToken::Word || isAtKeyword())
             refuse(QStringLiteral("Expected a path, \"not\" or \"(\", but found %1.").arg(found()));
@@ -209,7 +209,7 @@ private:
         }
     }
 
-    Part readComparison(const PathPattern& pattern, const ConditionToken& path)
+    Clause readComparison(const PathPattern& pattern, const ConditionToken& path)
     {
         const auto& members = pattern.GetMembers();
         if (members.isEmpty() || members.constFirst()->GetClass())

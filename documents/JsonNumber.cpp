@@ -101,12 +101,19 @@ JsonDecimal decimalOf(const QByteArray& number)
     return {value, kept.digits == parts.digits && kept.exponent == parts.exponent};
 }
 
-QByteArray jsonOf(double value)
+const char* nameOf(double value)
 {
     if (std::isnan(value))
-        return QByteArray("\"") + nameOfNan + '"';
+        return nameOfNan;
     if (std::isinf(value))
-        return QByteArray("\"") + (value > 0 ? nameOfInfinity : nameOfNegativeInfinity) + '"';
+        return value > 0 ? nameOfInfinity : nameOfNegativeInfinity;
+    return nullptr;
+}
+
+QByteArray jsonOf(double value)
+{
+    if (const char* name = nameOf(value))
+        return QByteArray("\"") + name + '"';
     if (value == 0 && std::signbit(value))
         return "-0.0";
     return Exactly(value).toLatin1();

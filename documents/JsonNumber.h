@@ -23,6 +23,9 @@ struct JsonDecimal
 };
 JsonDecimal decimalOf(const QByteArray& number);
 
+// The string that stands for a decimal for which JSON has no number; null for the others.
+const char* nameOf(double value);
+
 // A decimal as JSON: the shortest number that gives it back with its sign, or one of the strings "NaN",
 // "Infinity" and "-Infinity", for which JSON has no numbers.
 QByteArray jsonOf(double value);

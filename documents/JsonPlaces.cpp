@@ -25,10 +25,10 @@ Step stepOf(const QString& text)
     return {text.left(bracket), text.mid(bracket + 1, text.size() - bracket - 2).toInt()};
 }
 
-class Search
+class PlaceSearch
 {
 public:
-    Search(const QByteArray& json, const QString& path)
+    PlaceSearch(const QByteArray& json, const QString& path)
         : m_text(json), m_steps(path.split(QLatin1Char('/')).mid(1))
     {}
 
@@ -103,7 +103,7 @@ private:
 
 MODELKIT::Place findInJson(const QByteArray& json, const QString& path)
 {
-    MODELKIT::Place place = Search(json, path).find(0, JsonPath());
+    MODELKIT::Place place = PlaceSearch(json, path).find(0, JsonPath());
     if (place.line == 0)
         place.path = path;
     return place;

@@ -66,8 +66,6 @@ QStringList RecordEdits::GetUnused() const
 
 // --- making changes
 
-namespace {
-
 // A member on the way from the root, and the items that the path names there.
 struct WayStep
 {
@@ -79,6 +77,8 @@ struct WayStep
 };
 
 using Way = QVector<WayStep>;
+
+namespace {
 
 // Whether the names at the end of the way are those of the path. Then the way gets the items of the path.
 bool completeWay(Way& way, const QString& root, const PathPattern& pattern)

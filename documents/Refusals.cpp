@@ -137,10 +137,10 @@ struct FoundInRecords
     QStringList wrong;
 };
 
-class Search
+class RefusalSearch
 {
 public:
-    explicit Search(FoundInRecords& found) : m_found(found) {}
+    explicit RefusalSearch(FoundInRecords& found) : m_found(found) {}
 
     // isChecked: whether the check of the whole record includes this one.
     void visit(const IMKObject& record, const QString& path, bool isChecked)
@@ -263,7 +263,7 @@ std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document&
                                         QVector<ReadingReport::Entry>& accepted, Reported reported)
 {
     FoundInRecords found;
-    Search(found).visit(*document.record, QLatin1Char('/') + document.info->GetName(), true);
+    RefusalSearch(found).visit(*document.record, QLatin1Char('/') + document.info->GetName(), true);
     std::vector<DocumentError> errors;
     const auto add = [&errors](const std::optional<DocumentError>& error) {
         if (error)

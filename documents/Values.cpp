@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Values.h"
 
+#include "documents/JsonNumber.h"
 #include "documents/Text.h"
 
 #include <QtCore/QJsonObject>
@@ -80,12 +81,17 @@ QString PlainText(const MemberInfo& member, const QVariant& value)
     return ValueText(member, value);
 }
 
+QJsonValue DecimalJson(double value)
+{
+    const char* name = nameOf(value);
+    return name ? QJsonValue(QLatin1String(name)) : QJsonValue(value);
+}
+
 QJsonValue ValueJson(const MemberInfo& member, const QVariant& value)
 {
     switch (member.GetKind()) {
     case MemberInfo::Decimal:
-        return std::isfinite(value.toDouble()) ? QJsonValue(value.toDouble())
-                                               : QJsonValue(Exactly(value.toDouble()));
+        return DecimalJson(value.toDouble());
     case MemberInfo::Text:
         return value.toString().isNull() ? QJsonValue() : QJsonValue(value.toString());
     case MemberInfo::Enumeration: {

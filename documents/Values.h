@@ -31,6 +31,9 @@ ROUTERDOCUMENTS_EXPORT QString PlainText(const PELLU300ROUTERINTERFACEXML::Membe
 ROUTERDOCUMENTS_EXPORT QJsonValue ValueJson(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                             const QVariant& value);
 
+/// A decimal for programs: a number, or the string that stands for it in JsonForm.h.
+ROUTERDOCUMENTS_EXPORT QJsonValue DecimalJson(double value);
+
 /// Whether two values of the member are exactly equal.
 ROUTERDOCUMENTS_EXPORT bool IsSameValue(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                         const QVariant& a, const QVariant& b);

@@ -47,9 +47,10 @@ QVector<Section> sections()
                  "Values with blanks, operators or parentheses stand in quotes; null is the null "
                  "text.")}},
             {QStringLiteral("Exit status"),
-             {QStringLiteral("0 when all is well; 1 when a document is not valid, documents differ, "
-                             "something was lost, or what is looked for does not exist; 2 when the command "
-                             "line is wrong or a file cannot be read or written.")}},
+             {QStringLiteral(
+                 "0 when all is well; 1 when a document is not valid, documents differ, "
+                 "something was lost, or what is looked for does not exist; 2 when the command "
+                 "line is wrong, a file cannot be read or written, or documents cannot be compared.")}},
             {QStringLiteral("Environment"),
              {QStringLiteral("NO_COLOR: if it is set and not empty, --color auto means never.")}}};
 }

@@ -233,7 +233,7 @@ TEST(DocumentCheckTest, EndsWhereNothingCanBeRead)
     EXPECT_EQ(torn.document.record, nullptr);
 
     QByteArray binary = binaryOf(xml);
-    const int lastLength = binary.size() - 5;
+    const auto lastLength = binary.size() - 5;
     binary[lastLength] = 77;
     const CheckedDocument broken = CheckDocument(binary);
     ASSERT_FALSE(broken.errors.empty());

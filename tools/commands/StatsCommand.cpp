@@ -9,6 +9,7 @@
 #include "WhereOption.h"
 #include "documents/Statistics.h"
 #include "documents/Text.h"
+#include "documents/Values.h"
 
 #include <QtCore/QJsonArray>
 
@@ -95,18 +96,13 @@ void writeText(const Statistics& statistics, std::optional<qint64> leftOut, Outp
 
 // --- JSON -----------------------------------------------------------------------------------
 
-QJsonValue numberJson(double number)
-{
-    return std::isfinite(number) ? QJsonValue(number) : QJsonValue(Exactly(number));
-}
-
 QJsonObject toJson(const StatisticsTable& table)
 {
     QJsonArray rows;
     for (const StatisticsTable::Row& row : table.rows) {
         QJsonObject json{{QStringLiteral("name"), row.name}};
         for (int column = 0; column < row.numbers.size(); ++column)
-            json[table.columns.at(column)] = numberJson(row.numbers.at(column));
+            json[table.columns.at(column)] = DecimalJson(row.numbers.at(column));
         if (!row.text.isNull())
             json[QStringLiteral("text")] = row.text;
         rows += json;
