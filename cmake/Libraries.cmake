@@ -33,6 +33,15 @@ function(add_record_library target)
     endif()
     install(TARGETS ${target} EXPORT RouterInterfaceTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
     install(FILES ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${arg_FOLDER})
+    list(TRANSFORM arg_HEADERS PREPEND "${arg_FOLDER}/")
+    set_property(GLOBAL APPEND PROPERTY installed_headers ${arg_HEADERS})
+endfunction()
+
+# write_doxyfile(): the file for Doxygen, which documents the headers that are installed.
+function(write_doxyfile)
+    get_property(headers GLOBAL PROPERTY installed_headers)
+    list(JOIN headers " " headers)
+    file(WRITE ${PROJECT_BINARY_DIR}/Doxyfile "@INCLUDE = Doxyfile\nINPUT = ${headers}\n")
 endfunction()
 
 # install_program(<target>)

@@ -70,10 +70,9 @@ configure() {
         -DROUTERINTERFACE_TOOLS=OFF "${@:3}" >"build/$1.log" || { cat "build/$1.log"; return 1; }
 }
 
-document() { doxygen Doxyfile; }
+document() { doxygen build/unity/Doxyfile; }
 
 compile_as_one() {
-    configure unity g++ -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 || return
     cmake --build build/unity >build/unity.log || { cat build/unity.log; return 1; }
 }
 
@@ -85,6 +84,7 @@ tidy() {
 
 # These take long, and some of them use one processor only.
 echo "Documentation of the public headers; each library as one source; clang-tidy"
+configure unity g++ -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0
 document &
 documenting=$!
 compile_as_one &
