@@ -102,9 +102,9 @@ private:
 
 // --- parser
 
-constexpr QLatin1String andWord("and");
-constexpr QLatin1String orWord("or");
-constexpr QLatin1String notWord("not");
+const QLatin1String andWord("and");
+const QLatin1String orWord("or");
+const QLatin1String notWord("not");
 
 class ConditionReader
 {
