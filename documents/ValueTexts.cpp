@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/ValueTexts.h"
 
+#include "documents/JsonNumber.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
 
@@ -84,6 +85,12 @@ QString WrongValue(const MemberInfo& member, const QString& text)
     return QStringLiteral("%1 is no value of %2: it must be %3.%4")
         .arg(Quoted(Abbreviated(text)), member.GetName(), PossibleValues(member),
              DidYouMean(text, member.GetNames()));
+}
+
+bool IsKeptExactly(const QString& number)
+{
+    const QByteArray digits = number.trimmed().toLatin1();
+    return decimalOf(digits.startsWith('+') ? digits.mid(1) : digits).isExact;
 }
 
 } // namespace ROUTERDOCUMENTS

@@ -29,4 +29,8 @@ ROUTERDOCUMENTS_EXPORT QStringList ListedValues(const PELLU300ROUTERINTERFACEXML
 ROUTERDOCUMENTS_EXPORT QString WrongValue(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                           const QString& text);
 
+/// Whether a `double` keeps all digits of the number: the closest one, written with as many digits, is the
+/// number again. The number may have white space around it, a sign, zeros in front and an exponent.
+ROUTERDOCUMENTS_EXPORT bool IsKeptExactly(const QString& number);
+
 } // namespace ROUTERDOCUMENTS

@@ -15,9 +15,9 @@ namespace routermsg {
 /// What reading the message accepted silently, as a warning.
 Finding acceptedSilently(const MODELKIT::ReadingReport::Entry& entry, const InputMessage& message);
 
-/// What the report says that the record, which was read from the message, does not hold. It does hold numbers
-/// that are not finite, and a fragment without payload: whether they get lost is up to the form to which they
-/// are written. What the report has dropped is counted.
+/// What the report says that the record, which was read from the message, does not hold. It does hold all
+/// digits of a `double`, numbers that are not finite, and that a member or a payload is missing: whether that
+/// gets lost is up to the form to which it is written. What the report has dropped is counted.
 QVector<Finding> lostByReading(const MODELKIT::ReadingReport& report, const InputMessage& message);
 
 /// The warning behind a list of warnings that was cut off.

@@ -63,3 +63,13 @@ TEST(ValueTexts, ArePlainWhenTheyAreWritten)
     EXPECT_EQ(PlainText(member("MessageID"), 4294967295U), "4294967295");
     EXPECT_EQ(PlainText(member("Success"), true), "true");
 }
+
+TEST(ValueTexts, NumbersAreKeptExactlyIfNoDigitIsLost)
+{
+    for (const char* number : {"0", "-0.00", "98437000.125", " +098437000.1250\n", ".5", "5.", "1e300",
+                               "1.25E-7", "0.1", "123456789.123456", "1e23"})
+        EXPECT_TRUE(IsKeptExactly(QString::fromLatin1(number))) << number;
+    for (const char* number : {"0.1234567890123456789", "9007199254740993", "-123456789012345678.25",
+                               "1e-400", "1e400", "1.00000000000000000000001"})
+        EXPECT_FALSE(IsKeptExactly(QString::fromLatin1(number))) << number;
+}
