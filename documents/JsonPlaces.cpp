@@ -48,7 +48,7 @@ public:
         for (QString key; m_text.NextKey(key);) {
             if (key == step.name)
                 return findItem(step.number, index + 1, JsonPath(path, key));
-            pass();
+            m_text.Pass();
         }
         return {};
     }
@@ -63,36 +63,9 @@ private:
         for (int i = 0; m_text.NextItem(); ++i) {
             if (i + 1 == number)
                 return find(index, JsonPath(path, i));
-            pass();
+            m_text.Pass();
         }
         return {};
-    }
-
-    void pass()
-    {
-        switch (m_text.NextType()) {
-        case JsonText::Null:
-            return m_text.TakeNull();
-        case JsonText::Boolean:
-            m_text.TakeBoolean();
-            return;
-        case JsonText::Number:
-            m_text.TakeNumber();
-            return;
-        case JsonText::String:
-            m_text.TakeString();
-            return;
-        case JsonText::Array:
-            m_text.Enter();
-            while (m_text.NextItem())
-                pass();
-            return;
-        case JsonText::Object:
-            break;
-        }
-        m_text.Enter();
-        for (QString key; m_text.NextKey(key);)
-            pass();
     }
 
     JsonText m_text;

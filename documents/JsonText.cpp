@@ -143,6 +143,33 @@ bool JsonText::goOn(char end, const char* missing)
     return true;
 }
 
+void JsonText::Pass()
+{
+    switch (NextType()) {
+    case Null:
+        return TakeNull();
+    case Boolean:
+        TakeBoolean();
+        return;
+    case Number:
+        TakeNumber();
+        return;
+    case String:
+        TakeString();
+        return;
+    case Array:
+        Enter();
+        while (NextItem())
+            Pass();
+        return;
+    case Object:
+        break;
+    }
+    Enter();
+    for (QString key; NextKey(key);)
+        Pass();
+}
+
 void JsonText::End()
 {
     passSpace();

@@ -66,6 +66,9 @@ public:
     // Whether the object has another key; its value then comes next. At its end, goes out of it.
     bool NextKey(QString& key);
 
+    // Takes the value that comes next, whatever it is.
+    void Pass();
+
     // Makes sure that nothing stands behind the value.
     void End();
 
