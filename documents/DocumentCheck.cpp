@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "documents/DocumentCheck.h"
 
+#include "documents/FirstErrors.h"
+#include "documents/JsonErrors.h"
 #include "documents/Refusals.h"
 
 #include <algorithm>
-#include <limits>
-#include <tuple>
 
 namespace ROUTERDOCUMENTS {
 
@@ -18,17 +18,6 @@ namespace {
 bool isSame(const DocumentError& error, const DocumentError& other)
 {
     return error.GetText() == other.GetText() && error.GetPlace().path == other.GetPlace().path;
-}
-
-// In the order of the document; those whose place is unknown go last.
-bool isBefore(const DocumentError& error, const DocumentError& other)
-{
-    const auto position = [](const DocumentError& of) {
-        const Place& place = of.GetPlace();
-        const bool isUnknown = place.line == 0 && place.offset < 0;
-        return std::make_tuple(isUnknown, place.line, place.column, place.offset);
-    };
-    return position(error) < position(other);
 }
 
 // Puts the error among the others, unless it is one of them.
@@ -69,6 +58,35 @@ void findAll(const QByteArray& bytes, Form form, const DocumentError& first, Che
     std::stable_sort(checked.errors.begin(), checked.errors.end(), isBefore);
 }
 
+// The document, if only the rules of the records refuse it.
+Document readWithoutRules(const QByteArray& bytes, Form form)
+{
+    const ReadingReport ignored;
+    try {
+        return ReadDocument(bytes, {form, Validation::Off});
+    } catch (const DocumentError&) {
+        return {};
+    }
+}
+
+// Finds the other errors of a JSON document of which the first one is known.
+void findAllInJson(const QByteArray& json, Form form, const DocumentError& first, int most,
+                   CheckedDocument& checked)
+{
+    constexpr int mostEver = CheckingOptions::mostErrorsOfJson;
+    FirstErrors errors(most > 0 ? std::min(most, mostEver) : mostEver);
+    const ReadingReport report;
+    findErrorsInJson(json, errors);
+    // What is found last by reading, and not when errors are listed, must not get lost.
+    if (errors.count() == 0)
+        errors.add(first);
+    checked.errors = errors.errors();
+    checked.unlistedErrors = errors.count() - static_cast<qint64>(checked.errors.size());
+    checked.accepted = report.GetEntries();
+    checked.dropped = report.GetDropped();
+    checked.document = readWithoutRules(json, form);
+}
+
 } // namespace
 
 CheckedDocument CheckDocument(const QByteArray& bytes, const CheckingOptions& options)
@@ -82,8 +100,9 @@ CheckedDocument CheckDocument(const QByteArray& bytes, const CheckingOptions& op
         checked.dropped = report.GetDropped();
         return checked;
     } catch (const DocumentError& error) {
-        const bool isJson = form == Form::Json || form == Form::JsonLines;
-        if (error.GetKind() == Failure::Refused && !isJson)
+        if (form == Form::Json || form == Form::JsonLines)
+            findAllInJson(bytes, form, error, options.maximalErrors, checked);
+        else if (error.GetKind() == Failure::Refused)
             findAll(bytes, form, error, checked);
         else
             checked.errors = {error};

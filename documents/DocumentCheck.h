@@ -22,14 +22,17 @@ struct CheckingOptions
 {
     /// The form of the bytes. Without a value, the content determines it.
     std::optional<Form> form;
-    /// How many errors to list; 0 lists all.
+    /// How many errors to list; 0 lists all, but of a JSON document not more than mostErrorsOfJson.
     int maximalErrors = 20;
+    /// The others of a JSON document are only counted, because it may hold millions.
+    static constexpr int mostErrorsOfJson = MODELKIT::ReadingReport::maximalEntries;
 };
 
 /// What CheckDocument() has found.
 struct CheckedDocument
 {
-    /// The document as it was read, valid or not. Its record is null when it cannot be read at all.
+    /// The document as it was read, valid or not. Its record is null when it cannot be read even without
+    /// validation.
     Document document;
     /// What is wrong, in the order of the document; empty for a valid one.
     std::vector<DocumentError> errors;
@@ -42,9 +45,10 @@ struct CheckedDocument
 };
 
 /// Reads a document as ReadDocument() does with validation. What a record refuses does not end the work: the
-/// document is read again without validation, to find all that is refused. Bytes that cannot be read at all,
-/// such as XML that is not well-formed or a binary form with a wrong length, end it, because what follows
-/// them has no reliable meaning.
+/// document is read again to find all that is refused. In JSON this includes all that only JSON refuses, such
+/// as unknown and repeated keys; what is wrong is passed over. Bytes that cannot be read at all, such as XML
+/// and JSON that are not well-formed or a binary form with a wrong length, end it, because what follows them
+/// has no reliable meaning.
 ///
 /// The limits in force apply. Reading reports of the caller get no entries.
 ROUTERDOCUMENTS_EXPORT CheckedDocument CheckDocument(const QByteArray& bytes,

@@ -248,16 +248,17 @@ Place takePlace(const QString& path, QVector<ReadingReport::Entry>& accepted)
     return place;
 }
 
-std::optional<DocumentError> missingRefusal(const FoundInRecords::Missing& missing, const Place& place)
-{
-    const auto record = missing.record->Create();
-    for (const MemberInfo* member : missing.record->GetMembers())
-        if (member->IsMandatory() && member != missing.member)
-            member->SetValue(*record, 0);
-    return refusalBy([&] { record->Check(); }, place);
-}
-
 } // namespace
+
+std::optional<DocumentError> missingRefusal(const RecordInfo& record, const MemberInfo& missing,
+                                            const Place& place)
+{
+    const auto without = record.Create();
+    for (const MemberInfo* member : record.GetMembers())
+        if (member->IsMandatory() && member != &missing)
+            member->SetValue(*without, 0);
+    return refusalBy([&] { without->Check(); }, place);
+}
 
 std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document& document,
                                         QVector<ReadingReport::Entry>& accepted, Reported reported)
@@ -275,7 +276,7 @@ std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document&
              unreportedValues(found.wrong, accepted, bytes, document.form))
             add(valueRefusal(entry));
     for (const FoundInRecords::Missing& missing : qAsConst(found.missing))
-        add(missingRefusal(missing, takePlace(missing.path, accepted)));
+        add(missingRefusal(*missing.record, *missing.member, takePlace(missing.path, accepted)));
     QVector<ReadingReport::Entry> others;
     for (const ReadingReport::Entry& entry : qAsConst(accepted))
         if (!add(refusalOf(entry)))

@@ -6,10 +6,12 @@
 #include "documents/DocumentError.h"
 
 #include "modelkit/ReadingReport.h"
+#include "routerinterface/RecordInfo.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QVector>
 
+#include <optional>
 #include <vector>
 
 namespace ROUTERDOCUMENTS {
@@ -25,5 +27,10 @@ enum class Reported
 // accepted: what the report says about reading the document; what is an error is removed.
 std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document& document,
                                         QVector<MODELKIT::ReadingReport::Entry>& accepted, Reported reported);
+
+// What a record says when its mandatory member is missing.
+std::optional<DocumentError> missingRefusal(const PELLU300ROUTERINTERFACEXML::RecordInfo& record,
+                                            const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
+                                            const MODELKIT::Place& place);
 
 } // namespace ROUTERDOCUMENTS

@@ -4,6 +4,7 @@
 
 #include "documents/DocumentCheck.h"
 
+#include "modelkit/Limits.h"
 #include "modelkit/XmlPlaces.h"
 
 #include <QtCore/QStringList>
@@ -98,6 +99,62 @@ void forEachDocument(const Line& first, const Test& test)
                 lines.push_back(fragments[i]);
         test(lines);
     }
+}
+
+// A fragment in JSON, and what is wrong with it; nothing if it is right.
+struct Item
+{
+    QByteArray json;
+    QStringList refusals = {};
+};
+
+const std::vector<Item> items = {
+    {"{\"DF_Params\": {\"Frequency\": 1, \"Bandwidth\": \"NaN\"}}"},
+    {"{\"MastershipState\": {\"State\": \"masterpresent\", \"MasterClientID\": null}}",
+     {QStringLiteral(
+          "\"masterpresent\" is none of NoMasterPresent, MasterPresent and RouterIsMaster. Did you "
+          "mean MasterPresent?"),
+      QStringLiteral("MastershipState: Please set MasterClientID properly.")}},
+    {"{\"PelVtConnectServer\": {\"Port\": 4294967296, \"Prot\": {\"Port\": [true, null]}, \"Port\": 1}}",
+     {QStringLiteral("4294967296 is no whole number from 0 to 4294967295."),
+      QStringLiteral("PelVtConnectServer has no member \"Prot\". Did you mean Port?"),
+      QStringLiteral("The key \"Port\" comes twice in its object.")}},
+    {"{}",
+     {QStringLiteral(
+         "PelLu300RouterMessage: Tried to append not completely defined or invalid item Fragment.")}},
+    {"[{\"DF_Params\": 1}]", {QStringLiteral("The value is an array, expected is an object.")}},
+    {"{\"AcquireMastership\": {\"Success\": 1}, \"DF_Params\": {}}",
+     {QStringLiteral("The value is a number, expected is a truth value."),
+      QStringLiteral("Fragment carries one of its members at a time; here are AcquireMastership and "
+                     "DF_Params.")}},
+};
+
+QByteArray jsonOf(const QByteArray& before, const std::vector<Item>& chosen)
+{
+    QByteArray json = "{\"PelLu300RouterInterfaceXml\": {\"PelLu300RouterMessage\": {" + before
+                      + "\"MessageID\": 1, \"Fragment\": [";
+    for (const Item& item : chosen)
+        json += (json.endsWith('[') ? "\n" : ",\n") + item.json;
+    return json + "]}}}";
+}
+
+// JSON documents with any of the items, and what is wrong with them.
+template <class Test>
+void forEachJson(const Test& test)
+{
+    for (const bool hasType : {true, false})
+        for (unsigned int chosen = 0; chosen < 1U << items.size(); ++chosen) {
+            std::vector<Item> of;
+            QStringList refusals;
+            if (!hasType)
+                refusals += noType.refusal;
+            for (std::size_t i = 0; i < items.size(); ++i)
+                if (chosen & (1U << i)) {
+                    of.push_back(items[i]);
+                    refusals += items[i].refusals;
+                }
+            test(jsonOf(hasType ? "\"Type\": \"Reply\", " : "", of), refusals);
+        }
 }
 
 QByteArray binaryOf(const QByteArray& xml, Form form = Form::Binary)
@@ -285,4 +342,93 @@ TEST(DocumentCheckTest, PlacesInXmlAreFoundTogether)
     }
     EXPECT_EQ(places.at(0).line, 4);
     EXPECT_EQ(places.at(1).line, 0);
+}
+
+TEST(DocumentCheckTest, FindsEveryErrorInJsonInTheOrderOfTheDocument)
+{
+    forEachJson([](const QByteArray& json, const QStringList& refusals) {
+        const CheckedDocument checked = CheckDocument(json);
+        EXPECT_EQ(textsOf(checked), refusals) << json.constData();
+        for (const DocumentError& error : checked.errors) {
+            EXPECT_GT(error.GetPlace().line, 0) << json.constData();
+            EXPECT_GT(error.GetPlace().column, 0) << json.constData();
+            EXPECT_TRUE(error.GetPlace().path.startsWith(QStringLiteral("$."))) << json.constData();
+        }
+    });
+}
+
+TEST(DocumentCheckTest, ListsTheErrorOfReadingJsonWithItsTextAndPlace)
+{
+    forEachJson([](const QByteArray& json, const QStringList&) {
+        const DocumentError first = firstError(json);
+        int listed = 0;
+        for (const DocumentError& error : CheckDocument(json).errors)
+            listed += error.GetText() == first.GetText() && error.GetKind() == first.GetKind()
+                              && error.GetPlace().ToString() == first.GetPlace().ToString()
+                              && error.GetPlace().path == first.GetPlace().path
+                          ? 1
+                          : 0;
+        EXPECT_EQ(listed, first.GetText().isEmpty() ? 0 : 1) << json.constData();
+    });
+}
+
+TEST(DocumentCheckTest, EndsWhereATextIsNoJson)
+{
+    const QByteArray json = jsonOf("", {items[1], items[2]});
+    for (int size = 0; size < json.size(); ++size) {
+        const CheckedDocument checked = CheckDocument(json.left(size), {Form::Json});
+        ASSERT_FALSE(checked.errors.empty()) << size;
+        EXPECT_EQ(checked.errors.back().GetKind(), Failure::NotWellFormed) << size;
+        EXPECT_EQ(checked.document.record, nullptr);
+        // That the type is missing is certain where its record ends.
+        const bool hasWholeMessage = size > json.size() - 3;
+        QStringList before = items[1].refusals + items[2].refusals;
+        if (hasWholeMessage)
+            before.prepend(noType.refusal);
+        while (before.size() >= static_cast<int>(checked.errors.size()))
+            before.removeLast();
+        EXPECT_EQ(textsOf(checked).mid(0, static_cast<int>(checked.errors.size()) - 1), before) << size;
+    }
+}
+
+TEST(DocumentCheckTest, GivesAJsonDocumentThatOnlyTheRulesRefuse)
+{
+    const CheckedDocument refused = CheckDocument(jsonOf("", {items[0], items[3]}));
+    ASSERT_EQ(refused.errors.size(), 2U);
+    EXPECT_NE(refused.document.record, nullptr);
+    EXPECT_EQ(CheckDocument(jsonOf("", {items[2]})).document.record, nullptr);
+}
+
+TEST(DocumentCheckTest, ReportsWhatIsRoundedInJsonWithErrors)
+{
+    const CheckedDocument checked = CheckDocument(
+        jsonOf("", {{"{\"DF_Params\": {\"Frequency\": 0.12345678901234567890, \"Bandwidth\": true}}"}}));
+    EXPECT_EQ(checked.errors.size(), 2U);
+    ASSERT_EQ(checked.accepted.size(), 1);
+    EXPECT_EQ(checked.accepted.constFirst().kind, ReadingReport::LostDecimals);
+}
+
+TEST(DocumentCheckTest, CountsTheErrorsOfJsonThatItDoesNotList)
+{
+    constexpr int many = CheckingOptions::mostErrorsOfJson + 5;
+    const std::vector<Item> wrong(many, items[4]);
+    const CheckedDocument usual = CheckDocument(jsonOf("", wrong));
+    EXPECT_EQ(usual.errors.size(), 20U);
+    EXPECT_EQ(usual.unlistedErrors, many + 1 - 20);
+    // It is found last and stands first.
+    EXPECT_EQ(usual.errors.front().GetText(), noType.refusal);
+    const CheckedDocument all = CheckDocument(jsonOf("", wrong), {std::nullopt, 0});
+    EXPECT_EQ(all.errors.size(), static_cast<std::size_t>(CheckingOptions::mostErrorsOfJson));
+    EXPECT_EQ(all.unlistedErrors, 6);
+}
+
+TEST(DocumentCheckTest, EndsAtALimitOfJson)
+{
+    MODELKIT::Limits limits;
+    limits.listItems = 2;
+    const MODELKIT::LimitsInScope inScope(limits);
+    const CheckedDocument checked = CheckDocument(jsonOf("", {items[4], items[0], items[0], items[4]}));
+    ASSERT_EQ(checked.errors.size(), 2U);
+    EXPECT_EQ(checked.errors.front().GetText(), items[4].refusals.constFirst());
+    EXPECT_EQ(checked.errors.back().GetKind(), Failure::TooManyItems);
 }

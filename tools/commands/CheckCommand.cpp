@@ -174,6 +174,17 @@ QString counted(qint64 count, const QString& what)
                       : QStringLiteral("%1 more %2s are not listed").arg(count).arg(what);
 }
 
+QString unlistedErrorsText(const CheckedDocument& checked, const CheckOptions& options)
+{
+    const qint64 all = static_cast<qint64>(checked.errors.size()) + checked.unlistedErrors;
+    const QString text = counted(checked.unlistedErrors, QStringLiteral("error"));
+    if (options.maximalErrors == 0 || options.maximalErrors >= CheckingOptions::mostErrorsOfJson)
+        return text + QLatin1Char('.');
+    return text
+           + (all > CheckingOptions::mostErrorsOfJson ? QStringLiteral("; --max-errors 0 lists more.")
+                                                      : QStringLiteral("; --max-errors 0 lists all."));
+}
+
 Verdict examine(const InputMessage& message, const CheckOptions& options)
 {
     const CheckedDocument checked =
@@ -187,9 +198,7 @@ Verdict examine(const InputMessage& message, const CheckOptions& options)
     if (!isValid)
         sortByPlace(verdict.findings);
     if (checked.unlistedErrors > 0)
-        verdict.findings += remark(message, Finding::Error,
-                                   counted(checked.unlistedErrors, QStringLiteral("error"))
-                                       + QStringLiteral("; --max-errors 0 lists all."));
+        verdict.findings += remark(message, Finding::Error, unlistedErrorsText(checked, options));
     if (checked.dropped > 0 && options.isStrict)
         verdict.findings += moreNotListed(checked.dropped, message.name);
     if (checked.dropped > 0 && !isValid)
