@@ -6,6 +6,8 @@
 
 #include <QtCore/QString>
 
+#include <cmath>
+
 namespace ROUTERDOCUMENTS {
 
 using PELLU300ROUTERINTERFACEXML::MemberInfo;
@@ -42,8 +44,12 @@ Part decimalPart(const MemberInfo& member, const QString& text)
     const double number = text.toDouble(&isNumber);
     if (isNumber)
         return valuePart(bothEnds(text, Printable), ValueJson(member, number));
-    Part part = valuePart(bothEnds(text, Quoted), 0);
-    part.note = QStringLiteral("It is no number and is read as 0.");
+    // The record takes what the conversion gives: an infinite value where the number is too large.
+    Part part = valuePart(bothEnds(text, Quoted), ValueJson(member, number));
+    part.note =
+        std::isinf(number)
+            ? QStringLiteral("This number is too large. The record reads it as %1.").arg(Exactly(number))
+            : QStringLiteral("This is not a number that a decimal can hold. The record reads it as 0.");
     return part;
 }
 
@@ -64,7 +70,7 @@ Part unsignedPart(qint64 number)
     const auto value = static_cast<unsigned int>(number & 0xFFFFFFFF);
     Part part = valuePart(QString::number(number), static_cast<qint64>(value));
     if (number != value)
-        part.note = QStringLiteral("It is read as %1.").arg(value);
+        part.note = QStringLiteral("The record reads it as %1.").arg(value);
     return part;
 }
 

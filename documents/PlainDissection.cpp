@@ -247,7 +247,7 @@ private:
         else if (excess < 0)
             part.wrong = QStringLiteral("The text ends %1 before its entry.").arg(bytesText(-excess));
         if (count == nullText && member.GetKind() == MemberInfo::Decimal)
-            part.note = QStringLiteral("It is no number and is read as 0.");
+            part.note = QStringLiteral("A null text is not a number. The record reads it as 0.");
         if (count == nullText && member.GetKind() == MemberInfo::Enumeration)
             part.note = QStringLiteral("It stands for no enumerator.");
         m_cutter.emitPart(part, wordSize);
