@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/DocumentCheck.h"
 
+#include "documents/BrokenXml.h"
 #include "documents/FirstErrors.h"
 #include "documents/JsonErrors.h"
 #include "documents/Refusals.h"
@@ -38,24 +39,53 @@ void keepFirst(int most, CheckedDocument& checked)
     errors.erase(errors.begin() + most, errors.end());
 }
 
+// Whether the error is about an element at the path or around it.
+bool isAboutOpenElement(const DocumentError& error, const QString& innermost)
+{
+    return (innermost + QLatin1Char('/')).startsWith(error.GetPlace().path + QLatin1Char('/'));
+}
+
+// What is refused in front of the place where XML is no longer well-formed. What the elements that are open
+// there would have held is unknown.
+std::vector<DocumentError> refusalsBefore(const DocumentError& ending, const QByteArray& xml)
+{
+    const ReadingReport report;
+    try {
+        const QByteArray part = readablePartOf(xml);
+        const Document document = ReadDocument(part, {Form::Xml, Validation::Off});
+        QVector<ReadingReport::Entry> accepted = report.GetEntries();
+        std::vector<DocumentError> errors =
+            takeRefusals(part, document, accepted, report.GetDropped() == 0 ? Reported::All : Reported::Some);
+        const auto unknown = std::remove_if(errors.begin(), errors.end(), [&](const DocumentError& error) {
+            return isAboutOpenElement(error, ending.GetPlace().path);
+        });
+        errors.erase(unknown, errors.end());
+        return errors;
+    } catch (const DocumentError&) {
+        return {};
+    }
+}
+
 // Finds the other errors of a document of which the first one is known.
 void findAll(const QByteArray& bytes, Form form, const DocumentError& first, CheckedDocument& checked)
 {
     const ReadingReport report;
+    std::vector<DocumentError> atEnd;
     try {
         checked.document = ReadDocument(bytes, {form, Validation::Off});
+        checked.accepted = report.GetEntries();
+        checked.dropped = report.GetDropped();
+        checked.errors = takeRefusals(bytes, checked.document, checked.accepted,
+                                      checked.dropped == 0 ? Reported::All : Reported::Some);
     } catch (const DocumentError& ending) {
-        checked.errors = {first};
+        if (form == Form::Xml && ending.GetKind() == Failure::NotWellFormed)
+            checked.errors = refusalsBefore(ending, bytes);
         if (!isSame(first, ending))
-            checked.errors.push_back(ending);
-        return;
+            atEnd.push_back(ending);
     }
-    checked.accepted = report.GetEntries();
-    checked.dropped = report.GetDropped();
-    checked.errors = takeRefusals(bytes, checked.document, checked.accepted,
-                                  checked.dropped == 0 ? Reported::All : Reported::Some);
     include(first, checked.errors);
     std::stable_sort(checked.errors.begin(), checked.errors.end(), isBefore);
+    checked.errors.insert(checked.errors.end(), atEnd.begin(), atEnd.end());
 }
 
 // The document, if only the rules of the records refuse it.

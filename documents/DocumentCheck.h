@@ -48,7 +48,7 @@ struct CheckedDocument
 /// document is read again to find all that is refused. In JSON this includes all that only JSON refuses, such
 /// as unknown and repeated keys; what is wrong is passed over. Bytes that cannot be read at all, such as XML
 /// and JSON that are not well-formed or a binary form with a wrong length, end it, because what follows them
-/// has no reliable meaning.
+/// has no reliable meaning. What is refused in a text in front of that place is listed before it.
 ///
 /// The limits in force apply. Reading reports of the caller get no entries.
 ROUTERDOCUMENTS_EXPORT CheckedDocument CheckDocument(const QByteArray& bytes,

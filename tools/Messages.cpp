@@ -138,18 +138,23 @@ void Messages::begin()
     }
     const QByteArray bytes = m_file.beginning();
     const Form form = m_options.form.value_or(FormOfContent(bytes));
+    const bool isBinary = form == Form::Binary || form == Form::Compressed;
     const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
     try {
         ReadDocument(bytes, {m_options.form});
     } catch (const DocumentError& error) {
-        Finding finding = Finding::of(error, m_name);
-        finding.hint = hexHint(error, m_path, 1);
-        throw Refusal(finding);
+        // A text that is cut off is a message, too: its reader may find more that is wrong.
+        if (isBinary || !(m_options.form || WhyNoForm(bytes).isEmpty())
+            || error.GetKind() == MODELKIT::Failure::InputTooLarge) {
+            Finding finding = Finding::of(error, m_name);
+            finding.hint = hexHint(error, m_path, 1);
+            throw Refusal(finding);
+        }
     }
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
-    if (form == Form::Binary || form == Form::Compressed) {
+    if (isBinary) {
         m_ahead = errors;
         return;
     }

@@ -284,9 +284,9 @@ TEST(DocumentCheckTest, EndsWhereNothingCanBeRead)
 {
     const QByteArray xml = documentOf({wrongType, fragments[0], fragments[2]});
     const CheckedDocument torn = CheckDocument(xml.left(xml.size() - 3));
-    ASSERT_EQ(torn.errors.size(), 2U);
-    EXPECT_EQ(torn.errors[0].GetText(), wrongType.refusal);
-    EXPECT_EQ(torn.errors[1].GetKind(), Failure::NotWellFormed);
+    ASSERT_EQ(torn.errors.size(), 4U);
+    EXPECT_EQ(textsOf(torn).mid(0, 3), refusalsIn({wrongType, fragments[0], fragments[2]}));
+    EXPECT_EQ(torn.errors[3].GetKind(), Failure::NotWellFormed);
     EXPECT_EQ(torn.document.record, nullptr);
 
     QByteArray binary = binaryOf(xml);
@@ -431,4 +431,39 @@ TEST(DocumentCheckTest, EndsAtALimitOfJson)
     ASSERT_EQ(checked.errors.size(), 2U);
     EXPECT_EQ(checked.errors.front().GetText(), items[4].refusals.constFirst());
     EXPECT_EQ(checked.errors.back().GetKind(), Failure::TooManyItems);
+}
+
+TEST(DocumentCheckTest, FindsEveryRefusalInFrontOfTheEndOfXml)
+{
+    forEachDocument(wrongType, [](const std::vector<Line>& lines) {
+        const QByteArray whole = documentOf(lines);
+        for (const QByteArray& end : {QByteArray("</PelLu300RouterMessage></PelLu300RouterInterfaceXml>"),
+                                      QByteArray("/PelLu300RouterInterfaceXml>")}) {
+            const CheckedDocument checked = CheckDocument(whole.left(whole.size() - end.size()));
+            ASSERT_FALSE(checked.errors.empty());
+            EXPECT_EQ(textsOf(checked).mid(0, static_cast<int>(checked.errors.size()) - 1),
+                      refusalsIn(lines));
+            EXPECT_EQ(checked.errors.back().GetKind(), Failure::NotWellFormed);
+        }
+    });
+}
+
+// The elements that are open may have held what is missing. Every beginning of a document is tried.
+TEST(DocumentCheckTest, TellsNothingAboutElementsWithoutEnd)
+{
+    const std::vector<Line> lines = {wrongType, fragments[0], fragments[2], fragments[3], fragments[4]};
+    const QByteArray xml = documentOf(lines);
+    const QStringList refusals = refusalsIn(lines);
+    for (int size = 1; size < xml.size(); ++size) {
+        // With a byte order mark, which is no character of the text.
+        const CheckedDocument checked = CheckDocument("\xEF\xBB\xBF" + xml.left(size), {Form::Xml});
+        ASSERT_FALSE(checked.errors.empty()) << size;
+        EXPECT_EQ(checked.errors.back().GetKind(), Failure::NotWellFormed) << size;
+        const QStringList before = textsOf(checked).mid(0, static_cast<int>(checked.errors.size()) - 1);
+        EXPECT_EQ(before, refusals.mid(0, before.size())) << size;
+        // The end tag of the message is there.
+        if (size > xml.size() - 10) {
+            EXPECT_EQ(before, refusals);
+        }
+    }
 }

@@ -127,16 +127,24 @@ private:
     void compareMessages(const ComparedMessages& which, const std::optional<InputMessage>& inFirst,
                          const std::optional<InputMessage>& inSecond)
     {
-        attempt([&] {
-            const Document first = inFirst ? inFirst->read() : Document();
-            const Document second = inSecond ? inSecond->read() : Document();
-            if (first.record && second.record)
-                CompareRecords(*first.record, *second.record, m_ignored,
-                               [&](const Difference& difference) { add(which, difference); });
-            else
-                add(which, first.record ? MissingRecord(*first.record, Difference::Removed)
-                                        : MissingRecord(*second.record, Difference::Added));
-        });
+        Document first;
+        Document second;
+        const bool isFirstRead = read(inFirst, first);
+        const bool isSecondRead = read(inSecond, second);
+        if (!isFirstRead || !isSecondRead)
+            return;
+        if (first.record && second.record)
+            CompareRecords(*first.record, *second.record, m_ignored,
+                           [&](const Difference& difference) { add(which, difference); });
+        else
+            add(which, first.record ? MissingRecord(*first.record, Difference::Removed)
+                                    : MissingRecord(*second.record, Difference::Added));
+    }
+
+    // False, with a complaint, if there is a message that cannot be read.
+    bool read(const std::optional<InputMessage>& message, Document& document)
+    {
+        return !message || attempt([&] { document = message->read(); });
     }
 
     void add(const ComparedMessages& which, const Difference& difference)
