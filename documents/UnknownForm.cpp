@@ -94,7 +94,7 @@ QString asText(const QByteArray& bytes)
     if (!std::all_of(bytes.begin(), bytes.end(), isTextByte))
         return QString();
     for (int cut = 0; cut < longestCharacter && cut < bytes.size(); ++cut) {
-        const QString text = QString::fromUtf8(bytes.left(bytes.size() - cut));
+        QString text = QString::fromUtf8(bytes.left(bytes.size() - cut));
         if (!text.contains(QChar::ReplacementCharacter))
             return text;
     }

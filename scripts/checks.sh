@@ -76,8 +76,16 @@ compile_as_one() {
     cmake --build build/unity >build/unity.log || { cat build/unity.log; return 1; }
 }
 
+# Several sources are compiled as one, which takes a fifth of the time. The static analyzer looks into included sources
+# only if the name of the file that includes them says so.
 tidy() {
-    configure tidy clang++ -DROUTERINTERFACE_TOOLS=ON -DCMAKE_EXPORT_COMPILE_COMMANDS=ON || return
+    local file
+    configure tidy clang++ -DROUTERINTERFACE_TOOLS=ON -DCMAKE_EXPORT_COMPILE_COMMANDS=ON \
+        -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=12 || return
+    find build/tidy -name 'unity_*_cxx.cxx' | while read -r file; do
+        cp "$file" "${file/unity_/UnifiedSource}" || return
+    done
+    sed -i 's/unity_\([0-9]*_cxx\.cxx"\)/UnifiedSource\1/' build/tidy/compile_commands.json
     run-clang-tidy -quiet -j "$(nproc)" -p build/tidy >build/tidy.log 2>&1 ||
         { grep -vE '^clang-tidy|^[0-9]+ warnings' build/tidy.log; return 1; }
 }

@@ -46,9 +46,9 @@ private:
     Value m_value;
 };
 
-using Counts = std::vector<std::pair<QString, int>>;
+using CountedNames = std::vector<std::pair<QString, int>>;
 
-void count(const QString& name, Counts& counts)
+void count(const QString& name, CountedNames& counts)
 {
     const auto found =
         std::find_if(counts.begin(), counts.end(), [&](const auto& one) { return one.first == name; });
@@ -59,7 +59,7 @@ void count(const QString& name, Counts& counts)
 }
 
 // Counts what all records carry that carry one member at a time.
-void countCarried(const IMKObject& record, Counts& counts)
+void countCarried(const IMKObject& record, CountedNames& counts)
 {
     const RecordInfo& info = RecordInfo::Of(record);
     if (info.IsChoice()) {
@@ -99,9 +99,9 @@ public:
     }
 
 private:
-    static Counts countsOf(const ListedMessage& listed)
+    static CountedNames countsOf(const ListedMessage& listed)
     {
-        Counts counts;
+        CountedNames counts;
         countCarried(*listed.document.record, counts);
         return counts;
     }
