@@ -13,6 +13,7 @@
 #include <QtCore/QFileInfo>
 
 #include <csignal>
+#include <filesystem>
 
 namespace routermsg {
 
@@ -66,14 +67,26 @@ private:
     sigset_t m_before{};
 };
 
+void makeFoldersOf(const QString& path)
+{
+    const auto folder = std::filesystem::u8path(path.toStdString()).parent_path();
+    std::error_code error;
+    if (!folder.empty())
+        std::filesystem::create_directories(folder, error);
+    if (error)
+        throw OutputRefusal(Finding::ofFile(
+            path, QStringLiteral("Its folder cannot be made: %1.").arg(qt_error_string(error.value()))));
+}
+
 } // namespace
 
 QString outputName(const QString& path) { return isStandardOutput(path) ? QStringLiteral("<stdout>") : path; }
 
-bool isSameFile(const QString& path, const QString& other)
+bool isSameFile(const QString& input, const QString& path)
 {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+    const QString file = isStandardOutput(input) ? QStringLiteral("/dev/stdin") : input;
+    const QString canonical = QFileInfo(file).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(path).canonicalFilePath();
 }
 
 Target::Target(const QString& targetPath, const std::optional<Form>& targetForm)
@@ -142,6 +155,14 @@ void MessageWriter::copy(const QByteArray& bytes)
     append(isJson && !bytes.endsWith('\n') ? bytes + '\n' : bytes);
 }
 
+void MessageWriter::copy(const RecordedMessage& message, const QByteArray& behind)
+{
+    m_summary.isMixed |= m_summary.messages > 0 && m_summary.form != message.form;
+    m_summary.form = m_target.form = message.form;
+    write(message.bytes + behind);
+    ++m_summary.messages;
+}
+
 void MessageWriter::append(const QByteArray& bytes)
 {
     // Texts begin on a line of their own.
@@ -166,6 +187,8 @@ void MessageWriter::write(const QByteArray& bytes)
 void MessageWriter::writeToFile(const QByteArray& bytes)
 {
     const Uninterrupted uninterrupted;
+    if (m_summary.messages == 0 && m_target.makesFolders)
+        makeFoldersOf(m_target.path);
     MODELKIT::Failure failure;
     if ((m_summary.messages == 0 && !m_file.Open(m_target.path, failure)) || !m_file.Write(bytes, failure))
         throw OutputRefusal(Finding::of(failure, m_target.path));
@@ -176,7 +199,7 @@ FileSummary MessageWriter::finish()
     const Uninterrupted uninterrupted;
     MODELKIT::Failure failure;
     if (m_summary.messages > 0 && !isStandardOutput(m_target.path) && !m_file.Commit(failure))
-        throw Refusal(Finding::of(failure, m_target.path));
+        throw OutputRefusal(Finding::of(failure, m_target.path));
     return m_summary;
 }
 

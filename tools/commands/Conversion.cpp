@@ -14,10 +14,27 @@ namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
-Conversion::Conversion(const Arguments& arguments, SavingReport& report, Progress& progress)
+OptionTable invalidOption() { return flag({"--invalid"}, "Convert documents even if they are not valid."); }
+
+OptionTable acceptLossOption(const QString& otherwise)
+{
+    return flag({"--accept-loss"}, QStringLiteral("Report success although something is lost by reading or "
+                                                  "writing. What is lost is still listed. ")
+                                       + otherwise);
+}
+
+std::optional<Form> formToWrite(const Arguments& arguments, const QString& path)
+{
+    const auto form = formOf(arguments, "--to");
+    return form ? form : FormOfFileName(path);
+}
+
+Conversion::Conversion(const Arguments& arguments, SavingReport& report, Progress& progress, Copies copies)
     : m_report(report),
       m_progress(progress), m_options{messagesOf(arguments), formOf(arguments, "--from"), &progress},
-      m_validation(arguments.isGiven("--invalid") ? Validation::Off : Validation::On),
+      m_copies(copies),
+      m_validation(copies == Copies::All || arguments.isGiven("--invalid") ? Validation::Off
+                                                                           : Validation::On),
       m_isLossAccepted(arguments.isGiven("--accept-loss")), m_filter(arguments)
 {}
 
@@ -26,23 +43,32 @@ void Conversion::read(const QString& path, const std::function<void(const Conver
     m_paths += path;
     m_inputs += {inputName(path), Form::Xml, 0, std::nullopt, 0};
     FileSummary& input = m_inputs.last();
+    if (m_filter.isGiven())
+        input.leftOut = 0;
     m_progress.next(input.name);
-    const Status worst = forEachMessage(
+    forEachMessage(
         path, m_options, [&](const InputMessage& message) { take(message, write, input); },
-        [this](const Finding& finding) { m_report.add(finding); });
-    input.leftOut = m_filter.leftOut();
-    m_worst = std::max(m_worst, worst);
+        [this](const Finding& finding) { addProblem(finding); });
+}
+
+void Conversion::addProblem(const Finding& finding)
+{
+    m_report.add(finding);
+    m_worst = std::max(m_worst, finding.status);
 }
 
 void Conversion::take(const InputMessage& message, const std::function<void(const ConvertedMessage&)>& write,
                       FileSummary& input)
 {
     // A message that does not fit need not be valid.
-    if (m_filter.isGiven() && !m_filter.takes(*message.read().record))
+    if (m_filter.isGiven() && !m_filter.takes(*message.read().record)) {
+        ++*input.leftOut;
         return;
+    }
     const MODELKIT::ReadingReport accepted;
     const Document document = message.read(m_validation);
-    const QVector<Finding> losses = lostByReading(accepted, message);
+    const QVector<Finding> losses =
+        m_copies == Copies::All ? QVector<Finding>() : lostByReading(accepted, message);
     for (const Finding& loss : losses)
         m_report.add(loss);
     m_isLossy |= !losses.isEmpty();
@@ -65,8 +91,8 @@ void Conversion::reportNothing()
         return;
     Finding finding = Finding::ofFile(m_inputs.size() == 1 ? m_inputs.constFirst().name : QString(),
                                       QStringLiteral("No message fits --where, so nothing is written."));
-    finding.status = m_worst = Found;
-    m_report.add(finding);
+    finding.status = Found;
+    addProblem(finding);
 }
 
 std::optional<FileSummary> Conversion::finish(MessageWriter& writer, const Target& target)
@@ -80,6 +106,12 @@ std::optional<FileSummary> Conversion::finish(MessageWriter& writer, const Targe
     FileSummary output = writer.finish();
     output.isComplete = isComplete();
     return output;
+}
+
+FileSummary Conversion::finish(MessageWriter& writer)
+{
+    m_isLossy |= !writer.isComplete();
+    return writer.finish();
 }
 
 // What the file to write holds now is never replaced by a part of it. Empty when the file is written.

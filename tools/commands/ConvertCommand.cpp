@@ -52,10 +52,9 @@ Command convertCommand()
         whereOption(),
         formOption("--from", "The form of IN. Without it, the content tells the form."),
         formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml."),
-        flag({"--invalid"}, "Convert the document even if it is not valid."),
-        flag({"--accept-loss"},
-             "Report success although something is lost by reading or writing. What is lost is still listed. "
-             "Without the option OUT is written as well, unless it is IN, but the exit status is 1.")};
+        invalidOption(),
+        acceptLossOption(
+            "Without the option OUT is written as well, unless it is IN, but the exit status is 1.")};
     table.examples = {
         {"%1 convert request.xml request.bin", "From XML to the binary form."},
         {"%1 convert --accept-loss scan.json scan.xml", "To XML, even if numbers lose decimals."},
