@@ -40,7 +40,7 @@ int OutputPattern::takeNumber(int at)
     m_hasNumber = true;
     if (!found.captured(1).isEmpty())
         m_digits = found.captured(1).toInt();
-    return found.capturedEnd();
+    return static_cast<int>(found.capturedEnd());
 }
 
 void OutputPattern::refuse(const QString& reason) const

@@ -41,7 +41,7 @@ Conversion::Conversion(const Arguments& arguments, SavingReport& report, Progres
 void Conversion::read(const QString& path, const std::function<void(const ConvertedMessage&)>& write)
 {
     m_paths += path;
-    m_inputs += {inputName(path), Form::Xml, 0, std::nullopt, 0};
+    m_inputs += FileSummary{inputName(path), Form::Xml, 0, std::nullopt, 0};
     FileSummary& input = m_inputs.last();
     if (m_filter.isGiven())
         input.leftOut = 0;

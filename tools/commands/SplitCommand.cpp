@@ -76,7 +76,8 @@ private:
         m_written.size += file.size;
         ++m_files;
         if (m_session.format() == Format::Json)
-            m_list += {recorded.number, file.size, file.form, message.isComplete && writer.isComplete()};
+            m_list +=
+                WrittenFile{recorded.number, file.size, file.form, message.isComplete && writer.isComplete()};
     }
 
     // Nothing of the recording may get lost by writing to the same file twice, or to the recording.
@@ -88,8 +89,8 @@ private:
         };
         if (isSameFile(m_path, path))
             refuse(QStringLiteral("it is the input"));
-        const int number = m_pattern.beforeNumber().size();
-        for (int end = number; end >= 0 && end < path.size();) {
+        const auto number = m_pattern.beforeNumber().size();
+        for (auto end = number; end >= 0 && end < path.size();) {
             end = path.indexOf(QLatin1Char('/'), end + 1);
             if (QFileInfo(path.left(end)).isSymLink())
                 refuse(QStringLiteral("a link could lead to the file of another message"));
