@@ -36,6 +36,20 @@ Form formFor(const QString& path)
 
 bool isText(Form form) { return form != Form::Binary && form != Form::Compressed; }
 
+// A copied message may have any encoding.
+QString textForTerminal(const QByteArray& bytes)
+{
+    const QByteArray mark = QByteArrayLiteral("\xef\xbb\xbf");
+    const QByteArray narrow = bytes.startsWith(mark) ? bytes.mid(mark.size()) : bytes;
+    const QString text = QString::fromUtf8(narrow);
+    if (narrow.contains('\0') || text.toUtf8() != narrow)
+        throw OutputRefusal(Finding::ofFile(
+            outputName(QStringLiteral("-")),
+            QStringLiteral("The message is not in UTF-8 and is not written to a terminal. Choose a form with "
+                           "--to, name a file or redirect the output.")));
+    return text;
+}
+
 void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
 {
     if (!isText(form))
@@ -43,7 +57,7 @@ void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
             outputName(QStringLiteral("-")),
             QStringLiteral("The %1 form is not written to a terminal. Name a file or redirect the output.")
                 .arg(NameOf(form))));
-    const QString text = QString::fromUtf8(bytes);
+    const QString text = textForTerminal(bytes);
     out.write(form == Form::Xml ? ShowableXml(text) : ShowableJson(text));
 }
 
