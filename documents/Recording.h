@@ -116,4 +116,8 @@ ROUTERDOCUMENTS_EXPORT QByteArray WriteMessage(MODELKIT::IMKObject& record, Form
 /// Failure::InputOutput when the device does not take everything.
 ROUTERDOCUMENTS_EXPORT void AppendMessage(QIODevice& device, MODELKIT::IMKObject& record, Form form);
 
+/// What to write behind a copy of the message, so that any message may follow: a line break in the encoding
+/// of a text, unless it ends its line. Between messages that can be read, this keeps the bytes of each.
+ROUTERDOCUMENTS_EXPORT QByteArray LineBreakBehind(const RecordedMessage& message);
+
 } // namespace ROUTERDOCUMENTS

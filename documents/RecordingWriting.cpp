@@ -1,18 +1,35 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Document.h"
+#include "documents/MessageBeginning.h"
 #include "documents/Recording.h"
 
 #include "modelkit/Devices.h"
 
 #include <QtCore/QIODevice>
 
+#include <limits>
+
 namespace ROUTERDOCUMENTS {
+
+namespace {
+
+bool isWrittenAsText(Form form) { return form != Form::Binary && form != Form::Compressed; }
+
+// The units of the text of a message.
+TextUnits unitsOf(const QByteArray& bytes)
+{
+    BeginningRules rules;
+    rules.limit = std::numeric_limits<qint64>::max();
+    rules.isAll = true;
+    return recogniseBeginning(bytes.constData(), bytes.size(), rules).units;
+}
+
+} // namespace
 
 QByteArray WriteMessage(MODELKIT::IMKObject& record, Form form)
 {
     QByteArray bytes = WriteDocument(record, form);
-    const bool isText = form != Form::Binary && form != Form::Compressed;
-    if (isText && !bytes.endsWith('\n'))
+    if (isWrittenAsText(form) && !bytes.endsWith('\n'))
         bytes += '\n';
     return bytes;
 }
@@ -23,6 +40,16 @@ void AppendMessage(QIODevice& device, MODELKIT::IMKObject& record, Form form)
     QString reason;
     if (!MODELKIT::writeAll(device, bytes, reason) || !MODELKIT::flush(device, reason))
         throw DocumentError(MODELKIT::cannotWrite(QStringLiteral("message"), reason));
+}
+
+QByteArray LineBreakBehind(const RecordedMessage& message)
+{
+    if (!isWrittenAsText(message.form))
+        return {};
+    const TextUnits units = unitsOf(message.bytes);
+    QByteArray lineBreak(units.size, '\0');
+    lineBreak[units.isBigEndian ? units.size - 1 : 0] = '\n';
+    return message.bytes.endsWith(lineBreak) ? QByteArray() : lineBreak;
 }
 
 } // namespace ROUTERDOCUMENTS

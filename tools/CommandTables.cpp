@@ -97,6 +97,9 @@ QString usage(const CommandTable& command)
     QString line = lineBegin(command);
     if (!command.options.isEmpty())
         line += QStringLiteral(" [OPTION]...");
+    for (const OptionTable& option : command.options)
+        if (option.isRequired)
+            line += QLatin1Char(' ') + option.names.constFirst() + QLatin1Char(' ') + option.value;
     for (const OptionTable& argument : command.arguments)
         line += QLatin1Char(' ') + argumentLabel(argument);
     return line;

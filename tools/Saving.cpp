@@ -13,6 +13,7 @@
 #include <QtCore/QFileInfo>
 
 #include <csignal>
+#include <filesystem>
 
 namespace routermsg {
 
@@ -35,6 +36,20 @@ Form formFor(const QString& path)
 
 bool isText(Form form) { return form != Form::Binary && form != Form::Compressed; }
 
+// A copied message may have any encoding.
+QString textForTerminal(const QByteArray& bytes)
+{
+    const QByteArray mark = QByteArrayLiteral("\xef\xbb\xbf");
+    const QByteArray narrow = bytes.startsWith(mark) ? bytes.mid(mark.size()) : bytes;
+    const QString text = QString::fromUtf8(narrow);
+    if (narrow.contains('\0') || text.toUtf8() != narrow)
+        throw OutputRefusal(Finding::ofFile(
+            outputName(QStringLiteral("-")),
+            QStringLiteral("The message is not in UTF-8 and is not written to a terminal. Choose a form with "
+                           "--to, name a file or redirect the output.")));
+    return text;
+}
+
 void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
 {
     if (!isText(form))
@@ -42,7 +57,7 @@ void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
             outputName(QStringLiteral("-")),
             QStringLiteral("The %1 form is not written to a terminal. Name a file or redirect the output.")
                 .arg(NameOf(form))));
-    const QString text = QString::fromUtf8(bytes);
+    const QString text = textForTerminal(bytes);
     out.write(form == Form::Xml ? ShowableXml(text) : ShowableJson(text));
 }
 
@@ -66,14 +81,26 @@ private:
     sigset_t m_before{};
 };
 
+void makeFoldersOf(const QString& path)
+{
+    const auto folder = std::filesystem::u8path(path.toStdString()).parent_path();
+    std::error_code error;
+    if (!folder.empty())
+        std::filesystem::create_directories(folder, error);
+    if (error)
+        throw OutputRefusal(Finding::ofFile(
+            path, QStringLiteral("Its folder cannot be made: %1.").arg(qt_error_string(error.value()))));
+}
+
 } // namespace
 
 QString outputName(const QString& path) { return isStandardOutput(path) ? QStringLiteral("<stdout>") : path; }
 
-bool isSameFile(const QString& path, const QString& other)
+bool isSameFile(const QString& input, const QString& path)
 {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+    const QString file = isStandardOutput(input) ? QStringLiteral("/dev/stdin") : input;
+    const QString canonical = QFileInfo(file).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(path).canonicalFilePath();
 }
 
 Target::Target(const QString& targetPath, const std::optional<Form>& targetForm)
@@ -142,6 +169,14 @@ void MessageWriter::copy(const QByteArray& bytes)
     append(isJson && !bytes.endsWith('\n') ? bytes + '\n' : bytes);
 }
 
+void MessageWriter::copy(const RecordedMessage& message, const QByteArray& behind)
+{
+    m_summary.isMixed |= m_summary.messages > 0 && m_summary.form != message.form;
+    m_summary.form = m_target.form = message.form;
+    write(message.bytes + behind);
+    ++m_summary.messages;
+}
+
 void MessageWriter::append(const QByteArray& bytes)
 {
     // Texts begin on a line of their own.
@@ -166,6 +201,8 @@ void MessageWriter::write(const QByteArray& bytes)
 void MessageWriter::writeToFile(const QByteArray& bytes)
 {
     const Uninterrupted uninterrupted;
+    if (m_summary.messages == 0 && m_target.makesFolders)
+        makeFoldersOf(m_target.path);
     MODELKIT::Failure failure;
     if ((m_summary.messages == 0 && !m_file.Open(m_target.path, failure)) || !m_file.Write(bytes, failure))
         throw OutputRefusal(Finding::of(failure, m_target.path));
@@ -176,7 +213,7 @@ FileSummary MessageWriter::finish()
     const Uninterrupted uninterrupted;
     MODELKIT::Failure failure;
     if (m_summary.messages > 0 && !isStandardOutput(m_target.path) && !m_file.Commit(failure))
-        throw Refusal(Finding::of(failure, m_target.path));
+        throw OutputRefusal(Finding::of(failure, m_target.path));
     return m_summary;
 }
 

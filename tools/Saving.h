@@ -6,6 +6,7 @@
 #include "SavingReport.h"
 #include "Session.h"
 #include "documents/Forms.h"
+#include "documents/Recording.h"
 
 #include "modelkit/IMKObject.h"
 #include "modelkit/ReplaceFile.h"
@@ -21,14 +22,16 @@ namespace routermsg {
 /// The name of a file in messages: "<stdout>" for "-", otherwise as given.
 QString outputName(const QString& path);
 
-/// Whether both paths lead to the same file, which exists.
-bool isSameFile(const QString& path, const QString& other);
+/// Whether the input, which is standard input for "-", and the path lead to the same file, which exists.
+bool isSameFile(const QString& input, const QString& path);
 
 /// Where a document is written to, and in which form.
 struct Target
 {
     QString path;
     ROUTERDOCUMENTS::Form form = ROUTERDOCUMENTS::Form::Xml;
+    /// Whether the folders of the file are made when it is written.
+    bool makesFolders = false;
 
     /// Without \a targetForm the ending of the path tells the form; "-" means XML.
     /// \throws UsageError when the ending does not tell it.
@@ -79,6 +82,9 @@ public:
     /// Appends the bytes of a message that has the form already.
     /// \throws Refusal when they cannot be written.
     void copy(const QByteArray& bytes);
+    /// Appends a message of any form as it stands, and the bytes behind it.
+    /// \throws Refusal when they cannot be written.
+    void copy(const ROUTERDOCUMENTS::RecordedMessage& message, const QByteArray& behind);
     /// Whether the form carries everything in the messages so far.
     bool isComplete() const { return *m_summary.isComplete; }
     /// Replaces the file, unless no message was added.

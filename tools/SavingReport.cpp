@@ -19,6 +19,11 @@ void SavingReport::add(const Finding& finding)
 
 void SavingReport::addFile(const QString& key, const QJsonObject& file) { m_files[key] = file; }
 
+void SavingReport::addList(const QString& key, const std::function<void(LargeJson&)>& addItems)
+{
+    m_lists[key] = addItems;
+}
+
 Status SavingReport::run(const std::function<Status()>& work)
 {
     const Status status = attempt(work);
@@ -56,6 +61,11 @@ void SavingReport::end()
 {
     if (m_session.format() == Format::Json) {
         json().EndList();
+        for (auto list = m_lists.constBegin(); list != m_lists.constEnd(); ++list) {
+            json().BeginList(list.key());
+            list.value()(json());
+            json().EndList();
+        }
         for (auto file = m_files.constBegin(); file != m_files.constEnd(); ++file)
             json().Add(file.key(), file.value());
         json().End();

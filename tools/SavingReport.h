@@ -8,6 +8,7 @@
 #include "documents/LargeJson.h"
 
 #include <QtCore/QJsonObject>
+#include <QtCore/QMap>
 #include <QtCore/QString>
 
 #include <functional>
@@ -31,6 +32,8 @@ public:
     void add(const Finding& finding);
     /// A file for the JSON.
     void addFile(const QString& key, const QJsonObject& file);
+    /// A list for the JSON. Its items are added in the end.
+    void addList(const QString& key, const std::function<void(ROUTERDOCUMENTS::LargeJson&)>& addItems);
     /// What the text says about all files.
     void setText(const QString& text) { m_text = text; }
 
@@ -49,6 +52,7 @@ private:
     Session& m_session;
     std::optional<ROUTERDOCUMENTS::LargeJson> m_json;
     QJsonObject m_files;
+    QMap<QString, std::function<void(ROUTERDOCUMENTS::LargeJson&)>> m_lists;
     QString m_text;
 };
 

@@ -55,14 +55,15 @@ table() {
     done < <(help_of '' Commands)
 }
 
-# check_option COMMAND USAGE NAME... [VALUE]: complains unless the option is in the usage or one of all commands.
+# check_option COMMAND USAGE NAME... [VALUE]: complains unless the option is in the usage, in brackets unless it is
+# required, or one of all commands.
 check_option() {
     local command=$1 usage=$2 name value=
     shift 2
     [[ ${*: -1} = -* ]] || value=" ${*: -1}"
     for name in "$@"; do
         case $(section 'Options of all commands')$usage in
-            *"\`$name"* | *"[$name$value]"*) return ;;
+            *"\`$name"* | *"[$name$value]"* | *"] $name$value "*) return ;;
         esac
     done
     complain "The usage of $command lacks the option $*."

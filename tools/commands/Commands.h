@@ -29,6 +29,8 @@ struct Command
     ROW(diff)         \
     ROW(new)          \
     ROW(set)          \
+    ROW(split)        \
+    ROW(join)         \
     ROW(stats)        \
     ROW(man)          \
     ROW(completion)
