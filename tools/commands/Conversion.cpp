@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "Conversion.h"
+
+#include "Acceptance.h"
+#include "InputFile.h"
+#include "Progress.h"
+#include "SharedOptions.h"
+
+#include "modelkit/ReadingReport.h"
+
+#include <algorithm>
+
+namespace routermsg {
+
+using namespace ROUTERDOCUMENTS;
+
+Conversion::Conversion(const Arguments& arguments, SavingReport& report, Progress& progress)
+    : m_report(report),
+      m_progress(progress), m_options{messagesOf(arguments), formOf(arguments, "--from"), &progress},
+      m_validation(arguments.isGiven("--invalid") ? Validation::Off : Validation::On),
+      m_isLossAccepted(arguments.isGiven("--accept-loss")), m_filter(arguments)
+{}
+
+void Conversion::read(const QString& path, const std::function<void(const ConvertedMessage&)>& write)
+{
+    m_paths += path;
+    m_inputs += {inputName(path), Form::Xml, 0, std::nullopt, 0};
+    FileSummary& input = m_inputs.last();
+    m_progress.next(input.name);
+    const Status worst = forEachMessage(
+        path, m_options, [&](const InputMessage& message) { take(message, write, input); },
+        [this](const Finding& finding) { m_report.add(finding); });
+    input.leftOut = m_filter.leftOut();
+    m_worst = std::max(m_worst, worst);
+}
+
+void Conversion::take(const InputMessage& message, const std::function<void(const ConvertedMessage&)>& write,
+                      FileSummary& input)
+{
+    // A message that does not fit need not be valid.
+    if (m_filter.isGiven() && !m_filter.takes(*message.read().record))
+        return;
+    const MODELKIT::ReadingReport accepted;
+    const Document document = message.read(m_validation);
+    const QVector<Finding> losses = lostByReading(accepted, message);
+    for (const Finding& loss : losses)
+        m_report.add(loss);
+    m_isLossy |= !losses.isEmpty();
+    write({message, document, losses.isEmpty()});
+    input.isMixed |= input.messages > 0 && input.form != document.form;
+    input.form = document.form;
+    ++input.messages;
+    input.size += document.size;
+}
+
+bool Conversion::hasMessages() const
+{
+    return std::any_of(m_inputs.begin(), m_inputs.end(),
+                       [](const FileSummary& input) { return input.messages > 0; });
+}
+
+void Conversion::reportNothing()
+{
+    if (m_worst != Fine)
+        return;
+    Finding finding = Finding::ofFile(m_inputs.size() == 1 ? m_inputs.constFirst().name : QString(),
+                                      QStringLiteral("No message fits --where, so nothing is written."));
+    finding.status = m_worst = Found;
+    m_report.add(finding);
+}
+
+std::optional<FileSummary> Conversion::finish(MessageWriter& writer, const Target& target)
+{
+    m_isLossy |= !writer.isComplete();
+    const QString reason = reasonNotToWrite(target);
+    if (!reason.isEmpty()) {
+        m_report.add(Finding::ofFile(target.path, reason));
+        return std::nullopt;
+    }
+    FileSummary output = writer.finish();
+    output.isComplete = isComplete();
+    return output;
+}
+
+// What the file to write holds now is never replaced by a part of it. Empty when the file is written.
+QString Conversion::reasonNotToWrite(const Target& target) const
+{
+    if (target.path == QLatin1String("-"))
+        return {};
+    const bool isSame = std::any_of(m_paths.begin(), m_paths.end(),
+                                    [&](const QString& path) { return isSameFile(path, target.path); });
+    if (m_worst == Failed || (m_worst == Found && isSame))
+        return QStringLiteral("The file is not written, because messages of the input are missing.");
+    if (m_isLossy && !m_isLossAccepted && isSame)
+        return QStringLiteral("The file is not written, because it is the input, and what is lost would be "
+                              "lost for good. Write another file, or use --accept-loss.");
+    return {};
+}
+
+Status Conversion::status() const
+{
+    return m_isLossy && !m_isLossAccepted ? std::max(m_worst, Found) : m_worst;
+}
+
+} // namespace routermsg
