@@ -13,6 +13,8 @@
 #include <QtCore/QFileInfo>
 
 #include <csignal>
+#include <filesystem>
+#include <unistd.h>
 
 namespace routermsg {
 
@@ -35,15 +37,16 @@ Form formFor(const QString& path)
 
 bool isText(Form form) { return form != Form::Binary && form != Form::Compressed; }
 
-void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
+// What a terminal shows of the bytes, with control characters as escapes of the form.
+QByteArray forTerminal(const QByteArray& bytes, const Target& target)
 {
-    if (!isText(form))
+    if (!isText(target.form))
         throw OutputRefusal(Finding::ofFile(
-            outputName(QStringLiteral("-")),
+            outputName(target.path),
             QStringLiteral("The %1 form is not written to a terminal. Name a file or redirect the output.")
-                .arg(NameOf(form))));
+                .arg(NameOf(target.form))));
     const QString text = QString::fromUtf8(bytes);
-    out.write(form == Form::Xml ? ShowableXml(text) : ShowableJson(text));
+    return (target.form == Form::Xml ? ShowableXml(text) : ShowableJson(text)).toUtf8();
 }
 
 // Holds back the signals that end the program, so that they do not interrupt the writing of a file.
@@ -66,6 +69,17 @@ private:
     sigset_t m_before{};
 };
 
+void makeFoldersOf(const QString& path)
+{
+    const auto folder = std::filesystem::u8path(path.toStdString()).parent_path();
+    std::error_code error;
+    if (!folder.empty())
+        std::filesystem::create_directories(folder, error);
+    if (error)
+        throw OutputRefusal(Finding::ofFile(
+            path, QStringLiteral("Its folder cannot be made: %1.").arg(qt_error_string(error.value()))));
+}
+
 } // namespace
 
 QString outputName(const QString& path) { return isStandardOutput(path) ? QStringLiteral("<stdout>") : path; }
@@ -77,7 +91,9 @@ bool isSameFile(const QString& path, const QString& other)
 }
 
 Target::Target(const QString& targetPath, const std::optional<Form>& targetForm)
-    : path(targetPath), form(targetForm ? *targetForm : formFor(targetPath))
+    : path(descriptorNamedBy(targetPath) == STDOUT_FILENO ? QStringLiteral("-") : targetPath),
+      form(targetForm ? *targetForm : formFor(path)),
+      isFile(!isStandardOutput(path) && !DirectOutput::isAt(path))
 {}
 
 QString FileSummary::formName() const { return isMixed ? QStringLiteral("mixed") : NameOf(form); }
@@ -114,7 +130,7 @@ QByteArray encode(MODELKIT::IMKObject& record, Form form, const QString& name)
     }
 }
 
-MessageWriter::MessageWriter(const Target& target, Session& session, SavingReport& report)
+MessageWriter::MessageWriter(const Target& target, Session& session, SavingNotes& report)
     : m_target(target), m_session(session), m_report(report)
 {
     m_summary.name = outputName(target.path);
@@ -153,19 +169,29 @@ void MessageWriter::append(const QByteArray& bytes)
 void MessageWriter::write(const QByteArray& bytes)
 {
     Output& out = m_session.out();
-    if (!isStandardOutput(m_target.path))
+    if (m_target.isFile) {
         writeToFile(bytes);
-    else if (out.isTerminal())
-        writeToTerminal(bytes, m_target.form, out);
-    else
-        out.writeBytes(bytes);
-    out.flush();
+    } else if (isStandardOutput(m_target.path)) {
+        out.writeBytes(out.isTerminal() ? forTerminal(bytes, m_target) : bytes);
+        out.flush();
+    } else {
+        writeDirectly(bytes);
+    }
     m_summary.size += bytes.size();
+}
+
+void MessageWriter::writeDirectly(const QByteArray& bytes)
+{
+    if (!m_direct)
+        m_direct.emplace(m_target.path);
+    m_direct->write(m_direct->isTerminal() ? forTerminal(bytes, m_target) : bytes);
 }
 
 void MessageWriter::writeToFile(const QByteArray& bytes)
 {
     const Uninterrupted uninterrupted;
+    if (m_summary.messages == 0 && m_target.makesFolders)
+        makeFoldersOf(m_target.path);
     MODELKIT::Failure failure;
     if ((m_summary.messages == 0 && !m_file.Open(m_target.path, failure)) || !m_file.Write(bytes, failure))
         throw OutputRefusal(Finding::of(failure, m_target.path));
@@ -173,9 +199,11 @@ void MessageWriter::writeToFile(const QByteArray& bytes)
 
 FileSummary MessageWriter::finish()
 {
+    if (m_direct)
+        m_direct->close();
     const Uninterrupted uninterrupted;
     MODELKIT::Failure failure;
-    if (m_summary.messages > 0 && !isStandardOutput(m_target.path) && !m_file.Commit(failure))
+    if (m_summary.messages > 0 && m_target.isFile && !m_file.Commit(failure))
         throw Refusal(Finding::of(failure, m_target.path));
     return m_summary;
 }

@@ -85,7 +85,7 @@ std::optional<FileSummary> Conversion::finish(MessageWriter& writer, const Targe
 // What the file to write holds now is never replaced by a part of it. Empty when the file is written.
 QString Conversion::reasonNotToWrite(const Target& target) const
 {
-    if (target.path == QLatin1String("-"))
+    if (!target.isFile)
         return {};
     const bool isSame = std::any_of(m_paths.begin(), m_paths.end(),
                                     [&](const QString& path) { return isSameFile(path, target.path); });
