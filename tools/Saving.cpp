@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Saving.h"
 
+#include "Uninterrupted.h"
 #include "UsageError.h"
 #include "WritingLosses.h"
 #include "documents/Document.h"
@@ -12,7 +13,6 @@
 
 #include <QtCore/QFileInfo>
 
-#include <csignal>
 #include <filesystem>
 #include <unistd.h>
 
@@ -48,26 +48,6 @@ QByteArray forTerminal(const QByteArray& bytes, const Target& target)
     const QString text = QString::fromUtf8(bytes);
     return (target.form == Form::Xml ? ShowableXml(text) : ShowableJson(text)).toUtf8();
 }
-
-// Holds back the signals that end the program, so that they do not interrupt the writing of a file.
-class Uninterrupted
-{
-public:
-    Uninterrupted()
-    {
-        sigset_t ending;
-        sigemptyset(&ending);
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
-            sigaddset(&ending, signal);
-        pthread_sigmask(SIG_BLOCK, &ending, &m_before);
-    }
-    Uninterrupted(const Uninterrupted&) = delete;
-    Uninterrupted& operator=(const Uninterrupted&) = delete;
-    ~Uninterrupted() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-
-private:
-    sigset_t m_before{};
-};
 
 void makeFoldersOf(const QString& path)
 {
@@ -130,7 +110,7 @@ QByteArray encode(MODELKIT::IMKObject& record, Form form, const QString& name)
     }
 }
 
-MessageWriter::MessageWriter(const Target& target, Session& session, SavingNotes& report)
+MessageWriter::MessageWriter(const Target& target, Session& session, FindingReceiver& report)
     : m_target(target), m_session(session), m_report(report)
 {
     m_summary.name = outputName(target.path);

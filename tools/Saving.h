@@ -78,7 +78,7 @@ class MessageWriter
 {
 public:
     /// \param session is used for standard output only
-    MessageWriter(const Target& target, Session& session, SavingNotes& report);
+    MessageWriter(const Target& target, Session& session, FindingReceiver& report);
 
     /// Appends a message. Reports what the form does not carry.
     /// \throws Refusal when the record does not pass its validation, the form cannot carry a text, or for
@@ -101,7 +101,7 @@ private:
 
     Target m_target;
     Session& m_session;
-    SavingNotes& m_report;
+    FindingReceiver& m_report;
     FileSummary m_summary;
     MODELKIT::FileReplacement m_file;
     std::optional<DirectOutput> m_direct;

@@ -15,24 +15,12 @@
 
 namespace routermsg {
 
-/// Takes what a command that saves a document has to tell.
-class SavingNotes
-{
-public:
-    virtual ~SavingNotes() = default;
-    virtual void add(const Finding& finding) = 0;
-    /// A file for the JSON.
-    virtual void addFile(const QString& key, const QJsonObject& file) = 0;
-    /// What the text says about all files.
-    virtual void setText(const QString& text) = 0;
-};
-
 /// Tells findings as soon as they are known, and about the files in the end.
 ///
 /// As text, findings go to standard error and the files to standard output, unless the document goes there.
 /// As JSON, all is one object for every outcome. It goes to standard output, or if the document goes there,
 /// to standard error. It begins when there is something to tell.
-class SavingReport : public SavingNotes
+class SavingReport : public FindingReceiver
 {
 public:
     /// \param path the file that is written; "-" is standard output
@@ -41,8 +29,8 @@ public:
     SavingReport& operator=(const SavingReport&) = delete;
 
     void add(const Finding& finding) override;
-    void addFile(const QString& key, const QJsonObject& file) override;
-    void setText(const QString& text) override { m_text = text; }
+    void addFile(const QString& key, const QJsonObject& file);
+    void setText(const QString& text) { m_text = text; }
 
     /// Does the work and ends the report. A Refusal becomes a finding, and so does standard output that
     /// cannot take the document. Other exceptions are passed on. \returns what \a work returns, or the status

@@ -14,7 +14,7 @@ namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
-Conversion::Conversion(const Arguments& arguments, SavingReport& report, Progress& progress)
+Conversion::Conversion(const Arguments& arguments, FindingReceiver& report, Progress& progress)
     : m_report(report),
       m_progress(progress), m_options{messagesOf(arguments), formOf(arguments, "--from"), &progress},
       m_validation(arguments.isGiven("--invalid") ? Validation::Off : Validation::On),

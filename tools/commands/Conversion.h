@@ -6,7 +6,6 @@
 #include "Arguments.h"
 #include "Messages.h"
 #include "Saving.h"
-#include "SavingReport.h"
 #include "WhereOption.h"
 #include "documents/Document.h"
 #include "documents/Forms.h"
@@ -38,7 +37,7 @@ class Conversion
 {
 public:
     /// \throws UsageError when the value of an option is wrong.
-    Conversion(const Arguments& arguments, SavingReport& report, Progress& progress);
+    Conversion(const Arguments& arguments, FindingReceiver& report, Progress& progress);
 
     /// Calls \a write for each message of the input that fits. Reports those that cannot be read or written,
     /// and what reading the others loses.
@@ -64,7 +63,7 @@ private:
               FileSummary& input);
     QString reasonNotToWrite(const Target& target) const;
 
-    SavingReport& m_report;
+    FindingReceiver& m_report;
     Progress& m_progress;
     const Messages::Options m_options;
     const ROUTERDOCUMENTS::Validation m_validation;
