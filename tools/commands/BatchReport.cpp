@@ -1,12 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "BatchReport.h"
 
-#include "Acceptance.h"
-
 #include <algorithm>
 #include <utility>
 
 namespace routermsg {
+
+namespace {
+
+Finding unlisted(qint64 count, const QString& file)
+{
+    return Finding::ofFile(file, count == 1 ? QStringLiteral("1 more finding is not listed.")
+                                            : QStringLiteral("%1 more findings are not listed.").arg(count));
+}
+
+} // namespace
 
 BatchReport::BatchReport(Session& session) : m_session(session)
 {
@@ -45,7 +53,7 @@ void BatchReport::add(const BatchOutcome& outcome)
     m_worst = std::max(m_worst, outcome.status);
     if (m_json) {
         if (m_unlisted > 0)
-            m_findings += moreNotListed(std::exchange(m_unlisted, 0), outcome.file).toJson();
+            m_findings += unlisted(std::exchange(m_unlisted, 0), outcome.file).toJson();
         QJsonObject item{{QStringLiteral("file"), outcome.file},
                          {QStringLiteral("findings"), std::exchange(m_findings, {})}};
         if (outcome.input)
