@@ -91,7 +91,7 @@ private:
             paths += file.input;
         Progress progress(m_session, paths);
         const SignalWatch signalWatch;
-        doInOrder(plan.files.size(), m_jobs, [&](int number, const Tell& tell) {
+        doInOrder(static_cast<int>(plan.files.size()), m_jobs, [&](int number, const Tell& tell) {
             const BatchFile& file = plan.files.at(number);
             ToldFindings findings(tell, m_report);
             BatchOutcome outcome{file.input};
