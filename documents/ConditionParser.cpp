@@ -151,8 +151,9 @@ private:
             ++m_position;
             clauses.push_back(read());
         }
-        return clauses.size() == 1 ? std::move(clauses.front())
-                                   : std::make_unique<JoinedClauses>(word == andWord, std::move(clauses));
+        if (clauses.size() == 1)
+            return std::move(clauses.front());
+        return std::make_unique<JoinedClauses>(word == andWord, std::move(clauses));
     }
 
     Clause readTerm()

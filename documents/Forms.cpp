@@ -86,6 +86,13 @@ std::optional<Form> FormOfFileName(const QString& path)
     return std::nullopt;
 }
 
+QString EndingOf(Form form)
+{
+    const auto* const found = std::find_if(std::begin(endings), std::end(endings),
+                                           [form](const Ending& ending) { return ending.form == form; });
+    return QLatin1String(found->text);
+}
+
 QString KnownEndings()
 {
     QStringList texts;

@@ -33,6 +33,8 @@ ROUTERDOCUMENTS_EXPORT QString NameOf(Form form);
 ROUTERDOCUMENTS_EXPORT std::optional<Form> FormByName(const QString& name);
 /// The form that the file name's extension stands for, in any case; nothing for an unknown extension.
 ROUTERDOCUMENTS_EXPORT std::optional<Form> FormOfFileName(const QString& path);
+/// The file name extension of a form: ".xml".
+ROUTERDOCUMENTS_EXPORT QString EndingOf(Form form);
 /// The known file name extensions as a text for users: ".xml, .bin, .binz, .json, .jsonl".
 ROUTERDOCUMENTS_EXPORT QString KnownEndings();
 /// The form that the beginning of the bytes looks like most. It does not tell whether they can be read. JSON

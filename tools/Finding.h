@@ -59,6 +59,14 @@ struct Finding
     QJsonObject toJson() const;
 };
 
+/// Takes findings one by one.
+class FindingReceiver
+{
+public:
+    virtual ~FindingReceiver() = default;
+    virtual void add(const Finding& finding) = 0;
+};
+
 /// Thrown to end the work on a document.
 class Refusal : public std::exception
 {

@@ -116,6 +116,12 @@ InputList inputsIn(const QString& folder)
     return found;
 }
 
+Finding nothingIn(const QString& folder)
+{
+    return Finding::ofFile(
+        folder, QStringLiteral("The folder has no files whose names end in %1.").arg(KnownEndings()));
+}
+
 InputList inputsAmong(const QStringList& paths)
 {
     InputList all;
@@ -128,8 +134,7 @@ InputList inputsAmong(const QStringList& paths)
         all.files += found.files;
         all.problems += found.problems;
         if (found.files.isEmpty() && found.problems.isEmpty())
-            all.problems += Finding::ofFile(
-                path, QStringLiteral("The folder has no files whose names end in %1.").arg(KnownEndings()));
+            all.problems += nothingIn(path);
     }
     return all;
 }

@@ -27,6 +27,8 @@ struct InputList
 InputList inputsAmong(const QStringList& paths);
 /// The same for one folder, which may be without files.
 InputList inputsIn(const QString& folder);
+/// The problem of a folder without any file to read.
+Finding nothingIn(const QString& folder);
 /// @}
 
 } // namespace routermsg

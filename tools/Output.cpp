@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Output.h"
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -55,6 +56,13 @@ const char* codeOf(Style style)
     return "";
 }
 
+// Until a descriptor that another program has set not to block takes bytes again.
+void waitFor(int descriptor)
+{
+    pollfd waiting{descriptor, POLLOUT, 0};
+    poll(&waiting, 1, -1);
+}
+
 } // namespace
 
 int writeAll(int descriptor, const QByteArray& bytes)
@@ -63,7 +71,9 @@ int writeAll(int descriptor, const QByteArray& bytes)
     while (written < bytes.size()) {
         const auto size =
             ::write(descriptor, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
-        if (size < 0 && errno != EINTR)
+        if (size < 0 && errno == EAGAIN)
+            waitFor(descriptor);
+        else if (size < 0 && errno != EINTR)
             return errno;
         written += std::max<qint64>(size, 0);
     }

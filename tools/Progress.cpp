@@ -47,11 +47,10 @@ public:
     void next(const QString& name)
     {
         const std::lock_guard lock(m_mutex);
-        m_finished += m_current.exchange(0);
         m_name = name;
     }
 
-    void reached(qint64 bytes) { m_current = bytes; }
+    void add(qint64 bytes) { m_done += bytes; }
 
     void whileHidden(const std::function<void()>& action)
     {
@@ -87,7 +86,7 @@ private:
 
     void draw()
     {
-        const qint64 done = m_finished + m_current;
+        const qint64 done = m_done;
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - m_begin).count();
         const QString text =
             QStringLiteral("%1 %2 s  %3")
@@ -124,9 +123,7 @@ private:
     const Clock::time_point m_begin = Clock::now();
     std::mutex m_mutex;
     std::condition_variable m_wake;
-    // In bytes: of the inputs before the current one, and of that one.
-    qint64 m_finished = 0;
-    std::atomic<qint64> m_current = 0;
+    std::atomic<qint64> m_done = 0;
     QString m_name;
     bool m_isVisible = false;
     bool m_isOver = false;
@@ -150,11 +147,11 @@ qint64 sizeOf(const QStringList& inputs)
 
 } // namespace
 
-Progress::Progress(Session& session, const QStringList& inputs) : m_session(session)
+Progress::Progress(Session& session, const QStringList& inputs) : m_session(&session)
 {
     if (session.isQuiet() || !session.err().isTerminal())
         return;
-    m_bar = std::make_unique<ProgressBar>(STDERR_FILENO, sizeOf(inputs));
+    m_bar = std::make_shared<ProgressBar>(STDERR_FILENO, sizeOf(inputs));
     const auto aside = [this](const Output::Action& action) { m_bar->whileHidden(action); };
     // Other output needs no room on the terminal, and may have to wait for its reader.
     if (session.out().isTerminal())
@@ -162,14 +159,19 @@ Progress::Progress(Session& session, const QStringList& inputs) : m_session(sess
     session.err().setAside(aside);
 }
 
+Progress::Progress(Progress* whole) : m_bar(whole->m_bar) {}
+
 Progress::~Progress()
 {
-    m_session.out().setAside(nullptr);
-    m_session.err().setAside(nullptr);
+    if (!m_session)
+        return;
+    m_session->out().setAside(nullptr);
+    m_session->err().setAside(nullptr);
 }
 
 void Progress::next(const QString& name)
 {
+    m_reached = 0;
     if (m_bar)
         m_bar->next(name);
 }
@@ -177,7 +179,8 @@ void Progress::next(const QString& name)
 void Progress::reached(qint64 bytes)
 {
     if (m_bar)
-        m_bar->reached(bytes);
+        m_bar->add(bytes - m_reached);
+    m_reached = bytes;
 }
 
 } // namespace routermsg

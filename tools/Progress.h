@@ -29,6 +29,8 @@ public:
     /// \param inputs all that is going to be read. When all are files, their size tells how much work is
     /// left.
     Progress(Session& session, const QStringList& inputs);
+    /// For a thread that does a part of the work, at the same time as others. It is gone before \a whole.
+    explicit Progress(Progress* whole);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     /// Removes the display.
@@ -41,8 +43,11 @@ public:
     void reached(qint64 bytes);
 
 private:
-    Session& m_session;
-    std::unique_ptr<ProgressBar> m_bar;
+    // None for a part.
+    Session* m_session = nullptr;
+    std::shared_ptr<ProgressBar> m_bar;
+    // Of the current input.
+    qint64 m_reached = 0;
 };
 
 } // namespace routermsg

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Saving.h"
 
+#include "Uninterrupted.h"
 #include "UsageError.h"
 #include "WritingLosses.h"
 #include "documents/Document.h"
@@ -12,8 +13,8 @@
 
 #include <QtCore/QFileInfo>
 
-#include <csignal>
 #include <filesystem>
+#include <unistd.h>
 
 namespace routermsg {
 
@@ -37,49 +38,30 @@ Form formFor(const QString& path)
 bool isText(Form form) { return form != Form::Binary && form != Form::Compressed; }
 
 // A copied message may have any encoding.
-QString textForTerminal(const QByteArray& bytes)
+QString textForTerminal(const QByteArray& bytes, const Target& target)
 {
     const QByteArray mark = QByteArrayLiteral("\xef\xbb\xbf");
     const QByteArray narrow = bytes.startsWith(mark) ? bytes.mid(mark.size()) : bytes;
-    const QString text = QString::fromUtf8(narrow);
+    QString text = QString::fromUtf8(narrow);
     if (narrow.contains('\0') || text.toUtf8() != narrow)
         throw OutputRefusal(Finding::ofFile(
-            outputName(QStringLiteral("-")),
+            outputName(target.path),
             QStringLiteral("The message is not in UTF-8 and is not written to a terminal. Choose a form with "
                            "--to, name a file or redirect the output.")));
     return text;
 }
 
-void writeToTerminal(const QByteArray& bytes, Form form, Output& out)
+// What a terminal shows of the bytes, with control characters as escapes of the form.
+QByteArray forTerminal(const QByteArray& bytes, const Target& target)
 {
-    if (!isText(form))
+    if (!isText(target.form))
         throw OutputRefusal(Finding::ofFile(
-            outputName(QStringLiteral("-")),
+            outputName(target.path),
             QStringLiteral("The %1 form is not written to a terminal. Name a file or redirect the output.")
-                .arg(NameOf(form))));
-    const QString text = textForTerminal(bytes);
-    out.write(form == Form::Xml ? ShowableXml(text) : ShowableJson(text));
+                .arg(NameOf(target.form))));
+    const QString text = textForTerminal(bytes, target);
+    return (target.form == Form::Xml ? ShowableXml(text) : ShowableJson(text)).toUtf8();
 }
-
-// Holds back the signals that end the program, so that they do not interrupt the writing of a file.
-class Uninterrupted
-{
-public:
-    Uninterrupted()
-    {
-        sigset_t ending;
-        sigemptyset(&ending);
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
-            sigaddset(&ending, signal);
-        pthread_sigmask(SIG_BLOCK, &ending, &m_before);
-    }
-    Uninterrupted(const Uninterrupted&) = delete;
-    Uninterrupted& operator=(const Uninterrupted&) = delete;
-    ~Uninterrupted() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-
-private:
-    sigset_t m_before{};
-};
 
 void makeFoldersOf(const QString& path)
 {
@@ -104,7 +86,9 @@ bool isSameFile(const QString& input, const QString& path)
 }
 
 Target::Target(const QString& targetPath, const std::optional<Form>& targetForm)
-    : path(targetPath), form(targetForm ? *targetForm : formFor(targetPath))
+    : path(descriptorNamedBy(targetPath) == STDOUT_FILENO ? QStringLiteral("-") : targetPath),
+      form(targetForm ? *targetForm : formFor(path)),
+      isFile(!isStandardOutput(path) && !DirectOutput::isAt(path))
 {}
 
 QString FileSummary::formName() const { return isMixed ? QStringLiteral("mixed") : NameOf(form); }
@@ -141,7 +125,7 @@ QByteArray encode(MODELKIT::IMKObject& record, Form form, const QString& name)
     }
 }
 
-MessageWriter::MessageWriter(const Target& target, Session& session, SavingReport& report)
+MessageWriter::MessageWriter(const Target& target, Session& session, FindingReceiver& report)
     : m_target(target), m_session(session), m_report(report)
 {
     m_summary.name = outputName(target.path);
@@ -188,14 +172,22 @@ void MessageWriter::append(const QByteArray& bytes)
 void MessageWriter::write(const QByteArray& bytes)
 {
     Output& out = m_session.out();
-    if (!isStandardOutput(m_target.path))
+    if (m_target.isFile) {
         writeToFile(bytes);
-    else if (out.isTerminal())
-        writeToTerminal(bytes, m_target.form, out);
-    else
-        out.writeBytes(bytes);
-    out.flush();
+    } else if (isStandardOutput(m_target.path)) {
+        out.writeBytes(out.isTerminal() ? forTerminal(bytes, m_target) : bytes);
+        out.flush();
+    } else {
+        writeDirectly(bytes);
+    }
     m_summary.size += bytes.size();
+}
+
+void MessageWriter::writeDirectly(const QByteArray& bytes)
+{
+    if (!m_direct)
+        m_direct.emplace(m_target.path);
+    m_direct->write(m_direct->isTerminal() ? forTerminal(bytes, m_target) : bytes);
 }
 
 void MessageWriter::writeToFile(const QByteArray& bytes)
@@ -210,9 +202,11 @@ void MessageWriter::writeToFile(const QByteArray& bytes)
 
 FileSummary MessageWriter::finish()
 {
+    if (m_direct)
+        m_direct->close();
     const Uninterrupted uninterrupted;
     MODELKIT::Failure failure;
-    if (m_summary.messages > 0 && !isStandardOutput(m_target.path) && !m_file.Commit(failure))
+    if (m_summary.messages > 0 && m_target.isFile && !m_file.Commit(failure))
         throw OutputRefusal(Finding::of(failure, m_target.path));
     return m_summary;
 }

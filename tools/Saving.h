@@ -3,6 +3,7 @@
 /// Saving documents.
 #pragma once
 
+#include "DirectOutput.h"
 #include "SavingReport.h"
 #include "Session.h"
 #include "documents/Forms.h"
@@ -30,11 +31,14 @@ struct Target
 {
     QString path;
     ROUTERDOCUMENTS::Form form = ROUTERDOCUMENTS::Form::Xml;
+    /// Whether a file is replaced as a whole. Otherwise the bytes go to standard output, a pipe or a device
+    /// while they are made.
+    bool isFile = true;
     /// Whether the folders of the file are made when it is written.
     bool makesFolders = false;
 
-    /// Without \a targetForm the ending of the path tells the form; "-" means XML.
-    /// \throws UsageError when the ending does not tell it.
+    /// Names of standard output, such as /dev/stdout, become "-". Without \a targetForm the ending of the
+    /// path tells the form; "-" means XML. \throws UsageError when the ending does not tell it.
     Target(const QString& targetPath, const std::optional<ROUTERDOCUMENTS::Form>& targetForm);
 };
 
@@ -68,12 +72,13 @@ struct FileSummary
 /// \throws Refusal when the record does not pass its validation or the form cannot carry a text.
 QByteArray encode(MODELKIT::IMKObject& record, ROUTERDOCUMENTS::Form form, const QString& name);
 
-/// Writes messages one behind another to a file, which is replaced as a whole or not at all, or for "-" to
-/// standard output. On a terminal, control characters are written as escapes of the form.
+/// Writes messages one behind another to a file, which is replaced as a whole or not at all, or directly to
+/// standard output, a pipe or a device. On a terminal, control characters are written as escapes of the form.
 class MessageWriter
 {
 public:
-    MessageWriter(const Target& target, Session& session, SavingReport& report);
+    /// \param session is used for standard output only
+    MessageWriter(const Target& target, Session& session, FindingReceiver& report);
 
     /// Appends a message. Reports what the form does not carry.
     /// \throws Refusal when the record does not pass its validation, the form cannot carry a text, or for
@@ -87,20 +92,22 @@ public:
     void copy(const ROUTERDOCUMENTS::RecordedMessage& message, const QByteArray& behind);
     /// Whether the form carries everything in the messages so far.
     bool isComplete() const { return *m_summary.isComplete; }
-    /// Replaces the file, unless no message was added.
+    /// Replaces the file or closes the output, unless no message was added.
     /// \throws Refusal when it cannot be written.
     FileSummary finish();
 
 private:
     void append(const QByteArray& bytes);
     void write(const QByteArray& bytes);
+    void writeDirectly(const QByteArray& bytes);
     void writeToFile(const QByteArray& bytes);
 
     Target m_target;
     Session& m_session;
-    SavingReport& m_report;
+    FindingReceiver& m_report;
     FileSummary m_summary;
     MODELKIT::FileReplacement m_file;
+    std::optional<DirectOutput> m_direct;
     // Whether the last message has not ended its line.
     bool m_isInLine = false;
 };

@@ -11,10 +11,12 @@ SavingReport::SavingReport(const QString& path, Session& session) : m_path(path)
 
 void SavingReport::add(const Finding& finding)
 {
-    if (m_session.format() == Format::Json)
+    if (m_session.format() == Format::Json) {
         json().AddItem(finding.toJson());
-    else
+        output().flush();
+    } else {
         m_session.complain(finding);
+    }
 }
 
 void SavingReport::addFile(const QString& key, const QJsonObject& file) { m_files[key] = file; }
@@ -47,11 +49,12 @@ Status SavingReport::attempt(const std::function<Status()>& work)
     }
 }
 
+Output& SavingReport::output() { return isToStandardOutput() ? m_session.err() : m_session.out(); }
+
 LargeJson& SavingReport::json()
 {
     if (!m_json) {
-        Output& output = isToStandardOutput() ? m_session.err() : m_session.out();
-        m_json.emplace(output.writer());
+        m_json.emplace(output().writer());
         m_json->BeginList(QStringLiteral("findings"));
     }
     return *m_json;

@@ -21,7 +21,7 @@ namespace routermsg {
 /// As text, findings go to standard error and the files to standard output, unless the document goes there.
 /// As JSON, all is one object for every outcome. It goes to standard output, or if the document goes there,
 /// to standard error. It begins when there is something to tell.
-class SavingReport
+class SavingReport : public FindingReceiver
 {
 public:
     /// \param path the file that is written; "-" is standard output
@@ -29,12 +29,10 @@ public:
     SavingReport(const SavingReport&) = delete;
     SavingReport& operator=(const SavingReport&) = delete;
 
-    void add(const Finding& finding);
-    /// A file for the JSON.
+    void add(const Finding& finding) override;
     void addFile(const QString& key, const QJsonObject& file);
     /// A list for the JSON. Its items are added in the end.
     void addList(const QString& key, const std::function<void(ROUTERDOCUMENTS::LargeJson&)>& addItems);
-    /// What the text says about all files.
     void setText(const QString& text) { m_text = text; }
 
     /// Does the work and ends the report. A Refusal becomes a finding, and so does standard output that
@@ -44,6 +42,8 @@ public:
 
 private:
     bool isToStandardOutput() const { return m_path == QLatin1String("-"); }
+    /// Where the JSON goes.
+    Output& output();
     ROUTERDOCUMENTS::LargeJson& json();
     Status attempt(const std::function<Status()>& work);
     void end();

@@ -29,7 +29,7 @@ std::optional<Form> formToWrite(const Arguments& arguments, const QString& path)
     return form ? form : FormOfFileName(path);
 }
 
-Conversion::Conversion(const Arguments& arguments, SavingReport& report, Progress& progress, Copies copies)
+Conversion::Conversion(const Arguments& arguments, FindingReceiver& report, Progress& progress, Copies copies)
     : m_report(report),
       m_progress(progress), m_options{messagesOf(arguments), formOf(arguments, "--from"), &progress},
       m_copies(copies),
@@ -117,7 +117,7 @@ FileSummary Conversion::finish(MessageWriter& writer)
 // What the file to write holds now is never replaced by a part of it. Empty when the file is written.
 QString Conversion::reasonNotToWrite(const Target& target) const
 {
-    if (target.path == QLatin1String("-"))
+    if (!target.isFile)
         return {};
     const bool isSame = std::any_of(m_paths.begin(), m_paths.end(),
                                     [&](const QString& path) { return isSameFile(path, target.path); });

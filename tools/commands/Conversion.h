@@ -7,7 +7,6 @@
 #include "CommandTables.h"
 #include "Messages.h"
 #include "Saving.h"
-#include "SavingReport.h"
 #include "WhereOption.h"
 #include "documents/Document.h"
 #include "documents/Forms.h"
@@ -56,7 +55,7 @@ class Conversion
 {
 public:
     /// \throws UsageError when the value of an option is wrong.
-    Conversion(const Arguments& arguments, SavingReport& report, Progress& progress,
+    Conversion(const Arguments& arguments, FindingReceiver& report, Progress& progress,
                Copies copies = Copies::None);
 
     /// Calls \a write for each message of the input that fits. Reports those that cannot be read or written,
@@ -87,7 +86,7 @@ private:
               FileSummary& input);
     QString reasonNotToWrite(const Target& target) const;
 
-    SavingReport& m_report;
+    FindingReceiver& m_report;
     Progress& m_progress;
     const Messages::Options m_options;
     const Copies m_copies;

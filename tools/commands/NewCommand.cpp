@@ -50,7 +50,7 @@ Status makeNew(const Arguments& arguments, Session& session)
 {
     const QString path = arguments.isGiven("--output") ? arguments.text("--output") : QStringLiteral("-");
     const Target target(path, formOf(arguments, "--to"));
-    SavingReport report(path, session);
+    SavingReport report(target.path, session);
     return report.run([&] {
         const std::unique_ptr<IMKObject> record =
             checked(rootOf(arguments.text("--root")), arguments.texts("WORD"));

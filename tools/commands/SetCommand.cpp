@@ -79,7 +79,7 @@ private:
             throw Refusal(*problem);
         const bool isLost = m_isReadingLossy || !m_writer.isComplete();
         const bool isAccepted = m_arguments.isGiven("--accept-loss");
-        if (isLost && !isAccepted && isSameFile(m_path, m_target.path))
+        if (isLost && !isAccepted && m_target.isFile && isSameFile(m_path, m_target.path))
             return refuse(Found, QStringLiteral("it is the input, and what is lost would be lost for good. "
                                                 "Write another file, or use --accept-loss"));
         finish(isLost);
@@ -99,7 +99,7 @@ private:
 
     Status refuse(Status status, const QString& reason)
     {
-        if (m_target.path != QLatin1String("-"))
+        if (m_target.isFile)
             m_report.add(Finding::ofFile(m_target.path,
                                          QStringLiteral("The file is not written, because %1.").arg(reason)));
         return status;
