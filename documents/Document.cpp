@@ -65,7 +65,9 @@ std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form
     if (record)
         return record;
     const Failure last = MODELKIT::IMKObject::GetLastFailure();
-    throw DocumentError(form == Form::Xml ? explainedForXml(last, bytes) : last);
+    // The name of another root is no mistake in writing when the class is expected.
+    const bool isOtherRoot = expected && last.kind == Failure::WrongRoot;
+    throw DocumentError(form == Form::Xml && !isOtherRoot ? explainedForXml(last, bytes) : last);
 }
 
 std::unique_ptr<MODELKIT::IMKObject> readJson(const QByteArray& bytes, const ReadingOptions& options)

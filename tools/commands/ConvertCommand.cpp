@@ -41,7 +41,7 @@ private:
     {
         m_progress.next(inputName(m_path));
         const Status worst = forEachMessage(
-            m_path, {messagesOf(m_arguments), formOf(m_arguments, "--from"), &m_progress},
+            m_path, {messagesOf(m_arguments), inputFormatOf(m_arguments), &m_progress},
             [this](const InputMessage& message) { convert(message); },
             [this](const Finding& finding) { m_report.add(finding); });
         m_input.leftOut = m_filter.leftOut();
@@ -137,14 +137,13 @@ Command convertCommand()
         required(argument("IN", fileValue(), "The document to read, or - for standard input.")),
         required(argument("OUT", fileValue(), "The file to write, or - for standard output."))};
     table.options = {
-        messageOption(),
-        whereOption(),
-        formOption("--from", "The form of IN. Without it, the content tells the form."),
+        messageOption(), whereOption(),
         formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml."),
         flag({"--invalid"}, "Convert the document even if it is not valid."),
         flag({"--accept-loss"},
              "Report success although something is lost by reading or writing. What is lost is still listed. "
              "Without the option OUT is written as well, unless it is IN, but the exit status is 1.")};
+    table.readsMessages = true;
     table.examples = {
         {"%1 convert request.xml request.bin", "From XML to the binary form."},
         {"%1 convert --accept-loss scan.json scan.xml", "To XML, even if numbers lose decimals."},
