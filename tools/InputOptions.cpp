@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "InputOptions.h"
 
-#include "documents/Sentences.h"
 #include "documents/Text.h"
 
 #include "modelkit/Limits.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace routermsg {
 
@@ -158,9 +158,9 @@ void setLimits(const Arguments& arguments)
                              .arg(Quoted(text))
                              .arg(LargestMessage / mebibyte));
     MODELKIT::Limits limits = MODELKIT::Limits::Get();
-    // As many items for each byte as the usual limits admit, but never fewer than these.
-    const qint64 items = *size / (limits.inputSize / limits.listItems);
-    limits.listItems = static_cast<int>(std::max<qint64>(limits.listItems, items));
+    // Larger messages may have longer lists.
+    constexpr qint64 bytesForItem = 64;
+    limits.listItems = static_cast<int>(std::max<qint64>(limits.listItems, *size / bytesForItem));
     limits.inputSize = *size;
     limits.inflatedSize = *size;
     MODELKIT::Limits::Set(limits);
