@@ -67,7 +67,9 @@ Finding InputMessage::findingOf(const DocumentError& error) const
 {
     reject();
     Finding finding = Finding::of(error, name);
-    const QString hint = hexHint(error, path, recorded.number, format);
+    QString hint = hexHint(error, path, recorded.number, format);
+    if (hint.isEmpty())
+        hint = otherForm(recorded.bytes, format);
     if (!hint.isEmpty())
         finding.hint = hint;
     const QString file = finding.place.file;
