@@ -5,6 +5,7 @@
 #include "documents/Dissection.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QDataStream>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QtEndian>
@@ -42,7 +43,10 @@ inline QString goesBeyond(const QString& what, qint64 excess, const QString& who
 class Cutter
 {
 public:
-    Cutter(const QByteArray& form, const PartVisitor& visit) : m_form(form), m_visit(visit) {}
+    Cutter(const QByteArray& form, const PartVisitor& visit,
+           QDataStream::ByteOrder order = QDataStream::BigEndian)
+        : m_form(form), m_visit(visit), m_order(order)
+    {}
 
     qint64 at() const { return m_at; }
     qint64 size() const { return m_form.size(); }
@@ -51,11 +55,8 @@ public:
     bool isCutOff(qint64 end) const { return end > size(); }
 
     // The next word, or the one that many bytes after it. It must be inside the input.
-    qint32 peekWord(qint64 behind = 0) const
-    {
-        return qFromBigEndian<qint32>(m_form.constData() + m_at + behind);
-    }
-    qint64 peekDoubleWord() const { return qFromBigEndian<qint64>(m_form.constData() + m_at); }
+    qint32 peekWord(qint64 behind = 0) const { return peekAs<qint32>(m_form.constData() + m_at + behind); }
+    qint64 peekDoubleWord() const { return peekAs<qint64>(m_form.constData() + m_at); }
     QByteArray peek(qint64 count) const
     {
         return QByteArray::fromRawData(m_form.constData() + m_at, static_cast<int>(count));
@@ -155,8 +156,15 @@ public:
     };
 
 private:
+    template <class T>
+    T peekAs(const char* bytes) const
+    {
+        return m_order == QDataStream::BigEndian ? qFromBigEndian<T>(bytes) : qFromLittleEndian<T>(bytes);
+    }
+
     const QByteArray& m_form;
     const PartVisitor& m_visit;
+    const QDataStream::ByteOrder m_order;
     qint64 m_at = 0;
     int m_depth = 0;
     // The empty first step becomes the leading slash.

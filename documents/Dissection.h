@@ -4,6 +4,9 @@
 #pragma once
 
 #include "documents/Export.h"
+#include "documents/FrameFormat.h"
+
+#include "routerinterface/RecordInfo.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonObject>
@@ -71,12 +74,22 @@ using PartVisitor = std::function<void(const Part&)>;
 /// The end of a value is found as records find it: a number or a text has its own length, and everything else
 /// ends where the length of its entry says, but not after the part around it. Any bytes are accepted.
 /// Exceptions of visit() are passed on; nothing else is thrown.
-ROUTERDOCUMENTS_EXPORT void DissectPlain(const QByteArray& form, const PartVisitor& visit);
+/// \param info the class that the form must have; null for any
+ROUTERDOCUMENTS_EXPORT void DissectPlain(const QByteArray& form, const PartVisitor& visit,
+                                         const PELLU300ROUTERINTERFACEXML::RecordInfo* info = nullptr);
 
-/// As above, for bytes that begin like a compressed form; all others are treated as a plain form.
+/// As DissectPlain(), for bytes that begin like a compressed form; all others are treated as a plain form.
 /// \param plain receives the form inside, as far as it can be inflated within the limits; it is empty for a
 /// plain form.
 ROUTERDOCUMENTS_EXPORT void DissectCompressed(const QByteArray& form, QByteArray& plain,
                                               const PartVisitor& visit);
+
+/// As DissectCompressed(), for a bare frame in any layout. The form inside a compressed one has the usual
+/// layout.
+/// \param info the class of the record; null for any
+/// \throws std::logic_error when the frame has no class id and \a info is null.
+ROUTERDOCUMENTS_EXPORT void DissectFrame(const QByteArray& frame, const FrameFormat& format,
+                                         const PELLU300ROUTERINTERFACEXML::RecordInfo* info,
+                                         QByteArray& plain, const PartVisitor& visit);
 
 } // namespace ROUTERDOCUMENTS

@@ -2,6 +2,7 @@
 #include "documents/Document.h"
 
 #include "documents/DocumentError.h"
+#include "documents/Frames.h"
 #include "documents/JsonForm.h"
 #include "documents/JsonPlaces.h"
 #include "documents/ReadingFailures.h"
@@ -50,19 +51,46 @@ std::unique_ptr<MODELKIT::IMKObject> readAs(const RecordInfo& info, const QByteA
     return isRead ? std::move(record) : nullptr;
 }
 
-std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form form, Validation validation)
+// Expected: the class of the root; null admits all.
+std::unique_ptr<MODELKIT::IMKObject> readByLibrary(const QByteArray& bytes, Form form, Validation validation,
+                                                   const RecordInfo* expected)
 {
     using MODELKIT::Failure;
-    auto record = readAs(RecordInfo::Document(), bytes, form, validation);
     // The document's class goes first, because its failures explain best why bytes are not a document.
+    auto record = readAs(expected ? *expected : RecordInfo::Document(), bytes, form, validation);
     const Failure failure = MODELKIT::IMKObject::GetLastFailure();
-    if (failure.kind == Failure::WrongRoot || failure.kind == Failure::WrongClass)
+    if (!expected && (failure.kind == Failure::WrongRoot || failure.kind == Failure::WrongClass))
         if (const RecordInfo* info = classOf(bytes, form))
             record = readAs(*info, bytes, form, validation);
     if (record)
         return record;
     const Failure last = MODELKIT::IMKObject::GetLastFailure();
-    throw DocumentError(form == Form::Xml ? explainedForXml(last, bytes) : last);
+    // The name of another root is no mistake in writing when the class is expected.
+    const bool isOtherRoot = expected && last.kind == Failure::WrongRoot;
+    throw DocumentError(form == Form::Xml && !isOtherRoot ? explainedForXml(last, bytes) : last);
+}
+
+std::unique_ptr<MODELKIT::IMKObject> readJson(const QByteArray& bytes, const ReadingOptions& options)
+{
+    auto record = FromJson(bytes, options.validation);
+    const RecordInfo& info = RecordInfo::Of(*record);
+    if (!options.info || options.info == &info)
+        return record;
+    throw DocumentError(
+        {MODELKIT::Failure::WrongRoot,
+         QStringLiteral("The root is %1, expected is %2.").arg(info.GetName(), options.info->GetName()),
+         findInJson(bytes, QLatin1Char('/') + info.GetName())});
+}
+
+// A bare frame. Document: receives the record and the form.
+void readBare(const QByteArray& bytes, const FrameFormat& format, const ReadingOptions& options,
+              Document& document)
+{
+    const bool isCompressed = isCompressedFrame(bytes, format);
+    document.form = isCompressed ? Form::Compressed : Form::Binary;
+    document.record = isCompressed ? readByLibrary(inUsualOrder(bytes, format), Form::Compressed,
+                                                   options.validation, options.info)
+                                   : readFrame(bytes, format, options.info, options.validation);
 }
 
 // Applies the rules to a record after reading it.
@@ -98,19 +126,29 @@ QByteArray encodeUnchecked(MODELKIT::IMKObject& record, Form form)
     return ToJsonLine(record);
 }
 
+// A document in one of the forms. Document: receives the record and the form.
+void readInForm(const QByteArray& bytes, const ReadingOptions& options, Document& document)
+{
+    document.form = options.form.value_or(FormOfContent(bytes));
+    if (!options.form)
+        requireForm(bytes, document.form);
+    const bool isJson = document.form == Form::Json || document.form == Form::JsonLines;
+    document.record = isJson ? readJson(bytes, options)
+                             : readByLibrary(bytes, document.form, options.validation, options.info);
+}
+
 } // namespace
 
 Document ReadDocument(const QByteArray& bytes, const ReadingOptions& options)
 {
     return explained([&] {
         Document document;
-        document.form = options.form.value_or(FormOfContent(bytes));
+        document.frame = options.frame;
         document.size = bytes.size();
-        if (!options.form)
-            requireForm(bytes, document.form);
-        const bool isJson = document.form == Form::Json || document.form == Form::JsonLines;
-        document.record = isJson ? FromJson(bytes, options.validation)
-                                 : readByLibrary(bytes, document.form, options.validation);
+        if (options.frame)
+            readBare(bytes, *options.frame, options, document);
+        else
+            readInForm(bytes, options, document);
         document.info = &RecordInfo::Of(*document.record);
         if (options.validation == Validation::On)
             check(*document.record, bytes, document.form);

@@ -67,18 +67,19 @@ std::vector<DocumentError> refusalsBefore(const DocumentError& ending, const QBy
 }
 
 // Finds the other errors of a document of which the first one is known.
-void findAll(const QByteArray& bytes, Form form, const DocumentError& first, CheckedDocument& checked)
+void findAll(const QByteArray& bytes, const ReadingOptions& options, const DocumentError& first,
+             CheckedDocument& checked)
 {
     const ReadingReport report;
     std::vector<DocumentError> atEnd;
     try {
-        checked.document = ReadDocument(bytes, {form, Validation::Off});
+        checked.document = ReadDocument(bytes, options);
         checked.accepted = report.GetEntries();
         checked.dropped = report.GetDropped();
         checked.errors = takeRefusals(bytes, checked.document, checked.accepted,
                                       checked.dropped == 0 ? Reported::All : Reported::Some);
     } catch (const DocumentError& ending) {
-        if (form == Form::Xml && ending.GetKind() == Failure::NotWellFormed)
+        if (!options.frame && options.form == Form::Xml && ending.GetKind() == Failure::NotWellFormed)
             checked.errors = refusalsBefore(ending, bytes);
         if (!isSame(first, ending))
             atEnd.push_back(ending);
@@ -125,15 +126,16 @@ CheckedDocument CheckDocument(const QByteArray& bytes, const CheckingOptions& op
     const Form form = options.form.value_or(FormOfContent(bytes));
     const ReadingReport report;
     try {
-        checked.document = ReadDocument(bytes, {options.form, Validation::On});
+        checked.document = ReadDocument(bytes, {options.form, Validation::On, options.frame, options.info});
         checked.accepted = report.GetEntries();
         checked.dropped = report.GetDropped();
         return checked;
     } catch (const DocumentError& error) {
-        if (form == Form::Json || form == Form::JsonLines)
+        const bool isJson = !options.frame && (form == Form::Json || form == Form::JsonLines);
+        if (isJson && error.GetKind() != Failure::WrongRoot)
             findAllInJson(bytes, form, error, options.maximalErrors, checked);
         else if (error.GetKind() == Failure::Refused)
-            findAll(bytes, form, error, checked);
+            findAll(bytes, {form, Validation::Off, options.frame, options.info}, error, checked);
         else
             checked.errors = {error};
     }

@@ -24,6 +24,10 @@ struct CheckingOptions
     std::optional<Form> form;
     /// How many errors to list; 0 lists all, but of a JSON document not more than mostErrorsOfJson.
     int maximalErrors = 20;
+    /// The layout of a bare frame; see ReadingOptions.
+    std::optional<FrameFormat> frame = std::nullopt;
+    /// The class that the root must have; see ReadingOptions.
+    const PELLU300ROUTERINTERFACEXML::RecordInfo* info = nullptr;
     /// The others of a JSON document are only counted, because it may hold millions.
     static constexpr int mostErrorsOfJson = MODELKIT::ReadingReport::maximalEntries;
 };
@@ -50,7 +54,8 @@ struct CheckedDocument
 /// and JSON that are not well-formed or a binary form with a wrong length, end it, because what follows them
 /// has no reliable meaning. What is refused in a text in front of that place is listed before it.
 ///
-/// The limits in force apply. Reading reports of the caller get no entries.
+/// The limits in force apply, and std::logic_error is thrown as by ReadDocument(). Reading reports of the
+/// caller get no entries.
 ROUTERDOCUMENTS_EXPORT CheckedDocument CheckDocument(const QByteArray& bytes,
                                                      const CheckingOptions& options = {});
 

@@ -2,6 +2,7 @@
 #include "documents/Cutter.h"
 #include "documents/DissectedValues.h"
 #include "documents/Dissection.h"
+#include "documents/Frames.h"
 #include "documents/Values.h"
 
 #include "modelkit/Place.h"
@@ -40,16 +41,21 @@ bool isList(const MemberInfo& member) { return member.GetKind() == MemberInfo::L
 class PlainForm
 {
 public:
-    PlainForm(const QByteArray& form, const PartVisitor& visit) : m_cutter(form, visit) {}
+    // Info: the class, if it is known.
+    PlainForm(const QByteArray& form, const FrameFormat& format, const RecordInfo* info,
+              const PartVisitor& visit)
+        : m_cutter(form, visit, format.byteOrder), m_format(format), m_info(info)
+    {}
 
     void dissect()
     {
-        if (m_cutter.size() < headerSize) {
+        const qint64 least = headerSizeOf(m_format);
+        if (m_cutter.size() < least) {
             m_cutter.emitRest(m_cutter.size());
-            m_cutter.emitEnd(QStringLiteral("A form has at least %1 bytes.").arg(headerSize));
+            m_cutter.emitEnd(QStringLiteral("A form has at least %1 bytes.").arg(least));
             return;
         }
-        const RecordInfo* info = dissectClassId();
+        const RecordInfo* info = m_format.hasId ? dissectClassId() : m_info;
         const qint32 length = m_cutter.peekWord();
         const qint64 end = length < 0 ? m_cutter.size() : m_cutter.at() + wordSize + length;
         dissectContent(info, length, end);
@@ -82,7 +88,8 @@ private:
             if (info)
                 part.note = QStringLiteral("What follows is decoded as %1, which has the first tag.")
                                 .arg(info->GetName());
-        }
+        } else if (m_info && info != m_info)
+            part.wrong = QStringLiteral("Expected is %1.").arg(m_info->GetName());
         m_cutter.emitPart(part, wordSize);
         return info;
     }
@@ -299,10 +306,30 @@ private:
     }
 
     Cutter m_cutter;
+    const FrameFormat m_format;
+    const RecordInfo* const m_info;
 };
 
 } // namespace
 
-void DissectPlain(const QByteArray& form, const PartVisitor& visit) { PlainForm(form, visit).dissect(); }
+void DissectPlain(const QByteArray& form, const PartVisitor& visit, const RecordInfo* info)
+{
+    PlainForm(form, FrameFormat(), info, visit).dissect();
+}
+
+void DissectFrame(const QByteArray& frame, const FrameFormat& format, const RecordInfo* info,
+                  QByteArray& plain, const PartVisitor& visit)
+{
+    requireClass(format, info);
+    plain.clear();
+    if (!isCompressedFrame(frame, format)) {
+        PlainForm(frame, format, info, visit).dissect();
+        return;
+    }
+    DissectCompressed(inUsualOrder(frame, format), plain, [&](Part part) {
+        part.bytes = frame.mid(static_cast<int>(part.offset), static_cast<int>(part.bytes.size()));
+        visit(part);
+    });
+}
 
 } // namespace ROUTERDOCUMENTS

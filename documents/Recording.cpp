@@ -1,21 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Recording.h"
 
+#include "documents/FrameRecording.h"
 #include "documents/RecordingMachine.h"
 
 namespace ROUTERDOCUMENTS {
 
 RecordingReader::RecordingReader(QIODevice& device, const RecordingOptions& options)
-    : m_machine(std::make_unique<Machine>(device, options))
-{}
+{
+    if (options.frame)
+        m_source = std::make_unique<FrameMachine>(device, *options.frame);
+    else
+        m_source = std::make_unique<Machine>(device, options);
+}
 
 RecordingReader::~RecordingReader() = default;
 
-bool RecordingReader::ReadNext(RecordedMessage& message) { return m_machine->ReadNext(message); }
+bool RecordingReader::ReadNext(RecordedMessage& message) { return m_source->ReadNext(message); }
 
-void RecordingReader::Reject(const RecordedMessage& message) { m_machine->Reject(message); }
+void RecordingReader::Reject(const RecordedMessage& message) { m_source->Reject(message); }
 
-qint64 RecordingReader::GetExaminedBytes() const { return m_machine->GetExaminedBytes(); }
+qint64 RecordingReader::GetExaminedBytes() const { return m_source->GetExaminedBytes(); }
 
 MODELKIT::Place RecordedMessage::PlaceInRecording(MODELKIT::Place place) const
 {

@@ -9,6 +9,7 @@
 #include "documents/DocumentError.h"
 #include "documents/Export.h"
 #include "documents/Forms.h"
+#include "documents/FrameFormat.h"
 
 #include "modelkit/IMKObject.h"
 
@@ -16,12 +17,17 @@
 #include <QtCore/QtGlobal>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 
 class QIODevice;
 
 namespace ROUTERDOCUMENTS {
+
+/// The size in bytes of the largest message that can be held: a `QByteArray` of Qt 5, less some room for what
+/// follows the message.
+constexpr qint64 LargestMessage = std::numeric_limits<int>::max() - (1 << 20);
 
 /// A message as it stands in a recording.
 struct RecordedMessage
@@ -38,6 +44,8 @@ struct RecordedMessage
     Form form = Form::Xml;
     /// What ReadDocument() reads.
     QByteArray bytes;
+    /// The layout of a bare frame, for ReadDocument(); none for all other messages.
+    std::optional<FrameFormat> frame = std::nullopt;
 
     /// Where a place in the message is in the recording. Without any place, that of the message itself. An
     /// offset inside a compressed form stays as it is, because it counts in the inflated form.
@@ -49,20 +57,25 @@ struct RecordingOptions
 {
     /// The form of all messages; the two binary forms count as one. Without a value each may have another
     /// one. With Form::JsonLines every message ends on its line.
-    std::optional<Form> form;
+    std::optional<Form> form = std::nullopt;
+    /// All messages are bare frames in this layout, one directly behind another; then \a form has no effect.
+    /// Compressed forms may be among frames with a class id. Behind a frame that is damaged, the reader looks
+    /// for the next class id; without class ids, nothing tells where the next frame begins, and it passes
+    /// over all that follows.
+    std::optional<FrameFormat> frame = std::nullopt;
 };
 
 /// Finds the messages of a recording, without reading what is inside them.
 ///
 /// It keeps no more than one message and a block of fixed size in memory. A message is there as soon as its
-/// last byte has arrived. The limits in force apply to each message: Limits::inputSize, and
-/// Limits::waitingTime for a device whose data arrive later. The reader reads more from the device than the
-/// messages that it has given.
+/// last byte has arrived. The limits in force apply to each message: Limits::inputSize, which has no effect
+/// above #LargestMessage, and Limits::waitingTime for a device whose data arrive later. The reader reads more
+/// from the device than the messages that it has given.
 ///
 /// \code
 /// RecordingReader reader(device);
 /// for (RecordedMessage message; reader.ReadNext(message);)
-///     handle(ReadDocument(message.bytes, {message.form}));
+///     handle(ReadDocument(message.bytes, {message.form, Validation::Off, message.frame}));
 /// \endcode
 class ROUTERDOCUMENTS_EXPORT RecordingReader
 {
@@ -94,8 +107,10 @@ public:
     qint64 GetExaminedBytes() const;
 
 private:
+    class Source;
     class Machine;
-    std::unique_ptr<Machine> m_machine;
+    class FrameMachine;
+    std::unique_ptr<Source> m_source;
 };
 
 /// Calls \a onMessage for every message and \a onError for every error, in their order, to the end of the

@@ -6,7 +6,6 @@
 #include <QtCore/QIODevice>
 
 #include <algorithm>
-#include <limits>
 
 namespace ROUTERDOCUMENTS {
 
@@ -15,21 +14,12 @@ using MODELKIT::Limits;
 
 namespace {
 
-// What fits into a QByteArray in Qt 5 together with what follows it.
-constexpr qint64 largestMessage = std::numeric_limits<int>::max() - (1 << 20);
-
 // Where a binary message breaks off a text, its first word may have been taken for text. These bytes are
 // looked at again, with the one behind them.
 constexpr qint64 lookBack = 5;
 
 // How much of a skipped text is kept: more than the beginning of a message has in any units.
 constexpr qint64 leastKept = 256;
-
-QString counted(qint64 bytes, const QString& what)
-{
-    return bytes == 1 ? QStringLiteral("1 byte is %1").arg(what)
-                      : QStringLiteral("%1 bytes are %2").arg(QString::number(bytes), what);
-}
 
 QString cutOffAside() { return QStringLiteral("The comment or processing instruction is cut off."); }
 
@@ -53,7 +43,7 @@ bool RecordingReader::Machine::ReadNext(RecordedMessage& message)
     if (m_isOver)
         return false;
     const Limits limits = Limits::Get();
-    m_limit = std::min(limits.inputSize, largestMessage);
+    m_limit = std::min(limits.inputSize, LargestMessage);
     QString reason;
     if (!m_arrivals.Open(reason)) {
         m_isOver = true;
@@ -178,7 +168,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfBinary(Recorde
                             .arg(QString::number(size), QString::number(m_limit))),
             1);
     if (there < size)
-        return m_isAll ? cutOff(counted(size - there, QStringLiteral("missing"))) : Step::NeedsMore;
+        return m_isAll ? cutOff(countedBytes(size - there, QStringLiteral("missing"))) : Step::NeedsMore;
     return EndMessage(size, message);
 }
 
@@ -370,7 +360,8 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndStretch()
     if (failure.kind == Failure::None)
         failure.kind = m_stretch.isText ? Failure::NotWellFormed : Failure::NotABinaryForm;
     if (m_stretch.byteCount == ByteCount::Added)
-        failure.text += QStringLiteral("; %1.").arg(counted(m_stretch.size, QStringLiteral("passed over")));
+        failure.text +=
+            QStringLiteral("; %1.").arg(countedBytes(m_stretch.size, QStringLiteral("passed over")));
     Throw(failure);
 }
 

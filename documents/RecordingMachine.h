@@ -5,7 +5,7 @@
 #include "documents/Arrivals.h"
 #include "documents/JsonEnd.h"
 #include "documents/MessageBeginning.h"
-#include "documents/Recording.h"
+#include "documents/RecordingSource.h"
 #include "documents/XmlEnd.h"
 
 #include "modelkit/Devices.h"
@@ -20,14 +20,14 @@ namespace ROUTERDOCUMENTS {
 
 // Goes through the recording in steps. What it knows between two steps is all here, so that it can wait for
 // data, or be left and called again, after each of them.
-class RecordingReader::Machine
+class RecordingReader::Machine : public RecordingReader::Source
 {
 public:
     Machine(QIODevice& device, const RecordingOptions& options);
 
-    bool ReadNext(RecordedMessage& message);
-    void Reject(const RecordedMessage& message);
-    qint64 GetExaminedBytes() const { return m_examined; }
+    bool ReadNext(RecordedMessage& message) override;
+    void Reject(const RecordedMessage& message) override;
+    qint64 GetExaminedBytes() const override { return m_examined; }
 
 private:
     enum class State

@@ -92,7 +92,9 @@ bool RecordingReader::Machine::IsOpen(qint64 place)
         return true;
     QByteArray rest(m_arrivals.Data() + place, static_cast<int>(m_rejected - place));
     QBuffer buffer(&rest);
-    Machine machine(buffer, {m_form});
+    RecordingOptions options;
+    options.form = m_form;
+    Machine machine(buffer, options);
     RecordedMessage message;
     for (bool isThere = true; isThere;) {
         try {

@@ -178,7 +178,8 @@ QVector<ReadingReport::Entry> placedInXml(const QStringList& paths, const QByteA
     return entries;
 }
 
-QVector<ReadingReport::Entry> placedInBinary(const QStringList& paths, const QByteArray& bytes, Form form)
+QVector<ReadingReport::Entry> placedInBinary(const QStringList& paths, const QByteArray& bytes,
+                                             const Document& document)
 {
     QHash<QString, Place> places;
     QHash<QString, QString> values;
@@ -195,10 +196,12 @@ QVector<ReadingReport::Entry> placedInBinary(const QStringList& paths, const QBy
         if (part.kind == Part::Value)
             values[part.path] = part.value.toString();
     };
-    QByteArray plain = bytes;
-    if (form == Form::Compressed)
-        DissectCompressed(bytes, plain, [](const Part&) {});
-    DissectPlain(plain, note);
+    const bool isCompressed = document.form == Form::Compressed;
+    QByteArray plain;
+    DissectFrame(bytes, document.frame.value_or(FrameFormat()), document.info, plain,
+                 isCompressed ? PartVisitor([](const Part&) {}) : PartVisitor(note));
+    if (isCompressed)
+        DissectPlain(plain, note);
     QVector<ReadingReport::Entry> entries;
     for (const QString& path : paths)
         entries += {ReadingReport::UnknownName, QString(), places.value(path), values.value(path)};
@@ -217,7 +220,7 @@ bool arePathsCertain(const QVector<ReadingReport::Entry>& accepted, Form form)
 // The report has no entry for values that are empty or null, because nothing is lost with them.
 QVector<ReadingReport::Entry> unreportedValues(const QStringList& wrong,
                                                const QVector<ReadingReport::Entry>& accepted,
-                                               const QByteArray& bytes, Form form)
+                                               const QByteArray& bytes, const Document& document)
 {
     QSet<QString> reported;
     for (const ReadingReport::Entry& entry : accepted)
@@ -227,9 +230,9 @@ QVector<ReadingReport::Entry> unreportedValues(const QStringList& wrong,
     for (const QString& path : wrong)
         if (!reported.contains(path))
             paths += path;
-    if (paths.isEmpty() || !arePathsCertain(accepted, form))
+    if (paths.isEmpty() || !arePathsCertain(accepted, document.form))
         return {};
-    return form == Form::Xml ? placedInXml(paths, bytes) : placedInBinary(paths, bytes, form);
+    return document.form == Form::Xml ? placedInXml(paths, bytes) : placedInBinary(paths, bytes, document);
 }
 
 // The report has an entry for each missing member of a record.
@@ -272,8 +275,7 @@ std::vector<DocumentError> takeRefusals(const QByteArray& bytes, const Document&
         return error.has_value();
     };
     if (reported == Reported::All)
-        for (const ReadingReport::Entry& entry :
-             unreportedValues(found.wrong, accepted, bytes, document.form))
+        for (const ReadingReport::Entry& entry : unreportedValues(found.wrong, accepted, bytes, document))
             add(valueRefusal(entry));
     for (const FoundInRecords::Missing& missing : qAsConst(found.missing))
         add(missingRefusal(*missing.record, *missing.member, takePlace(missing.path, accepted)));

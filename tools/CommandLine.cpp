@@ -2,6 +2,7 @@
 #include "CommandLine.h"
 
 #include "HelpPage.h"
+#include "InputOptions.h"
 #include "Suggestions.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
@@ -62,6 +63,8 @@ Status CommandLine::run(Session& session) const
     if (!isCommand(m_command) && !m_arguments.extras().isEmpty())
         refuse(m_arguments.extras().constFirst(), m_arguments, programTable());
     m_arguments.requireSense();
+    if (m_command.table.readsMessages)
+        setLimits(m_arguments);
     return m_command.run(m_arguments, session);
 }
 

@@ -78,6 +78,8 @@ struct CommandTable
     QString notesTitle;
     QVector<Note> notes;
     QVector<Example> examples;
+    /// Whether the command reads messages and therefore has the options about inputs.
+    bool readsMessages = false;
     /// Whether the command writes results and therefore has the options about results.
     bool hasCommonOptions = true;
     /// The formats of its results besides text and json.

@@ -18,12 +18,23 @@ MODELKIT::Place inFile(MODELKIT::Place place, const QString& file)
     return place;
 }
 
+// Whether --limit admits more.
+bool isAboutLimit(MODELKIT::Failure::Kind kind)
+{
+    using MODELKIT::Failure;
+    return kind == Failure::InputTooLarge || kind == Failure::InflatedTooLarge
+           || kind == Failure::TooManyItems;
+}
+
 } // namespace
 
 Finding Finding::of(const MODELKIT::Failure& failure, const QString& file)
 {
     const Status status = failure.kind == MODELKIT::Failure::InputOutput ? Failed : Found;
-    return {Error, status, failure.text, inFile(failure.place, file)};
+    Finding finding{Error, status, failure.text, inFile(failure.place, file)};
+    if (isAboutLimit(failure.kind))
+        finding.hint = QStringLiteral("--limit raises the limit.");
+    return finding;
 }
 
 Finding Finding::of(const DocumentError& error, const QString& file)

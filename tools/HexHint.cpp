@@ -24,14 +24,18 @@ QString shellWord(const QString& word)
     return QLatin1Char('\'') + inside + QLatin1Char('\'');
 }
 
+QString hexCommand() { return QStringLiteral("routermsg show --hex "); }
+
 } // namespace
 
-QString hexHint(const DocumentError& error, const QString& path, qint64 message)
+QString hexHint(const DocumentError& error, const QString& path, qint64 message, const InputFormat& format)
 {
     if (!error.IsAboutParts() || error.GetPlace().offset < 0)
         return QString();
     const bool isOption = path.startsWith(QLatin1Char('-')) && path.size() > 1;
-    QString command = QStringLiteral("routermsg show --hex ");
+    QString command = hexCommand();
+    for (const QString& word : format.words())
+        command += word + QLatin1Char(' ');
     if (message > 1)
         command += QStringLiteral("--message %1 ").arg(message);
     if (isOption)
@@ -39,5 +43,7 @@ QString hexHint(const DocumentError& error, const QString& path, qint64 message)
     return command + shellWord(path)
            + QStringLiteral(" shows the parts around offset %1.").arg(error.GetPlace().offset);
 }
+
+bool isHexHint(const QString& hint) { return hint.startsWith(hexCommand()); }
 
 } // namespace routermsg

@@ -3,6 +3,7 @@
 /// Pointing from an error to the command that shows the bytes around it.
 #pragma once
 
+#include "InputOptions.h"
 #include "documents/DocumentError.h"
 
 #include <QtCore/QString>
@@ -12,7 +13,11 @@ namespace routermsg {
 
 /// "routermsg show --hex bad.bin shows the parts around offset 42."; empty for errors about which the bytes
 /// tell no more. \param path the input, as the user named it \param message the number of the message in its
-/// input
-QString hexHint(const ROUTERDOCUMENTS::DocumentError& error, const QString& path, qint64 message);
+/// input \param format how the input is written
+QString hexHint(const ROUTERDOCUMENTS::DocumentError& error, const QString& path, qint64 message,
+                const InputFormat& format);
+
+/// Whether a hint is such a one.
+bool isHexHint(const QString& hint);
 
 } // namespace routermsg

@@ -5,8 +5,6 @@
 #include "documents/Dissection.h"
 #include "documents/LargeJson.h"
 
-#include "modelkit/BinaryForm.h"
-
 #include <QtCore/QString>
 
 #include <algorithm>
@@ -153,16 +151,12 @@ std::optional<Finding> writeHex(const HexForm& form, Output& output)
         write(part);
     };
     text.writeHead();
-    if (!MODELKIT::IsCompressedForm(form.bytes)) {
-        DissectPlain(form.bytes, writeInInput);
-        return first.get();
-    }
     QByteArray plain;
-    DissectCompressed(form.bytes, plain, writeInInput);
+    DissectFrame(form.bytes, form.frame, form.info, plain, writeInInput);
     if (!plain.isEmpty()) {
         output.writeLine(QStringLiteral("\nThe form inside, %1 bytes:").arg(plain.size()));
         text.writeHead();
-        DissectPlain(plain, write);
+        DissectPlain(plain, write, form.info);
     }
     return first.get();
 }
@@ -182,17 +176,17 @@ std::optional<Finding> writeHexJson(const HexForm& form, const QJsonObject& head
     for (auto i = head.begin(); i != head.end(); ++i)
         json.Add(i.key(), i.value());
     QByteArray plain;
-    const bool isCompressed = MODELKIT::IsCompressedForm(form.bytes);
+    bool isCompressed = false;
     json.BeginList(QStringLiteral("parts"));
-    if (isCompressed)
-        DissectCompressed(form.bytes, plain, writeInInput);
-    else
-        DissectPlain(form.bytes, writeInInput);
+    DissectFrame(form.bytes, form.frame, form.info, plain, [&](const Part& part) {
+        isCompressed |= part.kind == Part::Marker;
+        writeInInput(part);
+    });
     json.EndList();
     if (isCompressed) {
         json.BeginList(QStringLiteral("inflated"));
         if (!plain.isEmpty())
-            DissectPlain(plain, write);
+            DissectPlain(plain, write, form.info);
         json.EndList();
     }
     if (first.get())

@@ -4,6 +4,9 @@
 #pragma once
 
 #include "Finding.h"
+#include "documents/FrameFormat.h"
+
+#include "routerinterface/RecordInfo.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonObject>
@@ -14,11 +17,16 @@ namespace routermsg {
 
 class Output;
 
-/// A binary form, and the offset at which it begins in its input.
+/// A binary form.
 struct HexForm
 {
     QByteArray bytes;
+    /// Where it begins in its input.
     qint64 offset = 0;
+    /// The layout of a bare frame; all others have the usual one.
+    ROUTERDOCUMENTS::FrameFormat frame = {};
+    /// The class that it must have; null for any.
+    const PELLU300ROUTERINTERFACEXML::RecordInfo* info = nullptr;
 };
 
 /// Writes the parts of a plain or compressed form: offset, bytes and meaning, with a mark at every mistake.

@@ -7,6 +7,8 @@
 #include "documents/DocumentError.h"
 #include "documents/UnknownForm.h"
 
+#include <QtCore/QBuffer>
+
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -34,12 +36,28 @@ Finding problemOf(const DocumentError& error, const QString& name)
     return finding;
 }
 
+bool isBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
+
+// That the input is in another form than the user says; empty when it is not.
+QString otherForm(const QByteArray& head, const InputFormat& format)
+{
+    if (!format.form || format.frame || !WhyNoForm(head).isEmpty())
+        return QString();
+    const Form found = FormOfContent(head);
+    const bool isSame = isBinary(found)      ? isBinary(*format.form)
+                        : found == Form::Xml ? format.form == Form::Xml
+                                             : format.form == Form::Json || format.form == Form::JsonLines;
+    return isSame ? QString()
+                  : QStringLiteral("It looks like %1, but --from says %2.")
+                        .arg(NameOf(found), NameOf(*format.form));
+}
+
 } // namespace
 
 Document InputMessage::read(Validation validation) const
 {
     try {
-        return ReadDocument(recorded.bytes, {recorded.form, validation});
+        return ReadDocument(recorded.bytes, format.reading(recorded, validation));
     } catch (const DocumentError& error) {
         throw Refusal(findingOf(error));
     }
@@ -49,7 +67,11 @@ Finding InputMessage::findingOf(const DocumentError& error) const
 {
     reject();
     Finding finding = Finding::of(error, name);
-    finding.hint = hexHint(error, path, recorded.number);
+    QString hint = hexHint(error, path, recorded.number, format);
+    if (hint.isEmpty())
+        hint = otherForm(recorded.bytes, format);
+    if (!hint.isEmpty())
+        finding.hint = hint;
     const QString file = finding.place.file;
     finding.place = placeInInput(error.GetPlace());
     finding.place.file = file;
@@ -64,7 +86,7 @@ void InputMessage::reject() const
 
 Messages::Messages(const QString& path, const Options& options)
     : m_path(path), m_name(inputName(path)), m_options(options), m_file(path),
-      m_reader(m_file, {options.form})
+      m_reader(m_file, options.format.recording())
 {}
 
 std::optional<InputMessage> Messages::next()
@@ -81,7 +103,10 @@ std::optional<InputMessage> Messages::next()
             m_hasErrors = true;
             if (step.error->GetKind() == MODELKIT::Failure::InputOutput)
                 m_file.refuse();
-            throw Refusal(problemOf(*step.error, m_name));
+            Finding problem = problemOf(*step.error, m_name);
+            if (m_isByteOrderWrong)
+                problem.hint = hintOf(*step.error);
+            throw Refusal(problem);
         }
         if (!step.message) {
             m_isOver = true;
@@ -93,7 +118,7 @@ std::optional<InputMessage> Messages::next()
             continue;
         m_isOver = m_count >= m_options.range.last;
         const QString name = m_count == 1 ? m_name : m_name + QLatin1Char('#') + QString::number(m_count);
-        return InputMessage{m_path, name, std::move(*step.message), &m_reader};
+        return InputMessage{m_path, name, std::move(*step.message), m_options.format, &m_reader};
     }
     return std::nullopt;
 }
@@ -132,29 +157,33 @@ void Messages::begin()
         m_file.forget();
     if (!m_isWithoutMessage || isBroken)
         return;
+    m_isByteOrderWrong = m_ahead.front().error && isInOtherByteOrder();
+    if (m_options.format.frame)
+        return;
     if (!m_file.hasAll()) {
         explainByHead();
         return;
     }
     const QByteArray bytes = m_file.beginning();
-    const Form form = m_options.form.value_or(FormOfContent(bytes));
-    const bool isBinary = form == Form::Binary || form == Form::Compressed;
+    const Form form = m_options.format.form.value_or(FormOfContent(bytes));
     const auto errors = std::exchange(m_ahead, {});
     m_isOver = true;
     try {
-        ReadDocument(bytes, {m_options.form});
+        ReadDocument(bytes, {m_options.format.form, Validation::Off, std::nullopt, m_options.format.info});
     } catch (const DocumentError& error) {
         // A text that is cut off is a message, too: its reader may find more that is wrong.
-        if (isBinary || !(m_options.form || WhyNoForm(bytes).isEmpty())
+        if (isBinary(form) || !(m_options.format.form || WhyNoForm(bytes).isEmpty())
             || error.GetKind() == MODELKIT::Failure::InputTooLarge) {
             Finding finding = Finding::of(error, m_name);
-            finding.hint = hexHint(error, m_path, 1);
+            const QString hint = hintOf(error);
+            if (!hint.isEmpty())
+                finding.hint = hint;
             throw Refusal(finding);
         }
     }
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
-    if (isBinary) {
+    if (isBinary(form)) {
         m_ahead = errors;
         return;
     }
@@ -163,10 +192,58 @@ void Messages::begin()
     m_ahead.push_back({});
 }
 
+QString Messages::hintOf(const DocumentError& error) const
+{
+    const QString hint = m_isByteOrderWrong ? QString() : hexHint(error, m_path, 1, m_options.format);
+    if (!hint.isEmpty())
+        return hint;
+    if (!m_isByteOrderWrong)
+        return otherForm(m_file.head(), m_options.format);
+    const bool isLittle = m_options.format.inOtherByteOrder().frame->byteOrder == QDataStream::LittleEndian;
+    return QStringLiteral("--byte-order %1 reads it.")
+        .arg(isLittle ? QStringLiteral("little") : QStringLiteral("big"));
+}
+
+// Enough to try to read a message; nothing of a stream that was too large to keep.
+QByteArray Messages::firstBytes() const
+{
+    constexpr qint64 enough = qint64(1) << 20;
+    if (m_file.hasAll())
+        return m_file.beginning();
+    QByteArray bytes;
+    if (m_file.isStream() || m_path == QLatin1String("-"))
+        return bytes;
+    InputFile file(m_path);
+    while (bytes.size() < enough && file.take(enough - bytes.size(), bytes)) {
+    }
+    return bytes;
+}
+
+// Whether the input begins with a message when it is read in the other byte order.
+bool Messages::isInOtherByteOrder() const
+{
+    const auto form = m_options.format.form;
+    if (form && !isBinary(*form))
+        return false;
+    const InputFormat other = m_options.format.inOtherByteOrder();
+    QByteArray bytes = firstBytes();
+    QBuffer buffer(&bytes);
+    try {
+        RecordingReader reader(buffer, other.recording());
+        RecordedMessage message;
+        if (!reader.ReadNext(message))
+            return false;
+        ReadDocument(message.bytes, other.reading(message));
+        return true;
+    } catch (const DocumentError&) {
+        return false;
+    }
+}
+
 // Explains an input without a message that is too large to keep.
 void Messages::explainByHead()
 {
-    const QString reason = m_options.form ? QString() : WhyNoForm(m_file.head());
+    const QString reason = m_options.format.form ? QString() : WhyNoForm(m_file.head());
     if (!reason.isEmpty())
         m_ahead = {{{}, DocumentError(MODELKIT::Failure{MODELKIT::Failure::NotABinaryForm, reason, {}})}, {}};
 }

@@ -5,6 +5,7 @@
 
 #include "Finding.h"
 #include "InputFile.h"
+#include "InputOptions.h"
 #include "documents/Document.h"
 #include "documents/DocumentError.h"
 #include "documents/Recording.h"
@@ -38,6 +39,8 @@ struct InputMessage
     /// "rec.bin#2".
     QString name;
     ROUTERDOCUMENTS::RecordedMessage recorded;
+    /// How the input is written.
+    InputFormat format = {};
     /// Gave it, and lives longer; none for an input that is not read as a recording.
     ROUTERDOCUMENTS::RecordingReader* reader = nullptr;
 
@@ -66,8 +69,7 @@ public:
     struct Options
     {
         MessageRange range = {};
-        /// The form of all messages; otherwise the content of each determines it.
-        std::optional<ROUTERDOCUMENTS::Form> form = std::nullopt;
+        InputFormat format = {};
         /// Is told how much has been read.
         Progress* progress = nullptr;
     };
@@ -104,6 +106,9 @@ private:
     void begin();
     bool isTold(const ROUTERDOCUMENTS::DocumentError& error) const;
     void explainByHead();
+    QString hintOf(const ROUTERDOCUMENTS::DocumentError& error) const;
+    QByteArray firstBytes() const;
+    bool isInOtherByteOrder() const;
 
     QString m_path;
     QString m_name;
@@ -117,6 +122,7 @@ private:
     bool m_hasBegun = false;
     bool m_hasErrors = false;
     bool m_isWithoutMessage = false;
+    bool m_isByteOrderWrong = false;
     bool m_isOver = false;
 };
 

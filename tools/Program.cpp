@@ -2,6 +2,7 @@
 #include "Program.h"
 
 #include "CommonOptions.h"
+#include "InputOptions.h"
 #include "ProgramName.h"
 #include "Suggestions.h"
 #include "documents/Forms.h"
@@ -21,6 +22,8 @@ Command completed(Command command)
 {
     CommandTable& table = command.table;
     table.options.prepend(helpOption());
+    if (table.readsMessages)
+        table.options += inputOptionRows();
     if (table.hasCommonOptions)
         table.options += commonOptionRows(table.furtherFormats);
     return command;

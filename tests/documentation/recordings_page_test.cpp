@@ -59,6 +59,30 @@ TEST_F(RecordingsPage, ReadsEveryMessage)
               QStringList({"1 binary PelLu300RouterInterfaceXml", "2 xml PelLu300RouterInterfaceXml"}));
 }
 
+TEST_F(RecordingsPage, ReadsBareFrames)
+{
+    QByteArray frames;
+    QDataStream stream(&frames, QIODevice::WriteOnly);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    OstraInterfacePort record;
+    record.SetPort(5000);
+    record.GetBinary(stream, 0, false);
+    record.GetBinary(stream, 0, false);
+    write(frames);
+    //! [reading bare frames]
+    const auto* port = PELLU300ROUTERINTERFACEXML::RecordInfo::Find("OstraInterfacePort");
+    const FrameFormat format{false, QDataStream::LittleEndian};
+    RecordingReader reader(file, {std::nullopt, format});
+    RecordedMessage message;
+    while (reader.ReadNext(message)) {
+        const ReadingOptions options{message.form, Validation::On, message.frame, port};
+        const Document document = ReadDocument(message.bytes, options);
+        qInfo().noquote() << message.number << message.offset << document.info->GetName();
+    }
+    //! [reading bare frames]
+    EXPECT_EQ(said.texts(), QStringList({"1 0 OstraInterfacePort", "2 20 OstraInterfacePort"}));
+}
+
 TEST_F(RecordingsPage, GoesOnBehindWhatIsNoMessage)
 {
     PelLu300RouterInterfaceXml document = event(1);

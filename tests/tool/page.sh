@@ -5,7 +5,8 @@
 #     page.sh [--update] PROGRAM PAGE
 #
 # The table of commands must be that of the program. Each command needs a section with its usage, which must have all
-# arguments and all options, except those in the section "Options of all commands".
+# arguments and all options, except those in the sections "Options of all commands" and "Options of commands that
+# read".
 #
 # --update writes the table, and says what else is missing.
 set -euo pipefail
@@ -56,13 +57,13 @@ table() {
 }
 
 # check_option COMMAND USAGE NAME... [VALUE]: complains unless the option is in the usage, in brackets unless it is
-# required, or one of all commands.
+# required, or one of many commands.
 check_option() {
     local command=$1 usage=$2 name value=
     shift 2
     [[ ${*: -1} = -* ]] || value=" ${*: -1}"
     for name in "$@"; do
-        case $(section 'Options of all commands')$usage in
+        case $(section 'Options of all commands')$(section 'Options of commands that read')$usage in
             *"\`$name"* | *"[$name$value]"* | *"] $name$value "*) return ;;
         esac
     done

@@ -167,6 +167,7 @@ Status convertFolder(const Arguments& arguments, Session& session)
 {
     // Wrong values are found before the work begins.
     static_cast<void>(messagesOf(arguments));
+    static_cast<void>(inputFormatOf(arguments));
     static_cast<void>(MessageFilter(arguments));
     return Batch(arguments, session).run();
 }

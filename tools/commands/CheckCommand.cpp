@@ -188,7 +188,8 @@ QString unlistedErrorsText(const CheckedDocument& checked, const CheckOptions& o
 Verdict examine(const InputMessage& message, const CheckOptions& options)
 {
     const CheckedDocument checked =
-        CheckDocument(message.recorded.bytes, {message.recorded.form, options.maximalErrors});
+        CheckDocument(message.recorded.bytes, {message.recorded.form, options.maximalErrors,
+                                               message.recorded.frame, message.format.info});
     Verdict verdict{message.name, {}};
     if (options.isStrict)
         addAcceptedInSilence(checked, message, verdict);
@@ -344,6 +345,7 @@ Status check(const Arguments& arguments, Session& session)
 {
     const InputList inputs = inputsOf(arguments);
     const MessageRange range = messagesOf(arguments);
+    const InputFormat format = inputFormatOf(arguments);
     const CheckOptions options{maximalErrorsOf(arguments), arguments.isGiven("--strict")};
     const auto report = makeReport(session);
     Status worst = Fine;
@@ -358,7 +360,7 @@ Status check(const Arguments& arguments, Session& session)
     for (const QString& file : inputs.files) {
         progress.next(inputName(file));
         forEachMessage(
-            file, {range, std::nullopt, &progress},
+            file, {range, format, &progress},
             [&](const InputMessage& message) { add(examine(message, options)); },
             [&](const Finding& finding) {
                 add({inputName(file), {finding}});
@@ -384,6 +386,7 @@ Command checkCommand()
         flag({"--strict"},
              "Also find what is accepted silently: what is unknown or repeated, texts that are not numbers, "
              "numbers that lose digits, attributes, and members that should be set.")};
+    table.readsMessages = true;
     table.examples = {
         {"routermsg check request.xml", "One document."},
         {"routermsg check --quiet recordings",

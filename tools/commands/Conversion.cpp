@@ -31,7 +31,7 @@ std::optional<Form> formToWrite(const Arguments& arguments, const QString& path)
 
 Conversion::Conversion(const Arguments& arguments, FindingReceiver& report, Progress& progress, Copies copies)
     : m_report(report),
-      m_progress(progress), m_options{messagesOf(arguments), formOf(arguments, "--from"), &progress},
+      m_progress(progress), m_options{messagesOf(arguments), inputFormatOf(arguments), &progress},
       m_copies(copies),
       m_validation(copies == Copies::All || arguments.isGiven("--invalid") ? Validation::Off
                                                                            : Validation::On),

@@ -63,13 +63,13 @@ Command convertCommand()
     table.options = {
         messageOption(),
         whereOption(),
-        formOption("--from", "The form of IN. Without it, the content tells the form."),
         formOption("--to", "The form of OUT. Without it, the ending tells the form; - means xml. "
                            "A folder needs the option."),
         jobsOption(),
         invalidOption(),
         acceptLossOption(
             "Without the option OUT is written as well, unless it is IN, but the exit status is 1.")};
+    table.readsMessages = true;
     table.examples = {
         {"%1 convert request.xml request.bin", "From XML to the binary form."},
         {"%1 convert --accept-loss scan.json scan.xml", "To XML, even if numbers lose decimals."},

@@ -41,7 +41,7 @@ class Comparison
 public:
     Comparison(const Arguments& arguments, Session& session)
         : m_ignored(ignoredMembers(arguments.texts("--ignore"))), m_range(messagesOf(arguments)),
-          m_session(session), m_report(makeDiffReport(session))
+          m_format(inputFormatOf(arguments)), m_session(session), m_report(makeDiffReport(session))
     {}
 
     // Compares the messages of two files in pairs, by their numbers.
@@ -110,7 +110,7 @@ private:
     {
         std::unique_ptr<Messages> messages;
         attempt([&] {
-            messages = std::make_unique<Messages>(path, Messages::Options{m_range, std::nullopt, progress});
+            messages = std::make_unique<Messages>(path, Messages::Options{m_range, m_format, progress});
         });
         return messages;
     }
@@ -155,6 +155,7 @@ private:
 
     const IgnoredMembers m_ignored;
     const MessageRange m_range;
+    const InputFormat m_format;
     Session& m_session;
     const std::unique_ptr<DiffReport> m_report;
     qint64 m_differences = 0;
@@ -211,6 +212,7 @@ Command diffCommand()
             {"--ignore"}, "PATH",
             "A member to ignore, as a path such as MessageID, DF_Params/Frequency or Fragment[2], or as "
             "diff writes it; can be given several times.")))};
+    table.readsMessages = true;
     table.examples = {
         {"%1 diff before.xml after.bin", "Member by member."},
         {"%1 diff expected recorded", "Two folders, file by file."},

@@ -35,7 +35,7 @@ Status get(const Arguments& arguments, Session& session)
     MessageFilter filter(arguments);
     const InputList inputs = inputsOf(arguments);
     Progress progress(session, inputs.files);
-    const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
+    const Messages::Options options{messagesOf(arguments), inputFormatOf(arguments), &progress};
     Status worst = Fine;
     const auto addProblem = [&](const Finding& problem) {
         session.complainInLine(problem);
@@ -74,6 +74,7 @@ Command getCommand()
     table.arguments = {required(takingPath(argument("PATH", "PATH", "The path of the member."))),
                        inputsArgument()};
     table.options = {messageOption(), whereOption()};
+    table.readsMessages = true;
     table.examples = {
         {"%1 get MessageID request.xml", "The number of a message."},
         {"%1 get DF_Params/Frequency week.rec --where Type=Reply", "All frequencies in the replies."},

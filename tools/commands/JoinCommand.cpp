@@ -113,11 +113,11 @@ Command joinCommand()
                    "an unknown ending and for -, messages keep their bytes."),
         messageOption(),
         whereOption(),
-        formOption("--from", "The form of all inputs. Without it, their content tells the form."),
         invalidOption(),
         acceptLossOption(
             "Without the option the file is written as well, unless it is an input, but the exit "
             "status is 1.")};
+    table.readsMessages = true;
     table.examples = {
         {"%1 join monday.rec tuesday.rec -o week.jsonl", "Messages of two recordings as JSON lines."},
         {"%1 join recordings -o all.rec", "All messages in a folder, each with its bytes."},

@@ -178,7 +178,7 @@ Status list(const Arguments& arguments, Session& session)
     const auto listing = makeList(columns, session);
     listing->begin();
     Progress progress(session, inputs.files);
-    const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
+    const Messages::Options options{messagesOf(arguments), inputFormatOf(arguments), &progress};
     Status worst = Fine;
     const auto addProblem = [&](const Finding& problem) {
         session.complainInLine(problem);
@@ -217,6 +217,7 @@ Command listCommand()
                               "What to list, separated by commas: paths of members, and %1. Without it, %2.")
                               .arg(Listed(specialColumns()), Listed(usualColumns()))))};
     table.furtherFormats = QStringList{"csv"};
+    table.readsMessages = true;
     table.examples = {{"%1 list week.rec", "Every message of a recording."},
                       {"nc router 5000 | %1 list - --where Type=Event", "Events, as soon as they arrive."},
                       {"%1 list recordings --columns file,DF_Params/Frequency --format csv > frequencies.csv",

@@ -51,7 +51,7 @@ class Editing
 public:
     Editing(const Arguments& arguments, Session& session)
         : m_arguments(arguments), m_edits(editsOf(arguments)), m_range(messagesOf(arguments)),
-          m_filter(arguments), m_path(arguments.text("IN")),
+          m_format(inputFormatOf(arguments)), m_filter(arguments), m_path(arguments.text("IN")),
           m_target(arguments.isGiven("--output") ? arguments.text("--output") : QStringLiteral("-"),
                    formOf(arguments, "--to")),
           m_progress(session, {m_path}), m_report(m_target.path, session),
@@ -66,10 +66,12 @@ public:
 private:
     Status edit()
     {
+        if (m_format.frame && isSameFile(m_path, m_target.path))
+            m_arguments.refuse(QStringLiteral(
+                "Bare frames are only read: IN would get another layout. Write another file."));
         m_progress.next(m_input.name);
         const Status worst = forEachMessage(
-            m_path, {{}, formOf(m_arguments, "--from"), &m_progress},
-            [this](const InputMessage& message) { add(message); },
+            m_path, {{}, m_format, &m_progress}, [this](const InputMessage& message) { add(message); },
             [this](const Finding& finding) { m_report.add(finding); });
         if (m_input.messages > 0)
             m_report.addFile(QStringLiteral("input"), m_input.toJson());
@@ -175,6 +177,9 @@ private:
 
     bool isInTargetForm(const RecordedMessage& recorded) const
     {
+        // The output has no bare frames.
+        if (recorded.frame)
+            return false;
         // Text in UTF-16 or UTF-32 does not go together with messages in UTF-8.
         if (recorded.form == Form::Xml && recorded.bytes.contains('\0'))
             return false;
@@ -186,6 +191,7 @@ private:
     const Arguments& m_arguments;
     RecordEdits m_edits;
     MessageRange m_range;
+    InputFormat m_format;
     MessageFilter m_filter;
     QString m_path;
     Target m_target;
@@ -238,12 +244,12 @@ Command setCommand()
                               "changes; can be given several times."))),
         messageOption(),
         whereOption(),
-        formOption("--from", "The form of IN. Without it, the content tells the form."),
         formOption("--to",
                    "The form to write. Without it, the ending of the file tells the form; - means xml."),
         flag({"--accept-loss"},
              "Report success although something is lost by reading or writing changed messages. What is lost "
              "is still listed. Without the option IN is not overwritten, and the exit status is 1.")};
+    table.readsMessages = true;
     table.examples = {
         {"%1 set request.xml MessageID=8 -o request.xml", "In place."},
         {"%1 set scan.bin 'Fragment[2]/DF_Params/Frequency=98.5e6' -o new.bin", "In one fragment."},

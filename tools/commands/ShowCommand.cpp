@@ -2,6 +2,7 @@
 // The command `show`: what is in a document, for people.
 
 #include "Commands.h"
+#include "HexHint.h"
 #include "HexView.h"
 #include "InputFile.h"
 #include "InputFiles.h"
@@ -53,8 +54,12 @@ bool showTree(const InputMessage& message, MessageFilter& filter, bool isFirst, 
 bool isBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
 
 // Without any "<" the bytes cannot be XML, so they are treated as a binary form, however wrong.
-Form formToDissect(const QByteArray& bytes)
+Form formToDissect(const QByteArray& bytes, const InputFormat& format)
 {
+    if (format.frame || (format.form && isBinary(*format.form)))
+        return MODELKIT::IsCompressedForm(bytes) ? Form::Compressed : Form::Binary;
+    if (format.form)
+        return *format.form;
     const Form form = FormOfContent(bytes);
     return form == Form::Xml && !bytes.contains('<') ? Form::Binary : form;
 }
@@ -63,10 +68,11 @@ Form formToDissect(const QByteArray& bytes)
 Status showHex(const InputMessage& message, Session& session)
 {
     const QByteArray& bytes = message.recorded.bytes;
-    const Form form = formToDissect(bytes);
+    const Form form = message.recorded.frame ? message.recorded.form : formToDissect(bytes, message.format);
     const FileSummary summary{message.name, form, bytes.size()};
     const HexForm shown = isBinary(form)
-                              ? HexForm{bytes, message.recorded.offset}
+                              ? HexForm{bytes, message.recorded.offset,
+                                        message.recorded.frame.value_or(FrameFormat()), message.format.info}
                               : HexForm{encode(*message.read().record, Form::Binary, message.name), 0};
 
     std::optional<Finding> wrong;
@@ -122,11 +128,17 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Messa
         } catch (const Refusal& refusal) {
             if (std::exchange(isFirst, false) && !filter.isGiven() && isShownAsWhole(messages)) {
                 const QByteArray bytes = messages.whole();
-                return showHex({path, inputName(path), {1, 0, 1, 1, formToDissect(bytes), bytes}}, session);
+                const InputFormat& format = options.format;
+                return showHex({path,
+                                inputName(path),
+                                {1, 0, 1, 1, formToDissect(bytes, format), bytes, format.frame},
+                                format},
+                               session);
             }
             Finding finding = refusal.finding();
             // It would point to this command.
-            finding.hint.clear();
+            if (isHexHint(finding.hint))
+                finding.hint.clear();
             complain(finding, session);
             worst = std::max(worst, refusal.finding().status);
         }
@@ -139,7 +151,7 @@ Status show(const Arguments& arguments, Session& session)
     session.keepFindingsForJson();
     const QString path = arguments.text("FILE");
     Progress progress(session, {path});
-    const Messages::Options options{messagesOf(arguments), std::nullopt, &progress};
+    const Messages::Options options{messagesOf(arguments), inputFormatOf(arguments), &progress};
     progress.next(inputName(path));
     MessageFilter filter(arguments);
     if (arguments.isGiven("--hex"))
@@ -165,6 +177,7 @@ Command showCommand()
     table.arguments = {required(argument("FILE", fileValue(), "The document, or - for standard input."))};
     table.options = {messageOption(), whereOption(),
                      flag({"--hex"}, "Show the bytes of the binary form and what they mean.")};
+    table.readsMessages = true;
     table.examples = {{"%1 show request.xml", "The document as a tree, with types and what is not set."},
                       {"%1 show week.rec --where 'Type=Reply and DF_Params'",
                        "Only the replies with DF_Params of a recording."},

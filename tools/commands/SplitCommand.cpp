@@ -159,9 +159,9 @@ Command splitCommand()
                            "unknown ending, messages keep their bytes."),
         messageOption(),
         whereOption(),
-        formOption("--from", "The form of REC. Without it, the content tells the form."),
         invalidOption(),
         acceptLossOption("Without the option the files are written as well, but the exit status is 1.")};
+    table.readsMessages = true;
     table.examples = {
         {"%1 split week.rec -o 'week/%05d.xml'", "Each message as XML."},
         {"%1 split week.rec --output '%d.msg'", "The bytes of each message, whatever its form."},

@@ -128,6 +128,7 @@ Status stats(const Arguments& arguments, Session& session)
 {
     session.keepFindingsForJson();
     const MessageRange range = messagesOf(arguments);
+    const InputFormat format = inputFormatOf(arguments);
     const InputList inputs = inputsOf(arguments);
     MessageFilter filter(arguments);
     Statistics statistics;
@@ -145,7 +146,7 @@ Status stats(const Arguments& arguments, Session& session)
         for (const QString& file : inputs.files) {
             progress.next(inputName(file));
             forEachMessage(
-                file, {range, std::nullopt, &progress},
+                file, {range, format, &progress},
                 [&](const InputMessage& message) {
                     const Document document = message.read();
                     if (filter.takes(*document.record))
@@ -170,6 +171,7 @@ Command statsCommand()
     table.summary = "Count what documents hold.";
     table.arguments = {inputsArgument()};
     table.options = {messageOption(), whereOption()};
+    table.readsMessages = true;
     table.examples = {{"%1 stats recordings", "All documents of a folder together."},
                       {"%1 stats recordings --where DF_Params", "Only those with DF_Params."}};
     return {table, stats};

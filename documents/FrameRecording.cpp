@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "documents/FrameRecording.h"
+
+#include "modelkit/Limits.h"
+
+#include <QtCore/QIODevice>
+
+#include <algorithm>
+
+namespace ROUTERDOCUMENTS {
+
+using MODELKIT::Failure;
+using MODELKIT::Intake;
+
+RecordingReader::FrameMachine::FrameMachine(QIODevice& device, const FrameFormat& format)
+    : m_format(format), m_headerSize(headerSizeOf(format)), m_arrivals(device)
+{
+    m_arrivals.ForgetLines();
+}
+
+bool RecordingReader::FrameMachine::ReadNext(RecordedMessage& message)
+{
+    // Two messages at a time could be too much for the memory.
+    message = RecordedMessage();
+    if (m_isOver)
+        return false;
+    const MODELKIT::Limits limits = MODELKIT::Limits::Get();
+    m_limit = std::min(limits.inputSize, LargestMessage);
+    QString reason;
+    if (!m_arrivals.Open(reason)) {
+        m_isOver = true;
+        throw DocumentError(MODELKIT::cannotRead(&m_arrivals.Device(), reason));
+    }
+    Intake intake(m_arrivals.Device(), limits.waitingTime);
+    m_isAll = false;
+    while (true) {
+        switch (TakeStep(message)) {
+        case Step::Done:
+            break;
+        case Step::NeedsMore:
+            FetchMore(intake);
+            break;
+        case Step::Found:
+            return true;
+        case Step::Finished:
+            return false;
+        }
+    }
+}
+
+RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::TakeStep(RecordedMessage& message)
+{
+    if (m_isSearching)
+        return Search();
+    const qint64 there = m_arrivals.Size();
+    if (there == 0)
+        return m_isAll ? Step::Finished : Step::NeedsMore;
+    if (there < m_headerSize)
+        return m_isAll ? BeginSearch(Failure::NotABinaryForm,
+                                     QStringLiteral("The frame is cut off; its length is missing"))
+                       : Step::NeedsMore;
+    return FindEnd(message);
+}
+
+RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::FindEnd(RecordedMessage& message)
+{
+    const FrameHeader header(m_arrivals.Data(), m_format);
+    if (!header.isFrame())
+        return BeginSearch(Failure::NotABinaryForm, header.whyNoFrame());
+    if (header.length < 0)
+        return BeginSearch(Failure::NotABinaryForm, QStringLiteral("The frame has a negative length"));
+    const qint64 size = m_headerSize + header.length;
+    if (size > m_limit)
+        return BeginSearch(Failure::InputTooLarge,
+                           QStringLiteral("The frame of %1 bytes is larger than the limit of %2 bytes")
+                               .arg(QString::number(size), QString::number(m_limit)));
+    const qint64 missing = size - m_arrivals.Size();
+    if (missing > 0)
+        return m_isAll ? BeginSearch(Failure::NotABinaryForm,
+                                     QStringLiteral("The frame is cut off; %1")
+                                         .arg(countedBytes(missing, QStringLiteral("missing"))))
+                       : Step::NeedsMore;
+    message.number = ++m_count;
+    message.offset = m_arrivals.Offset();
+    message.form = header.isCompressed ? Form::Compressed : Form::Binary;
+    message.frame = m_format;
+    message.bytes = m_arrivals.Take(size);
+    m_examined += m_headerSize;
+    return Step::Found;
+}
+
+RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::BeginSearch(Failure::Kind kind,
+                                                                               const QString& text)
+{
+    m_failure = FailureHere(kind, text);
+    m_isSearching = true;
+    m_passed = 1;
+    m_arrivals.Drop(1);
+    return Step::Done;
+}
+
+RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::Search()
+{
+    const qint64 there = m_arrivals.Size();
+    qint64 at = 0;
+    if (!m_format.hasId)
+        at = there;
+    while (at + m_headerSize <= there && !MayBegin(at))
+        ++at;
+    const bool isFound = at + m_headerSize <= there && m_format.hasId;
+    if (!isFound && m_isAll)
+        at = there;
+    m_arrivals.Drop(at);
+    m_passed += at;
+    m_examined += at;
+    if (!isFound && !m_isAll)
+        return Step::NeedsMore;
+    m_isSearching = false;
+    m_failure.text += QStringLiteral("; %1.").arg(countedBytes(m_passed, QStringLiteral("passed over")));
+    throw DocumentError(m_failure);
+}
+
+bool RecordingReader::FrameMachine::MayBegin(qint64 at) const
+{
+    const FrameHeader header(m_arrivals.Data() + at, m_format);
+    return header.isFrame() && header.length >= 0 && header.length <= m_limit - m_headerSize;
+}
+
+void RecordingReader::FrameMachine::FetchMore(Intake& intake)
+{
+    const Intake::Outcome outcome = m_arrivals.Fetch(intake);
+    if (outcome == Intake::Broken) {
+        m_isOver = true;
+        Failure failure = MODELKIT::cannotRead(&m_arrivals.Device(), intake.GetReason());
+        failure.place.offset = m_arrivals.Offset();
+        throw DocumentError(failure);
+    }
+    const bool isNothingBegun = m_isSearching || m_arrivals.Size() == 0;
+    if (outcome == Intake::Late || (outcome == Intake::Quiet && !isNothingBegun))
+        throw DocumentError(
+            FailureHere(Failure::NotWholeYet, QStringLiteral("The end of the next frame has not arrived.")));
+    m_isAll = outcome != Intake::Whole;
+}
+
+Failure RecordingReader::FrameMachine::FailureHere(Failure::Kind kind, const QString& text) const
+{
+    Failure failure;
+    failure.kind = kind;
+    failure.text = text;
+    failure.place.offset = m_arrivals.Offset();
+    return failure;
+}
+
+} // namespace ROUTERDOCUMENTS
