@@ -72,6 +72,8 @@ const QStringList& FormNames()
 
 QString NameOf(Form form) { return FormNames().at(static_cast<int>(form)); }
 
+bool IsBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
+
 std::optional<Form> FormByName(const QString& name)
 {
     const auto index = FormNames().indexOf(name);

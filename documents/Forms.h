@@ -29,6 +29,8 @@ enum class Form
 ROUTERDOCUMENTS_EXPORT const QStringList& FormNames();
 /// The name of a form: "xml", "binary", "compressed", "json", "jsonl".
 ROUTERDOCUMENTS_EXPORT QString NameOf(Form form);
+/// Whether it is a binary form, plain or compressed; the other forms are texts.
+ROUTERDOCUMENTS_EXPORT bool IsBinary(Form form);
 /// The form with that name, if there is one.
 ROUTERDOCUMENTS_EXPORT std::optional<Form> FormByName(const QString& name);
 /// The form that the file name's extension stands for, in any case; nothing for an unknown extension.

@@ -52,8 +52,8 @@ void requireForm(const QByteArray& bytes, Form similar)
     const QString reason = WhyNoForm(bytes);
     if (reason.isEmpty())
         return;
-    const bool isText = similar != Form::Binary && similar != Form::Compressed;
-    throw DocumentError(Failure{isText ? Failure::NotWellFormed : Failure::NotABinaryForm, reason, {}});
+    throw DocumentError(
+        Failure{IsBinary(similar) ? Failure::NotABinaryForm : Failure::NotWellFormed, reason, {}});
 }
 
 Failure explainedForXml(Failure failure, const QByteArray& xml)

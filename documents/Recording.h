@@ -69,8 +69,8 @@ struct RecordingOptions
 ///
 /// It keeps no more than one message and a block of fixed size in memory. A message is there as soon as its
 /// last byte has arrived. The limits in force apply to each message: Limits::inputSize, which has no effect
-/// above #LargestMessage, and Limits::waitingTime for a device whose data arrive later. The reader reads more
-/// from the device than the messages that it has given.
+/// above ROUTERDOCUMENTS::LargestMessage, and Limits::waitingTime for a device whose data arrive later. The
+/// reader reads more from the device than the messages that it has given.
 ///
 /// \code
 /// RecordingReader reader(device);

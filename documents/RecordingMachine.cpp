@@ -10,6 +10,7 @@
 namespace ROUTERDOCUMENTS {
 
 using MODELKIT::Failure;
+using MODELKIT::Intake;
 using MODELKIT::Limits;
 
 namespace {
@@ -79,13 +80,11 @@ RecordingReader::Machine::Step RecordingReader::Machine::TakeStep(RecordedMessag
     case State::Skipping:
         break;
     }
-    const bool isBinary = m_messageForm == Form::Binary || m_messageForm == Form::Compressed;
-    return isBinary ? FindEndOfBinary(message) : FindEndOfText(message);
+    return IsBinary(m_messageForm) ? FindEndOfBinary(message) : FindEndOfText(message);
 }
 
-void RecordingReader::Machine::FetchMore(MODELKIT::Intake& intake)
+void RecordingReader::Machine::FetchMore(Intake& intake)
 {
-    using Intake = MODELKIT::Intake;
     const Intake::Outcome outcome = m_arrivals.Fetch(intake);
     const bool isNothingBegun = m_state == State::Searching
                                 || (m_state == State::Between && m_arrivals.Size() == 0)
@@ -303,7 +302,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size,
     message.line = m_arrivals.Line();
     message.column = m_arrivals.Column();
     message.form = m_messageForm;
-    if (m_messageForm == Form::Binary || m_messageForm == Form::Compressed)
+    if (IsBinary(m_messageForm))
         m_arrivals.ForgetLines();
     message.bytes = m_arrivals.Take(size, m_units);
     return Step::Found;

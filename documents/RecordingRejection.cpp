@@ -22,7 +22,7 @@ bool isSure(const MessageBeginning& beginning, const char* bytes)
 void RecordingReader::Machine::Reject(const RecordedMessage& message)
 {
     const qint64 size = message.bytes.size();
-    const bool isBinary = message.form == Form::Binary || message.form == Form::Compressed;
+    const bool isBinary = IsBinary(message.form);
     const bool isLast = m_state == State::Between && m_count > 0 && message.number == m_count
                         && message.offset + size == m_arrivals.Offset();
     if (!isBinary || !isLast)

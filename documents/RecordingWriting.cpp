@@ -13,8 +13,6 @@ namespace ROUTERDOCUMENTS {
 
 namespace {
 
-bool isWrittenAsText(Form form) { return form != Form::Binary && form != Form::Compressed; }
-
 // The units of the text of a message.
 TextUnits unitsOf(const QByteArray& bytes)
 {
@@ -29,7 +27,7 @@ TextUnits unitsOf(const QByteArray& bytes)
 QByteArray WriteMessage(MODELKIT::IMKObject& record, Form form)
 {
     QByteArray bytes = WriteDocument(record, form);
-    if (isWrittenAsText(form) && !bytes.endsWith('\n'))
+    if (!IsBinary(form) && !bytes.endsWith('\n'))
         bytes += '\n';
     return bytes;
 }
@@ -44,7 +42,7 @@ void AppendMessage(QIODevice& device, MODELKIT::IMKObject& record, Form form)
 
 QByteArray LineBreakBehind(const RecordedMessage& message)
 {
-    if (!isWrittenAsText(message.form))
+    if (IsBinary(message.form))
         return {};
     const TextUnits units = unitsOf(message.bytes);
     QByteArray lineBreak(units.size, '\0');

@@ -17,10 +17,10 @@ QString counted(qint64 count, const QString& one, const QString& several)
     return count == 1 ? one : several.arg(count);
 }
 
-class TextReport : public DiffReport
+class DiffText : public DiffReport
 {
 public:
-    explicit TextReport(Session& session) : m_out(session.out()), m_isQuiet(session.isQuiet()) {}
+    explicit DiffText(Session& session) : m_out(session.out()), m_isQuiet(session.isQuiet()) {}
 
     void add(const ComparedMessages& messages, const Difference& difference) override
     {
@@ -68,10 +68,10 @@ private:
     bool m_isQuiet;
 };
 
-class JsonReport : public DiffReport
+class DiffJson : public DiffReport
 {
 public:
-    explicit JsonReport(Session& session) : m_session(session), m_json(session.out().writer())
+    explicit DiffJson(Session& session) : m_session(session), m_json(session.out().writer())
     {
         m_json.BeginList(QStringLiteral("differences"));
     }
@@ -117,8 +117,8 @@ QString ComparedMessages::prefix() const
 std::unique_ptr<DiffReport> makeDiffReport(Session& session)
 {
     if (session.format() == Format::Json)
-        return std::make_unique<JsonReport>(session);
-    return std::make_unique<TextReport>(session);
+        return std::make_unique<DiffJson>(session);
+    return std::make_unique<DiffText>(session);
 }
 
 } // namespace routermsg

@@ -127,7 +127,7 @@ InputFormat inputFormatOf(const Arguments& arguments)
         arguments.refuse(
             QStringLiteral("The option --no-id needs --record: without the class id, nothing else "
                            "tells which record the frames hold."));
-    if (format.form && *format.form != Form::Binary && *format.form != Form::Compressed)
+    if (format.form && !IsBinary(*format.form))
         arguments.refuse(QStringLiteral("The option %1 is for binary messages, but --from says %2.")
                              .arg(option, NameOf(*format.form)));
     if (!hasId && format.form == Form::Compressed)

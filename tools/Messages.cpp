@@ -36,15 +36,13 @@ Finding problemOf(const DocumentError& error, const QString& name)
     return finding;
 }
 
-bool isBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
-
 // That the input is in another form than the user says; empty when it is not.
 QString otherForm(const QByteArray& head, const InputFormat& format)
 {
     if (!format.form || format.frame || !WhyNoForm(head).isEmpty())
         return QString();
     const Form found = FormOfContent(head);
-    const bool isSame = isBinary(found)      ? isBinary(*format.form)
+    const bool isSame = IsBinary(found)      ? IsBinary(*format.form)
                         : found == Form::Xml ? format.form == Form::Xml
                                              : format.form == Form::Json || format.form == Form::JsonLines;
     return isSame ? QString()
@@ -172,7 +170,7 @@ void Messages::begin()
         ReadDocument(bytes, {m_options.format.form, Validation::Off, std::nullopt, m_options.format.info});
     } catch (const DocumentError& error) {
         // A text that is cut off is a message, too: its reader may find more that is wrong.
-        if (isBinary(form) || !(m_options.format.form || WhyNoForm(bytes).isEmpty())
+        if (IsBinary(form) || !(m_options.format.form || WhyNoForm(bytes).isEmpty())
             || error.GetKind() == MODELKIT::Failure::InputTooLarge) {
             Finding finding = Finding::of(error, m_name);
             const QString hint = hintOf(error);
@@ -183,7 +181,7 @@ void Messages::begin()
     }
     m_isOver = false;
     // What can be read as a document is a message, except for a binary form: bytes behind it are not read.
-    if (isBinary(form)) {
+    if (IsBinary(form)) {
         m_ahead = errors;
         return;
     }
@@ -223,7 +221,7 @@ QByteArray Messages::firstBytes() const
 bool Messages::isInOtherByteOrder() const
 {
     const auto form = m_options.format.form;
-    if (form && !isBinary(*form))
+    if (form && !IsBinary(*form))
         return false;
     const InputFormat other = m_options.format.inOtherByteOrder();
     QByteArray bytes = firstBytes();

@@ -35,8 +35,6 @@ Form formFor(const QString& path)
                          .arg(path, KnownEndings(), Listed(FormNames())));
 }
 
-bool isText(Form form) { return form != Form::Binary && form != Form::Compressed; }
-
 // A copied message may have any encoding.
 QString textForTerminal(const QByteArray& bytes, const Target& target)
 {
@@ -54,7 +52,7 @@ QString textForTerminal(const QByteArray& bytes, const Target& target)
 // What a terminal shows of the bytes, with control characters as escapes of the form.
 QByteArray forTerminal(const QByteArray& bytes, const Target& target)
 {
-    if (!isText(target.form))
+    if (IsBinary(target.form))
         throw OutputRefusal(Finding::ofFile(
             outputName(target.path),
             QStringLiteral("The %1 form is not written to a terminal. Name a file or redirect the output.")
@@ -165,7 +163,7 @@ void MessageWriter::append(const QByteArray& bytes)
 {
     // Texts begin on a line of their own.
     write(m_isInLine ? '\n' + bytes : bytes);
-    m_isInLine = isText(m_target.form) && !bytes.endsWith('\n');
+    m_isInLine = !IsBinary(m_target.form) && !bytes.endsWith('\n');
     ++m_summary.messages;
 }
 

@@ -53,12 +53,12 @@ Gate& gate()
     return only;
 }
 
-sigset_t setOf(std::initializer_list<int> signals)
+sigset_t setOf(std::initializer_list<int> numbers)
 {
     sigset_t set;
     sigemptyset(&set);
-    for (const int signal : signals)
-        sigaddset(&set, signal);
+    for (const int number : numbers)
+        sigaddset(&set, number);
     return set;
 }
 

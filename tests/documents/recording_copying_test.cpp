@@ -19,7 +19,7 @@ QVector<QByteArray> differentMessages()
     for (const Form form : allForms) {
         PelLu300RouterInterfaceXml document = numbered(1);
         const QByteArray bytes = WriteDocument(document, form);
-        const bool isText = form != Form::Binary && form != Form::Compressed;
+        const bool isText = !IsBinary(form);
         messages += isText ? bytes.trimmed() : bytes;
     }
     const QString xml = QStringLiteral("<DF_Params><Frequency>1</Frequency></DF_Params>");

@@ -255,7 +255,7 @@ TEST(RecordingRecovery, PassesOverABadFrameWhoseLengthIsRight)
             for (const QByteArray between : {"", "\n", "<!-- -->"}) {
                 // A tag that is open inside could go on in a text, so it only stands in front of other forms.
                 const bool isOpen = payload == payloads.last();
-                const bool isText = next != Form::Binary && next != Form::Compressed;
+                const bool isText = !IsBinary(next);
                 if (isOpen && (isText || between.startsWith('<')))
                     continue;
                 const QByteArray content =

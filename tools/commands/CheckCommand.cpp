@@ -247,10 +247,10 @@ QString counted(int count, const QString& what)
     return count == 1 ? QStringLiteral("1 ") + what : QStringLiteral("%1 %2s").arg(count).arg(what);
 }
 
-class TextReport : public Report
+class CheckText : public Report
 {
 public:
-    explicit TextReport(Session& session) : m_session(session) {}
+    explicit CheckText(Session& session) : m_session(session) {}
 
     void add(const Verdict& verdict) override
     {
@@ -289,10 +289,10 @@ private:
     Counts m_counts;
 };
 
-class JsonReport : public Report
+class CheckJson : public Report
 {
 public:
-    explicit JsonReport(Output& out) : m_json(out.writer()) { m_json.BeginList(QStringLiteral("documents")); }
+    explicit CheckJson(Output& out) : m_json(out.writer()) { m_json.BeginList(QStringLiteral("documents")); }
 
     void add(const Verdict& verdict) override
     {
@@ -320,8 +320,8 @@ private:
 std::unique_ptr<Report> makeReport(Session& session)
 {
     if (session.format() == Format::Json)
-        return std::make_unique<JsonReport>(session.out());
-    return std::make_unique<TextReport>(session);
+        return std::make_unique<CheckJson>(session.out());
+    return std::make_unique<CheckText>(session);
 }
 
 constexpr const char* maximalErrorsName = "--max-errors";

@@ -51,12 +51,10 @@ bool showTree(const InputMessage& message, MessageFilter& filter, bool isFirst, 
     return true;
 }
 
-bool isBinary(Form form) { return form == Form::Binary || form == Form::Compressed; }
-
 // Without any "<" the bytes cannot be XML, so they are treated as a binary form, however wrong.
 Form formToDissect(const QByteArray& bytes, const InputFormat& format)
 {
-    if (format.frame || (format.form && isBinary(*format.form)))
+    if (format.frame || (format.form && IsBinary(*format.form)))
         return MODELKIT::IsCompressedForm(bytes) ? Form::Compressed : Form::Binary;
     if (format.form)
         return *format.form;
@@ -70,7 +68,7 @@ Status showHex(const InputMessage& message, Session& session)
     const QByteArray& bytes = message.recorded.bytes;
     const Form form = message.recorded.frame ? message.recorded.form : formToDissect(bytes, message.format);
     const FileSummary summary{message.name, form, bytes.size()};
-    const HexForm shown = isBinary(form)
+    const HexForm shown = IsBinary(form)
                               ? HexForm{bytes, message.recorded.offset,
                                         message.recorded.frame.value_or(FrameFormat()), message.format.info}
                               : HexForm{encode(*message.read().record, Form::Binary, message.name), 0};
@@ -79,7 +77,7 @@ Status showHex(const InputMessage& message, Session& session)
     if (session.format() == Format::Json) {
         wrong = writeHexJson(shown, summary.toJson(), session.out());
     } else {
-        writeHead(isBinary(form) ? summary.toText()
+        writeHead(IsBinary(form) ? summary.toText()
                                  : summary.toText() + QStringLiteral(", in the binary form"),
                   session);
         wrong = writeHex(shown, session.out());
