@@ -52,6 +52,8 @@ RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::TakeStep(Reco
 {
     if (m_isSearching)
         return Search();
+    if (m_rejected > 0)
+        return LeaveRejected();
     const qint64 there = m_arrivals.Size();
     if (there == 0)
         return m_isAll ? Step::Finished : Step::NeedsMore;
@@ -87,6 +89,45 @@ RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::FindEnd(Recor
     message.bytes = m_arrivals.Take(size);
     m_examined += m_headerSize;
     return Step::Found;
+}
+
+// A frame that was cut off has taken the bytes of the next one. It is put back until it is known what
+// follows.
+void RecordingReader::FrameMachine::Reject(const RecordedMessage& message)
+{
+    const qint64 size = message.bytes.size();
+    const bool isLast = m_count > 0 && message.number == m_count && !m_isSearching && m_rejected == 0
+                        && message.offset + size == m_arrivals.Offset();
+    if (!m_format.hasId || !isLast)
+        return;
+    // Frames inside each other could otherwise be made to cost as much as their square.
+    constexpr int mostTimes = 4;
+    if (m_allRejected + size > mostTimes * m_arrivals.Offset())
+        return;
+    m_allRejected += size;
+    m_arrivals.Return(message.bytes);
+    m_rejected = size;
+}
+
+RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::LeaveRejected()
+{
+    const qint64 behind = m_arrivals.Size() - m_rejected;
+    if (behind < m_headerSize && !m_isAll)
+        return Step::NeedsMore;
+    // At the end of the recording the length is taken for right.
+    const bool isLengthRight = behind == 0 || (behind >= m_headerSize && MayBegin(m_rejected));
+    m_arrivals.Drop(isLengthRight ? m_rejected : PlaceInside());
+    m_rejected = 0;
+    return Step::Done;
+}
+
+qint64 RecordingReader::FrameMachine::PlaceInside()
+{
+    m_examined += m_rejected;
+    for (qint64 at = 1; at < m_rejected && at + m_headerSize <= m_arrivals.Size(); ++at)
+        if (MayBegin(at))
+            return at;
+    return m_rejected;
 }
 
 RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::BeginSearch(Failure::Kind kind,
@@ -135,7 +176,7 @@ void RecordingReader::FrameMachine::FetchMore(Intake& intake)
         failure.place.offset = m_arrivals.Offset();
         throw DocumentError(failure);
     }
-    const bool isNothingBegun = m_isSearching || m_arrivals.Size() == 0;
+    const bool isNothingBegun = m_isSearching || m_arrivals.Size() == m_rejected;
     if (outcome == Intake::Late || (outcome == Intake::Quiet && !isNothingBegun))
         throw DocumentError(
             FailureHere(Failure::NotWholeYet, QStringLiteral("The end of the next frame has not arrived.")));

@@ -21,8 +21,7 @@ public:
     FrameMachine(QIODevice& device, const FrameFormat& format);
 
     bool ReadNext(RecordedMessage& message) override;
-    // The length of a frame is right, even if its content is not: nothing is read twice.
-    void Reject(const RecordedMessage&) override {}
+    void Reject(const RecordedMessage& message) override;
     qint64 GetExaminedBytes() const override { return m_examined; }
 
 private:
@@ -36,10 +35,14 @@ private:
 
     Step TakeStep(RecordedMessage& message);
     Step FindEnd(RecordedMessage& message);
+    Step LeaveRejected();
+    // The first place where a frame may begin inside the rejected one; its end if there is none.
+    qint64 PlaceInside();
     Step Search();
     void FetchMore(MODELKIT::Intake& intake);
     // Passes over what follows, up to the next frame, and then tells the failure.
     Step BeginSearch(MODELKIT::Failure::Kind kind, const QString& text);
+    // Whether a frame with a class id and a possible length may begin there; at least a header must follow.
     bool MayBegin(qint64 at) const;
     MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
 
@@ -54,6 +57,9 @@ private:
     MODELKIT::Failure m_failure;
     qint64 m_passed = 0;
     qint64 m_count = 0;
+    // The size of the frame that was put back because it cannot be read; 0 if there is none.
+    qint64 m_rejected = 0;
+    qint64 m_allRejected = 0;
     qint64 m_examined = 0;
 };
 

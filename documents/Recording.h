@@ -99,7 +99,7 @@ public:
     /// Tells that the message that was given last cannot be read. A binary form that was cut off has taken
     /// the bytes of what follows for its own. If nothing begins where it ends, or a message inside it goes on
     /// behind it, the next call of ReadNext() goes on with the first message inside it. A form whose length
-    /// is right is passed over as a whole.
+    /// is right is passed over as a whole, and so are bare frames without a class id.
     void Reject(const RecordedMessage& message);
 
     /// The number of bytes examined to find messages. A byte that is examined twice counts twice. The total

@@ -70,6 +70,29 @@ QString errorOf(const QByteArray& frame, const ReadingOptions& options)
     }
 }
 
+// Where the messages are that can be read. With "!" in front, those that are rejected; "!" alone is what is
+// no message.
+QStringList readableIn(const QByteArray& content, int piece, const FrameFormat& format)
+{
+    QStringList places;
+    bool isRejected = false;
+    Pieces device(content, piece);
+    ForEachMessage(
+        device, recordingOf(format),
+        [&](const RecordedMessage& message) {
+            const QString place = QString::number(message.offset);
+            isRejected = !errorOf(message.bytes, inFormat(*message.frame)).isEmpty();
+            places += isRejected ? QStringLiteral("! ") + place : place;
+            ReadDocument(message.bytes, inFormat(*message.frame));
+        },
+        [&](const DocumentError&) {
+            if (!isRejected)
+                places += QStringLiteral("!");
+            isRejected = false;
+        });
+    return places;
+}
+
 QString error(Failure::Kind kind, qint64 offset, const char* text)
 {
     return QStringLiteral("%1 at %2: %3").arg(kind).arg(offset).arg(QLatin1String(text));
@@ -388,6 +411,68 @@ TEST(FrameRecording, ReadsTheFramesInsideOneThatIsCutOff)
     EXPECT_EQ(readAll(bytes("B82E017F 00010000") + frame + frame, recordingOf(littleWithId)).lines,
               QStringList({"! 0:0 The frame is cut off; 208 bytes are missing; 8 bytes are passed over.",
                            "binary 8:0", "binary 32:0"}));
+}
+
+TEST(FrameRecording, ReadsTheFramesThatOneTookForItsContent)
+{
+    for (const FrameFormat& format : {littleWithId, bigWithId}) {
+        const QByteArray frame = frameOf(port(1), format);
+        for (const int piece : {1, 5, 1000})
+            EXPECT_EQ(readableIn(frame + frame.left(12) + frame + frame, piece, format),
+                      QStringList({"0", "! 24", "36", "60"}))
+                << piece;
+    }
+}
+
+TEST(FrameRecording, TakesNoContentForAFrameWhenTheLengthIsRight)
+{
+    // The value of the number looks like the beginning of a frame.
+    const QByteArray bad = bytes("B82E017F 18000000 1705981F 10000000 B82E017F 00000000 00000000 00000000");
+    const QByteArray frame = frameOf(port(1), littleWithId);
+    EXPECT_EQ(readableIn(bad + frame, 1000, littleWithId), QStringList({"! 0", "32"}));
+    EXPECT_EQ(readableIn(bad, 1000, littleWithId), QStringList({"! 0"}));
+    EXPECT_EQ(readableIn(bad + bad, 1000, littleWithId), QStringList({"! 0", "! 32"}));
+}
+
+TEST(FrameRecording, RejectsFramesInsideEachOtherInLittleTime)
+{
+    // Each takes all that follows but the last byte.
+    constexpr int count = 2000;
+    constexpr int header = 8;
+    QByteArray content;
+    QDataStream stream(&content, QIODevice::WriteOnly);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    for (int i = 1; i <= count; ++i)
+        stream << quint32(0x7F012EB8) << qint32(header * (count - i));
+    content += 'x';
+    QBuffer buffer(&content);
+    RecordingReader reader(buffer, recordingOf(littleWithId));
+    RecordedMessage message;
+    for (bool isThere = true; isThere;) {
+        try {
+            isThere = reader.ReadNext(message);
+            if (isThere)
+                reader.Reject(message);
+        } catch (const DocumentError&) {
+        }
+    }
+    EXPECT_LT(reader.GetExaminedBytes(), 10 * content.size());
+}
+
+TEST(FrameRecording, GoesOnBehindARejectedFrameWhenMoreArrives)
+{
+    const QByteArray frame = frameOf(port(1), littleWithId);
+    QByteArray content = frame;
+    QBuffer buffer(&content);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    RecordingReader reader(buffer, recordingOf(littleWithId));
+    RecordedMessage message;
+    ASSERT_TRUE(reader.ReadNext(message));
+    reader.Reject(message);
+    EXPECT_FALSE(reader.ReadNext(message));
+    content += frame;
+    ASSERT_TRUE(reader.ReadNext(message));
+    EXPECT_EQ(message.offset, 24);
 }
 
 TEST(FrameRecording, RefusesFramesAboveTheLimit)
