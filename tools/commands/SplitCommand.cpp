@@ -62,9 +62,10 @@ private:
     void write(const ConvertedMessage& message)
     {
         const RecordedMessage& recorded = message.input.recorded;
-        Target target(m_pattern.nameOf(recorded.number), m_form.value_or(recorded.form));
+        const QString path = m_pattern.nameOf(recorded.number);
+        requireOwnFile(path);
+        Target target(path, m_form.value_or(recorded.form));
         target.makesFolders = true;
-        requireOwnFile(target.path);
         MessageWriter writer(target, m_session, m_report);
         if (m_form)
             writer.add(*message.document.record);
