@@ -28,20 +28,20 @@ QString hexCommand() { return QStringLiteral("routermsg show --hex "); }
 
 } // namespace
 
-QString hexHint(const DocumentError& error, const QString& path, qint64 message, const InputFormat& format)
+QString hexHint(const DocumentError& error, const MODELKIT::Place& place, const QString& path, qint64 message,
+                const InputFormat& format)
 {
-    if (!error.IsAboutParts() || error.GetPlace().offset < 0)
+    if (!error.IsAboutParts() || place.offset < 0)
         return QString();
     const bool isOption = path.startsWith(QLatin1Char('-')) && path.size() > 1;
     QString command = hexCommand();
-    for (const QString& word : format.words())
+    for (const QString& word : format.words() + limitWords())
         command += word + QLatin1Char(' ');
     if (message > 1)
         command += QStringLiteral("--message %1 ").arg(message);
     if (isOption)
         command += QStringLiteral("-- ");
-    return command + shellWord(path)
-           + QStringLiteral(" shows the parts around offset %1.").arg(error.GetPlace().offset);
+    return command + shellWord(path) + QStringLiteral(" shows the parts around offset %1.").arg(place.offset);
 }
 
 bool isHexHint(const QString& hint) { return hint.startsWith(hexCommand()); }

@@ -166,4 +166,12 @@ void setLimits(const Arguments& arguments)
     MODELKIT::Limits::Set(limits);
 }
 
+QStringList limitWords()
+{
+    const qint64 size = MODELKIT::Limits::Get().inputSize;
+    if (size <= MODELKIT::Limits().inputSize)
+        return {};
+    return {QStringLiteral("--limit"), QString::number(size)};
+}
+
 } // namespace routermsg

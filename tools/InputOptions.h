@@ -51,4 +51,7 @@ InputFormat inputFormatOf(const Arguments& arguments);
 /// \throws UsageError for a value that is no size.
 void setLimits(const Arguments& arguments);
 
+/// The option that admits messages as large as those in force; empty if that is so without it.
+QStringList limitWords();
+
 } // namespace routermsg

@@ -65,14 +65,14 @@ Finding InputMessage::findingOf(const DocumentError& error) const
 {
     reject();
     Finding finding = Finding::of(error, name);
-    QString hint = hexHint(error, path, recorded.number, format);
+    const QString file = finding.place.file;
+    finding.place = placeInInput(error.GetPlace());
+    finding.place.file = file;
+    QString hint = hexHint(error, finding.place, path, recorded.number, format);
     if (hint.isEmpty())
         hint = otherForm(recorded.bytes, format);
     if (!hint.isEmpty())
         finding.hint = hint;
-    const QString file = finding.place.file;
-    finding.place = placeInInput(error.GetPlace());
-    finding.place.file = file;
     return finding;
 }
 
@@ -192,7 +192,8 @@ void Messages::begin()
 
 QString Messages::hintOf(const DocumentError& error) const
 {
-    const QString hint = m_isByteOrderWrong ? QString() : hexHint(error, m_path, 1, m_options.format);
+    const QString hint =
+        m_isByteOrderWrong ? QString() : hexHint(error, error.GetPlace(), m_path, 1, m_options.format);
     if (!hint.isEmpty())
         return hint;
     if (!m_isByteOrderWrong)
