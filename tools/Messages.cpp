@@ -102,8 +102,8 @@ std::optional<InputMessage> Messages::next()
             if (step.error->GetKind() == MODELKIT::Failure::InputOutput)
                 m_file.refuse();
             Finding problem = problemOf(*step.error, m_name);
-            if (m_isByteOrderWrong)
-                problem.hint = hintOf(*step.error);
+            if (!m_remedy.isEmpty())
+                problem.hint = m_remedy;
             throw Refusal(problem);
         }
         if (!step.message) {
@@ -155,8 +155,9 @@ void Messages::begin()
         m_file.forget();
     if (!m_isWithoutMessage || isBroken)
         return;
-    m_isByteOrderWrong = m_ahead.front().error && isInOtherByteOrder();
-    if (m_options.format.frame)
+    if (m_ahead.front().error)
+        m_remedy = remedy();
+    if (m_options.format.frame || isJsonOnSeveralLines())
         return;
     if (!m_file.hasAll()) {
         explainByHead();
@@ -192,12 +193,18 @@ void Messages::begin()
 
 QString Messages::hintOf(const DocumentError& error) const
 {
-    const QString hint =
-        m_isByteOrderWrong ? QString() : hexHint(error, error.GetPlace(), m_path, 1, m_options.format);
-    if (!hint.isEmpty())
-        return hint;
-    if (!m_isByteOrderWrong)
-        return otherForm(m_file.head(), m_options.format);
+    if (!m_remedy.isEmpty())
+        return m_remedy;
+    const QString hint = hexHint(error, error.GetPlace(), m_path, 1, m_options.format);
+    return hint.isEmpty() ? otherForm(m_file.head(), m_options.format) : hint;
+}
+
+QString Messages::remedy() const
+{
+    if (isJsonOnSeveralLines())
+        return QStringLiteral("--from json reads it.");
+    if (!isInOtherByteOrder())
+        return QString();
     const bool isLittle = m_options.format.inOtherByteOrder().frame->byteOrder == QDataStream::LittleEndian;
     return QStringLiteral("--byte-order %1 reads it.")
         .arg(isLittle ? QStringLiteral("little") : QStringLiteral("big"));
@@ -233,6 +240,25 @@ bool Messages::isInOtherByteOrder() const
         if (!reader.ReadNext(message))
             return false;
         ReadDocument(message.bytes, other.reading(message));
+        return true;
+    } catch (const DocumentError&) {
+        return false;
+    }
+}
+
+// Whether the input begins with JSON that does not end on its line, although --from says so.
+bool Messages::isJsonOnSeveralLines() const
+{
+    if (m_options.format.form != Form::JsonLines)
+        return false;
+    QByteArray bytes = firstBytes();
+    QBuffer buffer(&bytes);
+    try {
+        RecordingReader reader(buffer, {Form::Json});
+        RecordedMessage message;
+        if (!reader.ReadNext(message) || !message.bytes.contains('\n'))
+            return false;
+        ReadDocument(message.bytes, {Form::Json, Validation::Off, std::nullopt, m_options.format.info});
         return true;
     } catch (const DocumentError&) {
         return false;

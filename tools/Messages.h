@@ -108,7 +108,9 @@ private:
     void explainByHead();
     QString hintOf(const ROUTERDOCUMENTS::DocumentError& error) const;
     QByteArray firstBytes() const;
+    QString remedy() const;
     bool isInOtherByteOrder() const;
+    bool isJsonOnSeveralLines() const;
 
     QString m_path;
     QString m_name;
@@ -122,7 +124,8 @@ private:
     bool m_hasBegun = false;
     bool m_hasErrors = false;
     bool m_isWithoutMessage = false;
-    bool m_isByteOrderWrong = false;
+    // Which option reads the input, when those that are given find no message; empty if none is known.
+    QString m_remedy;
     bool m_isOver = false;
 };
 
