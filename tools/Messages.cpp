@@ -124,7 +124,10 @@ std::optional<InputMessage> Messages::next()
 bool Messages::isTold(const DocumentError& error) const
 {
     const bool isOutside = m_count < m_options.range.first && !m_options.range.isWhole();
-    return !isOutside || m_isWithoutMessage || error.GetKind() == MODELKIT::Failure::InputOutput;
+    // A message that is too large does not count, so the numbers of those behind it are others.
+    const auto kind = error.GetKind();
+    return !isOutside || m_isWithoutMessage || kind == MODELKIT::Failure::InputOutput
+           || kind == MODELKIT::Failure::InputTooLarge;
 }
 
 QByteArray Messages::whole()
