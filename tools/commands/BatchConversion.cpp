@@ -114,7 +114,8 @@ private:
         if (!file.obstacle.isEmpty())
             throw Refusal(Finding::ofFile(file.input, file.obstacle));
         Target target(file.output, m_form);
-        // A pipe below the folder is not written to: nobody may read it.
+        // A pipe below the folder is not written to: nobody may read it. Nor is a link to standard output.
+        target.path = file.output;
         target.isFile = true;
         target.makesFolders = true;
         Progress progress(&whole);
