@@ -89,6 +89,8 @@ public:
     qint64 count() const { return m_count; }
     /// Whether the input holds no message. Known after the first call of next().
     bool isWithoutMessage() const { return m_isWithoutMessage; }
+    /// The first bytes of the input.
+    const QByteArray& head() const { return m_file.head(); }
     /// The whole input, unless the first message was taken from a stream.
     /// \throws Refusal when it cannot be read, or is a stream and too large to keep.
     QByteArray whole();

@@ -14,6 +14,9 @@
 #include "documents/Tree.h"
 
 #include "modelkit/BinaryForm.h"
+#include "modelkit/Limits.h"
+
+#include <QtCore/QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -100,13 +103,15 @@ void complain(const Finding& finding, Session& session)
 }
 
 // Whether an input is shown as far as it can be decoded: it holds no message, or begins with a damaged binary
-// form.
-bool isShownAsWhole(Messages& messages)
+// form. What stands behind a message that is too large is still shown message by message.
+bool isShownAsWhole(const Messages& messages, const QString& path)
 {
     if (messages.count() > 0)
         return false;
-    const QByteArray bytes = messages.isWithoutMessage() ? QByteArray() : messages.whole();
-    return messages.isWithoutMessage() || MODELKIT::IsCompressedForm(bytes) || ClassOfBinary(bytes);
+    if (messages.isWithoutMessage())
+        return true;
+    const bool isTooLarge = QFileInfo(path).size() > MODELKIT::Limits::Get().inputSize;
+    return !isTooLarge && (MODELKIT::IsCompressedForm(messages.head()) || ClassOfBinary(messages.head()));
 }
 
 Status showHexOfAll(const QString& path, const Messages::Options& options, MessageFilter& filter,
@@ -124,7 +129,7 @@ Status showHexOfAll(const QString& path, const Messages::Options& options, Messa
             if (message && (!filter.isGiven() || filter.takes(*message->read().record)))
                 worst = std::max(worst, showHex(*message, session));
         } catch (const Refusal& refusal) {
-            if (std::exchange(isFirst, false) && !filter.isGiven() && isShownAsWhole(messages)) {
+            if (std::exchange(isFirst, false) && !filter.isGiven() && isShownAsWhole(messages, path)) {
                 const QByteArray bytes = messages.whole();
                 const InputFormat& format = options.format;
                 return showHex({path,
