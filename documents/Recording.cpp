@@ -46,6 +46,17 @@ MODELKIT::Place RecordedMessage::PlaceInRecording(MODELKIT::Place place) const
     return place;
 }
 
+MODELKIT::Place RecordedMessage::PlaceInRecording(const DocumentError& error) const
+{
+    using MODELKIT::Failure;
+    const bool isAboutInflating =
+        error.GetKind() == Failure::DamagedCompression || error.GetKind() == Failure::InflatedTooLarge;
+    MODELKIT::Place place = PlaceInRecording(error.GetPlace());
+    if (isAboutInflating && form == Form::Compressed && error.GetPlace().offset >= 0)
+        place.offset += offset;
+    return place;
+}
+
 qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
                       const std::function<void(const RecordedMessage&)>& onMessage,
                       const std::function<void(const DocumentError&)>& onError)
@@ -68,8 +79,7 @@ qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
             return true;
         } catch (const DocumentError& error) {
             reader.Reject(message);
-            onError(DocumentError(
-                {error.GetKind(), error.GetText(), message.PlaceInRecording(error.GetPlace())}));
+            onError(DocumentError({error.GetKind(), error.GetText(), message.PlaceInRecording(error)}));
             return false;
         }
     };

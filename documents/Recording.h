@@ -50,6 +50,9 @@ struct RecordedMessage
     /// Where a place in the message is in the recording. Without any place, that of the message itself. An
     /// offset inside a compressed form stays as it is, because it counts in the inflated form.
     ROUTERDOCUMENTS_EXPORT MODELKIT::Place PlaceInRecording(MODELKIT::Place place) const;
+    /// Where an error of reading the message is in the recording. Why a form cannot be inflated is told with
+    /// an offset in the compressed form itself.
+    ROUTERDOCUMENTS_EXPORT MODELKIT::Place PlaceInRecording(const DocumentError& error) const;
 };
 
 /// How to read a recording.

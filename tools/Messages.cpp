@@ -17,11 +17,17 @@ namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
-MODELKIT::Place InputMessage::placeInInput(MODELKIT::Place place) const
+// A place that says nothing stays so in a document that is the only one.
+MODELKIT::Place InputMessage::placeInInput(const MODELKIT::Place& place) const
 {
-    // A place that says nothing stays so in a document that is the only one.
-    return recorded.number > 1 || place.line > 0 || place.offset >= 0 ? recorded.PlaceInRecording(place)
-                                                                      : place;
+    const bool saysNothing = recorded.number == 1 && place.line <= 0 && place.offset < 0;
+    return saysNothing ? place : recorded.PlaceInRecording(place);
+}
+
+MODELKIT::Place InputMessage::placeInInput(const DocumentError& error) const
+{
+    const MODELKIT::Place& place = error.GetPlace();
+    return place.offset < 0 ? placeInInput(place) : recorded.PlaceInRecording(error);
 }
 
 namespace {
@@ -66,7 +72,7 @@ Finding InputMessage::findingOf(const DocumentError& error) const
     reject();
     Finding finding = Finding::of(error, name);
     const QString file = finding.place.file;
-    finding.place = placeInInput(error.GetPlace());
+    finding.place = placeInInput(error);
     finding.place.file = file;
     QString hint = hexHint(error, finding.place, path, recorded.number, format);
     if (hint.isEmpty())

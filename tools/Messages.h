@@ -57,7 +57,8 @@ struct InputMessage
     void reject() const;
 
     /// The place in the input. An offset inside a compressed form stays as it is.
-    MODELKIT::Place placeInInput(MODELKIT::Place place) const;
+    MODELKIT::Place placeInInput(const MODELKIT::Place& place) const;
+    MODELKIT::Place placeInInput(const ROUTERDOCUMENTS::DocumentError& error) const;
 };
 
 /// The messages of an input, which are read while they arrive.

@@ -372,3 +372,20 @@ TEST(RecordingRecovery, PassesOtherExceptionsOn)
                      [](const DocumentError&) { ADD_FAILURE(); }),
                  std::runtime_error);
 }
+
+TEST(RecordingRecovery, PlacesTheReasonWhyAFormCannotBeInflated)
+{
+    const QByteArray good = inForm(Form::Compressed, 1);
+    QByteArray bad = good;
+    bad[8] = '\x7F';
+    QVector<qint64> offsets;
+    QByteArray content = good + bad + good;
+    QBuffer buffer(&content);
+    ForEachMessage(
+        buffer, {}, [](const RecordedMessage& message) { ReadDocument(message.bytes, {message.form}); },
+        [&](const DocumentError& error) {
+            EXPECT_EQ(error.GetKind(), Failure::DamagedCompression);
+            offsets += error.GetPlace().offset;
+        });
+    EXPECT_EQ(offsets, QVector<qint64>({good.size() + 8}));
+}
