@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/RecordingMachine.h"
 
+#include "documents/JsonBehindXml.h"
+
 #include "modelkit/Limits.h"
 
 #include <QtCore/QIODevice>
@@ -248,12 +250,22 @@ RecordingReader::Machine::Step RecordingReader::Machine::BreakOffXml(RecordedMes
 // missing.
 RecordingReader::Machine::Step RecordingReader::Machine::BreakOff(qint64 size, RecordedMessage& message)
 {
-    if (!m_isAside)
-        return EndMessage(size, message);
+    if (!m_isAside) {
+        const qint64 json = JsonBehind(size);
+        return EndMessage(json > 0 ? json : size, message);
+    }
     const Failure failure = FailureHere(Failure::NotWellFormed, cutOffAside());
     m_state = State::Between;
     m_arrivals.Drop(size, m_units);
     Throw(failure);
+}
+
+qint64 RecordingReader::Machine::JsonBehind(qint64 size)
+{
+    const bool isText = m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsInElements();
+    if (m_state != State::Inside || m_isAside || m_units.size > 1 || !isText)
+        return 0;
+    return jsonBehindXml(m_arrivals.Data(), size, Rules(0, Look::Searching), m_examined);
 }
 
 // The text has been scanned as far as it is there.
@@ -265,6 +277,9 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle(RecordedMessa
     }
     if (m_isAll && m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsRootLeft())
         return EndMessage(ScannedOfDocument(), message);
+    const qint64 json = m_isAll ? JsonBehind(m_scanned) : 0;
+    if (json > 0)
+        return EndMessage(json, message);
     if (m_isAll) {
         m_isCutOff = !m_isAside;
         const bool isTold = m_state == State::Skipping && !m_isAside;

@@ -78,6 +78,8 @@ private:
     qint64 FindOtherUnits(bool isEnd);
     Step BreakOffXml(RecordedMessage& message);
     Step BreakOff(qint64 size, RecordedMessage& message);
+    // Where JSON begins in the first bytes of a cut-off document, behind it; 0 when there is none.
+    qint64 JsonBehind(qint64 size);
     Step TooLittle(RecordedMessage& message);
     Step EndMessage(qint64 size, RecordedMessage& message);
     Step Search();

@@ -61,7 +61,11 @@ XmlEnd::XmlEnd(What what, TextUnits units, bool hasMark)
 
 XmlEnd::Outcome XmlEnd::Scan(const char* bytes, qint64 size, qint64& used)
 {
-    return m_units.size == 1 ? ScanNarrow(bytes, size, used) : ScanWide(bytes, size, used);
+    const Outcome outcome = m_units.size == 1 ? ScanNarrow(bytes, size, used) : ScanWide(bytes, size, used);
+    // The markup of the other document does not belong to this one.
+    if (outcome == Another)
+        m_state = Text;
+    return outcome;
 }
 
 XmlEnd::Outcome XmlEnd::ScanNarrow(const char* bytes, qint64 size, qint64& used)
@@ -80,6 +84,20 @@ XmlEnd::Outcome XmlEnd::ScanNarrow(const char* bytes, qint64 size, qint64& used)
     }
     used += at - bytes;
     return outcome;
+}
+
+bool XmlEnd::IsInElements() const
+{
+    switch (m_state) {
+    case Text:
+    case Markup:
+    case StartTag:
+    case Value:
+    case EndTag:
+        return true;
+    default:
+        return false;
+    }
 }
 
 // Most of a document is text and names, which need no steps.

@@ -52,6 +52,8 @@ public:
     qint64 GetBehind() const { return m_behind * m_units.size; }
     // Whether the root's end tag was the last tag although other elements were open. GetBehind() is valid.
     bool IsRootLeft() const { return m_elements.IsRootLeft(); }
+    // False in comments, processing instructions, CDATA sections and document type declarations.
+    bool IsInElements() const;
 
 private:
     enum State

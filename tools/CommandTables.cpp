@@ -65,6 +65,12 @@ OptionTable suggesting(const QStringList& values, OptionTable row)
     return row;
 }
 
+OptionTable suggestingParts(const QStringList& parts, const QString& separators, OptionTable row)
+{
+    row.separators = separators;
+    return suggesting(parts, std::move(row));
+}
+
 // --- names
 
 QStringList namesOf(const QVector<OptionTable>& options)

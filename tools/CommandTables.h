@@ -23,6 +23,8 @@ struct OptionTable
     QStringList choices = {};
     /// Values to suggest; others are allowed too.
     QStringList suggestions = {};
+    /// When a value may consist of several suggestions: the characters that stand between them.
+    QString separators = {};
     bool isRepeatable = false;
     bool isRequired = false;
 
@@ -43,11 +45,13 @@ OptionTable option(const QStringList& names, const QString& value, const QString
 OptionTable choice(const QStringList& names, const QString& value, const QStringList& choices,
                    const QString& text);
 OptionTable argument(const QString& name, const QString& value, const QString& text);
-/// The same row, but it must be given, can be given several times, or suggests values.
+/// The same row, but it must be given, can be given several times, suggests values, or suggests the parts of
+/// a value.
 /// @{
 OptionTable required(OptionTable row);
 OptionTable repeatable(OptionTable row);
 OptionTable suggesting(const QStringList& values, OptionTable row);
+OptionTable suggestingParts(const QStringList& parts, const QString& separators, OptionTable row);
 /// @}
 /// The value of rows that take a file.
 QString fileValue();

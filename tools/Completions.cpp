@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace routermsg {
 
@@ -42,6 +43,23 @@ QString each(const Parts& parts, const Make& make)
 // The shell function that offers words.
 QString wordsFunction() { return QStringLiteral("_%1_words").arg(programName()); }
 
+// The options whose values consist of several words. Each has a shell function that offers them, because it
+// is an option of many commands and has many words.
+QVector<OptionTable> optionsWithParts(const ProgramTable& program)
+{
+    QVector<OptionTable> options;
+    for (const CommandTable& command : program.commands)
+        for (const OptionTable& option : command.options)
+            if (!option.separators.isEmpty() && !namesOf(options).contains(option.lastName()))
+                options += option;
+    return options;
+}
+
+QString partsFunction(const OptionTable& option)
+{
+    return QStringLiteral("_%1_%2").arg(programName(), option.lastName().mid(2));
+}
+
 // --- bash
 
 QString bashWords(const QStringList& words)
@@ -56,9 +74,18 @@ QString bashValues(const CommandTable& command, const OptionTable& option)
     QStringList patterns;
     for (const QString& name : option.names)
         patterns += command.name + QLatin1Char(':') + name;
-    const QString action = option.knownValues().isEmpty() ? QStringLiteral("compopt -o default")
-                                                          : bashWords(option.knownValues());
+    const QString action = !option.separators.isEmpty()      ? partsFunction(option)
+                           : !option.knownValues().isEmpty() ? bashWords(option.knownValues())
+                           : option.takesFile()              ? QStringLiteral("compopt -o default")
+                                                             : QStringLiteral(":");
     return QStringLiteral("    %1) %2; return ;;\n").arg(patterns.join(QStringLiteral(" | ")), action);
+}
+
+QString bashParts(const OptionTable& option)
+{
+    return QStringLiteral("%1() { _%2_parts %3 %4; }\n")
+        .arg(partsFunction(option), programName(), inQuotes(option.separators),
+             inQuotes(option.knownValues().join(' ')));
 }
 
 QString bashCommand(const CommandTable& command)
@@ -110,11 +137,32 @@ _%1_words()
     fi
 }
 
+# Offers words for the part of a value behind the last of the characters $1. No blank comes behind it, and no quote:
+# the value can go on.
+_%1_parts()
+{
+    local whole=$current part before i
+    part=${whole##*[$1]}
+    before=${whole%"$part"}
+    current=$part
+    _%1_words "$2"
+    current=$whole
+    compopt -o nospace
+    for i in "${!COMPREPLY[@]}"; do
+        COMPREPLY[i]=$before${COMPREPLY[i]}
+    done
+    # bash ends the quotes behind a single word.
+    if [[ $quote && ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} != "$whole" ]]; then
+        COMPREPLY+=("${COMPREPLY[0]} ")
+    fi
+}
+
+%5
 _%1()
 {
     local -a words
     _%1_join_words
-    local word=${words[-1]} command=${words[1]} previous=${words[-2]} option= split=
+    local word=${words[-1]} command=${words[1]} previous=${words[-2]} option= split= quote=
     local current=$word breaks=${COMP_WORDBREAKS//[^=:]/}
     COMPREPLY=()
     if [[ ${#words[@]} -eq 2 ]]; then
@@ -126,8 +174,15 @@ _%1()
         option=$previous=
         current=${word#*=}
     fi
+    if [[ $current == [\'\"]* ]]; then
+        quote=${current:0:1}
+        current=${current:1}
+    fi
     _%1_values
-    # bash replaces only what follows the last character that splits words.
+    # In quotes bash replaces all that is in them, otherwise only what follows the last character that splits words.
+    if [[ $quote ]]; then
+        return
+    fi
     if [[ $breaks && $word == *[$breaks]* ]]; then
         split=${word%"${word##*[$breaks]}"}
     fi
@@ -146,7 +201,7 @@ _%1_values()
 complete -F _%1 %1
 )")
         .arg(programName(), bashWords(namesOf(program.commands) + namesOf(program.withoutCommand.options)),
-             values, each(program.commands, bashCommand));
+             values, each(program.commands, bashCommand), each(optionsWithParts(program), bashParts));
 }
 
 // --- zsh
@@ -160,11 +215,20 @@ QString zshText(QString text)
 
 QString zshValue(const OptionTable& option)
 {
+    if (!option.separators.isEmpty())
+        return QStringLiteral(":%1:%2").arg(option.value, partsFunction(option));
     if (!option.knownValues().isEmpty())
         return QStringLiteral(":%1:{%2 %3}")
             .arg(option.value, wordsFunction(), option.knownValues().join(' '));
     return option.takesFile() ? QStringLiteral(":%1:_files").arg(option.value)
                               : QStringLiteral(":%1: ").arg(option.value);
+}
+
+QString zshParts(const OptionTable& option)
+{
+    return QStringLiteral("%1() { _%2_parts %3 %4; }\n")
+        .arg(partsFunction(option), programName(), inQuotes(option.separators),
+             option.knownValues().join(' '));
 }
 
 QString zshLine(const QString& argument)
@@ -203,16 +267,29 @@ QString zsh(const ProgramTable& program)
 # Offers words. Values such as "Type=Reply" come after "Type=".
 _%1_words()
 {
+    (( $+ending )) || local -a ending=()
     local -a values
     if [[ $PREFIX == *=* ]]; then
         values=(${(M)@:#${PREFIX%%=*}=?*})
         compset -P '*='
-        compadd -- ${values#*=}
+        compadd "${ending[@]}" -- ${values#*=}
         return
     fi
-    compadd -- ${@:#*=*}
+    compadd "${ending[@]}" -- ${@:#*=*}
     compadd -S '' -- ${(M)@:#*=}
 }
+
+# Offers words for the part of a value behind the last of the characters $1. Nothing comes behind it: the value can
+# go on.
+_%1_parts()
+{
+    local -a ending=(-S '')
+    compset -P "*[$1]"
+    shift
+    _%1_words "$@"
+}
+
+%5
 
 _%1()
 {
@@ -238,7 +315,7 @@ else
 fi
 )")
         .arg(programName(), commands, each(program.withoutCommand.options, zshOption),
-             each(program.commands, zshCommand));
+             each(program.commands, zshCommand), each(optionsWithParts(program), zshParts));
 }
 
 // --- fish
@@ -249,13 +326,22 @@ QString fishQuotes(QString text)
     return QLatin1Char('\'') + text + QLatin1Char('\'');
 }
 
+QString fishParts(const OptionTable& option)
+{
+    return QStringLiteral("function %1\n    _%2_parts %3 %4\nend\n\n")
+        .arg(partsFunction(option), programName(), fishQuotes(option.separators),
+             option.knownValues().join(' '));
+}
+
 QString fishOption(const QString& beginning, const OptionTable& option)
 {
     QString line = beginning;
     for (const QString& name : option.names)
         line += name.startsWith(QLatin1String("--")) ? QStringLiteral(" -l ") + name.mid(2)
                                                      : QStringLiteral(" -s ") + name.mid(1);
-    if (!option.knownValues().isEmpty())
+    if (!option.separators.isEmpty())
+        line += QStringLiteral(" -x -a '(%1)'").arg(partsFunction(option));
+    else if (!option.knownValues().isEmpty())
         line += QStringLiteral(" -x -a ") + fishQuotes(option.knownValues().join(' '));
     else if (!option.value.isEmpty())
         line += option.takesFile() ? QStringLiteral(" -r -F") : QStringLiteral(" -x");
@@ -280,7 +366,18 @@ QString fishCommand(const QString& beginning, const CommandTable& command)
 QString fish(const ProgramTable& program)
 {
     const QString beginning = QStringLiteral("complete -c ") + programName();
-    return QStringLiteral("# fish completion for %1\n\n").arg(programName())
+    return QStringLiteral(R"(# fish completion for %1
+
+# Offers words for the part of a value behind the last of the characters $argv[1].
+function _%1_parts
+    set -l value (commandline -ct | string replace -r '^--[a-z-]+=' '' | string replace -r '^[\'"]' '')
+    set -l before (string match -r "^.*[$argv[1]]" -- $value)
+    printf '%s\n' "$before"$argv[2..-1]
+end
+
+)")
+               .arg(programName())
+           + each(optionsWithParts(program), fishParts)
            + each(program.withoutCommand.options,
                   [&](const OptionTable& option) {
                       return fishOption(beginning + QStringLiteral(" -n __fish_use_subcommand"), option);

@@ -106,10 +106,12 @@ QVector<OptionTable> inputOptionRows()
             flag({"--no-id"}, "The inputs are binary frames without the class id in front; needs --record."),
             choice({"--byte-order"}, "ORDER", byteOrderWords(),
                    "The inputs are binary frames in this byte order: big or little."),
-            option({"--limit"}, "SIZE",
-                   QStringLiteral("The size in bytes of the largest message that is read, or with K, M or G "
+            suggesting({"64M", "512M", "1G"},
+                       option({"--limit"}, "SIZE",
+                              QStringLiteral(
+                                  "The size in bytes of the largest message that is read, or with K, M or G "
                                   "behind it; without it %1M.")
-                       .arg(MODELKIT::Limits().inputSize / mebibyte))};
+                                  .arg(MODELKIT::Limits().inputSize / mebibyte)))};
 }
 
 InputFormat inputFormatOf(const Arguments& arguments)

@@ -9,6 +9,7 @@
 #include "documents/Difference.h"
 #include "documents/Dissection.h"
 #include "documents/Document.h"
+#include "documents/DocumentCheck.h"
 #include "documents/DocumentError.h"
 #include "documents/FoundMembers.h"
 #include "documents/JsonForm.h"
@@ -92,6 +93,24 @@ TEST_F(DocumentsPage, TellsWhatIsWrong)
         qInfo().noquote() << place.line << place.column << Printable(error.GetText());
     }
     //! [telling what is wrong]
+    expectOnPage();
+}
+
+TEST_F(DocumentsPage, ListsAllThatIsWrong)
+{
+    bytes = "{\"PelLu300RouterInterfaceXml\": {\"PelLu300RouterMessage\": {\n"
+            "  \"Type\": \"Replay\",\n"
+            "  \"MessageId\": 7,\n"
+            "  \"Success\": 1\n"
+            "}}}\n";
+    //! [listing all errors]
+    CheckingOptions options;
+    options.maximalErrors = 2;
+    const CheckedDocument checked = CheckDocument(bytes, options);
+    for (const DocumentError& error : checked.errors)
+        qInfo().noquote() << error.GetPlace().line << Printable(error.GetText());
+    qInfo() << checked.unlistedErrors << "more";
+    //! [listing all errors]
     expectOnPage();
 }
 

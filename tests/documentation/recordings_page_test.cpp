@@ -119,6 +119,28 @@ TEST_F(RecordingsPage, AppendsMessages)
     EXPECT_TRUE(lines.startsWith("{\"PelLu300RouterInterfaceXml\":"));
 }
 
+TEST_F(RecordingsPage, CopiesMessages)
+{
+    PelLu300RouterInterfaceXml document = event(1);
+    const QByteArray line = WriteMessage(document, Form::JsonLines);
+    write(line + "<DF_Params><Frequency>");
+    //! [copying messages]
+    QByteArray copy;
+    const auto copyMessage = [&copy](const RecordedMessage& message) {
+        ReadDocument(message.bytes, {message.form});
+        copy += message.bytes + LineBreakBehind(message);
+    };
+    const auto leaveOut = [](const DocumentError& error) {
+        qInfo().noquote() << "left out:" << error.GetPlace().line << error.GetText();
+    };
+    ForEachMessage(file, {}, copyMessage, leaveOut);
+    //! [copying messages]
+    EXPECT_EQ(copy, line);
+    EXPECT_EQ(
+        said.texts(),
+        QStringList("left out: 2 The XML document is cut off: the end of its root element is missing."));
+}
+
 TEST_F(RecordingsPage, NothingOfAZeroedStretchIsTakenForSpace)
 {
     PelLu300RouterInterfaceXml document = event(1);

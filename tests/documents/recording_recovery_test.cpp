@@ -2,6 +2,8 @@
 // Messages that were cut off while they were written: those behind them are found.
 #include "RecordingSupport.h"
 
+#include "modelkit/ReadingReport.h"
+
 #include <QtCore/QTemporaryDir>
 
 using namespace recording_support;
@@ -138,6 +140,90 @@ TEST(RecordingRecovery, DoesNotCutADocumentThatCanBeRead)
     const Outcome outcome = readAll(log + inner);
     ASSERT_EQ(outcome.messages.size(), 2);
     EXPECT_EQ(outcome.messages.first().bytes, log);
+}
+
+TEST(RecordingRecovery, SavesJsonBehindADocumentThatWasCutOffAnywhere)
+{
+    const QByteArray whole = bareXml(1).trimmed();
+    const QByteArray broken = inForm(Form::JsonLines, 7).chopped(5);
+    for (const Form form : {Form::Json, Form::JsonLines})
+        for (const QByteArray& behind :
+             QVector<QByteArray>{QByteArray(), inForm(Form::Xml, 4), bareXml(4), inForm(Form::Binary, 4),
+                                 broken, broken + "\n" + bareXml(4)})
+            for (int size = 2; size < whole.size(); ++size) {
+                const QByteArray content =
+                    inForm(form, 1) + whole.left(size) + "\n" + inForm(form, 2) + inForm(form, 3) + behind;
+                const Outcome outcome = readInPieces(content, 1 + size % 50);
+                const Numbers numbers = numbersIn(outcome);
+                ASSERT_GE(numbers.size(), 4) << content.constData() << told(outcome);
+                EXPECT_EQ(numbers.mid(0, 4), Numbers({1, 0, 2, 3})) << content.constData() << told(outcome);
+                EXPECT_EQ(outcome.messages.at(1).bytes, whole.left(size) + "\n");
+                EXPECT_EQ(numbers.contains(4), !behind.isEmpty() && behind != broken)
+                    << content.constData() << told(outcome);
+            }
+}
+
+TEST(RecordingRecovery, TakesJsonForTextWhereItMayBeText)
+{
+    const QByteArray json = inForm(Form::JsonLines, 9);
+    // In a document that is whole.
+    for (const QByteArray& text : QVector<QByteArray>{"\n" + json, "<!--\n" + json + "-->",
+                                                      "<![CDATA[\n" + json + "]]>", "<?x \n" + json + "?>"}) {
+        const QByteArray document =
+            "<PelVtConnectServer><Address>" + text + "</Address></PelVtConnectServer>";
+        const Outcome outcome = readInPieces(document + "\n" + json, 7);
+        ASSERT_EQ(outcome.messages.size(), 2) << told(outcome);
+        EXPECT_EQ(outcome.messages.first().bytes, document);
+        EXPECT_EQ(numbersIn(outcome).last(), 9U);
+    }
+    // In one that is cut off behind it, or in something that is no element.
+    const QByteArray begin = "<PelVtConnectServer><Address>";
+    for (const QByteArray& text : QVector<QByteArray>{
+             "\n" + json + "</Address>", "\n" + json + "text", "a " + json, "\n {\"a\":1}\n",
+             QByteArray("\n{\"DF_Params\":{\"Frequency\":\"x\"}}\n"), "\n[" + json + "]",
+             "<!--\n" + json + "-->", "<![CDATA[\n" + json + "]]>", "\n" + json.trimmed().chopped(1)}) {
+        const QByteArray content = begin + text;
+        const Outcome outcome = readInPieces(content + inForm(Form::Xml, 2), 7);
+        ASSERT_EQ(outcome.messages.size(), 2) << content.constData() << told(outcome);
+        EXPECT_EQ(outcome.messages.first().bytes, content);
+        EXPECT_EQ(numbersIn(outcome).last(), 2U);
+    }
+    for (const QByteArray& text :
+         QVector<QByteArray>{"<!--\n" + json, "<![CDATA[\n" + json, "<?x\n" + json}) {
+        const Outcome outcome = readInPieces(begin + text, 7);
+        EXPECT_TRUE(outcome.messages.isEmpty()) << text.constData();
+        EXPECT_EQ(outcome.errors.size(), 1) << told(outcome);
+    }
+    // When no JSON is expected.
+    RecordingOptions options;
+    options.form = Form::Xml;
+    const Outcome outcome = readAll(begin + "\n" + json + bareXml(2), options);
+    EXPECT_EQ(outcome.messages.size(), 2) << told(outcome);
+}
+
+TEST(RecordingRecovery, LooksForJsonWithoutNotices)
+{
+    const MODELKIT::ReadingReport report;
+    const QByteArray json = "{\"DF_Params\":{\"Frequency\":9007199254740993}}\n";
+    EXPECT_NO_THROW(ReadDocument(json));
+    EXPECT_EQ(report.GetEntries().size(), 1);
+    EXPECT_EQ(readAll("<DF_Params>\n" + json).messages.size(), 2);
+    EXPECT_EQ(report.GetEntries().size(), 1);
+}
+
+TEST(RecordingRecovery, OfJsonBehindACutOffDocumentCostsLinearWork)
+{
+    const QByteArray bad = "{\"DF_Params\":{\"Frequency\":\"x\"}}\n";
+    for (const QByteArray& line :
+         QVector<QByteArray>{bad, bad + "x\n", QByteArray("{\"DF_Params\":\n"),
+                             QByteArray("{\"DF_Params\":x\n"), QByteArray("{\"a\":\"\n")}) {
+        QByteArray content = "<DF_Params>\n" + line.repeated(3000);
+        QBuffer buffer(&content);
+        RecordingReader reader(buffer);
+        RecordedMessage message;
+        EXPECT_THROW(reader.ReadNext(message), DocumentError) << line.constData();
+        EXPECT_LE(reader.GetExaminedBytes(), 6 * content.size()) << line.constData();
+    }
 }
 
 TEST(RecordingRecovery, SavesWhatFollowsADocumentAboveTheLimit)

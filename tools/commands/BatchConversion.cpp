@@ -144,10 +144,11 @@ private:
 
 OptionTable jobsOption()
 {
-    return option(
-        {jobsName}, "N",
-        "Convert so many files of a folder at the same time; as many as there are processors, if the "
-        "option is not given. The result is always the same.");
+    return suggesting(
+        {"1", "2", "4", "8"},
+        option({jobsName}, "N",
+               "Convert so many files of a folder at the same time; as many as there are processors, if the "
+               "option is not given. The result is always the same."));
 }
 
 int jobsOf(const Arguments& arguments)

@@ -211,11 +211,12 @@ Command listCommand()
     table.arguments = {inputsArgument()};
     table.options = {
         messageOption(), whereOption(),
-        suggesting(specialColumns() + PathPattern::Examples(),
-                   option({"--columns"}, "COLUMNS",
-                          QStringLiteral(
-                              "What to list, separated by commas: paths of members, and %1. Without it, %2.")
-                              .arg(Listed(specialColumns()), Listed(usualColumns()))))};
+        suggestingParts(
+            specialColumns() + PathPattern::Examples(), ",",
+            option(
+                {"--columns"}, "COLUMNS",
+                QStringLiteral("What to list, separated by commas: paths of members, and %1. Without it, %2.")
+                    .arg(Listed(specialColumns()), Listed(usualColumns()))))};
     table.furtherFormats = QStringList{"csv"};
     table.readsMessages = true;
     table.examples = {{"%1 list week.rec", "Every message of a recording."},

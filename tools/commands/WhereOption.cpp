@@ -2,15 +2,42 @@
 #include "WhereOption.h"
 
 #include "UsageError.h"
+#include "documents/PathPattern.h"
+#include "documents/ValueTexts.h"
 
 namespace routermsg {
 
 using namespace ROUTERDOCUMENTS;
 
+namespace {
+
+// Operators that are no "=" are left to the user, except where values can be offered behind them.
+QStringList offeredParts()
+{
+    QStringList parts = {QStringLiteral("not"), QStringLiteral("and"), QStringLiteral("or")};
+    for (const QString& path : PathPattern::Examples()) {
+        const QStringList values = ListedValues(*PathPattern(path).GetMembers().constFirst());
+        if (values.isEmpty())
+            parts += path;
+        else
+            for (const char* comparison : {"=", "!="}) {
+                const QString beginning = path + QLatin1String(comparison);
+                parts += beginning;
+                for (const QString& value : values)
+                    parts += beginning + value;
+            }
+    }
+    return parts;
+}
+
+} // namespace
+
 OptionTable whereOption()
 {
-    return option({"--where"}, "EXPR",
-                  "Only messages that fit a condition, such as 'Type=Reply and DF_Params/Frequency>98e6'.");
+    return suggestingParts(
+        offeredParts(), " ()",
+        option({"--where"}, "EXPR",
+               "Only messages that fit a condition, such as 'Type=Reply and DF_Params/Frequency>98e6'."));
 }
 
 MessageFilter::MessageFilter(const Arguments& arguments)
