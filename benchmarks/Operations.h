@@ -30,6 +30,10 @@ inline QString xmlStringOf(const Document& document)
     return xml;
 }
 
+inline QString documentOf(const Document& document) { return Document(document).GetXmlString(); }
+
+inline QByteArray documentBytesOf(const Document& document) { return document.GetXmlBytes(); }
+
 inline QByteArray frameOf(const Document& document)
 {
     QByteArray frame;

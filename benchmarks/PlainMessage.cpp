@@ -576,10 +576,35 @@ QString plainXmlString(const PlainMessage& message)
     return xml;
 }
 
-PlainMessage readPlainXml(const QByteArray& xml)
+QString plainDocument(const PlainMessage& message)
+{
+    QString xml;
+    QXmlStreamWriter writer(&xml);
+    writer.setAutoFormatting(true);
+    writer.setAutoFormattingIndent(2);
+    writer.writeStartDocument();
+    writePlainXml(message, writer);
+    writer.writeEndDocument();
+    return xml;
+}
+
+QByteArray plainDocumentBytes(const PlainMessage& message)
+{
+    QByteArray xml;
+    QXmlStreamWriter writer(&xml);
+    writer.setAutoFormatting(true);
+    writer.setAutoFormattingIndent(2);
+    writer.writeStartDocument();
+    writePlainXml(message, writer);
+    writer.writeEndDocument();
+    return xml;
+}
+
+namespace {
+
+PlainMessage readPlainMessage(QXmlStreamReader& reader)
 {
     PlainMessage message;
-    QXmlStreamReader reader(xml);
     reader.readNextStartElement();
     while (reader.readNextStartElement()) {
         while (reader.readNextStartElement()) {
@@ -596,6 +621,20 @@ PlainMessage readPlainXml(const QByteArray& xml)
         }
     }
     return message;
+}
+
+} // namespace
+
+PlainMessage readPlainXml(const QByteArray& xml)
+{
+    QXmlStreamReader reader(xml);
+    return readPlainMessage(reader);
+}
+
+PlainMessage readPlainDocument(const QString& xml)
+{
+    QXmlStreamReader reader(xml);
+    return readPlainMessage(reader);
 }
 
 QByteArray plainStream(const PlainMessage& message)

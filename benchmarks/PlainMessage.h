@@ -77,6 +77,11 @@ QByteArray plainXml(const PlainMessage& message);
 QString plainXmlString(const PlainMessage& message);
 PlainMessage readPlainXml(const QByteArray& xml);
 
+// Whole documents: indented, with a declaration.
+QString plainDocument(const PlainMessage& message);
+QByteArray plainDocumentBytes(const PlainMessage& message);
+PlainMessage readPlainDocument(const QString& xml);
+
 // With QDataStream; seeks back to write the lengths.
 QByteArray plainStream(const PlainMessage& message);
 PlainMessage readPlainStream(const QByteArray& frame);

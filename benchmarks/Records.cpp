@@ -122,10 +122,38 @@ Prepare smallMessage()
     };
 }
 
+Prepare smallXmlMessage()
+{
+    return [](int fragments) {
+        return [=] {
+            Document document = canonicalDocument(fragments);
+            Document read;
+            require(read.SetXmlString(document.GetXmlString(), false));
+            require(read.GetPelLu300RouterMessage().GetFragment().size() == fragments);
+            return std::shared_ptr<void>();
+        };
+    };
+}
+
+void readDocument(Document& document, const QString& xml) { require(document.SetXmlString(xml, false)); }
+void readDocumentBytes(Document& document, const QByteArray& xml) { require(document.SetXmlBytes(xml)); }
+
 } // namespace
 
 void addRecords()
 {
+    const Setting& usual = settings[0];
+    addTime("document to a string", "records", untilDestroyed([&usual](int fragments) -> Operation {
+                const auto document = newDocument(usual, canonicalDocument(fragments));
+                return [=] { return keep(document->GetXmlString()); };
+            }),
+            wholeSizes);
+    addTime("document to bytes", "records", untilDestroyed(writing(usual, documentBytesOf)), wholeSizes);
+    addTime("document from a string", "records", untilDestroyed(reading(usual, documentOf, readDocument)),
+            wholeSizes);
+    addTime("document from bytes", "records",
+            untilDestroyed(reading(usual, documentBytesOf, readDocumentBytes)), wholeSizes);
+    addTime("small message as an XML string", "records", smallXmlMessage(), {1});
     addTime("build", "records", building());
     for (const Setting& setting : settings) {
         addTime("XML write", setting.contender, writing(setting, xmlOf));

@@ -304,6 +304,17 @@ void printTargets(const Results& results)
 
 } // namespace
 
+Prepare untilDestroyed(const Prepare& prepare)
+{
+    return [=](int fragments) {
+        const Operation work = prepare(fragments);
+        return [=] {
+            work();
+            return std::shared_ptr<void>();
+        };
+    };
+}
+
 void addTime(const char* operation, const char* contender, const Prepare& prepare,
              const std::vector<int>& sizes)
 {

@@ -16,6 +16,12 @@ using Operation = std::function<std::shared_ptr<void>()>;
 // require() first, so that no wrong result is timed.
 using Prepare = std::function<Operation(int fragments)>;
 
+// The sizes of whole documents.
+const std::vector<int> wholeSizes = {1, 1000, 100000};
+
+// Destroys the result of the operation inside the measured time.
+Prepare untilDestroyed(const Prepare& prepare);
+
 // Adds a row of CPU time per fragment. The table also shows the time of the contender "records" divided by
 // the time of each other contender.
 void addTime(const char* operation, const char* contender, const Prepare& prepare,

@@ -50,6 +50,16 @@ bool isAsciiWord(const unsigned char* at)
     return (word & 0x8080808080808080U) == 0;
 }
 
+// Whether one of the next four characters is a surrogate.
+bool hasSurrogate(const QChar* at)
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    // Surrogates become 0; then a borrow reaches the highest bit of a 0 only.
+    word = (word & 0xF800F800F800F800U) ^ 0xD800D800D800D800U;
+    return ((word - 0x0001000100010001U) & ~word & 0x8000800080008000U) != 0;
+}
+
 } // namespace
 
 qint64 wellFormedUtf8(const char* bytes, qint64 size)
@@ -88,7 +98,12 @@ QString textOfUtf8(const char* bytes, qint64 size)
 qint64 loneSurrogate(const QString& text)
 {
     const auto size = text.size();
+    constexpr int charactersOfWord = sizeof(std::uint64_t) / sizeof(QChar);
     for (QtVersion::Size i = 0; i < size; ++i) {
+        while (size - i >= charactersOfWord && !hasSurrogate(text.constData() + i))
+            i += charactersOfWord;
+        if (i == size)
+            break;
         if (!text.at(i).isSurrogate())
             continue;
         if (text.at(i).isHighSurrogate() && i + 1 < size && text.at(i + 1).isLowSurrogate())

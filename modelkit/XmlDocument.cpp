@@ -5,6 +5,9 @@
 #include "modelkit/DocumentContext.h"
 #include "modelkit/DocumentOperation.h"
 #include "modelkit/IMKObject.h"
+#include "modelkit/PlainXmlClasses.h"
+#include "modelkit/PlainXmlReader.h"
+#include "modelkit/PlainXmlWriter.h"
 #include "modelkit/ReplaceFile.h"
 #include "modelkit/Utf8.h"
 #include "modelkit/XmlDecoding.h"
@@ -186,17 +189,60 @@ private:
     DocumentContext m_context;
 };
 
-bool readText(DocumentOperation& operation, IMKObject& object, const DecodedXml& input, bool check)
+std::string_view viewOf(const QByteArray& bytes)
 {
-    if (!DocumentReading(operation, object, input).Read())
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
+// Reads most documents, in a fraction of the time that a stream reader takes. False if the document is not
+// plain, a record refuses a value or a limit is exceeded: then it must be read with the stream reader, which
+// finds places.
+bool readPlainly(IMKObject& object, const QByteArray& utf8)
+{
+    const PlainXmlClass* const known = plainXmlOf(object);
+    DocumentContext context(DocumentContext::Purpose::Reading);
+    if (!known || context.IsReporting())
         return false;
-    if (check) {
-        try {
-            object.Check();
-        } catch (ModelKitException& exception) {
-            operation.Refuse(exception, XmlPath(input.text).FindElement(exception.GetPlace().path));
-            throw;
-        }
+    const auto document = PlainXml::Find(viewOf(utf8), context.GetLimits().nestingDepth);
+    if (!document)
+        return false;
+    PlainXmlReader reader(*document);
+    if (reader.name() != object.GetObjectName())
+        return false;
+    try {
+        object.Reset();
+        known->read(object, reader);
+    } catch (const ModelKitException&) {
+        return false;
+    }
+    return context.GetFailure().kind == Failure::None;
+}
+
+bool readPlainly(IMKObject& object, const QString& xml)
+{
+    return plainXmlOf(object) && loneSurrogate(xml) < 0 && readPlainly(object, xml.toUtf8());
+}
+
+// Source: text or bytes.
+template <class Source>
+bool readDocument(DocumentOperation& operation, IMKObject& object, const Source& source, bool check)
+{
+    DecodedXml decoded;
+    const bool isReadPlainly = readPlainly(object, source);
+    if (!isReadPlainly) {
+        decoded = decodeXml(source);
+        if (!DocumentReading(operation, object, decoded).Read())
+            return false;
+    }
+    if (!check)
+        return true;
+    try {
+        object.Check();
+    } catch (ModelKitException& exception) {
+        if (isReadPlainly)
+            decoded = decodeXml(source);
+        operation.Refuse(exception, XmlPath(decoded.text).FindElement(exception.GetPlace().path));
+        throw;
     }
     return true;
 }
@@ -217,6 +263,8 @@ bool loadFrom(IMKObject& object, QIODevice* device)
     Failure failure;
     if (!readToEnd(*device, input, failure))
         return operation.Fail(failure);
+    if (input.ending.kind == Failure::None && readPlainly(object, input.bytes))
+        return true;
     const DecodedXml decoded = decodeXml(input.bytes);
     if (input.ending.kind == Failure::NotWholeYet && breaksOff(decoded)) {
         putBack(*device, input.bytes);
@@ -260,13 +308,6 @@ private:
     int m_sizeAtError = -1;
 };
 
-// What the XML declaration contains. The encoding is declared only when the text is written as bytes.
-enum class Declare
-{
-    Version,
-    Encoding
-};
-
 void writeDocument(const IMKObject& object, QXmlStreamWriter& writer, XmlLayout layout, Declare declare)
 {
     // The writer does not know that its text will be encoded in UTF-8.
@@ -281,33 +322,25 @@ void writeDocument(const IMKObject& object, QXmlStreamWriter& writer, XmlLayout 
     writer.writeEndDocument();
 }
 
-// The document; a null string when the operation failed.
-QString writeText(DocumentOperation& operation, const IMKObject& object, XmlLayout layout, Declare declare)
+// Writes a document with the stream writer. A null string when the operation failed.
+QString writeByStream(DocumentOperation& operation, const IMKObject& object, XmlLayout layout,
+                      Declare declare)
 {
     QString xml;
-    try {
-        QXmlStreamWriter writer(&xml);
-        writeDocument(object, writer, layout, declare);
-        const QString unrepresentable = QStringLiteral("A text holds a character that XML cannot carry.");
-        if (writer.hasError()) {
-            ErrorLocator locator;
-            QXmlStreamWriter second(&locator);
-            locator.Watch(second);
-            writeDocument(object, second, layout, declare);
-            operation.Fail(Failure::NotRepresentable, unrepresentable, locator.Find());
-            return QString();
-        }
-        const qint64 position = loneSurrogate(xml);
-        if (position >= 0) {
-            operation.Fail(Failure::NotRepresentable, unrepresentable, XmlPath(xml).Find(position));
-            return QString();
-        }
-    } catch (ModelKitException& exception) {
-        operation.Refuse(exception, exception.GetPlace());
-        throw;
+    const QString unrepresentable = QStringLiteral("A text holds a character that XML cannot carry.");
+    QXmlStreamWriter writer(&xml);
+    writeDocument(object, writer, layout, declare);
+    if (writer.hasError()) {
+        ErrorLocator locator;
+        QXmlStreamWriter second(&locator);
+        locator.Watch(second);
+        writeDocument(object, second, layout, declare);
+        operation.Fail(Failure::NotRepresentable, unrepresentable, locator.Find());
+        return QString();
     }
-    if (object.GetValidate() && !object.HasData()) {
-        operation.Fail(nothingToWrite(object));
+    const qint64 position = loneSurrogate(xml);
+    if (position >= 0) {
+        operation.Fail(Failure::NotRepresentable, unrepresentable, XmlPath(xml).Find(position));
         return QString();
     }
     // A reader reads a carriage return as a line break, unless it is written as a character reference.
@@ -315,9 +348,51 @@ QString writeText(DocumentOperation& operation, const IMKObject& object, XmlLayo
     return xml;
 }
 
+// Writes nearly all documents, in a fraction of the time that a stream writer takes. A null byte array for
+// the others.
+QByteArray writePlainly(const IMKObject& object, XmlLayout layout, Declare declare)
+{
+    const PlainXmlClass* const known = plainXmlOf(object);
+    if (!known)
+        return QByteArray();
+    PlainXmlWriter writer(layout, declare);
+    known->write(object, writer);
+    return writer.isExact() ? writer.takeDocument() : QByteArray();
+}
+
+QString toText(const QByteArray& utf8) { return QString::fromUtf8(utf8); }
+QByteArray toBytes(const QByteArray& utf8) { return utf8; }
+QString toText(const QString& text) { return text; }
+QByteArray toBytes(const QString& text) { return text.toUtf8(); }
+
+// The document as convert() gives it, from UTF-8 or from a string; null when the operation failed.
+template <class Convert>
+auto write(DocumentOperation& operation, const IMKObject& object, XmlLayout layout, Declare declare,
+           const Convert& convert)
+{
+    using Written = decltype(convert(QString()));
+    try {
+        const QByteArray plain = writePlainly(object, layout, declare);
+        const Written written =
+            plain.isNull() ? convert(writeByStream(operation, object, layout, declare)) : convert(plain);
+        if (written.isNull() || !object.GetValidate() || object.HasData())
+            return written;
+    } catch (ModelKitException& exception) {
+        operation.Refuse(exception, exception.GetPlace());
+        throw;
+    }
+    operation.Fail(nothingToWrite(object));
+    return Written();
+}
+
+QString writeText(DocumentOperation& operation, const IMKObject& object, XmlLayout layout)
+{
+    return write(operation, object, layout, Declare::Version, [](const auto& xml) { return toText(xml); });
+}
+
 QByteArray writeBytes(DocumentOperation& operation, const IMKObject& object, XmlLayout layout)
 {
-    return writeText(operation, object, layout, Declare::Encoding).toUtf8();
+    return write(operation, object, layout, Declare::Encoding, [](const auto& xml) { return toBytes(xml); });
 }
 
 bool save(const IMKObject& object, const QString& path, XmlLayout layout)
@@ -333,25 +408,25 @@ bool save(const IMKObject& object, const QString& path, XmlLayout layout)
 bool IMKObject::SetXmlString(const QString& xml, bool check)
 {
     DocumentOperation operation(*this, QString());
-    return !isTooLarge(operation, xml) && readText(operation, *this, decodeXml(xml), check);
+    return !isTooLarge(operation, xml) && readDocument(operation, *this, xml, check);
 }
 
 bool IMKObject::SetXmlBytes(const QByteArray& xml, bool check)
 {
     DocumentOperation operation(*this, QString());
-    return !isTooLarge(operation, xml) && readText(operation, *this, decodeXml(xml), check);
+    return !isTooLarge(operation, xml) && readDocument(operation, *this, xml, check);
 }
 
 QString IMKObject::GetXmlString()
 {
     DocumentOperation operation(*this, QString());
-    return writeText(operation, *this, XmlLayout::Indented, Declare::Version);
+    return writeText(operation, *this, XmlLayout::Indented);
 }
 
 QString IMKObject::GetCompactXmlString() const
 {
     DocumentOperation operation(*this, QString());
-    return writeText(operation, *this, XmlLayout::Compact, Declare::Version);
+    return writeText(operation, *this, XmlLayout::Compact);
 }
 
 QByteArray IMKObject::GetXmlBytes(XmlLayout layout) const

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "modelkit/DocumentContext.h"
+#include "modelkit/PlainXmlReader.h"
 #include "modelkit/Quoted.h"
 
 #include <QtCore/QString>
@@ -19,6 +20,12 @@ inline QXmlStreamReader::TokenType readToken(QXmlStreamReader& reader, DocumentC
     if (context)
         context->CountToken(reader);
     return token;
+}
+
+// The limits of a plain document have been checked.
+inline QXmlStreamReader::TokenType readToken(PlainXmlReader& reader, DocumentContext*)
+{
+    return reader.readNext();
 }
 
 // White space is not reported, even if it is written as character references or as CDATA.
@@ -38,6 +45,9 @@ inline void noticeTextBetween(const QXmlStreamReader& reader, DocumentContext* c
                         reader);
 }
 
+// Nobody reads a plain document who wants a report.
+inline void noticeTextBetween(const PlainXmlReader&, DocumentContext*) {}
+
 inline void noticeElementInText(const QXmlStreamReader& reader, DocumentContext* context)
 {
     if (context && context->IsReporting())
@@ -49,9 +59,8 @@ inline void noticeElementInText(const QXmlStreamReader& reader, DocumentContext*
 
 // Calls readChild() for each start tag inside the element at whose start tag the reader is. Ends at the end
 // tag of the same name, or at the end of the input.
-template <class Name, class ReadChild>
-void walkElement(QXmlStreamReader& reader, DocumentContext* context, const Name& name,
-                 const ReadChild& readChild)
+template <class Reader, class Name, class ReadChild>
+void walkElement(Reader& reader, DocumentContext* context, const Name& name, const ReadChild& readChild)
 {
     if (!reader.isStartElement())
         return;

@@ -191,7 +191,8 @@ struct RECORD::Data : BLOCK
 };
 MEMBERS(ROUTERINTERFACE_OWNS)
 template struct machinery::Walks<RECORD>;
-const bool RECORD::Data::registered = MODELKIT::registerClass(RECORD::id, Data::nameText());
+const bool RECORD::Data::registered =
+    MODELKIT::registerClass(RECORD::id, Data::nameText()) && machinery::registerPlainXml<RECORD>();
 
 RECORD::RECORD() { machinery::Access::identify(*this, Data::nameText()); }
 RECORD::RECORD(const RECORD& source) : MODELKIT::IMKObject(const_cast<RECORD&>(source).GetObjectType())

@@ -18,6 +18,11 @@
 class QXmlStreamReader;
 class QXmlStreamWriter;
 
+namespace MODELKIT {
+class PlainXmlReader;
+class PlainXmlWriter;
+} // namespace MODELKIT
+
 namespace PELLU300ROUTERINTERFACEXML {
 
 class RecordInfo;
@@ -111,7 +116,9 @@ struct Walks
 
     // Xml.h
     static void write(const R& record, QXmlStreamWriter& writer, Validation validation);
+    static void write(const R& record, MODELKIT::PlainXmlWriter& writer, Validation validation);
     static void read(R& record, QXmlStreamReader& reader, Reading& reading);
+    static void read(R& record, MODELKIT::PlainXmlReader& reader, Reading& reading);
 
     // Binary.h. Tag: the word in front of the frame, if it gets one.
     static void write(const R& record, BinarySink& sink, std::optional<int> tag, Validation validation);

@@ -3,6 +3,8 @@
 // items as elements of their own.
 #pragma once
 
+#include "modelkit/PlainXmlClasses.h"
+#include "modelkit/PlainXmlReader.h"
 #include "modelkit/XmlWalk.h"
 #include "routerinterface/machinery/Checking.h"
 #include "routerinterface/machinery/Notices.h"
@@ -15,6 +17,8 @@
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
+
+using MODELKIT::PlainXmlReader;
 
 // --- writing --------------------------------------------------------------------------------
 
@@ -41,7 +45,7 @@ void writeElement(const R& record, [[maybe_unused]] Sink& sink, [[maybe_unused]]
         if constexpr (IsNested<Slot>::value || IsList<Slot>::value)
             writeRecords(record, member, sink, validation);
         else
-            sink.textElement(member.nameText(), member.slot(data));
+            sink.textElement(member, member.slot(data));
     });
     sink.endElement(record.GetObjectName());
 }
@@ -67,26 +71,41 @@ void Walks<R>::write(const R& record, QXmlStreamWriter& writer, Validation valid
 }
 
 template <class R>
-void getXml(const R& record, QXmlStreamWriter& writer)
+void Walks<R>::write(const R& record, MODELKIT::PlainXmlWriter& writer, Validation validation)
+{
+    XmlBytes bytes(writer);
+    if (mayBeWritten(record, validation))
+        writeElement(record, bytes, validation);
+}
+
+template <class R, class Sink>
+void writeRoot(const R& record, Sink sink)
 {
     handDown(record);
     if (!isToBeWritten(record, [&record] { record.Check(); }))
         return;
     doAt([&record] { return record.GetObjectName(); },
-         [&] {
-             XmlCalls calls(writer);
-             writeElement(record, calls, record.GetValidate() ? Validation::Begun : Validation::Off);
-         });
+         [&] { writeElement(record, sink, record.GetValidate() ? Validation::Begun : Validation::Off); });
+}
+
+template <class R>
+void getXml(const R& record, QXmlStreamWriter& writer)
+{
+    writeRoot(record, XmlCalls(writer));
 }
 
 // --- reading --------------------------------------------------------------------------------
 
+// Elements are read with QXmlStreamReader or with PlainXmlReader. Only the first one can report what is
+// noticed, and only documents of which nobody wants a report are read with the second.
+
 // Reports what is noticed, with the place where the reader stands. Given: the text of the member that it is
 // about, if any.
+template <class Reader>
 struct XmlNotify
 {
     const Reading& reading;
-    const QXmlStreamReader& reader;
+    const Reader& reader;
     const Utf16Text* given = nullptr;
 
     explicit operator bool() const { return reading.isReporting; }
@@ -97,8 +116,27 @@ struct XmlNotify
     }
 };
 
+template <>
+struct XmlNotify<PlainXmlReader>
+{
+    const Reading& reading;
+    const PlainXmlReader& reader;
+    const Utf8Text* given = nullptr;
+
+    explicit operator bool() const { return false; }
+
+    void operator()(Notice, const QString&) const {}
+};
+
+template <class Reader>
+XmlNotify(const Reading&, const Reader&) -> XmlNotify<Reader>;
+template <class Reader, class Characters>
+XmlNotify(const Reading&, const Reader&, const Characters*) -> XmlNotify<Reader>;
+
+inline void noticeTag(const XmlNotify<PlainXmlReader>&) {}
+
 // Notices a prefix and attributes in the start tag of a known element.
-inline void noticeTag(const XmlNotify& notify)
+inline void noticeTag(const XmlNotify<QXmlStreamReader>& notify)
 {
     if (!notify)
         return;
@@ -111,12 +149,15 @@ inline void noticeTag(const XmlNotify& notify)
                QStringLiteral("The attribute %1 was ignored.").arg(attribute.qualifiedName().toString()));
 }
 
+inline QString nameAt(const QXmlStreamReader& reader) { return reader.name().toString(); }
+inline QString nameAt(const PlainXmlReader& reader) { return reader.name(); }
+
 // Skips an unknown element. Only names are compared: the skip ends early at a nested start element of the
 // same name, whose content is then taken for the record's own.
-template <class R>
-void skipElement(const R& record, QXmlStreamReader& reader, const Reading& reading)
+template <class R, class Reader>
+void skipElement(const R& record, Reader& reader, const Reading& reading)
 {
-    const QString name = reader.name().toString();
+    const QString name = nameAt(reader);
     if (const XmlNotify notify{reading, reader})
         notify(Notice::UnknownElement, QStringLiteral("The element %1 is not known in %2 and was skipped.")
                                            .arg(name, record.GetObjectName()));
@@ -129,8 +170,8 @@ void skipElement(const R& record, QXmlStreamReader& reader, const Reading& readi
 
 // Whether an element of that name is read into the member. A nested record goes by its object name, which is
 // that of its class until the record exists; other members go by their own name.
-template <class Member, class Data>
-bool isElementOf([[maybe_unused]] const Data& data, const Utf16Text& name)
+template <class Member, class Data, class Characters>
+bool isElementOf([[maybe_unused]] const Data& data, const Characters& name)
 {
     using Slot = typename Member::Slot;
     if constexpr (IsNested<Slot>::value)
@@ -142,11 +183,17 @@ bool isElementOf([[maybe_unused]] const Data& data, const Utf16Text& name)
         return isName(name, Member::name());
 }
 
-template <class Member, class R>
-void readItem(R& record, QXmlStreamReader& reader, const Reading& reading)
+inline void stop(QXmlStreamReader& reader, const Reading& reading)
+{
+    reader.raiseError(reading.context->GetFailure().text);
+}
+inline void stop(PlainXmlReader& reader, const Reading&) { reader.stop(); }
+
+template <class Member, class R, class Reader>
+void readItem(R& record, Reader& reader, const Reading& reading)
 {
     if (reading.context && !reading.context->AdmitsItem(Member::slot(initData(record)).value.size())) {
-        reader.raiseError(reading.context->GetFailure().text);
+        stop(reader, reading);
         return;
     }
     using Item = RecordIn<typename Member::Slot>;
@@ -154,8 +201,26 @@ void readItem(R& record, QXmlStreamReader& reader, const Reading& reading)
     appendRead<Member>(record, [&](Item& item) { Walks<Item>::read(item, reader, itemReading); });
 }
 
-template <class Member, class R>
-void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
+// Calls use() with the text of the element on whose start the reader stands.
+template <class Use>
+void useText(QXmlStreamReader& reader, const Reading& reading, const Use& use)
+{
+    QVarLengthArray<QChar, 128> text;
+    MODELKIT::walkText(reader, reading.context, [&text](QtVersion::XmlView piece) {
+        text.append(piece.data(), static_cast<int>(piece.size()));
+    });
+    use(Utf16Text(text.constData(), text.size()));
+}
+
+template <class Use>
+void useText(PlainXmlReader& reader, const Reading&, const Use& use)
+{
+    const std::string_view text = reader.readText();
+    use(Utf8Text(text.data(), static_cast<int>(text.size())));
+}
+
+template <class Member, class R, class Reader>
+void readMember(R& record, Reader& reader, Reading& reading)
 {
     using Slot = typename Member::Slot;
     auto& data = initData(record);
@@ -168,24 +233,30 @@ void readMember(R& record, QXmlStreamReader& reader, Reading& reading)
         readItem<Member>(record, reader, reading);
     } else {
         noticeTag(XmlNotify{reading, reader});
-        QVarLengthArray<QChar, 128> text;
-        MODELKIT::walkText(reader, reading.context, [&text](QtVersion::XmlView piece) {
-            text.append(piece.data(), static_cast<int>(piece.size()));
+        useText(reader, reading, [&](const auto& given) {
+            const XmlNotify notify{reading, reader, &given};
+            setMember<Member>(record, fromText<Member>(record, Member::slot(data), given, notify),
+                              [&given] { return given.toString(); });
         });
-        const Utf16Text given(text.constData(), text.size());
-        const XmlNotify notify{reading, reader, &given};
-        setMember<Member>(record, fromText<Member>(record, Member::slot(data), given, notify),
-                          [&given] { return given.toString(); });
     }
+}
+
+inline Utf16Text charactersOfName(const QXmlStreamReader& reader)
+{
+    const auto name = reader.name();
+    return {name.data(), name.size()};
+}
+inline Utf8Text charactersOfName(const PlainXmlReader& reader)
+{
+    return {reader.name().data(), reader.name().size()};
 }
 
 // Reads the child element on whose start the reader stands. Seen: the members that the element
 // around it has brought so far.
-template <class R>
-void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& seen)
+template <class R, class Reader>
+void readChild(R& record, Reader& reader, Reading& reading, Flags& seen)
 {
-    const auto view = reader.name();
-    const Utf16Text name(view.data(), view.size());
+    const auto name = charactersOfName(reader);
     const auto& data = initData(record);
     const bool known = DataOf<R>::Members::any([&](auto member) {
         using Member = decltype(member);
@@ -202,8 +273,8 @@ void readChild(R& record, QXmlStreamReader& reader, Reading& reading, Flags& see
 }
 
 // Reads the element of that name on whose start the reader stands.
-template <class R, class Name>
-void readElement(R& record, QXmlStreamReader& reader, Reading& reading, const Name& name)
+template <class R, class Reader, class Name>
+void readElement(R& record, Reader& reader, Reading& reading, const Name& name)
 {
     initData(record);
     const XmlNotify notify{reading, reader};
@@ -219,6 +290,12 @@ void readElement(R& record, QXmlStreamReader& reader, Reading& reading, const Na
 
 template <class R>
 void Walks<R>::read(R& record, QXmlStreamReader& reader, Reading& reading)
+{
+    readElement(record, reader, reading, record.GetObjectName());
+}
+
+template <class R>
+void Walks<R>::read(R& record, PlainXmlReader& reader, Reading& reading)
 {
     readElement(record, reader, reading, record.GetObjectName());
 }
@@ -248,6 +325,27 @@ void processXml(R& record, QXmlStreamReader& reader)
         if (reader.isEndElement())
             noticeMissing(record, notify);
     }
+}
+
+// --- whole documents without Qt's stream classes ----------------------------------------------
+
+// Makes it known how documents of a class are read and written.
+template <class R>
+bool registerPlainXml()
+{
+    static MODELKIT::PlainXmlClass added{
+        &typeid(R),
+        [](const MODELKIT::IMKObject& object, MODELKIT::PlainXmlWriter& writer) {
+            writeRoot(static_cast<const R&>(object), XmlBytes(writer));
+        },
+        [](MODELKIT::IMKObject& object, PlainXmlReader& reader) {
+            R& record = static_cast<R&>(object);
+            Reading reading = Reading::ofUnsettled(MODELKIT::DocumentContext::Current());
+            readElement(record, reader, reading, nameAt(reader));
+        },
+        nullptr};
+    MODELKIT::registerPlainXml(added);
+    return true;
 }
 
 } // namespace machinery

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "modelkit/PlainXmlWriter.h"
+
+#include <QtCore/QtGlobal>
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+namespace MODELKIT {
+
+namespace {
+
+// What fits into a QByteArray in all versions of Qt.
+constexpr std::size_t largestDocument = std::numeric_limits<int>::max() - 64;
+
+bool isNameCharacter(unsigned int code)
+{
+    return code - 'a' < 26 || code - 'A' < 26 || code - '0' < 10 || code == '_' || code == '-' || code == '.';
+}
+
+// The escape of a character that has one; empty for others.
+std::string_view escapeOf(unsigned int code)
+{
+    switch (code) {
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '&':
+        return "&amp;";
+    case '"':
+        return "&quot;";
+    // A reader reads a carriage return as a line break, unless it is written as a character reference.
+    case '\r':
+        return "&#13;";
+    default:
+        return {};
+    }
+}
+
+// The most bytes for one character of a text.
+constexpr std::size_t mostBytes = 6;
+
+char* putBytes(char* to, std::initializer_list<unsigned int> bytes)
+{
+    for (const unsigned int byte : bytes)
+        *to++ = static_cast<char>(byte);
+    return to;
+}
+
+} // namespace
+
+PlainXmlWriter::PlainXmlWriter(XmlLayout layout, Declare declare)
+    : m_isIndented(layout == XmlLayout::Indented)
+{
+    put(declare == Declare::Encoding ? "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
+                                     : "<?xml version=\"1.0\"?>");
+}
+
+QByteArray PlainXmlWriter::takeDocument()
+{
+    put('\n');
+    m_bytes.resize(static_cast<int>(m_end - m_bytes.constData()));
+    m_end = m_limit = nullptr;
+    return std::move(m_bytes);
+}
+
+void PlainXmlWriter::putName(const QString& name)
+{
+    char* to = room(static_cast<std::size_t>(name.size()));
+    for (const QChar character : name) {
+        const unsigned int code = character.unicode();
+        if (!isNameCharacter(code))
+            m_isExact = false;
+        *to++ = static_cast<char>(code);
+    }
+    m_end = to;
+}
+
+void PlainXmlWriter::putText(const QString& text)
+{
+    constexpr int pieceSize = 1024;
+    const QChar* at = text.constData();
+    const QChar* const end = at + text.size();
+    while (at != end) {
+        const QChar* const endOfPiece = at + std::min<qint64>(end - at, pieceSize);
+        // A surrogate pair may go beyond the piece.
+        char* to = room(pieceSize * mostBytes + mostBytes);
+        while (at < endOfPiece) {
+            const unsigned int code = at++->unicode();
+            if (code < 0x80) {
+                const std::string_view escape = escapeOf(code);
+                if (!escape.empty()) {
+                    std::memcpy(to, escape.data(), escape.size());
+                    to += escape.size();
+                    continue;
+                }
+                if (code < 0x20 && code != '\t' && code != '\n')
+                    m_isExact = false;
+                *to++ = static_cast<char>(code);
+            } else if (code < 0x800) {
+                to = putBytes(to, {0xC0 | code >> 6, 0x80 | (code & 0x3F)});
+            } else if (!QChar::isSurrogate(code)) {
+                if (code >= 0xFFFE)
+                    m_isExact = false;
+                to = putBytes(to, {0xE0 | code >> 12, 0x80 | (code >> 6 & 0x3F), 0x80 | (code & 0x3F)});
+            } else if (QChar::isHighSurrogate(code) && at != end && at->isLowSurrogate()) {
+                const unsigned int whole = QChar::surrogateToUcs4(static_cast<ushort>(code), at++->unicode());
+                to = putBytes(to, {0xF0 | whole >> 18, 0x80 | (whole >> 12 & 0x3F),
+                                   0x80 | (whole >> 6 & 0x3F), 0x80 | (whole & 0x3F)});
+            } else {
+                m_isExact = false;
+            }
+        }
+        m_end = to;
+    }
+}
+
+void PlainXmlWriter::grow(std::size_t size)
+{
+    const std::size_t before = m_end ? static_cast<std::size_t>(m_end - m_bytes.constData()) : 0;
+    const std::size_t needed = before + size;
+    if (needed > largestDocument)
+        throw std::bad_alloc();
+    const std::size_t capacity = std::min(std::max<std::size_t>(needed * 2, 512), largestDocument);
+    m_bytes.resize(static_cast<int>(capacity));
+    m_end = m_bytes.data() + before;
+    m_limit = m_bytes.data() + capacity;
+}
+
+} // namespace MODELKIT
