@@ -204,7 +204,7 @@ QString Messages::hintOf(const DocumentError& error) const
 {
     if (!m_remedy.isEmpty())
         return m_remedy;
-    const QString hint = hexHint(error, error.GetPlace(), m_path, 1, m_options.format);
+    QString hint = hexHint(error, error.GetPlace(), m_path, 1, m_options.format);
     return hint.isEmpty() ? otherForm(m_file.head(), m_options.format) : hint;
 }
 

@@ -35,7 +35,7 @@ Form formOfFiles(const Arguments& arguments)
 
 QString folderToWrite(const Arguments& arguments)
 {
-    const QString folder = arguments.text("OUT");
+    QString folder = arguments.text("OUT");
     if (folder == QLatin1String("-"))
         throw UsageError(
             QStringLiteral("%1 is a folder, whose files cannot go to standard output. Name another "
