@@ -40,7 +40,7 @@ std::string_view escapeOf(unsigned int code)
 }
 
 // The most bytes for one character of a text.
-constexpr std::size_t mostBytes = 6;
+constexpr std::size_t mostBytesOfCharacter = 6;
 
 char* putBytes(char* to, std::initializer_list<unsigned int> bytes)
 {
@@ -80,13 +80,13 @@ void PlainXmlWriter::putName(const QString& name)
 
 void PlainXmlWriter::putText(const QString& text)
 {
-    constexpr int pieceSize = 1024;
+    constexpr int charactersOfPiece = 1024;
     const QChar* at = text.constData();
     const QChar* const end = at + text.size();
     while (at != end) {
-        const QChar* const endOfPiece = at + std::min<qint64>(end - at, pieceSize);
+        const QChar* const endOfPiece = at + std::min<qint64>(end - at, charactersOfPiece);
         // A surrogate pair may go beyond the piece.
-        char* to = room(pieceSize * mostBytes + mostBytes);
+        char* to = room(charactersOfPiece * mostBytesOfCharacter + mostBytesOfCharacter);
         while (at < endOfPiece) {
             const unsigned int code = at++->unicode();
             if (code < 0x80) {
