@@ -248,7 +248,8 @@ inline Utf16Text charactersOfName(const QXmlStreamReader& reader)
 }
 inline Utf8Text charactersOfName(const PlainXmlReader& reader)
 {
-    return {reader.name().data(), reader.name().size()};
+    const QLatin1String name = reader.name();
+    return {name.data(), static_cast<int>(name.size())};
 }
 
 // Reads the child element on whose start the reader stands. Seen: the members that the element
