@@ -193,8 +193,8 @@ std::optional<PlainXml> PlainXml::Find(std::string_view utf8, int nestingDepth)
     std::string_view text = utf8;
     remove(text, "\xEF\xBB\xBF");
     for (const std::string_view declaration :
-         {"<?xml version=\"1.0\"?>", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>",
-          "<?xml version=\"1.0\" encoding=\"utf-8\"?>"}) {
+         {R"(<?xml version="1.0"?>)", R"(<?xml version="1.0" encoding="UTF-8"?>)",
+          R"(<?xml version="1.0" encoding="utf-8"?>)"}) {
         if (!startsWith(text, declaration))
             continue;
         text.remove_prefix(declaration.size());

@@ -54,8 +54,8 @@ char* putBytes(char* to, std::initializer_list<unsigned int> bytes)
 PlainXmlWriter::PlainXmlWriter(XmlLayout layout, Declare declare)
     : m_isIndented(layout == XmlLayout::Indented)
 {
-    put(declare == Declare::Encoding ? "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
-                                     : "<?xml version=\"1.0\"?>");
+    put(declare == Declare::Encoding ? R"(<?xml version="1.0" encoding="UTF-8"?>)"
+                                     : R"(<?xml version="1.0"?>)");
 }
 
 QByteArray PlainXmlWriter::takeDocument()

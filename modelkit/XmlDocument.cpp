@@ -373,7 +373,7 @@ auto write(DocumentOperation& operation, const IMKObject& object, XmlLayout layo
     using Written = decltype(convert(QString()));
     try {
         const QByteArray plain = writePlainly(object, layout, declare);
-        const Written written =
+        Written written =
             plain.isNull() ? convert(writeByStream(operation, object, layout, declare)) : convert(plain);
         if (written.isNull() || !object.GetValidate() || object.HasData())
             return written;
