@@ -14,7 +14,8 @@ namespace testing_support {
 enum class Allocator
 {
     New,
-    // The containers of Qt use it. It cannot be replaced under a sanitizer.
+    // The containers of Qt use it. It cannot be replaced under a sanitizer, and those of Qt 6 do not survive
+    // that it fails.
     Malloc
 };
 

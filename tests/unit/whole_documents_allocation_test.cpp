@@ -4,8 +4,8 @@
 // was.
 //
 // Each allocation with operator new fails once, and in a second round each fails together with all that
-// follow. Without a sanitizer, which does not allow to replace malloc, the same is done with malloc, which
-// the containers of Qt use, each time in a new process.
+// follow. The same is done with malloc, which the containers of Qt use, each time in a new process; not under
+// a sanitizer, which does not allow to replace malloc, and not with Qt 6, whose containers do not survive it.
 
 #include "ChildProcess.h"
 #include "FailingAllocator.h"
