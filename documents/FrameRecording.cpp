@@ -1,51 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "documents/FrameRecording.h"
 
-#include "modelkit/Limits.h"
-
-#include <QtCore/QIODevice>
-
-#include <algorithm>
-
 namespace ROUTERDOCUMENTS {
 
 using MODELKIT::Failure;
-using MODELKIT::Intake;
 
 RecordingReader::FrameMachine::FrameMachine(QIODevice& device, const FrameFormat& format)
-    : m_format(format), m_headerSize(headerSizeOf(format)), m_arrivals(device)
+    : Source(device), m_format(format), m_headerSize(headerSizeOf(format))
 {
     m_arrivals.ForgetLines();
-}
-
-bool RecordingReader::FrameMachine::ReadNext(RecordedMessage& message)
-{
-    // Two messages at a time could be too much for the memory.
-    message = RecordedMessage();
-    if (m_isOver)
-        return false;
-    const MODELKIT::Limits limits = MODELKIT::Limits::Get();
-    m_limit = std::min(limits.inputSize, LargestMessage);
-    QString reason;
-    if (!m_arrivals.Open(reason)) {
-        m_isOver = true;
-        throw DocumentError(MODELKIT::cannotRead(&m_arrivals.Device(), reason));
-    }
-    Intake intake(m_arrivals.Device(), limits.waitingTime);
-    m_isAll = false;
-    while (true) {
-        switch (TakeStep(message)) {
-        case Step::Done:
-            break;
-        case Step::NeedsMore:
-            FetchMore(intake);
-            break;
-        case Step::Found:
-            return true;
-        case Step::Finished:
-            return false;
-        }
-    }
 }
 
 RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::TakeStep(RecordedMessage& message)
@@ -95,18 +58,8 @@ RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::FindEnd(Recor
 // follows.
 void RecordingReader::FrameMachine::Reject(const RecordedMessage& message)
 {
-    const qint64 size = message.bytes.size();
-    const bool isLast = m_count > 0 && message.number == m_count && !m_isSearching && m_rejected == 0
-                        && message.offset + size == m_arrivals.Offset();
-    if (!m_format.hasId || !isLast)
-        return;
-    // Frames inside each other could otherwise be made to cost as much as their square.
-    constexpr int mostTimes = 4;
-    if (m_allRejected + size > mostTimes * m_arrivals.Offset())
-        return;
-    m_allRejected += size;
-    m_arrivals.Return(message.bytes);
-    m_rejected = size;
+    if (m_format.hasId && !m_isSearching && m_rejected == 0)
+        PutBack(message);
 }
 
 RecordingReader::FrameMachine::Step RecordingReader::FrameMachine::LeaveRejected()
@@ -167,29 +120,9 @@ bool RecordingReader::FrameMachine::MayBegin(qint64 at) const
     return header.isFrame() && header.length >= 0 && header.length <= m_limit - m_headerSize;
 }
 
-void RecordingReader::FrameMachine::FetchMore(Intake& intake)
+bool RecordingReader::FrameMachine::IsNothingBegun() const
 {
-    const Intake::Outcome outcome = m_arrivals.Fetch(intake);
-    if (outcome == Intake::Broken) {
-        m_isOver = true;
-        Failure failure = MODELKIT::cannotRead(&m_arrivals.Device(), intake.GetReason());
-        failure.place.offset = m_arrivals.Offset();
-        throw DocumentError(failure);
-    }
-    const bool isNothingBegun = m_isSearching || m_arrivals.Size() == m_rejected;
-    if (outcome == Intake::Late || (outcome == Intake::Quiet && !isNothingBegun))
-        throw DocumentError(
-            FailureHere(Failure::NotWholeYet, QStringLiteral("The end of the next frame has not arrived.")));
-    m_isAll = outcome != Intake::Whole;
-}
-
-Failure RecordingReader::FrameMachine::FailureHere(Failure::Kind kind, const QString& text) const
-{
-    Failure failure;
-    failure.kind = kind;
-    failure.text = text;
-    failure.place.offset = m_arrivals.Offset();
-    return failure;
+    return m_isSearching || m_arrivals.Size() == m_rejected;
 }
 
 } // namespace ROUTERDOCUMENTS

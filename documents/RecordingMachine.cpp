@@ -3,17 +3,11 @@
 
 #include "documents/JsonBehindXml.h"
 
-#include "modelkit/Limits.h"
-
-#include <QtCore/QIODevice>
-
 #include <algorithm>
 
 namespace ROUTERDOCUMENTS {
 
 using MODELKIT::Failure;
-using MODELKIT::Intake;
-using MODELKIT::Limits;
 
 namespace {
 
@@ -36,38 +30,8 @@ QString cutOffText(Form form)
 } // namespace
 
 RecordingReader::Machine::Machine(QIODevice& device, const RecordingOptions& options)
-    : m_form(options.form), m_arrivals(device), m_end(JsonEnd(JsonEnd::AnyLines))
+    : Source(device), m_form(options.form), m_end(JsonEnd(JsonEnd::AnyLines))
 {}
-
-bool RecordingReader::Machine::ReadNext(RecordedMessage& message)
-{
-    // Two messages at a time could be too much for the memory.
-    message = RecordedMessage();
-    if (m_isOver)
-        return false;
-    const Limits limits = Limits::Get();
-    m_limit = std::min(limits.inputSize, LargestMessage);
-    QString reason;
-    if (!m_arrivals.Open(reason)) {
-        m_isOver = true;
-        Throw(MODELKIT::cannotRead(&m_arrivals.Device(), reason));
-    }
-    MODELKIT::Intake intake(m_arrivals.Device(), limits.waitingTime);
-    m_isAll = false;
-    while (true) {
-        switch (TakeStep(message)) {
-        case Step::Done:
-            break;
-        case Step::NeedsMore:
-            FetchMore(intake);
-            break;
-        case Step::Found:
-            return true;
-        case Step::Finished:
-            return false;
-        }
-    }
-}
 
 RecordingReader::Machine::Step RecordingReader::Machine::TakeStep(RecordedMessage& message)
 {
@@ -85,22 +49,10 @@ RecordingReader::Machine::Step RecordingReader::Machine::TakeStep(RecordedMessag
     return IsBinary(m_messageForm) ? FindEndOfBinary(message) : FindEndOfText(message);
 }
 
-void RecordingReader::Machine::FetchMore(Intake& intake)
+bool RecordingReader::Machine::IsNothingBegun() const
 {
-    const Intake::Outcome outcome = m_arrivals.Fetch(intake);
-    const bool isNothingBegun = m_state == State::Searching
-                                || (m_state == State::Between && m_arrivals.Size() == 0)
-                                || (m_state == State::Rejected && m_arrivals.Size() == m_scanned);
-    if (outcome == Intake::Broken) {
-        m_isOver = true;
-        Failure failure = MODELKIT::cannotRead(&m_arrivals.Device(), intake.GetReason());
-        failure.place.offset = m_arrivals.Offset();
-        Throw(failure);
-    }
-    if (outcome == Intake::Late || (outcome == Intake::Quiet && !isNothingBegun))
-        Throw(FailureHere(Failure::NotWholeYet,
-                          QStringLiteral("The end of the next message has not arrived.")));
-    m_isAll = outcome != Intake::Whole;
+    return m_state == State::Searching || (m_state == State::Between && m_arrivals.Size() == 0)
+           || (m_state == State::Rejected && m_arrivals.Size() == m_scanned);
 }
 
 RecordingReader::Machine::Step RecordingReader::Machine::PassOver()
@@ -400,16 +352,6 @@ BeginningRules RecordingReader::Machine::Rules(qint64 at, Look look) const
     rules.isAtLineBegin = at > 0 ? place[-1] == '\n' || place[-1] == '\r' : m_arrivals.IsAtLineBegin();
     rules.isAll = m_isAll;
     return rules;
-}
-
-Failure RecordingReader::Machine::FailureHere(Failure::Kind kind, const QString& text) const
-{
-    Failure failure;
-    failure.kind = kind;
-    failure.text = text;
-    failure.place.offset = m_arrivals.Offset();
-    failure.place.line = m_arrivals.Line();
-    return failure;
 }
 
 Failure RecordingReader::Machine::MessageTooLarge() const

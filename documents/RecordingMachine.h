@@ -2,13 +2,11 @@
 // What a RecordingReader does. Not installed.
 #pragma once
 
-#include "documents/Arrivals.h"
 #include "documents/JsonEnd.h"
 #include "documents/MessageBeginning.h"
 #include "documents/RecordingSource.h"
 #include "documents/XmlEnd.h"
 
-#include "modelkit/Devices.h"
 #include "modelkit/Failure.h"
 
 #include <QtCore/QString>
@@ -18,16 +16,13 @@
 
 namespace ROUTERDOCUMENTS {
 
-// Goes through the recording in steps. What it knows between two steps is all here, so that it can wait for
-// data, or be left and called again, after each of them.
+// The messages tell their ends themselves.
 class RecordingReader::Machine : public RecordingReader::Source
 {
 public:
     Machine(QIODevice& device, const RecordingOptions& options);
 
-    bool ReadNext(RecordedMessage& message) override;
     void Reject(const RecordedMessage& message) override;
-    qint64 GetExaminedBytes() const override { return m_examined; }
 
 private:
     enum class State
@@ -37,14 +32,6 @@ private:
         Skipping,  // to the end of what is not given to the caller
         Searching, // the next message, in what is none
         Rejected   // in front of a binary form that could not be read
-    };
-
-    enum class Step
-    {
-        Done,      // go on with the next one
-        NeedsMore, // bytes
-        Found,     // the message
-        Finished   // the recording
     };
 
     // Whether the number of bytes that are passed over is added to the text of a failure.
@@ -65,8 +52,9 @@ private:
         bool isText = true;
     };
 
-    Step TakeStep(RecordedMessage& message);
-    void FetchMore(MODELKIT::Intake& intake);
+    Step TakeStep(RecordedMessage& message) override;
+    bool IsNothingBegun() const override;
+    QString NameOfMessage() const override { return QStringLiteral("message"); }
 
     Step PassOver();
     Step Begin(const MessageBeginning& beginning);
@@ -103,16 +91,10 @@ private:
     };
     Inside LookInside();
     bool IsOpen(qint64 place);
-    MODELKIT::Failure FailureHere(MODELKIT::Failure::Kind kind, const QString& text) const;
     MODELKIT::Failure MessageTooLarge() const;
     [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
 
     std::optional<Form> m_form;
-    Arrivals m_arrivals;
-    qint64 m_limit = 0;
-    // Whether the device has no more data at the moment, and will not have them by waiting.
-    bool m_isAll = false;
-    bool m_isOver = false;
 
     State m_state = State::Between;
     // Of the current or last text.
@@ -124,10 +106,6 @@ private:
     qint64 m_scanned = 0;
     // How many of them were searched for other units.
     qint64 m_searched = 0;
-    // The size of the rejected message.
-    qint64 m_rejected = 0;
-    // How many bytes were in rejected messages.
-    qint64 m_allRejected = 0;
     // Whether a message was cut off by the end.
     bool m_isCutOff = false;
     // Whether the byte just scanned cannot occur in XML.
@@ -135,8 +113,6 @@ private:
     // Whether a comment or a processing instruction is being skipped.
     bool m_isAside = false;
     Stretch m_stretch;
-    qint64 m_count = 0;
-    qint64 m_examined = 0;
 };
 
 } // namespace ROUTERDOCUMENTS

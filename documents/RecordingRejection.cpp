@@ -18,24 +18,12 @@ bool isSure(const MessageBeginning& beginning, const char* bytes)
 
 } // namespace
 
-// The message is put back until it is known what follows.
 void RecordingReader::Machine::Reject(const RecordedMessage& message)
 {
-    const qint64 size = message.bytes.size();
-    const bool isBinary = IsBinary(message.form);
-    const bool isLast = m_state == State::Between && m_count > 0 && message.number == m_count
-                        && message.offset + size == m_arrivals.Offset();
-    if (!isBinary || !isLast)
+    if (m_state != State::Between || !IsBinary(message.form) || !PutBack(message))
         return;
-    // Forms inside each other could otherwise be made to cost as much as their square.
-    constexpr int mostTimes = 4;
-    if (m_allRejected + size > mostTimes * m_arrivals.Offset())
-        return;
-    m_allRejected += size;
-    m_arrivals.Return(message.bytes);
     m_state = State::Rejected;
-    m_rejected = size;
-    m_scanned = size;
+    m_scanned = m_rejected;
 }
 
 RecordingReader::Machine::Step RecordingReader::Machine::LeaveRejected()
