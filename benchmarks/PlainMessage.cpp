@@ -558,6 +558,15 @@ void writePlainXml(const PlainMessage& message, QXmlStreamWriter& writer)
     writer.writeEndElement();
 }
 
+void writePlainDocument(const PlainMessage& message, QXmlStreamWriter& writer)
+{
+    writer.setAutoFormatting(true);
+    writer.setAutoFormattingIndent(2);
+    writer.writeStartDocument();
+    writePlainXml(message, writer);
+    writer.writeEndDocument();
+}
+
 } // namespace
 
 QByteArray plainXml(const PlainMessage& message)
@@ -580,11 +589,7 @@ QString plainDocument(const PlainMessage& message)
 {
     QString xml;
     QXmlStreamWriter writer(&xml);
-    writer.setAutoFormatting(true);
-    writer.setAutoFormattingIndent(2);
-    writer.writeStartDocument();
-    writePlainXml(message, writer);
-    writer.writeEndDocument();
+    writePlainDocument(message, writer);
     return xml;
 }
 
@@ -592,11 +597,7 @@ QByteArray plainDocumentBytes(const PlainMessage& message)
 {
     QByteArray xml;
     QXmlStreamWriter writer(&xml);
-    writer.setAutoFormatting(true);
-    writer.setAutoFormattingIndent(2);
-    writer.writeStartDocument();
-    writePlainXml(message, writer);
-    writer.writeEndDocument();
+    writePlainDocument(message, writer);
     return xml;
 }
 
