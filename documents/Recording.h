@@ -93,9 +93,10 @@ public:
     /// Finds the next message. False at the end; when the device gets more data later, the next call finds
     /// it.
     /// \param message is emptied first.
-    /// \throws DocumentError with offset and, in texts, line, when what comes next is no message, is cut off
-    /// or is too large. The next call goes on behind it. The kind Failure::NotWholeYet says that nothing more
-    /// has arrived in time; nothing is lost, and the next call goes on at the same place. With the kind
+    /// \throws DocumentError with offset and, in texts, line, when what comes next is no message, is too
+    /// large, or is a binary form that is cut off. A text that is cut off is given as a message that cannot
+    /// be read. The next call goes on behind it. The kind Failure::NotWholeYet says that nothing more has
+    /// arrived in time; nothing is lost, and the next call goes on at the same place. With the kind
     /// Failure::InputOutput the device has failed, and the recording ends.
     bool ReadNext(RecordedMessage& message);
 

@@ -20,13 +20,6 @@ constexpr qint64 leastKept = 256;
 
 QString cutOffAside() { return QStringLiteral("The comment or processing instruction is cut off."); }
 
-QString cutOffText(Form form)
-{
-    return form == Form::Xml
-               ? QStringLiteral("The XML document is cut off: the end of its root element is missing.")
-               : QStringLiteral("The JSON value is cut off: its closing bracket is missing.");
-}
-
 } // namespace
 
 RecordingReader::Machine::Machine(QIODevice& device, const RecordingOptions& options)
@@ -42,6 +35,8 @@ RecordingReader::Machine::Step RecordingReader::Machine::TakeStep(RecordedMessag
         return Search();
     case State::Rejected:
         return LeaveRejected();
+    case State::Broken:
+        return LeaveBroken(message);
     case State::Inside:
     case State::Skipping:
         break;
@@ -51,7 +46,8 @@ RecordingReader::Machine::Step RecordingReader::Machine::TakeStep(RecordedMessag
 
 bool RecordingReader::Machine::IsNothingBegun() const
 {
-    return m_state == State::Searching || (m_state == State::Between && m_arrivals.Size() == 0)
+    return m_state == State::Searching || m_state == State::Broken
+           || (m_state == State::Between && m_arrivals.Size() == 0)
            || (m_state == State::Rejected && m_arrivals.Size() == m_scanned);
 }
 
@@ -146,11 +142,15 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfText(RecordedM
         return BreakOff(ScannedOfDocument(), message);
     m_isDoubtful = xml == XmlEnd::Doubt;
     if (json == JsonEnd::Broken) {
-        const bool isUntold = m_state == State::Inside;
         // The end of its string may be missing, and what stands in the string may be another message.
         const qint64 line = std::get<JsonEnd>(m_end).GetLineSize();
-        BeginStretch(FailureHere(Failure::NotWellFormed, QStringLiteral("This is no JSON value")),
-                     std::max<qint64>(m_scanned - std::max(lookBack, line), 1));
+        m_scanned = std::max<qint64>(m_scanned - std::max(lookBack, line), 1);
+        if (m_state == State::Inside && Recognise(0, Look::Searching).kind == MessageBeginning::Message) {
+            m_state = State::Broken;
+            return Step::Done;
+        }
+        const bool isUntold = m_state == State::Inside;
+        PassOverBroken();
         m_stretch.isUntold = isUntold;
         return Step::Done;
     }
@@ -179,6 +179,33 @@ qint64 RecordingReader::Machine::FindOtherUnits(bool isEnd)
     return 0;
 }
 
+// On one line, and at the end, it is clear what belongs to it. Then it is delivered, so that its reader says
+// what is wrong. Otherwise the caller is told how much is passed over.
+RecordingReader::Machine::Step RecordingReader::Machine::LeaveBroken(RecordedMessage& message)
+{
+    const char* const begin = m_arrivals.Data();
+    const MessageBeginning::Kind kind = FindBeginning(m_scanned);
+    if (m_scanned > m_limit)
+        return PassOverBroken();
+    const bool isRest = kind == MessageBeginning::Nothing && m_isAll;
+    if (kind != MessageBeginning::Message && !isRest)
+        return Step::NeedsMore;
+    qint64 size = m_scanned;
+    while (isWhite(begin[size - 1]))
+        --size;
+    const bool isOneLine = std::none_of(begin, begin + size, [](char c) { return c == '\n' || c == '\r'; });
+    if (!isOneLine && !(isRest && m_messageForm == Form::Json))
+        return PassOverBroken();
+    m_examined += size;
+    return EndMessage(size, message);
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::PassOverBroken()
+{
+    return BeginStretch(FailureHere(Failure::NotWellFormed, QStringLiteral("This is no JSON value")),
+                        m_scanned);
+}
+
 qint64 RecordingReader::Machine::ScannedOfDocument() const
 {
     return std::max<qint64>(m_scanned - std::get<XmlEnd>(m_end).GetBehind(), 0);
@@ -199,7 +226,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::BreakOffXml(RecordedMes
 }
 
 // Another message begins. The document that it breaks off is delivered, so that its reader says what is
-// missing.
+// missing. So is one that the end of the recording breaks off.
 RecordingReader::Machine::Step RecordingReader::Machine::BreakOff(qint64 size, RecordedMessage& message)
 {
     if (!m_isAside) {
@@ -229,19 +256,10 @@ RecordingReader::Machine::Step RecordingReader::Machine::TooLittle(RecordedMessa
     }
     if (m_isAll && m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsRootLeft())
         return EndMessage(ScannedOfDocument(), message);
-    const qint64 json = m_isAll ? JsonBehind(m_scanned) : 0;
-    if (json > 0)
-        return EndMessage(json, message);
     if (m_isAll) {
-        m_isCutOff = !m_isAside;
-        const bool isTold = m_state == State::Skipping && !m_isAside;
-        const Failure failure =
-            FailureHere(Failure::NotWellFormed, m_isAside ? cutOffAside() : cutOffText(m_messageForm));
-        m_state = State::Between;
-        m_arrivals.Drop(m_scanned, m_units);
-        if (!isTold)
-            Throw(failure);
-        return Step::Done;
+        const Step step = BreakOff(m_scanned, message);
+        m_isCutOff = m_arrivals.Size() == 0;
+        return step;
     }
     if (m_state == State::Skipping && m_scanned > leastKept) {
         // In whole units.
@@ -277,9 +295,18 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size,
 
 RecordingReader::Machine::Step RecordingReader::Machine::Search()
 {
+    qint64 at = 0;
+    const MessageBeginning::Kind kind = FindBeginning(at);
+    AddToStretch(at);
+    const bool isOver = kind == MessageBeginning::Nothing && m_isAll;
+    return kind == MessageBeginning::Message || isOver ? EndStretch() : Step::NeedsMore;
+}
+
+MessageBeginning::Kind RecordingReader::Machine::FindBeginning(qint64& place)
+{
     const char* const begin = m_arrivals.Data();
     const char* const end = begin + m_arrivals.Size();
-    for (const char* at = begin; at != end; ++at) {
+    for (const char* at = begin + place; at != end; ++at) {
         at = std::find_if(at, end, mayBeginMessage);
         m_examined += at == end ? 0 : 1;
         if (at == end)
@@ -287,11 +314,11 @@ RecordingReader::Machine::Step RecordingReader::Machine::Search()
         const MessageBeginning beginning = Recognise(at - begin, Look::Searching);
         if (beginning.kind == MessageBeginning::Nothing)
             continue;
-        AddToStretch(at - begin);
-        return beginning.kind == MessageBeginning::Unclear ? Step::NeedsMore : EndStretch();
+        place = at - begin;
+        return beginning.kind;
     }
-    AddToStretch(end - begin);
-    return m_isAll ? EndStretch() : Step::NeedsMore;
+    place = m_arrivals.Size();
+    return MessageBeginning::Nothing;
 }
 
 RecordingReader::Machine::Step RecordingReader::Machine::BeginStretch(const Failure& failure, qint64 size,

@@ -31,6 +31,7 @@ private:
         Inside,    // a message, from its first byte on
         Skipping,  // to the end of what is not given to the caller
         Searching, // the next message, in what is none
+        Broken,    // in what begins like a JSON document but is none, from its first byte on
         Rejected   // in front of a binary form that could not be read
     };
 
@@ -70,7 +71,12 @@ private:
     qint64 JsonBehind(qint64 size);
     Step TooLittle(RecordedMessage& message);
     Step EndMessage(qint64 size, RecordedMessage& message);
+    Step LeaveBroken(RecordedMessage& message);
+    Step PassOverBroken();
     Step Search();
+    // What begins at the place or behind it: a message or what may become one, then \a place is where, or
+    // nothing up to the end of what is there.
+    MessageBeginning::Kind FindBeginning(qint64& place);
     Step LeaveRejected();
 
     Step BeginStretch(const MODELKIT::Failure& failure, qint64 size, ByteCount byteCount = ByteCount::Added);
@@ -102,11 +108,11 @@ private:
     // Of the current message.
     Form m_messageForm = Form::Xml;
     std::variant<XmlEnd, JsonEnd> m_end;
-    // How many of its bytes were given to it.
+    // How many of its bytes were given to it, or were searched for the next message.
     qint64 m_scanned = 0;
     // How many of them were searched for other units.
     qint64 m_searched = 0;
-    // Whether a message was cut off by the end.
+    // Whether the last message was cut off by the end.
     bool m_isCutOff = false;
     // Whether the byte just scanned cannot occur in XML.
     bool m_isDoubtful = false;

@@ -132,6 +132,15 @@ inline QVector<unsigned int> numbersIn(const Outcome& outcome)
     return numbers;
 }
 
+inline QByteArray wide(const QByteArray& text, int size, bool isBigEndian)
+{
+    QByteArray result;
+    for (const char character : text)
+        for (int i = 0; i < size; ++i)
+            result += i == (isBigEndian ? size - 1 : 0) ? character : '\0';
+    return result;
+}
+
 // The example documents, by name.
 inline QVector<QByteArray> examples()
 {

