@@ -126,8 +126,9 @@ private:
         if (conversion.hasMessages()) {
             outcome.input = conversion.inputs().constFirst();
             outcome.output = conversion.finish(writer, target);
-        } else {
-            conversion.reportNothing();
+        } else if (conversion.status() == Fine) {
+            // Other files may hold what is wanted.
+            outcome.leftOut = conversion.inputs().constFirst().leftOut;
         }
         outcome.status = conversion.status();
     }

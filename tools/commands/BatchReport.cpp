@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "BatchReport.h"
 
+#include "Conversion.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -49,6 +51,7 @@ void BatchReport::add(const BatchOutcome& outcome)
 {
     ++m_files;
     m_converted += outcome.output ? 1 : 0;
+    m_unfit += outcome.leftOut ? 1 : 0;
     m_messages += outcome.output ? outcome.output->messages : 0;
     m_worst = std::max(m_worst, outcome.status);
     if (m_json) {
@@ -60,6 +63,8 @@ void BatchReport::add(const BatchOutcome& outcome)
             item[QStringLiteral("input")] = outcome.input->toJson();
         if (outcome.output)
             item[QStringLiteral("output")] = outcome.output->toJson();
+        if (outcome.leftOut)
+            item[QStringLiteral("leftOut")] = *outcome.leftOut;
         m_json->AddItem(item);
     } else if (outcome.output && !m_session.isQuiet()) {
         m_session.out().writeLine(outcome.input->toText() + QStringLiteral(" -> ")
@@ -69,6 +74,8 @@ void BatchReport::add(const BatchOutcome& outcome)
 
 Status BatchReport::end()
 {
+    if (m_unfit > 0 && m_converted == 0 && m_worst == Fine)
+        addProblem(nothingFits(QString()));
     if (m_json) {
         m_json->EndList();
         m_json->Add(QStringLiteral("findings"), m_problems);
@@ -84,7 +91,8 @@ QJsonObject BatchReport::summary() const
 {
     return {{QStringLiteral("files"), m_files},
             {QStringLiteral("converted"), m_converted},
-            {QStringLiteral("failed"), m_files - m_converted},
+            {QStringLiteral("noneFits"), m_unfit},
+            {QStringLiteral("failed"), failed()},
             {QStringLiteral("messages"), m_messages}};
 }
 
@@ -93,9 +101,11 @@ QString BatchReport::summaryText() const
     const auto counted = [](qint64 count, const QString& what) {
         return count == 1 ? QStringLiteral("1 ") + what : QStringLiteral("%1 %2s").arg(count).arg(what);
     };
-    return QStringLiteral("%1: %2 converted, %3 failed; %4")
-        .arg(counted(m_files, QStringLiteral("file")), QString::number(m_converted),
-             QString::number(m_files - m_converted), counted(m_messages, QStringLiteral("message")));
+    const QString unfit =
+        m_unfit == 0 ? QString() : QStringLiteral("%1 without a message that fits, ").arg(m_unfit);
+    return QStringLiteral("%1: %2 converted, %3%4 failed; %5")
+        .arg(counted(m_files, QStringLiteral("file")), QString::number(m_converted), unfit,
+             QString::number(failed()), counted(m_messages, QStringLiteral("message")));
 }
 
 } // namespace routermsg

@@ -23,6 +23,8 @@ struct BatchOutcome
     std::optional<FileSummary> input = std::nullopt;
     /// None if nothing was written.
     std::optional<FileSummary> output = std::nullopt;
+    /// Of a file that was not written because no message fits a condition: how many it has.
+    std::optional<qint64> leftOut = std::nullopt;
 };
 
 /// Tells findings as soon as they are known, about each file when it is done, and in the end about all.
@@ -43,6 +45,7 @@ public:
     Status end();
 
 private:
+    qint64 failed() const { return m_files - m_converted - m_unfit; }
     QJsonObject summary() const;
     QString summaryText() const;
 
@@ -54,6 +57,7 @@ private:
     qint64 m_unlisted = 0;
     qint64 m_files = 0;
     qint64 m_converted = 0;
+    qint64 m_unfit = 0;
     qint64 m_messages = 0;
     Status m_worst = Fine;
 };

@@ -29,6 +29,14 @@ std::optional<Form> formToWrite(const Arguments& arguments, const QString& path)
     return form ? form : FormOfFileName(path);
 }
 
+Finding nothingFits(const QString& name)
+{
+    Finding finding =
+        Finding::ofFile(name, QStringLiteral("No message fits --where, so nothing is written."));
+    finding.status = Found;
+    return finding;
+}
+
 Conversion::Conversion(const Arguments& arguments, FindingReceiver& report, Progress& progress, Copies copies)
     : m_report(report),
       m_progress(progress), m_options{messagesOf(arguments), inputFormatOf(arguments), &progress},
@@ -89,10 +97,7 @@ void Conversion::reportNothing()
 {
     if (m_worst != Fine)
         return;
-    Finding finding = Finding::ofFile(m_inputs.size() == 1 ? m_inputs.constFirst().name : QString(),
-                                      QStringLiteral("No message fits --where, so nothing is written."));
-    finding.status = Found;
-    addProblem(finding);
+    addProblem(nothingFits(m_inputs.size() == 1 ? m_inputs.constFirst().name : QString()));
 }
 
 std::optional<FileSummary> Conversion::finish(MessageWriter& writer, const Target& target)

@@ -31,6 +31,9 @@ OptionTable acceptLossOption(const QString& otherwise);
 std::optional<ROUTERDOCUMENTS::Form> formToWrite(const Arguments& arguments, const QString& path);
 /// @}
 
+/// That no message of the input fits, or none of several inputs when \a name is empty.
+Finding nothingFits(const QString& name);
+
 /// Whether messages are copied byte for byte. Then nothing can get lost, and they need not be valid, but it
 /// must be possible to read them: what follows a message that was cut off could be taken for its content.
 enum class Copies
