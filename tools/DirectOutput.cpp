@@ -109,6 +109,16 @@ bool DirectOutput::isAt(const QString& path)
     return S_ISFIFO(mode) || S_ISCHR(mode) || descriptorNamedBy(path);
 }
 
+void DirectOutput::letReaderGo(const QString& path)
+{
+    if (!S_ISFIFO(modeAt(path)) || descriptorNamedBy(path))
+        return;
+    // Fails when nobody waits.
+    const int descriptor = open(path.toUtf8().constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
 DirectOutput::DirectOutput(const QString& path) : m_path(path), m_descriptor(openAt(path))
 {
     struct stat status = {};

@@ -21,6 +21,9 @@ public:
     /// Whether the path leads to such an output.
     static bool isAt(const QString& path);
 
+    /// For a named pipe to which nothing was written: a reader that waits for the first byte gets the end.
+    static void letReaderGo(const QString& path);
+
     /// Opens it. A pipe without a reader waits for one.
     /// \throws OutputRefusal
     explicit DirectOutput(const QString& path);

@@ -132,6 +132,13 @@ MessageWriter::MessageWriter(const Target& target, Session& session, FindingRece
     m_summary.messages = 0;
 }
 
+// The output was opened with the first message only, because a pipe waits for its reader.
+MessageWriter::~MessageWriter()
+{
+    if (!m_target.isFile && !isStandardOutput(m_target.path) && !m_direct)
+        DirectOutput::letReaderGo(m_target.path);
+}
+
 void MessageWriter::add(MODELKIT::IMKObject& record)
 {
     const QByteArray bytes = encode(record, m_target.form, m_summary.name);

@@ -79,6 +79,9 @@ class MessageWriter
 public:
     /// \param session is used for standard output only
     MessageWriter(const Target& target, Session& session, FindingReceiver& report);
+    MessageWriter(const MessageWriter&) = delete;
+    MessageWriter& operator=(const MessageWriter&) = delete;
+    ~MessageWriter();
 
     /// Appends a message. Reports what the form does not carry.
     /// \throws Refusal when the record does not pass its validation, the form cannot carry a text, or for
