@@ -67,8 +67,9 @@ QString textOf(const ModelKitException& exception)
 
 } // namespace
 
-DocumentError::DocumentError(const MODELKIT::Failure& failure)
-    : m_failure(failure), m_isAboutParts(isAboutParts(failure)), m_utf8(failure.text.toUtf8())
+DocumentError::DocumentError(const MODELKIT::Failure& failure, std::optional<Form> otherForm)
+    : m_failure(failure), m_otherForm(otherForm), m_isAboutParts(isAboutParts(failure)),
+      m_utf8(failure.text.toUtf8())
 {}
 
 DocumentError::DocumentError(const ModelKitException& refusal)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "documents/Export.h"
+#include "documents/Forms.h"
 
 #include "modelkit/Exceptions.h"
 #include "modelkit/Failure.h"
@@ -12,6 +13,7 @@
 #include <QtCore/QString>
 
 #include <exception>
+#include <optional>
 
 namespace ROUTERDOCUMENTS {
 
@@ -20,7 +22,8 @@ class ROUTERDOCUMENTS_EXPORT DocumentError : public std::exception
 {
 public:
     /// Has the kind, text and place of the failure.
-    explicit DocumentError(const MODELKIT::Failure& failure);
+    /// \param otherForm see GetOtherForm()
+    explicit DocumentError(const MODELKIT::Failure& failure, std::optional<Form> otherForm = std::nullopt);
     /// Has the text and place of a record's exception, and the kind Failure::Refused. For a value that is no
     /// enumerator, the text also names the value, and the enumerator that may have been meant or else all
     /// enumerators.
@@ -46,11 +49,16 @@ public:
     /// its parts tell more than the text; see Dissection.h.
     bool IsAboutParts() const noexcept { return m_isAboutParts; }
 
+    /// Of a place in a recording where a message of another form begins than the one that was asked for: that
+    /// form.
+    std::optional<Form> GetOtherForm() const noexcept { return m_otherForm; }
+
     /// The text in UTF-8.
     const char* what() const noexcept override { return m_utf8.constData(); }
 
 private:
     MODELKIT::Failure m_failure;
+    std::optional<Form> m_otherForm;
     bool m_isAboutParts = false;
     QByteArray m_utf8;
 };

@@ -71,7 +71,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBegi
     case MessageBeginning::Unclear:
         return Step::NeedsMore;
     case MessageBeginning::Nothing:
-        return BeginStretch(FailureHere(Failure::None, QStringLiteral("No message begins here")), 1);
+        return BeginNothing();
     case MessageBeginning::Mark:
         m_arrivals.Drop(beginning.mark);
         return Step::Done;
@@ -91,6 +91,23 @@ RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBegi
         m_end = XmlEnd(m_isAside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
     else
         m_end = JsonEnd(beginning.form == Form::JsonLines ? JsonEnd::OneLine : JsonEnd::AnyLines);
+    return Step::Done;
+}
+
+RecordingReader::Machine::Step RecordingReader::Machine::BeginNothing()
+{
+    BeginningRules rules = Rules(0, Look::Searching);
+    rules.form = std::nullopt;
+    const MessageBeginning other = m_form ? Recognise(0, m_arrivals.Size(), rules) : MessageBeginning();
+    if (other.kind == MessageBeginning::Unclear)
+        return Step::NeedsMore;
+    const bool isOther = other.kind == MessageBeginning::Message;
+    const QString text = isOther ? QStringLiteral("Here begins a message in the form %1, expected is %2")
+                                       .arg(NameOf(other.form), NameOf(*m_form))
+                                 : QStringLiteral("No message begins here");
+    BeginStretch(FailureHere(Failure::None, text), 1);
+    if (isOther)
+        m_stretch.otherForm = other.form;
     return Step::Done;
 }
 
@@ -355,7 +372,7 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndStretch()
     if (m_stretch.byteCount == ByteCount::Added)
         failure.text +=
             QStringLiteral("; %1.").arg(countedBytes(m_stretch.size, QStringLiteral("passed over")));
-    Throw(failure);
+    Throw(failure, m_stretch.otherForm);
 }
 
 MessageBeginning RecordingReader::Machine::Recognise(qint64 at, Look look)
@@ -387,6 +404,9 @@ Failure RecordingReader::Machine::MessageTooLarge() const
                        QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));
 }
 
-void RecordingReader::Machine::Throw(const Failure& failure) { throw DocumentError(failure); }
+void RecordingReader::Machine::Throw(const Failure& failure, std::optional<Form> otherForm)
+{
+    throw DocumentError(failure, otherForm);
+}
 
 } // namespace ROUTERDOCUMENTS

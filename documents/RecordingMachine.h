@@ -46,6 +46,8 @@ private:
     struct Stretch
     {
         MODELKIT::Failure failure;
+        // The form of the message that begins it, if only another one is expected.
+        std::optional<Form> otherForm;
         // Whether the caller still has to be told.
         bool isUntold = true;
         ByteCount byteCount = ByteCount::Added;
@@ -59,6 +61,7 @@ private:
 
     Step PassOver();
     Step Begin(const MessageBeginning& beginning);
+    Step BeginNothing();
     Step FindEndOfBinary(RecordedMessage& message);
     Step FindEndOfText(RecordedMessage& message);
     // How much of the scanned part belongs to the document.
@@ -98,7 +101,8 @@ private:
     Inside LookInside();
     bool IsOpen(qint64 place);
     MODELKIT::Failure MessageTooLarge() const;
-    [[noreturn]] static void Throw(const MODELKIT::Failure& failure);
+    [[noreturn]] static void Throw(const MODELKIT::Failure& failure,
+                                   std::optional<Form> otherForm = std::nullopt);
 
     std::optional<Form> m_form;
 

@@ -82,10 +82,9 @@ Intake::Outcome InputFile::takeArrived(qint64 most, QByteArray& bytes)
     constexpr qint64 headSize = 64;
     m_head.append(bytes.constData() + before,
                   static_cast<int>(std::min<qint64>(count, headSize - m_head.size())));
-    if (m_isKeeping && m_beginning.size() + count > mostKept)
-        forget();
     if (m_isKeeping)
-        m_beginning.append(bytes.constData() + before, count);
+        m_beginning.append(bytes.constData() + before,
+                           static_cast<int>(std::min<qint64>(count, mostKept - m_beginning.size())));
     return outcome;
 }
 

@@ -38,8 +38,9 @@ public:
 
     /// How many bytes were read.
     qint64 count() const { return m_count; }
-    /// Everything that was read, if it is not too much to keep.
-    bool hasAll() const { return m_isKeeping; }
+    /// Whether beginning() is everything that was read.
+    bool hasAll() const { return m_isKeeping && m_beginning.size() == m_count; }
+    /// The first mebibyte of what was read, or nothing after forget().
     const QByteArray& beginning() const { return m_beginning; }
     void forget();
     /// The first bytes, however much was read.

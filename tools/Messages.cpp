@@ -39,6 +39,9 @@ Finding problemOf(const DocumentError& error, const QString& name)
     if (error.GetKind() != MODELKIT::Failure::NotWellFormed)
         finding.place.line = 0;
     finding.isNoMessage = true;
+    if (const auto form = error.GetOtherForm())
+        finding.hint = QStringLiteral("--from %1 reads it; without --from, messages of all forms are read.")
+                           .arg(NameOf(*form));
     return finding;
 }
 
@@ -219,21 +222,6 @@ QString Messages::remedy() const
         .arg(isLittle ? QStringLiteral("little") : QStringLiteral("big"));
 }
 
-// Enough to try to read a message; nothing of a stream that was too large to keep.
-QByteArray Messages::firstBytes() const
-{
-    constexpr qint64 enough = qint64(1) << 20;
-    if (m_file.hasAll())
-        return m_file.beginning();
-    QByteArray bytes;
-    if (m_file.isStream() || m_path == QLatin1String("-"))
-        return bytes;
-    InputFile file(m_path);
-    while (bytes.size() < enough && file.take(enough - bytes.size(), bytes)) {
-    }
-    return bytes;
-}
-
 // Whether the input begins with a message when it is read in the other byte order.
 bool Messages::isInOtherByteOrder() const
 {
@@ -241,7 +229,7 @@ bool Messages::isInOtherByteOrder() const
     if (form && !IsBinary(*form))
         return false;
     const InputFormat other = m_options.format.inOtherByteOrder();
-    QByteArray bytes = firstBytes();
+    QByteArray bytes = m_file.beginning();
     QBuffer buffer(&bytes);
     try {
         RecordingReader reader(buffer, other.recording());
@@ -260,7 +248,7 @@ bool Messages::isJsonOnSeveralLines() const
 {
     if (m_options.format.form != Form::JsonLines)
         return false;
-    QByteArray bytes = firstBytes();
+    QByteArray bytes = m_file.beginning();
     QBuffer buffer(&bytes);
     try {
         RecordingReader reader(buffer, {Form::Json});

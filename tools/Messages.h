@@ -110,7 +110,6 @@ private:
     bool isTold(const ROUTERDOCUMENTS::DocumentError& error) const;
     void explainByHead();
     QString hintOf(const ROUTERDOCUMENTS::DocumentError& error) const;
-    QByteArray firstBytes() const;
     QString remedy() const;
     bool isInOtherByteOrder() const;
     bool isJsonOnSeveralLines() const;

@@ -168,6 +168,41 @@ TEST(Recording, OfJsonLinesEndsEveryMessageOnItsLine)
     EXPECT_EQ(readAll(content).lines, QStringList({"json 0:1", "json 18:3"}));
 }
 
+TEST(Recording, OfOneFormTellsWhereAnotherFormBegins)
+{
+    const QByteArray xml = inForm(Form::Xml, 1);
+    for (const Form other : {Form::Json, Form::JsonLines, Form::Binary, Form::Compressed})
+        for (const int piece : {1, 7, 1000}) {
+            const QByteArray message = inForm(other, 2);
+            const Outcome outcome = readInPieces(xml + message + xml, piece, {Form::Xml});
+            EXPECT_EQ(numbersIn(outcome), Numbers({1, 1}));
+            ASSERT_EQ(outcome.errors.size(), 1);
+            const Form named = IsBinary(other) ? other : Form::Json;
+            const DocumentError& error = outcome.errors.first();
+            EXPECT_EQ(error.GetOtherForm(), named);
+            EXPECT_EQ(error.GetPlace().offset, xml.size());
+            EXPECT_EQ(error.GetText(),
+                      QStringLiteral("Here begins a message in the form %1, expected is xml; %2 bytes are "
+                                     "passed over.")
+                          .arg(NameOf(named), QString::number(message.size())));
+        }
+    for (const Form form : {Form::Json, Form::JsonLines, Form::Binary, Form::Compressed}) {
+        const Outcome outcome = readAll(xml + inForm(form, 2), {form});
+        EXPECT_EQ(numbersIn(outcome), Numbers({2}));
+        ASSERT_EQ(outcome.errors.size(), 1);
+        EXPECT_EQ(outcome.errors.first().GetOtherForm(), Form::Xml);
+        EXPECT_EQ(outcome.errors.first().GetPlace().line, 1);
+    }
+    // What only looks a little like a message is none.
+    for (const char* const junk : {"{\n", "[1]\n", "MKZ\n", "\x85\x53\n"}) {
+        const Outcome outcome = readAll(xml + junk + xml, {Form::Xml});
+        ASSERT_EQ(outcome.errors.size(), 1) << junk;
+        EXPECT_EQ(outcome.errors.first().GetOtherForm(), std::nullopt) << junk;
+        EXPECT_TRUE(outcome.errors.first().GetText().startsWith(QStringLiteral("No message begins here")));
+    }
+    EXPECT_EQ(readAll(xml + "junk").errors.first().GetOtherForm(), std::nullopt);
+}
+
 // --- what is no message -------------------------------------------------------------------------
 
 TEST(Recording, TellsWhatIsNoMessageOnceForEachStretch)
