@@ -2,16 +2,14 @@
 // The command `get`: the values of a member.
 
 #include "Commands.h"
-#include "InputFiles.h"
-#include "Progress.h"
+#include "FittingMessages.h"
+#include "Session.h"
 #include "SharedOptions.h"
-#include "WhereOption.h"
 #include "documents/FoundMembers.h"
 
 #include <QtCore/QJsonObject>
 
 #include <algorithm>
-#include <optional>
 
 namespace routermsg {
 
@@ -32,35 +30,15 @@ void write(const FoundMember& found, const QString& name, Session& session)
 Status get(const Arguments& arguments, Session& session)
 {
     const PathPattern pattern = pathOf(arguments, "PATH");
-    MessageFilter filter(arguments);
-    const InputList inputs = inputsOf(arguments);
-    Progress progress(session, inputs.files);
-    const Messages::Options options{messagesOf(arguments), inputFormatOf(arguments), &progress};
-    Status worst = Fine;
-    const auto addProblem = [&](const Finding& problem) {
-        session.complainInLine(problem);
-        worst = std::max(worst, problem.status);
-    };
-    for (const Finding& problem : inputs.problems)
-        addProblem(problem);
+    FittingMessages messages(arguments, session);
     bool isFound = false;
-    for (const QString& file : inputs.files) {
-        progress.next(inputName(file));
-        forEachMessage(
-            file, options,
-            [&](const InputMessage& message) {
-                const Document document = message.read();
-                if (!filter.takes(*document.record))
-                    return;
-                FindMembers(*document.record, pattern, [&](const FoundMember& found) {
-                    write(found, message.name, session);
-                    isFound = true;
-                    return true;
-                });
-                session.out().flush();
-            },
-            addProblem);
-    }
+    const Status worst = messages.forEach([&](const InputMessage& message, const Document& document) {
+        FindMembers(*document.record, pattern, [&](const FoundMember& found) {
+            write(found, message.name, session);
+            isFound = true;
+            return true;
+        });
+    });
     return isFound ? worst : std::max(worst, Found);
 }
 

@@ -2,11 +2,11 @@
 // The command `list`: one line for each message.
 
 #include "Commands.h"
-#include "InputFiles.h"
+#include "FittingMessages.h"
+#include "InputFile.h"
 #include "ListColumns.h"
-#include "Progress.h"
+#include "Session.h"
 #include "SharedOptions.h"
-#include "WhereOption.h"
 #include "documents/PathPattern.h"
 #include "documents/Sentences.h"
 #include "documents/Text.h"
@@ -14,7 +14,6 @@
 #include <QtCore/QJsonObject>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace routermsg {
@@ -172,33 +171,13 @@ ListColumns columnsOf(const Arguments& arguments, const QStringList& files)
 
 Status list(const Arguments& arguments, Session& session)
 {
-    MessageFilter filter(arguments);
-    const InputList inputs = inputsOf(arguments);
-    const ListColumns columns = columnsOf(arguments, inputs.files);
+    FittingMessages messages(arguments, session);
+    const ListColumns columns = columnsOf(arguments, messages.files());
     const auto listing = makeList(columns, session);
     listing->begin();
-    Progress progress(session, inputs.files);
-    const Messages::Options options{messagesOf(arguments), inputFormatOf(arguments), &progress};
-    Status worst = Fine;
-    const auto addProblem = [&](const Finding& problem) {
-        session.complainInLine(problem);
-        worst = std::max(worst, problem.status);
-    };
-    for (const Finding& problem : inputs.problems)
-        addProblem(problem);
-    for (const QString& file : inputs.files) {
-        progress.next(inputName(file));
-        forEachMessage(
-            file, options,
-            [&](const InputMessage& message) {
-                const Document document = message.read();
-                if (filter.takes(*document.record))
-                    listing->add({message, document});
-                session.out().flush();
-            },
-            addProblem);
-    }
-    return worst;
+    return messages.forEach([&](const InputMessage& message, const Document& document) {
+        listing->add({message, document});
+    });
 }
 
 } // namespace
