@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstring>
+#include <limits>
 
 namespace MODELKIT {
 
@@ -20,6 +21,9 @@ struct Reference
 
 constexpr Reference references[] = {{"&lt;", '<'},   {"&gt;", '>'},    {"&amp;", '&'},
                                     {"&quot;", '"'}, {"&apos;", '\''}, {"&#13;", '\r'}};
+
+// Sizes of texts are of the type int.
+constexpr std::size_t largestDocument = std::numeric_limits<int>::max();
 
 bool startsWith(std::string_view text, std::string_view beginning)
 {
@@ -190,6 +194,8 @@ void remove(std::string_view& text, std::string_view beginning)
 
 std::optional<PlainXml> PlainXml::Find(std::string_view utf8, int nestingDepth)
 {
+    if (utf8.size() > largestDocument)
+        return std::nullopt;
     std::string_view text = utf8;
     remove(text, "\xEF\xBB\xBF");
     for (const std::string_view declaration :

@@ -13,10 +13,9 @@
 
 namespace MODELKIT {
 
-// A whole document in UTF-8 of elements and texts: with names of ASCII letters, digits and "_-.", without
-// attributes, comments, CDATA sections and processing instructions except the usual declaration, and with no
-// references but
-// "&lt;", "&gt;", "&amp;", "&quot;", "&apos;" and "&#13;".
+// A whole document in UTF-8 of elements and texts. Names are of ASCII letters, digits and "_-.". There are no
+// attributes, comments, CDATA sections, processing instructions except the usual declaration, and references
+// except "&lt;", "&gt;", "&amp;", "&quot;", "&apos;" and "&#13;".
 class MODELKIT_EXPORT PlainXml
 {
 public:

@@ -4,15 +4,11 @@
 #include <QtCore/QtGlobal>
 
 #include <algorithm>
-#include <limits>
 #include <new>
 
 namespace MODELKIT {
 
 namespace {
-
-// What fits into a QByteArray in all versions of Qt.
-constexpr std::size_t largestDocument = std::numeric_limits<int>::max() - 64;
 
 bool isNameCharacter(unsigned int code)
 {
@@ -51,8 +47,8 @@ char* putBytes(char* to, std::initializer_list<unsigned int> bytes)
 
 } // namespace
 
-PlainXmlWriter::PlainXmlWriter(XmlLayout layout, Declare declare)
-    : m_isIndented(layout == XmlLayout::Indented)
+PlainXmlWriter::PlainXmlWriter(XmlLayout layout, Declare declare, std::size_t maximalSize)
+    : m_maximalSize(maximalSize), m_isIndented(layout == XmlLayout::Indented)
 {
     put(declare == Declare::Encoding ? R"(<?xml version="1.0" encoding="UTF-8"?>)"
                                      : R"(<?xml version="1.0"?>)");
@@ -61,6 +57,8 @@ PlainXmlWriter::PlainXmlWriter(XmlLayout layout, Declare declare)
 QByteArray PlainXmlWriter::takeDocument()
 {
     put('\n');
+    if (!m_isExact)
+        return QByteArray();
     m_bytes.resize(static_cast<int>(m_end - m_bytes.constData()));
     m_end = m_limit = nullptr;
     return std::move(m_bytes);
@@ -80,13 +78,14 @@ void PlainXmlWriter::putName(const QString& name)
 
 void PlainXmlWriter::putText(const QString& text)
 {
-    constexpr int charactersOfPiece = 1024;
+    constexpr std::size_t longestPiece = 1024;
     const QChar* at = text.constData();
     const QChar* const end = at + text.size();
     while (at != end) {
-        const QChar* const endOfPiece = at + std::min<qint64>(end - at, charactersOfPiece);
+        const std::size_t size = std::min(static_cast<std::size_t>(end - at), longestPiece);
+        const QChar* const endOfPiece = at + size;
         // A surrogate pair may go beyond the piece.
-        char* to = room(charactersOfPiece * mostBytesOfCharacter + mostBytesOfCharacter);
+        char* to = room((size + 1) * mostBytesOfCharacter);
         while (at < endOfPiece) {
             const unsigned int code = at++->unicode();
             if (code < 0x80) {
@@ -119,11 +118,16 @@ void PlainXmlWriter::putText(const QString& text)
 
 void PlainXmlWriter::grow(std::size_t size)
 {
-    const std::size_t before = m_end ? static_cast<std::size_t>(m_end - m_bytes.constData()) : 0;
+    std::size_t before = m_end ? static_cast<std::size_t>(m_end - m_bytes.constData()) : 0;
+    if (before + size > m_maximalSize) {
+        // The stream writer may have room for more. What was written is of no use any more.
+        m_isExact = false;
+        before = 0;
+    }
     const std::size_t needed = before + size;
-    if (needed > largestDocument)
+    if (needed > m_maximalSize)
         throw std::bad_alloc();
-    const std::size_t capacity = std::min(std::max<std::size_t>(needed * 2, 512), largestDocument);
+    const std::size_t capacity = std::min(std::max<std::size_t>(needed * 2, 512), m_maximalSize);
     m_bytes.resize(static_cast<int>(capacity));
     m_end = m_bytes.data() + before;
     m_limit = m_bytes.data() + capacity;

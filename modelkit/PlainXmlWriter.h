@@ -9,7 +9,9 @@
 #include <QtCore/QLatin1String>
 #include <QtCore/QString>
 
+#include <cstddef>
 #include <cstring>
+#include <limits>
 #include <string_view>
 
 namespace MODELKIT {
@@ -26,12 +28,13 @@ enum class Declare
 class MODELKIT_EXPORT PlainXmlWriter
 {
 public:
-    PlainXmlWriter(XmlLayout layout, Declare declare);
+    // What fits into a QByteArray in all versions of Qt.
+    static constexpr std::size_t largestDocument = std::numeric_limits<int>::max() - 64;
 
-    // False if a name is not plain, or a text holds a character that XML cannot carry.
-    bool isExact() const { return m_isExact; }
+    PlainXmlWriter(XmlLayout layout, Declare declare, std::size_t maximalSize = largestDocument);
 
-    // The document after its last element.
+    // The document after its last element. Null if a name is not plain, a text holds a character that XML
+    // cannot carry, or the document is too large.
     QByteArray takeDocument();
 
     void startElement(const QString& name)
@@ -126,7 +129,8 @@ private:
     char* m_end = nullptr;
     char* m_limit = nullptr;
     int m_depth = 0;
-    bool m_isIndented;
+    const std::size_t m_maximalSize;
+    const bool m_isIndented;
     // The start tag has no '>' yet: an element without content ends with "/>" instead.
     bool m_isTagOpen = false;
     bool m_isExact = true;

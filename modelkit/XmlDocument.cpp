@@ -357,7 +357,7 @@ QByteArray writePlainly(const IMKObject& object, XmlLayout layout, Declare decla
         return QByteArray();
     PlainXmlWriter writer(layout, declare);
     known->write(object, writer);
-    return writer.isExact() ? writer.takeDocument() : QByteArray();
+    return writer.takeDocument();
 }
 
 QString toText(const QByteArray& utf8) { return QString::fromUtf8(utf8); }
