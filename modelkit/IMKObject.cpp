@@ -58,9 +58,13 @@ void IMKObject::SetObjectName(const QString& name) { m_objectName = name; }
 void IMKObject::SetValidate(bool validate) const { m_validate = validate; }
 bool IMKObject::GetValidate() const { return m_validate; }
 
-void IMKObject::SetLogger(std::shared_ptr<Logger> logger) const { m_logger = std::move(logger); }
-void IMKObject::ResetLogger() const { m_logger.reset(); }
-std::shared_ptr<Logger> IMKObject::GetLogger() const { return m_logger; }
+void IMKObject::SetLogger(std::shared_ptr<Logger> logger) const
+{
+    if (!m_logger.holds(logger))
+        m_logger = HeldLogger(std::move(logger));
+}
+void IMKObject::ResetLogger() const { m_logger = HeldLogger(); }
+std::shared_ptr<Logger> IMKObject::GetLogger() const { return m_logger.get(); }
 
 const QString& IMKObject::GetVersion() const
 {

@@ -6,6 +6,7 @@
 #include "modelkit/Exceptions.h"
 #include "modelkit/Export.h"
 #include "modelkit/Failure.h"
+#include "modelkit/HeldLogger.h"
 #include "modelkit/Limits.h"
 #include "modelkit/Logger.h"
 #include "modelkit/ObjectTypes.h"
@@ -320,22 +321,17 @@ protected:
 
     /// The name.
     const QString& OwnName() const { return m_objectName; }
+    /// Takes over the name.
+    void TakeName(QString&& name) { m_objectName.swap(name); }
     /// The validation flag.
     bool OwnValidate() const { return m_validate; }
     /// The logger.
-    const std::shared_ptr<Logger>& OwnLogger() const { return m_logger; }
+    const HeldLogger& OwnLogger() const { return m_logger; }
     /// Takes over validation flag and logger.
-    void ApplySettings(bool validate, const std::shared_ptr<Logger>& logger) const
+    void ApplySettings(bool validate, const HeldLogger& logger) const
     {
         m_validate = validate;
-        ShareLogger(m_logger, logger);
-    }
-    /// `held = logger`, but without the cost of atomic reference counting when the logger is the same, as it
-    /// mostly is.
-    static void ShareLogger(std::shared_ptr<Logger>& held, const std::shared_ptr<Logger>& logger)
-    {
-        if (held != logger || held.owner_before(logger) || logger.owner_before(held))
-            held = logger;
+        m_logger = logger;
     }
     /// @}
 
@@ -344,7 +340,7 @@ protected:
 
 private:
     QString m_objectName;
-    mutable std::shared_ptr<Logger> m_logger;
+    mutable HeldLogger m_logger;
     ObjectTypes m_objectType = ObjectTypes::Undefined;
     mutable bool m_validate = false;
 };

@@ -2,11 +2,12 @@
 // The way from the machinery into a record: the one friend that every record has.
 #pragma once
 
+#include "modelkit/HeldLogger.h"
 #include "modelkit/IMKObject.h"
 #include "modelkit/SharedBlock.h"
 
-#include <memory>
 #include <type_traits>
+#include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -26,22 +27,15 @@ struct Access
     }
 
     template <class R>
-    static const std::shared_ptr<MODELKIT::Logger>& logger(const R& record)
+    static const MODELKIT::HeldLogger& logger(const R& record)
     {
         return record.OwnLogger();
     }
 
     template <class R>
-    static void applySettings(const R& record, bool validate, const std::shared_ptr<MODELKIT::Logger>& logger)
+    static void applySettings(const R& record, bool validate, const MODELKIT::HeldLogger& logger)
     {
         record.ApplySettings(validate, logger);
-    }
-
-    template <class R>
-    static void shareLogger(std::shared_ptr<MODELKIT::Logger>& held,
-                            const std::shared_ptr<MODELKIT::Logger>& logger)
-    {
-        R::ShareLogger(held, logger);
     }
 
     template <class R>
@@ -59,9 +53,9 @@ struct Access
     }
 
     template <class R>
-    static void identify(R& record, const QString& className)
+    static void identify(R& record, QString className)
     {
-        record.SetObjectName(className);
+        record.TakeName(std::move(className));
         record.m_typeCode = R::id;
     }
 };

@@ -4,8 +4,10 @@
 
 #include "modelkit/SharedBlock.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <new>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -26,11 +28,45 @@ private:
     Bits m_bits = 0;
 };
 
-// What every data block holds beside its members.
-struct Block : MODELKIT::SharedBlock
+// What every data block holds beside its members. A block is alone in its memory, or an inner block: the
+// block of a nested record behind that of its owner, which saves an allocation (InnerBlocks.h).
+class Block : public MODELKIT::SharedBlock
 {
+public:
+    // Everything in memory that is allocated together is aligned to this.
+    static constexpr std::size_t unit = alignof(double);
+
     Flags set;
     Flags defaultSet;
+
+    Block() = default;
+    Block(const Block& other) noexcept : SharedBlock(other), set(other.set), defaultSet(other.defaultSet) {}
+
+    // Makes a new block an inner one, that many bytes behind the beginning of the memory.
+    void placeInside(std::size_t distance)
+    {
+        m_distance = static_cast<std::uint8_t>(distance / unit);
+        beginOwned();
+    }
+
+    template <class Data>
+    static void destroy(Data* block) noexcept
+    {
+        void* const memory = reinterpret_cast<std::byte*>(block) - block->m_distance * unit;
+        block->~Data();
+        ::operator delete(memory);
+    }
+
+    // Ends the hold of the owner.
+    template <class Data>
+    static void leaveInside(Data* block) noexcept
+    {
+        if (block->endOwned())
+            destroy(block);
+    }
+
+private:
+    std::uint8_t m_distance = 0;
 };
 
 } // namespace machinery

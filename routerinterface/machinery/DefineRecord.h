@@ -220,7 +220,7 @@ void RECORD::ProcessXml(QXmlStreamReader& reader) { machinery::processXml(*this,
 void RECORD::SetValidate(bool validate) const { machinery::Walks<RECORD>::setValidate(*this, validate); }
 void RECORD::SetLogger(std::shared_ptr<MODELKIT::Logger> logger) const
 {
-    machinery::Walks<RECORD>::setLogger(*this, logger);
+    machinery::setLogger(*this, std::move(logger));
 }
 void RECORD::SetObjectType(MODELKIT::ObjectTypes) {}
 void RECORD::ProcessXmlStartElement(QXmlStreamReader& reader)

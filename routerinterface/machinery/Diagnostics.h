@@ -34,34 +34,28 @@ namespace machinery {
 template <class Data, class Apply>
 void forEachOwned(Data& data, Apply&& apply)
 {
-    Data::Members::forEach([&](auto member) {
-        using Slot = typename decltype(member)::Slot;
-        auto&& slot = member.slot(data);
-        if constexpr (IsNested<Slot>::value) {
-            if (auto* record = slot.existing())
-                apply(*record);
-        } else if constexpr (IsList<Slot>::value) {
-            for (auto& item : slot.ownItems())
-                apply(std::as_const(item));
-        }
-    });
+    if constexpr (hasNested<Data>)
+        forEachExisting(data, OwnerBlock::Current, [&](auto, auto& record) { apply(record); });
+    if constexpr (hasList<Data>)
+        Data::Members::forEach([&](auto member) {
+            if constexpr (IsList<typename decltype(member)::Slot>::value)
+                for (auto& item : member.slot(data).ownItems())
+                    apply(std::as_const(item));
+        });
 }
 
 // The same for the records that are defaults.
 template <class Data, class Apply>
 void forEachDefault(const Data& data, Apply&& apply)
 {
-    const auto visit = [&](auto member) {
-        if (const auto* standard = member.slot(data).existingDefault())
-            apply(*standard);
-    };
     if constexpr (hasNested<Data>)
         if (data.hasDefaults())
-            forEachNested<Data>(visit);
+            forEachExisting(data, OwnerBlock::Default, [&](auto, auto& record) { apply(record); });
     if constexpr (hasList<Data>)
         Data::Members::forEach([&](auto member) {
             if constexpr (IsList<typename decltype(member)::Slot>::value)
-                visit(member);
+                if (const auto* standard = member.slot(data).existingDefault())
+                    apply(*standard);
         });
 }
 
@@ -93,23 +87,31 @@ void Walks<R>::setValidate(const R& record, bool validate)
 }
 
 template <class R>
-void Walks<R>::setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger)
+void Walks<R>::setLogger(const R& record, const MODELKIT::HeldLogger& logger)
 {
-    record.MODELKIT::IMKObject::SetLogger(logger);
+    Access::applySettings(record, Access::validate(record), logger);
     handOn(
         record, [&logger](OwnerBlock& block) { block.logger = logger; },
         [&logger](const auto& owned) { walksOf(owned).setLogger(owned, logger); });
 }
 
+// The logger is wrapped once, for the record and all below it.
 template <class R>
-void Walks<R>::applySettings(const R& record, bool validate, const std::shared_ptr<MODELKIT::Logger>& logger)
+void setLogger(const R& record, std::shared_ptr<MODELKIT::Logger> logger)
+{
+    record.MODELKIT::IMKObject::SetLogger(std::move(logger));
+    walksOf(record).setLogger(record, Access::logger(record));
+}
+
+template <class R>
+void Walks<R>::applySettings(const R& record, bool validate, const MODELKIT::HeldLogger& logger)
 {
     Access::applySettings(record, validate, logger);
     handOn(
         record,
         [validate, &logger](OwnerBlock& block) {
             block.validate = validate;
-            Access::shareLogger<R>(block.logger, logger);
+            block.logger = logger;
         },
         [validate, &logger](const auto& owned) { walksOf(owned).applySettings(owned, validate, logger); });
 }
@@ -118,15 +120,13 @@ void Walks<R>::applySettings(const R& record, bool validate, const std::shared_p
 template <class R>
 void Walks<R>::settleCopy(const R& record, bool validate)
 {
-    const auto& logger = Access::logger(record);
-    if (logger || logger.use_count() > 0)
-        record.MODELKIT::IMKObject::ResetLogger();
-    record.MODELKIT::IMKObject::SetValidate(validate);
+    const MODELKIT::HeldLogger none;
+    Access::applySettings(record, validate, none);
     handOn(
         record,
         [validate](OwnerBlock& block) {
             block.validate = validate;
-            block.logger.reset();
+            block.logger = MODELKIT::HeldLogger();
         },
         [validate](const auto& owned) { walksOf(owned).settleCopy(owned, validate); });
     if constexpr (ownsRecords<DataOf<R>>)
@@ -165,7 +165,7 @@ void handDownToNew(const R& record)
     if constexpr (hasNested<DataOf<R>>) {
         OwnerBlock& block = *pointer(record);
         block.validate = Access::validate(record);
-        Access::shareLogger<R>(block.logger, Access::logger(record));
+        block.logger = Access::logger(record);
     }
 }
 

@@ -5,36 +5,22 @@
 
 #include "routerinterface/machinery/Members.h"
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-template <class Member, class R, class Item>
-void requireData(const R& record, const Item& item)
+template <class Member, class R>
+[[noreturn]] void refuseItem(const R& record)
 {
-    if (record.GetValidate() && !item.HasData())
-        throw IncompleteDefinitionException(incompleteItemText(record, Member::name()));
+    throw IncompleteDefinitionException(incompleteItemText(record, Member::name()));
 }
 
-// Moves the content of item to the end of the list.
-template <class Member, class R, class Item>
-void appendContent(R& record, Item& item)
-{
-    auto& data = initData(record);
-    auto& items = Member::slot(data).ownItems();
-    items.resize(items.size() + 1);
-    Item& appended = items.last();
-    swapData(appended, item);
-    appended.MODELKIT::IMKObject::SetValidate(item.GetValidate());
-    data.set.set(Member::index);
-}
-
-// Appends a new item that read() fills. If that throws or the item lacks data, the list stays as it was. Like
-// every new item, it gets the logger with the next operation.
-template <class Member, class R, class Read>
-void appendRead(R& record, const Read& read)
+// Appends a new item that fill() fills. If that throws, the list stays as it was.
+template <class Member, class R, class Fill>
+void appendFilled(R& record, const Fill& fill)
 {
     auto& data = initData(record);
     auto& items = Member::slot(data).ownItems();
@@ -50,22 +36,41 @@ void appendRead(R& record, const Read& read)
     };
     items.resize(items.size() + 1);
     Removal removal{items, true};
-    auto& item = items.last();
-    Access::applySettings(item, record.GetValidate(), Access::logger(item));
-    read(item);
-    requireData<Member>(record, item);
+    fill(items.last());
     removal.isDue = false;
     data.set.set(Member::index);
+}
+
+// Appends a new item that read() fills, unless that throws or the item lacks data. Like every new item, it
+// gets the logger with the next operation.
+template <class Member, class R, class Read>
+void appendRead(R& record, const Read& read)
+{
+    using Item = RecordIn<typename Member::Slot>;
+    const bool validate = record.GetValidate();
+    appendFilled<Member>(record, [&](Item& item) {
+        Access::applySettings(item, validate, Access::logger(item));
+        read(item);
+        if (validate && !item.Item::HasData())
+            refuseItem<Member>(record);
+    });
 }
 
 template <class Member, class R, class Item>
 void append(R& record, const Item& item)
 {
     orStayEmpty(record, [&] {
-        initData(record);
-        requireData<Member>(record, item);
-        Item copy(item);
-        appendContent<Member>(record, copy);
+        auto& data = initData(record);
+        if (record.GetValidate() && !item.HasData())
+            refuseItem<Member>(record);
+        const auto& items = Member::slot(data).ownItems();
+        // The item may be one of this list, which moves when it grows.
+        const Item* const first = items.constData();
+        const std::less<const Item*> isBefore;
+        const bool isOwn = !isBefore(&item, first) && isBefore(&item, first + items.size());
+        const auto index = isOwn ? static_cast<QtVersion::Size>(&item - first) : 0;
+        appendFilled<Member>(
+            record, [&](Item& appended) { Walks<Item>::takeCopy(appended, isOwn ? items.at(index) : item); });
     });
 }
 

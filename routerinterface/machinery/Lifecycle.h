@@ -4,23 +4,57 @@
 
 #include "routerinterface/machinery/Diagnostics.h"
 
+#include <QtCore/QtGlobal>
+
 #include <new>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// Gives the record a block of its own.
+template <class R>
+Q_NEVER_INLINE void makeBlock(const R& record)
+{
+    pointer(record) = MODELKIT::BlockPointer<DataOf<R>>(new DataOf<R>);
+    handDownToNew(record);
+}
+
+// Gives the record a block of its own. Mostly it has one already.
 template <class R>
 DataOf<R>& initData(const R& record)
 {
     auto& block = pointer(record);
-    if (block) {
+    if (!block)
+        makeBlock(record);
+    else
         detach(record);
-    } else {
-        MODELKIT::BlockPointer<DataOf<R>>(new DataOf<R>).swap(block);
-        handDownToNew(record);
-    }
     return *block;
+}
+
+// Reading calls this first. A choice gets its block when it is known what it will hold, or else in the end.
+template <class R>
+void initBeforeReading(const R& record)
+{
+    if constexpr (!isChoice<DataOf<R>>)
+        initData(record);
+}
+
+// Does what initData() does for a record of which that member is read next. A new block of a choice comes
+// with the inner block of the nested record.
+template <class Member, class R>
+DataOf<R>& initToRead(const R& record)
+{
+    using Data = DataOf<R>;
+    if constexpr (isChoice<Data>) {
+        using Record = RecordIn<typename Member::Slot>;
+        if (!pointer(record) && isExactly(record) && Walks<Record>::innerSize() != 0) {
+            pointer(record) = makeOuter<Data, Record>(nullptr);
+            handDownToNew(record);
+            Data& data = *pointer(record);
+            fillRoom<Member, Data, Record>(data, nestedRecord<Member>(data), nullptr);
+            return data;
+        }
+    }
+    return initData(record);
 }
 
 // Runs an action that needs memory. If there is not enough, a record without a block stays without one.
@@ -39,12 +73,18 @@ decltype(auto) orStayEmpty(const R& record, const Action& action)
 }
 
 template <class R>
+void Walks<R>::takeCopy(R& record, const R& source)
+{
+    if (const auto& block = pointer(source))
+        pointer(record) = copyOf(*block);
+    settleCopy(record, source.GetValidate());
+}
+
+template <class R>
 void copyConstruct(R& record, const R& source)
 {
-    pointer(record) = pointer(source);
-    detach(record);
     Access::identify(record, DataOf<R>::nameText());
-    walksOf(record).settleCopy(record, source.GetValidate());
+    Walks<R>::takeCopy(record, source);
 }
 
 } // namespace machinery

@@ -145,6 +145,29 @@ void forEachNested(Visit&& visit)
     });
 }
 
+// Calls visit(member) for the nested record with that index.
+template <class Data, class Visit>
+void withNested(int index, Visit&& visit)
+{
+    forEachNested<Data>([&](auto member) {
+        if (member.index == index)
+            visit(member);
+    });
+}
+
+// Calls visit(member, record) for every nested record that exists in that role.
+template <class Data, class Visit>
+void forEachExisting(const Data& data, OwnerBlock::Role role, Visit&& visit)
+{
+    data.forEachKey([&](int index, OwnerBlock::Role itsRole) {
+        if (itsRole == role)
+            withNested<Data>(index, [&](auto member) {
+                using Record = RecordIn<typename decltype(member)::Slot>;
+                visit(member, *data.template find<Record>(index, role));
+            });
+    });
+}
+
 template <class E>
 std::true_type choiceTest(const ChoiceBlock<E>*);
 std::false_type choiceTest(const void*);

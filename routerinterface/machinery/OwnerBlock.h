@@ -2,8 +2,8 @@
 // The data blocks of records that hold nested records.
 #pragma once
 
+#include "modelkit/HeldLogger.h"
 #include "modelkit/IMKObject.h"
-#include "modelkit/Logger.h"
 #include "routerinterface/machinery/Block.h"
 
 #include <cstddef>
@@ -23,21 +23,15 @@ namespace machinery {
 // so costs no allocation of its own.
 class OwnerBlock : public Block
 {
-private:
-    static constexpr std::int8_t none = -1;
-    mutable std::int8_t m_firstKey = none;
-    mutable bool m_hasDefaults = false;
-
 public:
-    bool validate = false;
-    std::shared_ptr<MODELKIT::Logger> logger;
-
     OwnerBlock() = default;
-    OwnerBlock(const OwnerBlock& other) : Block(other), validate(other.validate), logger(other.logger) {}
+    OwnerBlock(const OwnerBlock& other) noexcept
+        : Block(other), logger(other.logger), validate(other.validate)
+    {}
     ~OwnerBlock()
     {
-        if (m_first)
-            m_first->~IMKObject();
+        if (m_firstKey != none)
+            first<MODELKIT::IMKObject>()->~IMKObject();
     }
 
     enum Role : int
@@ -52,11 +46,22 @@ public:
     {
         const int key = keyOf(index, role);
         if (key == m_firstKey)
-            return static_cast<R*>(m_first);
+            return first<R>();
         for (const Other* other = m_others.get(); other; other = other->next.get())
             if (other->key == key)
                 return static_cast<R*>(other->record.get());
         return nullptr;
+    }
+
+    // Calls visit(index, role) for every record that exists.
+    template <class Visit>
+    void forEachKey(const Visit& visit) const
+    {
+        if (m_firstKey == none)
+            return;
+        visit(m_firstKey / 2, static_cast<Role>(m_firstKey % 2));
+        for (const Other* other = m_others.get(); other; other = other->next.get())
+            visit(other->key / 2, static_cast<Role>(other->key % 2));
     }
 
     // Whether there is any default record.
@@ -69,9 +74,8 @@ public:
         static_assert(sizeof(R) == sizeof(m_room) && alignof(R) == alignof(MODELKIT::IMKObject),
                       "a record is its base and the pointer to its block");
         const int key = keyOf(index, role);
-        if (!m_first) {
+        if (m_firstKey == none) {
             R* record = new (m_room) R;
-            m_first = record;
             m_firstKey = static_cast<std::int8_t>(key);
             m_hasDefaults |= role == Default;
             return *record;
@@ -97,20 +101,48 @@ private:
 
     static int keyOf(int index, Role role) { return 2 * index + role; }
 
-    mutable MODELKIT::IMKObject* m_first = nullptr;
+    // The record in the room. Its base begins where it begins.
+    template <class R>
+    R* first() const
+    {
+        return std::launder(reinterpret_cast<R*>(m_room));
+    }
+
+    static constexpr std::int8_t none = -1;
+
+    // In this order there are no gaps.
     alignas(MODELKIT::IMKObject) mutable std::byte m_room[sizeof(MODELKIT::IMKObject) + sizeof(void*)];
     mutable std::unique_ptr<Other> m_others;
+
+public:
+    MODELKIT::HeldLogger logger;
+    bool validate = false;
+
+private:
+    mutable bool m_hasDefaults = false;
+    mutable std::int8_t m_firstKey = none;
 };
 
 // The block of a choice: one nested record at a time is current, and only that one is written, compared and
 // checked. The choice is the index of its member.
 template <class E>
-struct ChoiceBlock : OwnerBlock
+class ChoiceBlock : public OwnerBlock
 {
-    static constexpr E none = static_cast<E>(-1);
+public:
+    static constexpr E invalidChoice = static_cast<E>(-1);
 
-    E invalidChoice = none;
-    E choice = none;
+    // The member whose record has the inner block in this memory; -1 if there is none. A copy has its own.
+    std::int8_t inner = -1;
+    E choice = invalidChoice;
+
+    ChoiceBlock() = default;
+    ChoiceBlock(const ChoiceBlock& other) noexcept : OwnerBlock(other), choice(other.choice) {}
+
+    template <class Data>
+    static void destroy(Data* block) noexcept
+    {
+        destroyWithInner(block);
+    }
 };
 
 } // namespace machinery

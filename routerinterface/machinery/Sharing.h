@@ -3,26 +3,65 @@
 #pragma once
 
 #include "routerinterface/machinery/Access.h"
+#include "routerinterface/machinery/InnerBlocks.h"
 #include "routerinterface/machinery/MemberTable.h"
+
+#include <QtCore/QtGlobal>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
+
+// A copy of the block of a choice without the nested records, except the current one: if its block can be an
+// inner one, it comes first.
+template <class Data>
+MODELKIT::BlockPointer<Data> copyOfChoice(const Data& block)
+{
+    MODELKIT::BlockPointer<Data> copy;
+    withNested<Data>(block.choice, [&](auto member) {
+        using Record = RecordIn<typename decltype(member)::Slot>;
+        const Record* const record = member.slot(block).existing();
+        if (!record || !pointer(*record) || Walks<Record>::innerSize() == 0)
+            return;
+        copy = makeOuter<Data, Record>(&block);
+        Record& nested = copy->template create<Record>(member.index, OwnerBlock::Current);
+        duplicateSettings(nested, *record);
+        fillRoom<decltype(member)>(*copy, nested, record);
+    });
+    if (!copy)
+        copy = MODELKIT::BlockPointer<Data>(new Data(block));
+    return copy;
+}
+
+// A copy of a block and of the records in it. It is needed seldom, so its callers stay small.
+template <class Data>
+Q_NEVER_INLINE MODELKIT::BlockPointer<Data> copyOf(const Data& block)
+{
+    MODELKIT::BlockPointer<Data> copy;
+    if constexpr (isChoice<Data>)
+        copy = copyOfChoice(block);
+    else
+        copy = MODELKIT::BlockPointer<Data>(new Data(block));
+    if constexpr (hasNested<Data>) {
+        forEachExisting(block, OwnerBlock::Current, [&copy](auto member, const auto& record) {
+            const auto slot = member.slot(*copy);
+            if (!slot.existing())
+                slot.copyFrom(record);
+        });
+        if (block.hasDefaults())
+            forEachExisting(block, OwnerBlock::Default, [&copy](auto member, const auto& standard) {
+                member.slot(*copy).copyDefaultFrom(standard);
+            });
+    }
+    return copy;
+}
 
 // Makes the record's block its own if another record shares it.
 template <class R>
 void detach(const R& record)
 {
     auto& block = pointer(record);
-    if (!block.isShared())
-        return;
-    using Data = DataOf<R>;
-    MODELKIT::BlockPointer<Data> own(new Data(*block));
-    if constexpr (hasNested<Data>) {
-        forEachNested<Data>([&](auto member) { member.slot(*own).copyFrom(member.slot(*block)); });
-        if (block->hasDefaults())
-            forEachNested<Data>([&](auto member) { member.slot(*own).copyDefaultFrom(member.slot(*block)); });
-    }
-    own.swap(block);
+    if (block.isShared())
+        block = copyOf(*block);
 }
 
 // The record's own block, or null. Even reading ends the sharing.
@@ -32,13 +71,6 @@ DataOf<R>* existingData(const R& record)
     detach(record);
     auto& block = pointer(record);
     return block ? &*block : nullptr;
-}
-
-// Exchanges the contents of two records of one class.
-template <class R>
-void swapData(const R& a, const R& b)
-{
-    pointer(a).swap(pointer(b));
 }
 
 } // namespace machinery

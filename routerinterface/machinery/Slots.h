@@ -86,14 +86,21 @@ struct Mandatory : Enumerated<E>
 {
 };
 
-// Makes a new record the same as another. It shares the data, as by assignment, and takes over name, flag and
-// logger without handing them down, so the records below keep theirs.
+// Gives a new record name, flag and logger of another, without handing them down.
+template <class R>
+void duplicateSettings(R& to, const R& from)
+{
+    Access::applySettings(to, Access::validate(from), Access::logger(from));
+    Access::shareName(to, from);
+}
+
+// Makes a new record the same as another. It shares the data, as by assignment. The records below keep their
+// settings.
 template <class R>
 void duplicate(R& to, const R& from)
 {
     to = from;
-    Access::applySettings(to, Access::validate(from), Access::logger(from));
-    Access::shareName(to, from);
+    duplicateSettings(to, from);
 }
 
 // A list of records and a default item.
@@ -208,21 +215,18 @@ public:
             *record = R();
     }
 
-    // Copies the record of another block into this one, which has none yet. A record that equals an untouched
+    // Copies a record of another block into this one, which has none yet. A record that equals an untouched
     // one in everything is left out.
-    void copyFrom(const Nested& other) const
+    void copyFrom(const R& record) const
     {
-        if (const R* record = other.existing())
-            if (Access::pointer(*record) || Access::validate(*record) != m_block.validate
-                || Access::logger(*record) != m_block.logger
-                || Access::name(*record) != Walks<R>::className())
-                duplicate(m_block.create<R>(m_index, OwnerBlock::Current), *record);
+        if (Access::pointer(record) || Access::validate(record) != m_block.validate
+            || !(Access::logger(record) == m_block.logger) || Access::name(record) != Walks<R>::className())
+            duplicate(m_block.create<R>(m_index, OwnerBlock::Current), record);
     }
 
-    void copyDefaultFrom(const Nested& other) const
+    void copyDefaultFrom(const R& standard) const
     {
-        if (const R* standard = other.existingDefault())
-            duplicate(m_block.create<R>(m_index, OwnerBlock::Default), *standard);
+        duplicate(m_block.create<R>(m_index, OwnerBlock::Default), standard);
     }
 
     bool holdsData(bool) const

@@ -7,11 +7,12 @@
 #pragma once
 
 #include "modelkit/DocumentContext.h"
-#include "modelkit/Logger.h"
+#include "modelkit/HeldLogger.h"
 #include "modelkit/QtVersion.h"
 
 #include <QtCore/QLatin1String>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -102,11 +103,18 @@ struct Walks
     static QLatin1String className();
     static const RecordInfo& info();
 
+    // InnerBlocks.h: the record's block in the memory of its owner's block. Size: 0 if it cannot be there.
+    static std::size_t innerSize();
+    static void makeInner(const R& record, const R* source, std::byte* memory, std::size_t distance);
+    static void leaveInner(std::byte* memory, std::size_t distance);
+
+    // Lifecycle.h: makes a new record a copy.
+    static void takeCopy(R& record, const R& source);
+
     // Diagnostics.h
     static void setValidate(const R& record, bool validate);
-    static void setLogger(const R& record, const std::shared_ptr<MODELKIT::Logger>& logger);
-    static void applySettings(const R& record, bool validate,
-                              const std::shared_ptr<MODELKIT::Logger>& logger);
+    static void setLogger(const R& record, const MODELKIT::HeldLogger& logger);
+    static void applySettings(const R& record, bool validate, const MODELKIT::HeldLogger& logger);
     static void settleCopy(const R& record, bool validate);
     static QtVersion::Size numberOfItems(const R& record);
     static void handDownToNewItems(const R& record, Reading& reading);

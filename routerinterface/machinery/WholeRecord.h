@@ -84,9 +84,11 @@ bool hasData(const R& record)
     using Data = DataOf<R>;
     if constexpr (isChoice<Data>) {
         const auto* data = existingData(record);
-        return data && data->choice != data->invalidChoice && Data::Members::any([&](auto member) {
-                   return isCurrent(*data, member) && nestedRecord<decltype(member)>(*data).HasData();
-               });
+        bool holds = false;
+        if (data)
+            withNested<Data>(data->choice,
+                             [&](auto member) { holds = nestedRecord<decltype(member)>(*data).HasData(); });
+        return holds;
     } else if constexpr (Data::Members::template has<IsMandatory>) {
         const auto* data = existingData(record);
         return data && !Data::Members::any([&](auto member) {

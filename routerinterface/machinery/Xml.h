@@ -170,13 +170,14 @@ void skipElement(const R& record, Reader& reader, const Reading& reading)
 
 // Whether an element of that name is read into the member. A nested record goes by its object name, which is
 // that of its class until the record exists; other members go by their own name.
-template <class Member, class Data, class Characters>
-bool isElementOf([[maybe_unused]] const Data& data, const Characters& name)
+template <class Member, class R, class Characters>
+bool isElementOf([[maybe_unused]] const R& record, const Characters& name)
 {
     using Slot = typename Member::Slot;
     if constexpr (IsNested<Slot>::value)
-        if (const auto* nested = Member::slot(data).existing())
-            return isName(name, nested->GetObjectName());
+        if (const auto& block = pointer(record))
+            if (const auto* nested = Member::slot(*block).existing())
+                return isName(name, nested->GetObjectName());
     if constexpr (IsNested<Slot>::value || IsList<Slot>::value)
         return isName(name, Walks<RecordIn<Slot>>::className());
     else
@@ -223,7 +224,7 @@ template <class Member, class R, class Reader>
 void readMember(R& record, Reader& reader, Reading& reading)
 {
     using Slot = typename Member::Slot;
-    auto& data = initData(record);
+    auto& data = initToRead<Member>(record);
     if constexpr (IsNested<Slot>::value) {
         auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});
@@ -258,10 +259,9 @@ template <class R, class Reader>
 void readChild(R& record, Reader& reader, Reading& reading, Flags& seen)
 {
     const auto name = charactersOfName(reader);
-    const auto& data = initData(record);
     const bool known = DataOf<R>::Members::any([&](auto member) {
         using Member = decltype(member);
-        if (!isElementOf<Member>(data, name))
+        if (!isElementOf<Member>(record, name))
             return false;
         if (const XmlNotify notify{reading, reader})
             noticeComingAgain<Member>(record, seen, notify);
@@ -269,15 +269,17 @@ void readChild(R& record, Reader& reader, Reading& reading, Flags& seen)
         readMember<Member>(record, reader, reading);
         return true;
     });
-    if (!known)
+    if (!known) {
+        initData(record);
         skipElement(record, reader, reading);
+    }
 }
 
 // Reads the element of that name on whose start the reader stands.
 template <class R, class Reader, class Name>
 void readElement(R& record, Reader& reader, Reading& reading, const Name& name)
 {
-    initData(record);
+    initBeforeReading(record);
     const XmlNotify notify{reading, reader};
     noticeTag(notify);
     Flags seen;
@@ -285,6 +287,7 @@ void readElement(R& record, Reader& reader, Reading& reading, const Name& name)
         settle(record, reading);
         readChild(record, reader, reading, seen);
     });
+    initData(record);
     if (reader.isEndElement())
         noticeMissing(record, notify);
 }

@@ -474,7 +474,20 @@ QLatin1String machinery::Walks<PayloadThatNeedsItsPort>::className()
 }
 template <>
 void machinery::Walks<PayloadThatNeedsItsPort>::applySettings(const PayloadThatNeedsItsPort&, bool,
-                                                              const LoggerPointer&)
+                                                              const MODELKIT::HeldLogger&)
+{}
+template <>
+std::size_t machinery::Walks<PayloadThatNeedsItsPort>::innerSize()
+{
+    return 0;
+}
+template <>
+void machinery::Walks<PayloadThatNeedsItsPort>::makeInner(const PayloadThatNeedsItsPort&,
+                                                          const PayloadThatNeedsItsPort*, std::byte*,
+                                                          std::size_t)
+{}
+template <>
+void machinery::Walks<PayloadThatNeedsItsPort>::leaveInner(std::byte*, std::size_t)
 {}
 
 namespace {
@@ -511,15 +524,14 @@ public:
     LoggerPointer GetLogger() const { return nullptr; }
     void SetLogger(const LoggerPointer&) const {}
     bool OwnValidate() const { return validate; }
-    const LoggerPointer& OwnLogger() const { return logger; }
-    void ApplySettings(bool, const LoggerPointer&) const {}
-    static void ShareLogger(LoggerPointer&, const LoggerPointer&) {}
+    const MODELKIT::HeldLogger& OwnLogger() const { return logger; }
+    void ApplySettings(bool, const MODELKIT::HeldLogger&) const {}
 
     void check() const { machinery::Walks<ChoiceOfPayloads>::applyRules(*this); }
 
     QString name = text("Fragment");
     bool validate = true;
-    LoggerPointer logger;
+    MODELKIT::HeldLogger logger;
     mutable MODELKIT::BlockPointer<Data> m_data{new Data};
 };
 
