@@ -44,20 +44,21 @@ void writePayload(BinarySink& sink, const Enumerated<E>& slot)
     sink.text(textOf(slot));
 }
 
-// Reports what is noticed, with the offset of the entry. Member: the last step of the path, which reading has
-// not entered yet. Given: the text of the member that it is about, if any.
+// Reports what is noticed, with the offset of the entry. Member: makes the last step of the path, if reading
+// has not entered it yet. Given: the text of the member that it is about, if any.
 struct BinaryNotify
 {
     const Reading& reading;
     qint64 offset;
-    QString member;
+    QString (*member)() = nullptr;
     const Utf8Text* given = nullptr;
 
     explicit operator bool() const { return reading.isReporting; }
 
     void operator()(Notice kind, const QString& text) const
     {
-        reading.context->Report(kind, text, offset, member, given ? given->toString() : QString());
+        reading.context->Report(kind, text, offset, member ? member() : QString(),
+                                given ? given->toString() : QString());
     }
 };
 
@@ -180,12 +181,12 @@ bool getBinary(const R& record, QDataStream& stream, std::optional<int> tag)
 
 // Reads something that belongs to the member or record called step().
 template <class Step, class Read>
-void readAt(const Reading& reading, qint64 offset, const Step& step, const Read& read)
+void readAt(const Reading& reading, const Step& step, const Read& read)
 {
     MODELKIT::DocumentContext* const reporting = reading.isReporting ? reading.context : nullptr;
     if (reporting)
         reporting->Enter(step());
-    doAt(step, read, offset);
+    read();
     if (reporting)
         reporting->Leave();
 }
@@ -206,19 +207,25 @@ bool readList(R& record, BinarySource& source, int length, const Reading& readin
         const qint64 possible = std::min<qint64>({length, source.available(), 4 * most}) / 4;
         items.reserve(static_cast<QtVersion::Size>(std::clamp<qint64>(possible, 0, count)));
     }
-    for (int i = 0; i < count; ++i) {
-        const qint64 offset = source.consumed();
-        int itemLength = 0;
-        if (!source.word(itemLength))
-            return false;
-        const auto step = [&] { return MODELKIT::Place::Step(Walks<Item>::className(), items.size() + 1); };
-        readAt(reading, offset, step, [&] {
-            if (reading.context && !reading.context->AdmitsItem(items.size()))
-                throw BinaryParsingException(lengthErrorText(record));
-            Reading itemReading = Reading::ofNewItem(reading);
-            appendRead<Member>(record,
-                               [&](Item& item) { Walks<Item>::read(item, source, itemLength, itemReading); });
-        });
+    const auto step = [&items] { return MODELKIT::Place::Step(Walks<Item>::className(), items.size() + 1); };
+    qint64 offset = 0;
+    try {
+        for (int i = 0; i < count; ++i) {
+            offset = source.consumed();
+            int itemLength = 0;
+            if (!source.word(itemLength))
+                return false;
+            readAt(reading, step, [&] {
+                if (reading.context && !reading.context->AdmitsItem(items.size()))
+                    throw BinaryParsingException(lengthErrorText(record));
+                Reading itemReading = Reading::ofNewItem(reading);
+                appendRead<Member>(
+                    record, [&](Item& item) { Walks<Item>::read(item, source, itemLength, itemReading); });
+            });
+        }
+    } catch (ModelKitException& exception) {
+        prependStep(exception, step(), offset);
+        throw;
     }
     return true;
 }
@@ -229,21 +236,21 @@ template <class Member, class R>
 bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Reading& reading)
 {
     using Slot = typename Member::Slot;
-    auto& data = initData(record);
+    auto& data = initToRead<Member>(record);
     bool whole = true;
     if constexpr (IsNested<Slot>::value) {
         auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});
         const auto step = [&nested] { return nested.GetObjectName(); };
         reading.forNested([&](Reading& ofNested) {
-            readAt(reading, offset, step, [&] { walksOf(nested).read(nested, source, length, ofNested); });
+            readAt(reading, step, [&] { walksOf(nested).read(nested, source, length, ofNested); });
         });
         data.set.set(Member::index);
     } else if constexpr (IsList<Slot>::value) {
         whole = readList<Member>(record, source, length, reading);
     } else {
-        const BinaryNotify notify{reading, offset, QString()};
-        readAt(reading, offset, Member::nameText,
+        const BinaryNotify notify{reading, offset};
+        readAt(reading, Member::nameText,
                [&] { whole = readPayload<Member>(record, source, Member::slot(data), notify); });
     }
     return whole;
@@ -257,45 +264,86 @@ inline void noticeLength(int announced, qint64 taken, const BinaryNotify& notify
                QStringLiteral("The entry announces %1 bytes and takes %2.").arg(announced).arg(taken));
 }
 
+// An entry of a frame.
+struct BinaryEntry
+{
+    int tag = 0;
+    int length = 0;
+    qint64 offset = 0;
+};
+
+// Puts the member of the entry in front of the exception's path. The items of a list are a step of their own.
+template <class R>
+void prependMember(ModelKitException& exception, const R& record, const BinaryEntry& entry)
+{
+    DataOf<R>::Members::forEach([&](auto member) {
+        using Slot = typename decltype(member)::Slot;
+        if (static_cast<std::uint32_t>(entry.tag) != member.binaryTag)
+            return;
+        if constexpr (IsNested<Slot>::value)
+            prependStep(exception, nestedRecord<decltype(member)>(*pointer(record)).GetObjectName(),
+                        entry.offset);
+        else if constexpr (!IsList<Slot>::value)
+            prependStep(exception, member.nameText(), entry.offset);
+    });
+}
+
+// Reads the entry into its member. Returns false if there is none.
+template <class R>
+bool readKnown(R& record, BinarySource& source, const BinaryEntry& entry, Reading& reading, Flags& seen,
+               bool& whole)
+{
+    return DataOf<R>::Members::any([&](auto member) {
+        using Member = decltype(member);
+        if (static_cast<std::uint32_t>(entry.tag) != Member::binaryTag)
+            return false;
+        const BinaryNotify notify{reading, entry.offset, Member::nameText};
+        if (notify)
+            noticeComingAgain<Member>(record, seen, notify);
+        seen.set(Member::index);
+        whole = readEntry<Member>(record, source, entry.length, entry.offset, reading);
+        if (notify && whole)
+            noticeLength(entry.length, source.consumed() - entry.offset - 8, notify);
+        return true;
+    });
+}
+
+template <class R>
+void skipUnknown(const R& record, BinarySource& source, const BinaryEntry& entry, const Reading& reading)
+{
+    initData(record);
+    if (const BinaryNotify notify{reading, entry.offset})
+        notify(Notice::UnknownTag,
+               QStringLiteral("The entry with tag 0x%1 is not known in %2 and was skipped.")
+                   .arg(static_cast<std::uint32_t>(entry.tag), 8, 16, QLatin1Char('0'))
+                   .arg(record.GetObjectName()));
+    source.skip(record, entry.length, entry.tag);
+}
+
 template <class R>
 void Walks<R>::read(R& record, BinarySource& source, qint64 length, Reading& reading)
 {
     settle(record, reading);
-    initData(record);
-    const bool isReporting = reading.isReporting;
+    initBeforeReading(record);
     const qint64 begin = source.consumed();
     qint64 remaining = length;
     bool whole = true;
     Flags seen;
-    while (whole && remaining > 0 && !source.atEnd()) {
-        const qint64 offset = source.consumed();
-        int tag = 0;
-        int entryLength = 0;
-        if (!source.word(tag) || !source.word(entryLength))
-            break;
-        remaining -= 8 + static_cast<qint64>(entryLength);
-        const bool known = DataOf<R>::Members::any([&](auto member) {
-            using Member = decltype(member);
-            if (static_cast<std::uint32_t>(tag) != Member::binaryTag)
-                return false;
-            if (isReporting)
-                noticeComingAgain<Member>(record, seen, BinaryNotify{reading, offset, Member::nameText()});
-            seen.set(Member::index);
-            whole = readEntry<Member>(record, source, entryLength, offset, reading);
-            if (isReporting && whole)
-                noticeLength(entryLength, source.consumed() - offset - 8,
-                             BinaryNotify{reading, offset, Member::nameText()});
-            return true;
-        });
-        if (known)
-            continue;
-        if (const BinaryNotify notify{reading, offset, QString()})
-            notify(Notice::UnknownTag,
-                   QStringLiteral("The entry with tag 0x%1 is not known in %2 and was skipped.")
-                       .arg(static_cast<std::uint32_t>(tag), 8, 16, QLatin1Char('0'))
-                       .arg(record.GetObjectName()));
-        source.skip(record, entryLength, tag);
+    BinaryEntry entry;
+    try {
+        while (whole && remaining > 0 && !source.atEnd()) {
+            entry.offset = source.consumed();
+            if (!source.words(entry.tag, entry.length))
+                break;
+            remaining -= 8 + static_cast<qint64>(entry.length);
+            if (!readKnown(record, source, entry, reading, seen, whole))
+                skipUnknown(record, source, entry, reading);
+        }
+    } catch (ModelKitException& exception) {
+        prependMember(exception, record, entry);
+        throw;
     }
+    initData(record);
     if (!whole || remaining != 0 || source.consumed() - begin != length) {
         BinaryParsingException exception(lengthErrorText(record));
         MODELKIT::Place place;
@@ -303,8 +351,8 @@ void Walks<R>::read(R& record, BinarySource& source, qint64 length, Reading& rea
         exception.SetPlace(place);
         throw exception;
     }
-    if (isReporting)
-        noticeMissing(record, BinaryNotify{reading, begin, QString()});
+    if (const BinaryNotify notify{reading, begin})
+        noticeMissing(record, notify);
 }
 
 template <class R>
@@ -312,9 +360,13 @@ void setBinary(R& record, QDataStream& stream, int length)
 {
     Reading reading = beginReading(record);
     BinarySource source(stream);
-    readAt(
-        reading, 0, [&] { return record.GetObjectName(); },
-        [&] { walksOf(record).read(record, source, length, reading); });
+    const auto step = [&record] { return record.GetObjectName(); };
+    try {
+        readAt(reading, step, [&] { walksOf(record).read(record, source, length, reading); });
+    } catch (ModelKitException& exception) {
+        prependStep(exception, step(), 0);
+        throw;
+    }
 }
 
 } // namespace machinery

@@ -252,8 +252,8 @@ public:
 
     ~BinarySource() { keepPosition(); }
 
-    qint64 consumed() const { return m_buffer ? m_at - m_begin : m_consumed; }
-    bool atEnd() const { return m_buffer ? m_at == m_end : m_stream.atEnd(); }
+    qint64 consumed() const { return m_consumed + (m_at - m_begin); }
+    bool atEnd() const { return m_at == m_end && (m_buffer || m_stream.atEnd()); }
 
     // How many more bytes are known to be there.
     qint64 available() const
@@ -264,6 +264,18 @@ public:
     }
 
     bool word(int& value) { return number(value); }
+
+    // Two words at once.
+    bool words(int& first, int& second)
+    {
+        const char* bytes = take(2 * static_cast<int>(sizeof(int)));
+        if (!bytes)
+            return false;
+        first = decoded<int>(bytes);
+        second = decoded<int>(bytes + sizeof(int));
+        return true;
+    }
+
     bool doubleWord(qint64& value) { return number(value); }
 
     bool byte(char& value)
@@ -309,12 +321,8 @@ private:
     // The next bytes; null when there are not as many.
     const char* take(int size)
     {
-        if (!m_buffer)
-            return takeFromStream(size);
-        if (size > m_end - m_at) {
-            m_at = m_end;
-            return fallShort();
-        }
+        if (size > m_end - m_at)
+            return m_buffer ? fallShort() : takeFromStream(size);
         const char* bytes = m_at;
         m_at += size;
         return bytes;
@@ -338,6 +346,7 @@ private:
 
     const char* fallShort()
     {
+        m_at = m_end;
         m_stream.setStatus(QDataStream::ReadPastEnd);
         return nullptr;
     }
@@ -348,8 +357,14 @@ private:
         const char* bytes = take(static_cast<int>(sizeof(T)));
         if (!bytes)
             return false;
-        value = m_isBigEndian ? qFromBigEndian<T>(bytes) : qFromLittleEndian<T>(bytes);
+        value = decoded<T>(bytes);
         return true;
+    }
+
+    template <class T>
+    T decoded(const char* bytes) const
+    {
+        return m_isBigEndian ? qFromBigEndian<T>(bytes) : qFromLittleEndian<T>(bytes);
     }
 
     void keepPosition()
@@ -362,9 +377,11 @@ private:
     QBuffer* m_buffer = nullptr;
     // The buffer's bytes, or the part that was last read from the stream.
     QByteArray m_held;
-    const char* m_begin = nullptr;
-    const char* m_at = nullptr;
-    const char* m_end = nullptr;
+    // The buffer's bytes and the next one. For other devices there are none, and the bytes that were read are
+    // counted.
+    const char* m_begin = "";
+    const char* m_at = m_begin;
+    const char* m_end = m_begin;
     qint64 m_consumed = 0;
     bool m_isBigEndian;
 };

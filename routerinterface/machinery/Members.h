@@ -45,7 +45,7 @@ template <class Member, class R, class T, class Given>
 void setMember(R& record, const T& value, const Given& given)
 {
     auto& data = initMember<Member>(record);
-    if (record.GetValidate())
+    if (hasRule<typename Member::Slot> && record.GetValidate())
         requireAcceptable<Member>(record, value, given);
     if constexpr (IsNested<typename Member::Slot>::value)
         nestedRecord<Member>(data) = value;

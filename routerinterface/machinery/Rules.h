@@ -70,19 +70,25 @@ QString lengthErrorText(const R& record)
                "::SetBinary(...): Length error occurred during processing of binary representation");
 }
 
-// Runs the action for a member or record. If it throws, the exception's place gets the name step() and the
-// offset, at which the member stands in a binary form that is read.
+// Puts a step in front of the exception's path. Offset: where the member or record stands in a binary form
+// that is read; it counts if nothing inside is known.
+inline void prependStep(ModelKitException& exception, const QString& step, qint64 offset = -1)
+{
+    MODELKIT::Place place = exception.GetPlace();
+    if (place.offset < 0)
+        place.offset = offset;
+    place.path.prepend(QLatin1Char('/') + step);
+    exception.SetPlace(place);
+}
+
+// Runs the action for a member or record. If it throws, the exception's place gets the name step().
 template <class Step, class Action>
-void doAt(const Step& step, const Action& action, qint64 offset = -1)
+void doAt(const Step& step, const Action& action)
 {
     try {
         action();
     } catch (ModelKitException& exception) {
-        MODELKIT::Place place = exception.GetPlace();
-        if (place.offset < 0)
-            place.offset = offset;
-        place.path.prepend(QLatin1Char('/') + step());
-        exception.SetPlace(place);
+        prependStep(exception, step());
         throw;
     }
 }
@@ -116,6 +122,10 @@ template <class E>
 {
     throw OutOfRangeException(text, given, MODELKIT::ClosestName(given, NamesOf(E())));
 }
+
+// Whether there are values that the kind of member does not accept while validation is on.
+template <class Slot>
+constexpr bool hasRule = IsText<Slot>::value || IsEnumerated<Slot>::value;
 
 // Throws for a new value that the kind of member does not accept while validation is on. Given: makes the
 // text of the value, for the exception.
