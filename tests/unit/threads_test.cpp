@@ -447,4 +447,26 @@ TYPED_TEST(SharedBlockThreads, ARecordMayBeHandedToAnotherThreadByAssignment)
     }
 }
 
+// The data of both are in one allocation.
+TEST(InnerBlockThreads, APayloadOfAFragmentThatWasReadMayOutliveItInAnotherThread)
+{
+    Fragment source;
+    Sample<PelVtConnectServer>::fill(source.GetPelVtConnectServer());
+    const QByteArray frame = frameOf(source);
+    for (int i = 0; i < sharedPairs; ++i) {
+        auto fragment = std::make_unique<Fragment>();
+        readFrame(*fragment, frame);
+        auto handedOver = std::make_unique<PelVtConnectServer>();
+        *handedOver = std::as_const(*fragment).GetPelVtConnectServer();
+        QString written;
+        std::thread reader([&written, record = std::move(handedOver)]() mutable {
+            written = xmlOf(*record);
+            record.reset();
+        });
+        fragment.reset();
+        reader.join();
+        EXPECT_EQ(written, Sample<PelVtConnectServer>::filled());
+    }
+}
+
 } // namespace
