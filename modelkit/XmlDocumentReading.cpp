@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The operations on whole XML documents.
+// The operations that read whole XML documents.
 
 #include "modelkit/Devices.h"
 #include "modelkit/DocumentContext.h"
@@ -7,8 +7,6 @@
 #include "modelkit/IMKObject.h"
 #include "modelkit/PlainXmlClasses.h"
 #include "modelkit/PlainXmlReader.h"
-#include "modelkit/PlainXmlWriter.h"
-#include "modelkit/ReplaceFile.h"
 #include "modelkit/Utf8.h"
 #include "modelkit/XmlDecoding.h"
 #include "modelkit/XmlPath.h"
@@ -17,15 +15,12 @@
 #include <QtCore/QFile>
 #include <QtCore/QIODevice>
 #include <QtCore/QXmlStreamReader>
-#include <QtCore/QXmlStreamWriter>
 
 #include <algorithm>
 
 namespace MODELKIT {
 
 namespace {
-
-// --- reading --------------------------------------------------------------------------------
 
 // The place of the reader's own error. The reader has already gone past it.
 Place placeOfError(const QString& text, const QXmlStreamReader& reader)
@@ -274,135 +269,6 @@ bool loadFrom(IMKObject& object, QIODevice* device)
     return DocumentReading(operation, object, decoded, input.ending).Read();
 }
 
-// --- writing --------------------------------------------------------------------------------
-
-// Finds the first character that XML cannot represent. The writer leaves it out and only sets an error flag,
-// so this device notes how much was written before.
-class ErrorLocator : public QIODevice
-{
-public:
-    ErrorLocator() { open(QIODevice::WriteOnly); }
-
-    void Watch(const QXmlStreamWriter& writer) { m_writer = &writer; }
-
-    Place Find() const
-    {
-        const auto characters = QString::fromUtf8(m_bytes.left(m_sizeAtError)).size();
-        return XmlPath(QString::fromUtf8(m_bytes)).Find(characters);
-    }
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-
-    qint64 writeData(const char* data, qint64 size) override
-    {
-        m_bytes.append(data, static_cast<int>(size));
-        if (m_sizeAtError < 0 && m_writer && m_writer->hasError())
-            m_sizeAtError = static_cast<int>(m_bytes.size());
-        return size;
-    }
-
-private:
-    const QXmlStreamWriter* m_writer = nullptr;
-    QByteArray m_bytes;
-    int m_sizeAtError = -1;
-};
-
-void writeDocument(const IMKObject& object, QXmlStreamWriter& writer, XmlLayout layout, Declare declare)
-{
-    // The writer does not know that its text will be encoded in UTF-8.
-    if (declare == Declare::Encoding)
-        writer.writeProcessingInstruction(QStringLiteral("xml"),
-                                          QStringLiteral("version=\"1.0\" encoding=\"UTF-8\""));
-    else
-        writer.writeStartDocument();
-    writer.setAutoFormatting(layout == XmlLayout::Indented);
-    writer.setAutoFormattingIndent(2);
-    object.GetXml(writer);
-    writer.writeEndDocument();
-}
-
-// Writes a document with the stream writer. A null string when the operation failed.
-QString writeByStream(DocumentOperation& operation, const IMKObject& object, XmlLayout layout,
-                      Declare declare)
-{
-    QString xml;
-    const QString unrepresentable = QStringLiteral("A text holds a character that XML cannot carry.");
-    QXmlStreamWriter writer(&xml);
-    writeDocument(object, writer, layout, declare);
-    if (writer.hasError()) {
-        ErrorLocator locator;
-        QXmlStreamWriter second(&locator);
-        locator.Watch(second);
-        writeDocument(object, second, layout, declare);
-        operation.Fail(Failure::NotRepresentable, unrepresentable, locator.Find());
-        return QString();
-    }
-    const qint64 position = loneSurrogate(xml);
-    if (position >= 0) {
-        operation.Fail(Failure::NotRepresentable, unrepresentable, XmlPath(xml).Find(position));
-        return QString();
-    }
-    // A reader reads a carriage return as a line break, unless it is written as a character reference.
-    xml.replace(QLatin1Char('\r'), QLatin1String("&#13;"));
-    return xml;
-}
-
-// Writes nearly all documents, in a fraction of the time that a stream writer takes. A null byte array for
-// the others.
-QByteArray writePlainly(const IMKObject& object, XmlLayout layout, Declare declare)
-{
-    const PlainXmlClass* const known = plainXmlOf(object);
-    if (!known)
-        return QByteArray();
-    PlainXmlWriter writer(layout, declare);
-    known->write(object, writer);
-    return writer.takeDocument();
-}
-
-QString toText(const QByteArray& utf8) { return QString::fromUtf8(utf8); }
-QByteArray toBytes(const QByteArray& utf8) { return utf8; }
-QString toText(const QString& text) { return text; }
-QByteArray toBytes(const QString& text) { return text.toUtf8(); }
-
-// The document as convert() gives it, from UTF-8 or from a string; null when the operation failed.
-template <class Convert>
-auto write(DocumentOperation& operation, const IMKObject& object, XmlLayout layout, Declare declare,
-           const Convert& convert)
-{
-    using Written = decltype(convert(QString()));
-    try {
-        const QByteArray plain = writePlainly(object, layout, declare);
-        Written written =
-            plain.isNull() ? convert(writeByStream(operation, object, layout, declare)) : convert(plain);
-        if (written.isNull() || !object.GetValidate() || object.HasData())
-            return written;
-    } catch (ModelKitException& exception) {
-        operation.Refuse(exception, exception.GetPlace());
-        throw;
-    }
-    operation.Fail(nothingToWrite(object));
-    return Written();
-}
-
-QString writeText(DocumentOperation& operation, const IMKObject& object, XmlLayout layout)
-{
-    return write(operation, object, layout, Declare::Version, [](const auto& xml) { return toText(xml); });
-}
-
-QByteArray writeBytes(DocumentOperation& operation, const IMKObject& object, XmlLayout layout)
-{
-    return write(operation, object, layout, Declare::Encoding, [](const auto& xml) { return toBytes(xml); });
-}
-
-bool save(const IMKObject& object, const QString& path, XmlLayout layout)
-{
-    DocumentOperation operation(object, path);
-    const QByteArray bytes = writeBytes(operation, object, layout);
-    Failure failure;
-    return !bytes.isNull() && (ReplaceFile(path, bytes, failure) || operation.Fail(failure));
-}
-
 } // namespace
 
 bool IMKObject::SetXmlString(const QString& xml, bool check)
@@ -417,24 +283,6 @@ bool IMKObject::SetXmlBytes(const QByteArray& xml, bool check)
     return !isTooLarge(operation, xml) && readDocument(operation, *this, xml, check);
 }
 
-QString IMKObject::GetXmlString()
-{
-    DocumentOperation operation(*this, QString());
-    return writeText(operation, *this, XmlLayout::Indented);
-}
-
-QString IMKObject::GetCompactXmlString() const
-{
-    DocumentOperation operation(*this, QString());
-    return writeText(operation, *this, XmlLayout::Compact);
-}
-
-QByteArray IMKObject::GetXmlBytes(XmlLayout layout) const
-{
-    DocumentOperation operation(*this, QString());
-    return writeBytes(operation, *this, layout);
-}
-
 bool IMKObject::LoadXml(const QString& path)
 {
     QFile file(path);
@@ -444,8 +292,5 @@ bool IMKObject::LoadXml(const QString& path)
 bool IMKObject::LoadXml(QFile* file) { return loadFrom(*this, file); }
 bool IMKObject::LoadXml(QIODevice* device) { return loadFrom(*this, device); }
 bool IMKObject::LoadXml(std::nullptr_t) { return loadFrom(*this, nullptr); }
-
-bool IMKObject::SaveXml(const QString& path) const { return save(*this, path, XmlLayout::Indented); }
-bool IMKObject::SaveCompactXml(const QString& path) const { return save(*this, path, XmlLayout::Compact); }
 
 } // namespace MODELKIT
