@@ -2,7 +2,9 @@
 // The operations that are measured.
 #pragma once
 
-#include "routerinterface/PelLu300RouterInterfaceXml.h"
+#include "CanonicalDocument.h"
+#include "PlainMessage.h"
+#include "Require.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QDataStream>
@@ -55,6 +57,41 @@ inline void readFrame(Document& document, const QByteArray& frame)
     int length = 0;
     stream >> length;
     document.SetBinary(stream, length);
+}
+
+// What an application does with a message: the sender builds and writes it, the receiver reads and looks at
+// it. Read(document, form) reads what write(document) returns.
+template <class Write, class Read>
+void passMessage(const Write& write, const Read& read)
+{
+    Document sent = canonicalDocument(1);
+    sent.SetValidate(true);
+    Document received;
+    received.SetValidate(true);
+    read(received, write(sent));
+    require(received.GetPelLu300RouterMessage().GetFragment().size() == 1);
+}
+
+inline void passSmallMessage() { passMessage(frameOf, readFrame); }
+
+inline void passSmallForm()
+{
+    passMessage(
+        [](Document& document) { return document.GetBinaryRepresentationAsQByteArray(); },
+        [](Document& document, const QByteArray& form) { require(document.SetBinaryRepresentation(form)); });
+}
+
+inline void passSmallXmlMessage()
+{
+    passMessage([](Document& document) { return document.GetXmlString(); },
+                [](Document& document, const QString& xml) { require(document.SetXmlString(xml, false)); });
+}
+
+// The same with plain structs. Read(form) returns what write(message) was given.
+template <class Write, class Read>
+void passPlainMessage(const Write& write, const Read& read)
+{
+    require(read(write(plainMessage(1))).fragments.size() == 1);
 }
 
 // A copy shares everything until it is accessed, which gives it blocks of its own.

@@ -3,10 +3,13 @@
 
 #include "CanonicalDocument.h"
 #include "Operations.h"
+#include "Results.h"
 #include "Suite.h"
 
 #include "modelkit/LogSinks.h"
 #include "modelkit/Logger.h"
+
+#include <QtCore/QBuffer>
 
 namespace benchmarks {
 
@@ -21,7 +24,7 @@ struct Setting
 };
 
 constexpr Setting settings[] = {
-    {"records", true, false}, {"records, no validation", false, false}, {"records, logger", true, true}};
+    {own, true, false}, {"records, no validation", false, false}, {"records, logger", true, true}};
 
 std::shared_ptr<Document> newDocument(const Setting& setting, Document document = Document())
 {
@@ -53,7 +56,7 @@ template <class Write, class Read>
 Prepare reading(const Setting& setting, const Write& write, const Read& read)
 {
     return [=](int fragments) {
-        const auto document = canonicalDocument(fragments);
+        auto document = canonicalDocument(fragments);
         const auto form = write(document);
         const auto logger = newDocument(setting)->GetLogger();
         const auto work = [=] {
@@ -109,65 +112,58 @@ Prepare comparing()
     };
 }
 
-Prepare smallMessage()
+Prepare passing(void (*pass)())
 {
-    return [](int fragments) {
+    return [=](int) {
         return [=] {
-            const Document document = canonicalDocument(fragments);
-            Document read;
-            readFrame(read, frameOf(document));
-            require(read.GetPelLu300RouterMessage().GetFragment().size() == fragments);
+            pass();
             return std::shared_ptr<void>();
         };
     };
 }
 
-Prepare smallXmlMessage()
-{
-    return [](int fragments) {
-        return [=] {
-            Document document = canonicalDocument(fragments);
-            Document read;
-            require(read.SetXmlString(document.GetXmlString(), false));
-            require(read.GetPelLu300RouterMessage().GetFragment().size() == fragments);
-            return std::shared_ptr<void>();
-        };
-    };
-}
-
+QString documentString(Document& document) { return document.GetXmlString(); }
 void readDocument(Document& document, const QString& xml) { require(document.SetXmlString(xml, false)); }
-void readDocumentBytes(Document& document, const QByteArray& xml) { require(document.SetXmlBytes(xml)); }
+
+void loadDocument(Document& document, const QByteArray& xml)
+{
+    QBuffer buffer;
+    buffer.setData(xml);
+    require(document.LoadXml(&buffer));
+}
+
+QByteArray formOf(Document& document) { return document.GetBinaryRepresentationAsQByteArray(); }
+void readForm(Document& document, const QByteArray& form) { require(document.SetBinaryRepresentation(form)); }
 
 } // namespace
 
 void addRecords()
 {
     const Setting& usual = settings[0];
-    addTime("document to a string", "records", untilDestroyed([&usual](int fragments) -> Operation {
-                const auto document = newDocument(usual, canonicalDocument(fragments));
-                return [=] { return keep(document->GetXmlString()); };
-            }),
-            wholeSizes);
-    addTime("document to bytes", "records", untilDestroyed(writing(usual, documentBytesOf)), wholeSizes);
-    addTime("document from a string", "records", untilDestroyed(reading(usual, documentOf, readDocument)),
-            wholeSizes);
-    addTime("document from bytes", "records",
-            untilDestroyed(reading(usual, documentBytesOf, readDocumentBytes)), wholeSizes);
-    addTime("small message as an XML string", "records", smallXmlMessage(), {1});
-    addTime("build", "records", building());
+    addTime("build", own, building());
+    addTime("GetXmlString", own, writing(usual, documentString));
+    addTime("GetXmlString", settings[1].contender, writing(settings[1], documentString));
+    addTime("SetXmlString", own, reading(usual, documentString, readDocument));
+    addTime("SetXmlString", settings[1].contender, reading(settings[1], documentString, readDocument));
+    addTime("SaveXml without the disk", own, writing(usual, documentBytesOf));
+    addTime("LoadXml without the disk", own, reading(usual, documentBytesOf, loadDocument));
     for (const Setting& setting : settings) {
-        addTime("XML write", setting.contender, writing(setting, xmlOf));
-        addTime("XML write to a string", setting.contender, writing(setting, xmlStringOf));
-        addTime("XML read", setting.contender, reading(setting, xmlOf, parseXml));
-        addTime("binary write", setting.contender, writing(setting, frameOf));
-        addTime("binary read", setting.contender, reading(setting, frameOf, readFrame));
+        addTime("GetXml", setting.contender, writing(setting, xmlOf));
+        addTime("GetXml to a string", setting.contender, writing(setting, xmlStringOf));
+        addTime("ProcessXml", setting.contender, reading(setting, xmlOf, parseXml));
+        addTime("GetBinary", setting.contender, writing(setting, frameOf));
+        addTime("SetBinary", setting.contender, reading(setting, frameOf, readFrame));
     }
-    addTime("copy", "records", copying(false));
+    addTime("GetBinaryRepresentation", own, writing(usual, formOf));
+    addTime("SetBinaryRepresentation", own, reading(usual, formOf, readForm));
+    addTime("message as XML", own, passing(passSmallXmlMessage), {1});
+    addTime("message in binary", own, passing(passSmallMessage), {1});
+    addTime("message in binary", "records, whole form", passing(passSmallForm), {1});
+    addTime("copy", own, copying(false));
     addTime("copy", "records, payloads touched", copying(true));
-    addTime("compare", "records", comparing());
-    addTime("small message", "records", smallMessage(), {1});
-    addMemory("built document", "records", building());
-    addMemory("read document", "records", reading(settings[0], frameOf, readFrame));
+    addTime("compare", own, comparing());
+    addMemory("built document", own, building());
+    addMemory("read document", own, reading(usual, frameOf, readFrame));
 }
 
 } // namespace benchmarks

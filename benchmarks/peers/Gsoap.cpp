@@ -20,9 +20,9 @@ using Document = PelLu300RouterInterfaceXml;
 // application, because setting one up costs more than a small message.
 using Context = std::shared_ptr<soap>;
 
-Context newContext()
+Context newContext(soap_mode mode = SOAP_XML_TREE)
 {
-    const Context context(soap_new1(SOAP_XML_TREE), soap_free);
+    const Context context(soap_new1(mode), soap_free);
     context->double_format = "%.2f";
     return context;
 }
@@ -90,9 +90,10 @@ std::shared_ptr<Document> build(int fragments)
     return document;
 }
 
+template <soap_mode mode>
 std::shared_ptr<std::string> write(const Document& document)
 {
-    static const Context context = newContext();
+    static const Context context = newContext(mode);
     std::ostringstream output;
     context->os = &output;
     require(soap_write_PelLu300RouterInterfaceXml(context.get(), &document) == SOAP_OK);
@@ -113,9 +114,13 @@ std::shared_ptr<Document> read(const std::string& xml)
 
 void addGsoap()
 {
-    const Peer<Document> peer{"gSOAP", build, write, read, isCanonicalXml};
-    addTime("XML write", peer.name, writing(peer));
-    addTime("XML read", peer.name, reading(peer, canonicalXml));
+    const Peer<Document> peer{"gSOAP", build, write<SOAP_XML_TREE>, read, isCanonicalXml};
+    const Peer<Document> indenting{"gSOAP", build, write<SOAP_XML_TREE | SOAP_XML_INDENT>, read,
+                                   isCanonicalXml};
+    addTime("SaveXml without the disk", peer.name, writing(indenting));
+    addTime("LoadXml without the disk", peer.name, reading(peer, canonicalXmlDocument));
+    addTime("GetXml", peer.name, writing(peer));
+    addTime("ProcessXml", peer.name, reading(peer, canonicalXml));
 }
 
 } // namespace benchmarks

@@ -85,7 +85,7 @@ std::shared_ptr<std::string> write(const KDSoapValue& document)
 void addKdSoap()
 {
     const Peer<KDSoapValue> peer{"KDSoap", build, write, nullptr, isCanonicalXml};
-    addTime("XML write", peer.name, writing(peer));
+    addTime("GetXml", peer.name, writing(peer));
 }
 
 } // namespace benchmarks

@@ -56,6 +56,12 @@ inline bool isCanonicalXml(const std::string& xml, int fragments)
 
 inline std::string canonicalXml(int fragments) { return plainXml(plainMessage(fragments)).toStdString(); }
 
+// Indented, with a declaration.
+inline std::string canonicalXmlDocument(int fragments)
+{
+    return plainDocumentBytes(plainMessage(fragments)).toStdString();
+}
+
 template <class Document>
 Prepare building(const Peer<Document>& peer)
 {

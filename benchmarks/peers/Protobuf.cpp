@@ -100,12 +100,12 @@ void addProtobuf()
     const Peer<Document> peer{"protobuf", build, write, read, isCanonical};
     const auto form = [](int fragments) { return *write(*build(fragments)); };
     addTime("build", peer.name, building(peer));
-    addTime("binary write", peer.name, writing(peer));
-    addTime("binary read", peer.name, reading(peer, form));
+    addTime("GetBinary", peer.name, writing(peer));
+    addTime("SetBinary", peer.name, reading(peer, form));
     addTime("copy", peer.name, copying(peer, [](Document& copy) {
                 copy.mutable_message()->set_message_id(canonicalMessageId + 1);
             }));
-    addTime("small message", peer.name, smallMessage(), {1});
+    addTime("message in binary", peer.name, smallMessage(), {1});
     addMemory("built document", peer.name, building(peer));
     addMemory("read document", peer.name, reading(peer, form));
 }

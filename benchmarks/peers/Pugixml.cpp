@@ -147,8 +147,8 @@ bool isCanonical(const std::string& xml, int fragments) { return xml == canonica
 void addPugixml()
 {
     const Peer<PlainMessage> peer{"pugixml", build, write, read, isCanonical};
-    addTime("XML write", peer.name, writing(peer));
-    addTime("XML read", peer.name, reading(peer, canonicalXml));
+    addTime("GetXml", peer.name, writing(peer));
+    addTime("ProcessXml", peer.name, reading(peer, canonicalXml));
 }
 
 } // namespace benchmarks

@@ -111,8 +111,8 @@ void addXsd()
     xercesc::XMLPlatformUtils::Initialize();
     const Peer<Document> peer{"CodeSynthesis XSD", build, write, read, isCanonicalXml};
     addTime("build", peer.name, building(peer));
-    addTime("XML write", peer.name, writing(peer));
-    addTime("XML read", peer.name, reading(peer, canonicalXml));
+    addTime("GetXml", peer.name, writing(peer));
+    addTime("ProcessXml", peer.name, reading(peer, canonicalXml));
     addTime("copy", peer.name, copying(peer, [](Document& copy) {
                 copy.PelLu300RouterMessage()->MessageID(canonicalMessageId + 1);
             }));
