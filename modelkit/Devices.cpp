@@ -23,6 +23,9 @@ QDeadlineTimer deadlineAfter(int milliseconds)
                                              : QDeadlineTimer(milliseconds);
 }
 
+// How many bytes are asked for when none are known to be there.
+constexpr qint64 leastStep = qint64(4) << 10;
+
 // The most that a QByteArray can hold in Qt 5.
 constexpr qint64 mostBytes = std::numeric_limits<int>::max() - 64;
 
@@ -104,7 +107,6 @@ Intake::Intake(QIODevice& device, int waitingTime)
 Intake::Outcome Intake::Take(qint64 size, QByteArray& bytes)
 {
     constexpr qint64 step = qint64(1) << 20;
-    constexpr qint64 leastStep = qint64(4) << 10;
     if (size > mostBytes)
         throw std::bad_alloc();
     bool hasWaitedInVain = false;
@@ -190,8 +192,10 @@ bool readOpenToEnd(QIODevice& device, Input& input, Failure& failure)
         return false;
     }
     Intake intake(device, limits.waitingTime);
+    // At the end, a device is asked once more.
     if (!device.isSequential())
-        input.bytes.reserve(static_cast<int>(std::clamp<qint64>(device.size() - device.pos(), 0, limit)));
+        input.bytes.reserve(
+            static_cast<int>(std::clamp<qint64>(device.size() - device.pos() + leastStep, 0, limit)));
     switch (intake.Take(limit + 1, input.bytes)) {
     case Intake::Whole:
         failure = inputTooLarge(limit);

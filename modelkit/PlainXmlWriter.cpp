@@ -5,10 +5,14 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace MODELKIT {
 
 namespace {
+
+// From this size on, a piece goes to the drain.
+constexpr std::size_t drainedSize = std::size_t(64) << 10;
 
 bool isNameCharacter(unsigned int code)
 {
@@ -47,8 +51,8 @@ char* putBytes(char* to, std::initializer_list<unsigned int> bytes)
 
 } // namespace
 
-PlainXmlWriter::PlainXmlWriter(XmlLayout layout, Declare declare, std::size_t maximalSize)
-    : m_maximalSize(maximalSize), m_isIndented(layout == XmlLayout::Indented)
+PlainXmlWriter::PlainXmlWriter(XmlLayout layout, Declare declare, std::size_t maximalSize, Drain drain)
+    : m_drain(std::move(drain)), m_maximalSize(maximalSize), m_isIndented(layout == XmlLayout::Indented)
 {
     put(declare == Declare::Encoding ? R"(<?xml version="1.0" encoding="UTF-8"?>)"
                                      : R"(<?xml version="1.0"?>)");
@@ -119,6 +123,15 @@ void PlainXmlWriter::putText(const QString& text)
 void PlainXmlWriter::grow(std::size_t size)
 {
     std::size_t before = m_end ? static_cast<std::size_t>(m_end - m_bytes.constData()) : 0;
+    if (m_drain && before >= drainedSize) {
+        // A document that is of no use is not needed any more.
+        if (m_isExact)
+            m_drain(QByteArray::fromRawData(m_bytes.constData(), static_cast<int>(before)));
+        m_end = m_bytes.data();
+        before = 0;
+        if (static_cast<std::size_t>(m_limit - m_end) >= size)
+            return;
+    }
     if (before + size > m_maximalSize) {
         // The stream writer may have room for more. What was written is of no use any more.
         m_isExact = false;

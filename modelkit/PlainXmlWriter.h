@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <string_view>
 
@@ -31,10 +32,15 @@ public:
     // What fits into a QByteArray in all versions of Qt.
     static constexpr std::size_t largestDocument = std::numeric_limits<int>::max() - 64;
 
-    PlainXmlWriter(XmlLayout layout, Declare declare, std::size_t maximalSize = largestDocument);
+    // Takes a piece of the document, in order.
+    using Drain = std::function<void(const QByteArray& piece)>;
 
-    // The document after its last element. Null if a name is not plain, a text holds a character that XML
-    // cannot carry, or the document is too large.
+    // With a drain, the document is never in memory as a whole. MaximalSize: of what is in memory.
+    PlainXmlWriter(XmlLayout layout, Declare declare, std::size_t maximalSize = largestDocument,
+                   Drain drain = nullptr);
+
+    // The document after its last element, or the last piece of it. Null if a name is not plain, a text holds
+    // a character that XML cannot carry, or the document is too large.
     QByteArray takeDocument();
 
     void startElement(const QString& name)
@@ -125,6 +131,7 @@ private:
     void putName(const QString& name);
     void grow(std::size_t size);
 
+    const Drain m_drain;
     QByteArray m_bytes;
     char* m_end = nullptr;
     char* m_limit = nullptr;

@@ -12,6 +12,9 @@
 #include <QtCore/QIODevice>
 #include <QtCore/QXmlStreamWriter>
 
+#include <optional>
+#include <utility>
+
 namespace MODELKIT {
 
 namespace {
@@ -89,13 +92,14 @@ QString writeByStream(DocumentOperation& operation, const IMKObject& object, Xml
 }
 
 // Writes nearly all documents, in a fraction of the time that a stream writer takes. A null byte array for
-// the others.
-QByteArray writePlainly(const IMKObject& object, XmlLayout layout, Declare declare)
+// the others. With a drain, it is the last piece of the document.
+QByteArray writePlainly(const IMKObject& object, XmlLayout layout, Declare declare,
+                        PlainXmlWriter::Drain drain = nullptr)
 {
     const PlainXmlClass* const known = plainXmlOf(object);
     if (!known)
         return QByteArray();
-    PlainXmlWriter writer(layout, declare);
+    PlainXmlWriter writer(layout, declare, PlainXmlWriter::largestDocument, std::move(drain));
     known->write(object, writer);
     return writer.takeDocument();
 }
@@ -105,24 +109,36 @@ QByteArray toBytes(const QByteArray& utf8) { return utf8; }
 QString toText(const QString& text) { return text; }
 QByteArray toBytes(const QString& text) { return text.toUtf8(); }
 
+// Runs write(), which tells whether it has written the object. False if nothing may be written.
+template <class Write>
+bool writeAsAllowed(DocumentOperation& operation, const IMKObject& object, const Write& write)
+{
+    try {
+        if (!write())
+            return false;
+        if (!object.GetValidate() || object.HasData())
+            return true;
+    } catch (ModelKitException& exception) {
+        operation.Refuse(exception, exception.GetPlace());
+        throw;
+    }
+    return operation.Fail(nothingToWrite(object));
+}
+
 // The document as convert() gives it, from UTF-8 or from a string; null when the operation failed.
 template <class Convert>
 auto write(DocumentOperation& operation, const IMKObject& object, XmlLayout layout, Declare declare,
            const Convert& convert)
 {
     using Written = decltype(convert(QString()));
-    try {
+    Written written;
+    const bool isWritten = writeAsAllowed(operation, object, [&] {
         const QByteArray plain = writePlainly(object, layout, declare);
-        Written written =
+        written =
             plain.isNull() ? convert(writeByStream(operation, object, layout, declare)) : convert(plain);
-        if (written.isNull() || !object.GetValidate() || object.HasData())
-            return written;
-    } catch (ModelKitException& exception) {
-        operation.Refuse(exception, exception.GetPlace());
-        throw;
-    }
-    operation.Fail(nothingToWrite(object));
-    return Written();
+        return !written.isNull();
+    });
+    return isWritten ? written : Written();
 }
 
 QString writeText(DocumentOperation& operation, const IMKObject& object, XmlLayout layout)
@@ -135,12 +151,63 @@ QByteArray writeBytes(DocumentOperation& operation, const IMKObject& object, Xml
     return write(operation, object, layout, Declare::Encoding, [](const auto& xml) { return toBytes(xml); });
 }
 
+// A file that is written piece by piece. A failure shows when it is committed, so that what is wrong with the
+// object comes first.
+class PiecewiseFile
+{
+public:
+    explicit PiecewiseFile(const QString& path) : m_path(path) {}
+
+    void Put(const QByteArray& piece)
+    {
+        if (!m_file && !HasFailed()) {
+            m_file.emplace();
+            m_file->Open(m_path, m_failure);
+        }
+        if (!HasFailed())
+            m_file->Write(piece, m_failure);
+    }
+
+    void Restart()
+    {
+        m_file.reset();
+        m_failure = Failure();
+    }
+
+    bool Commit(Failure& failure)
+    {
+        if (!HasFailed())
+            m_file->Commit(m_failure);
+        failure = m_failure;
+        return !HasFailed();
+    }
+
+private:
+    bool HasFailed() const { return m_failure.kind != Failure::None; }
+
+    QString m_path;
+    std::optional<FileReplacement> m_file;
+    Failure m_failure;
+};
+
 bool save(const IMKObject& object, const QString& path, XmlLayout layout)
 {
     DocumentOperation operation(object, path);
-    const QByteArray bytes = writeBytes(operation, object, layout);
+    PiecewiseFile file(path);
+    const bool isWritten = writeAsAllowed(operation, object, [&] {
+        QByteArray last = writePlainly(object, layout, Declare::Encoding,
+                                       [&file](const QByteArray& piece) { file.Put(piece); });
+        if (last.isNull()) {
+            file.Restart();
+            last = toBytes(writeByStream(operation, object, layout, Declare::Encoding));
+        }
+        if (last.isNull())
+            return false;
+        file.Put(last);
+        return true;
+    });
     Failure failure;
-    return !bytes.isNull() && (ReplaceFile(path, bytes, failure) || operation.Fail(failure));
+    return isWritten && (file.Commit(failure) || operation.Fail(failure));
 }
 
 } // namespace

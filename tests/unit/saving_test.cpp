@@ -144,6 +144,58 @@ TEST(Saving, LeavesTheOldFileWhenNothingCanBeSaved)
     EXPECT_FALSE(other.IsAddressSet());
 }
 
+// The file is written in pieces, before it is known whether all of the document can be written.
+TEST(Saving, OfLargeXmlDocumentsIsComplete)
+{
+    const Folder folder;
+    folder.write("old");
+    PelLu300RouterMessage message;
+    message.SetType(PelLu300RouterMessage::Event);
+    Fragment fragment;
+    for (const int size : {0, 1, 1000, 65535, 65536, 300000, 10}) {
+        fragment.GetPelVtConnectServer().SetAddress(QString(size, QChar(0xE4)));
+        message.AppendFragment(fragment);
+    }
+    for (int i = 0; i < 3000; ++i)
+        message.AppendFragment(fragment);
+    ASSERT_TRUE(message.SaveXml(folder.path()));
+    EXPECT_TRUE(folder.read() == message.GetXmlBytes());
+    ASSERT_TRUE(message.SaveCompactXml(folder.path()));
+    EXPECT_TRUE(folder.read() == message.GetXmlBytes(XmlLayout::Compact));
+    PelLu300RouterMessage read;
+    ASSERT_TRUE(read.LoadXml(folder.path()));
+    EXPECT_TRUE(read == message);
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
+TEST(Saving, OfLargeXmlDocumentsLeavesTheOldFileOnFailure)
+{
+    const Folder folder;
+    folder.write("old");
+    PelLu300RouterMessage message;
+    message.SetType(PelLu300RouterMessage::Event);
+    Fragment fragment;
+    fragment.GetPelVtConnectServer().SetAddress(QString(300000, QLatin1Char('x')));
+    message.AppendFragment(fragment);
+    const QString nowhere = folder.path() + text("/document");
+    EXPECT_FALSE(message.SaveXml(nowhere));
+    EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::InputOutput);
+    fragment.GetPelVtConnectServer().SetAddress(QString(QChar(1)));
+    message.AppendFragment(fragment);
+    // What is wrong with the document comes first.
+    for (const QString& path : {folder.path(), nowhere}) {
+        EXPECT_FALSE(message.SaveXml(path));
+        expectFailure(Failure::NotRepresentable,
+                      path
+                          + text(":11:7: A text holds a character that XML cannot carry. (in "
+                                 "/PelLu300RouterMessage/Fragment[2]/PelVtConnectServer/Address)"));
+        EXPECT_FALSE(message.SaveCompactXml(path));
+        EXPECT_EQ(IMKObject::GetLastFailure().kind, Failure::NotRepresentable);
+    }
+    EXPECT_EQ(folder.read(), QByteArray("old"));
+    EXPECT_EQ(folder.entries(), QStringList(text("document")));
+}
+
 TEST(Saving, OfNothingUnderValidationIsReportedByEveryWritingOperation)
 {
     Fragment empty;
