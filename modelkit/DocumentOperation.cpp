@@ -12,7 +12,9 @@ namespace {
 
 void setLastFailure(const Failure& failure)
 {
-    if (Failure* const last = OfThread<Failure>::get())
+    Failure* const last = OfThread<Failure>::get();
+    // After a success there is nothing to keep.
+    if (last && (last->kind != Failure::None || failure.kind != Failure::None))
         *last = failure;
 }
 

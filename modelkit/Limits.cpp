@@ -4,6 +4,7 @@
 #include "modelkit/ThreadStack.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 
 namespace MODELKIT {
@@ -12,6 +13,20 @@ namespace {
 
 std::mutex mutex;
 Limits inProgram;
+// Changes with the limits of the program, so that threads can keep a copy of them.
+std::atomic<unsigned int> edition{1};
+
+Limits ofProgram()
+{
+    static thread_local Limits copy;
+    static thread_local unsigned int editionOfCopy = 0;
+    if (editionOfCopy != edition.load(std::memory_order_acquire)) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        copy = inProgram;
+        editionOfCopy = edition.load(std::memory_order_relaxed);
+    }
+    return copy;
+}
 
 template <class Number>
 void makeSafe(Number& limit)
@@ -36,8 +51,7 @@ Limits Limits::Get()
 {
     if (const auto inScope = InThread<const Limits>::newest())
         return *inScope;
-    const std::lock_guard<std::mutex> lock(mutex);
-    return inProgram;
+    return ofProgram();
 }
 
 void Limits::Set(const Limits& limits)
@@ -45,6 +59,7 @@ void Limits::Set(const Limits& limits)
     const Limits safeLimits = safe(limits);
     const std::lock_guard<std::mutex> lock(mutex);
     inProgram = safeLimits;
+    edition.fetch_add(1, std::memory_order_release);
 }
 
 class LimitsInScope::Entry : public InThread<const Limits>

@@ -89,10 +89,10 @@ QString textOfUtf8(const char* bytes, qint64 size)
     qint64 marks = 0;
     while (size - marks >= markSize && std::memcmp(bytes + marks, "\xEF\xBB\xBF", markSize) == 0)
         marks += markSize;
-    const QString text = QString::fromUtf8(bytes + marks, static_cast<QtVersion::Size>(size - marks));
-    return marks == 0
-               ? text
-               : QString(static_cast<QtVersion::Size>(marks / markSize), QChar(QChar::ByteOrderMark)) + text;
+    QString text = QString::fromUtf8(bytes + marks, static_cast<QtVersion::Size>(size - marks));
+    if (marks > 0)
+        text.prepend(QString(static_cast<QtVersion::Size>(marks / markSize), QChar(QChar::ByteOrderMark)));
+    return text;
 }
 
 qint64 loneSurrogate(const QString& text)

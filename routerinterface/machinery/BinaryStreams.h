@@ -71,7 +71,9 @@ public:
             m_begin = static_cast<int>(m_buffer->pos());
             m_at = m_begin;
             m_room = m_sizeBefore;
-            m_bytes = m_buffer->buffer().data();
+            // Data() would allocate memory for no bytes.
+            if (m_room > 0)
+                m_bytes = m_buffer->buffer().data();
         }
     }
     BinarySink(const BinarySink&) = delete;
@@ -81,9 +83,9 @@ public:
     {
         if (!m_buffer)
             return;
-        // The room is reserved, so that making the bytes fewer cannot fail.
-        m_buffer->buffer().resize(std::max(m_sizeBefore, m_at));
-        m_buffer->seek(m_at);
+        // What has grown is reserved, so that making the bytes fewer cannot fail.
+        if (m_room > m_sizeBefore)
+            m_buffer->buffer().resize(std::max(m_sizeBefore, m_at));
         if (m_at == m_begin)
             return;
         // The last byte is written through the device, which emits its signals then.
@@ -185,12 +187,14 @@ private:
     template <class T>
     void number(T value)
     {
-        char bytes[sizeof(T)];
+        constexpr int size = sizeof(T);
+        if (size > m_room - m_at)
+            grow(size);
         if (m_isBigEndian)
-            qToBigEndian<T>(value, bytes);
+            qToBigEndian<T>(value, m_bytes + m_at);
         else
-            qToLittleEndian<T>(value, bytes);
-        put(bytes, static_cast<int>(sizeof bytes));
+            qToLittleEndian<T>(value, m_bytes + m_at);
+        m_at += size;
     }
 
     void put(const char* bytes, int size)
