@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Runs one operation once on the canonical document, for tools that count instructions:
+// Runs operations on the canonical document, each once, for tools that count instructions:
 //
-//     canonical_operations OPERATION FRAGMENTS
+//     canonical_operations OPERATION FRAGMENTS...
 //
+// Each runs in a process of its own, so that all find the heap in the same state. Prints the process of each.
 // Count only what happens inside measured(). Small messages are passed on FRAGMENTS times, with one fragment
 // each.
 
@@ -14,6 +15,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace benchmarks;
 
@@ -32,8 +36,16 @@ void measurePassing(int messages, const Pass& pass)
     });
 }
 
-Document validated(Document document = Document())
+Document validated(int fragments)
 {
+    Document document = canonicalDocument(fragments);
+    document.SetValidate(true);
+    return document;
+}
+
+Document emptyValidated()
+{
+    Document document;
     document.SetValidate(true);
     return document;
 }
@@ -44,6 +56,7 @@ struct CanonicalOperation
     void (*run)(int fragments);
 };
 
+// The document that was written stays while it is read again, so that reading finds none of its memory free.
 const CanonicalOperation operations[] = {
     {"build",
      [](int fragments) {
@@ -52,46 +65,50 @@ const CanonicalOperation operations[] = {
      }},
     {"xml-write",
      [](int fragments) {
-         const Document document = validated(canonicalDocument(fragments));
+         const Document document = validated(fragments);
          measured([&] { xmlOf(document); });
      }},
     {"xml-read",
      [](int fragments) {
-         const QByteArray xml = xmlOf(canonicalDocument(fragments));
-         Document document = validated();
+         const Document source = canonicalDocument(fragments);
+         const QByteArray xml = xmlOf(source);
+         Document document = emptyValidated();
          measured([&] { parseXml(document, xml); });
      }},
     {"document-to-string",
      [](int fragments) {
-         Document document = validated(canonicalDocument(fragments));
+         Document document = validated(fragments);
          measured([&] { document.GetXmlString(); });
      }},
     {"document-from-string",
      [](int fragments) {
-         const QString xml = documentOf(canonicalDocument(fragments));
-         Document document = validated();
+         const Document source = canonicalDocument(fragments);
+         const QString xml = documentOf(source);
+         Document document = emptyValidated();
          measured([&] { require(document.SetXmlString(xml, false)); });
      }},
     {"document-to-bytes",
      [](int fragments) {
-         const Document document = validated(canonicalDocument(fragments));
+         const Document document = validated(fragments);
          measured([&] { document.GetXmlBytes(); });
      }},
     {"document-from-bytes",
      [](int fragments) {
-         const QByteArray xml = documentBytesOf(canonicalDocument(fragments));
-         Document document = validated();
+         const Document source = canonicalDocument(fragments);
+         const QByteArray xml = documentBytesOf(source);
+         Document document = emptyValidated();
          measured([&] { require(document.SetXmlBytes(xml)); });
      }},
     {"binary-write",
      [](int fragments) {
-         const Document document = validated(canonicalDocument(fragments));
+         const Document document = validated(fragments);
          measured([&] { frameOf(document); });
      }},
     {"binary-read",
      [](int fragments) {
-         const QByteArray frame = frameOf(canonicalDocument(fragments));
-         Document document = validated();
+         const Document source = canonicalDocument(fragments);
+         const QByteArray frame = frameOf(source);
+         Document document = emptyValidated();
          measured([&] { readFrame(document, frame); });
      }},
     {"small-binary", [](int messages) { measurePassing(messages, passSmallMessage); }},
@@ -99,12 +116,12 @@ const CanonicalOperation operations[] = {
     {"small-xml", [](int messages) { measurePassing(messages, passSmallXmlMessage); }},
     {"copy",
      [](int fragments) {
-         const Document document = validated(canonicalDocument(fragments));
+         const Document document = validated(fragments);
          measured([&] { copyAndTouch(document); });
      }},
     {"compare",
      [](int fragments) {
-         const Document document = validated(canonicalDocument(fragments));
+         const Document document = validated(fragments);
          const Document same = canonicalDocument(fragments);
          bool isEqual = false;
          measured([&] { isEqual = same == document; });
@@ -118,19 +135,43 @@ const CanonicalOperation operations[] = {
     {"small-binary-by-hand",
      [](int messages) { measurePassing(messages, [] { passPlainMessage(plainStream, readPlainStream); }); }}};
 
+const CanonicalOperation* find(const char* name)
+{
+    for (const CanonicalOperation& operation : operations)
+        if (std::strcmp(operation.name, name) == 0)
+            return &operation;
+    return nullptr;
+}
+
+int explain()
+{
+    std::fputs("usage: canonical_operations OPERATION FRAGMENTS...\n\nOperations:\n", stderr);
+    for (const CanonicalOperation& operation : operations)
+        std::fprintf(stderr, "  %s\n", operation.name);
+    return 2;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const int fragments = argc == 3 ? std::atoi(argv[2]) : 0;
-    for (const CanonicalOperation& operation : operations) {
-        if (argc == 3 && fragments > 0 && std::strcmp(operation.name, argv[1]) == 0) {
-            operation.run(fragments);
+    if (argc < 3 || argc % 2 == 0)
+        return explain();
+    for (int i = 1; i < argc; i += 2) {
+        const CanonicalOperation* const operation = find(argv[i]);
+        const int fragments = std::atoi(argv[i + 1]);
+        if (!operation || fragments < 1)
+            return explain();
+        const pid_t process = fork();
+        if (process == 0) {
+            operation->run(fragments);
             return 0;
         }
+        int status = -1;
+        if (process < 0 || waitpid(process, &status, 0) != process || status != 0)
+            return 1;
+        std::printf("%s %d %d\n", operation->name, fragments, static_cast<int>(process));
+        std::fflush(stdout);
     }
-    std::fputs("usage: canonical_operations OPERATION FRAGMENTS\n\nOperations:\n", stderr);
-    for (const CanonicalOperation& operation : operations)
-        std::fprintf(stderr, "  %s\n", operation.name);
-    return 2;
+    return 0;
 }

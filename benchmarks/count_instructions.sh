@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Counts the instructions per fragment of the canonical operations and compares them with the recorded numbers.
-# Instructions, unlike times, do not depend on what else the machine does.
+# Counts the instructions per fragment of the canonical operations, or per message of the small ones, and compares
+# them with the recorded numbers. Instructions, unlike times, do not depend on what else the machine does.
 #
 #     count_instructions.sh PROGRAM EXPECTED            fails when one has grown by over 5 %
 #     count_instructions.sh --update PROGRAM EXPECTED   rewrites the numbers
@@ -20,27 +20,41 @@ expected=$2
 tolerance=5
 operations=(build xml-write xml-read document-to-string document-from-string document-to-bytes document-from-bytes
     binary-write binary-read small-binary small-form small-xml copy compare)
+few=100
+many=1100
+
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+arguments=()
+for operation in "${operations[@]}"; do
+    arguments+=("$operation" $few "$operation" $many)
+done
+if ! valgrind --tool=callgrind --toggle-collect='*measured*' --callgrind-out-file="$folder/counts.%p" \
+    "$program" "${arguments[@]}" >"$folder/processes" 2>"$folder/log"; then
+    cat "$folder/log" >&2
+    exit 2
+fi
 
 # instructions OPERATION FRAGMENTS
 instructions() {
-    valgrind --tool=callgrind --toggle-collect='*measured*' --callgrind-out-file=/dev/null \
-        "$program" "$1" "$2" 2>&1 | sed -n 's/.*Collected : \([0-9]*\).*/\1/p'
+    local process
+    process=$(sed -n "s/^$1 $2 //p" "$folder/processes")
+    sed -n 's/^totals: //p' "$folder/counts.$process"
 }
 
 failed=0
-actual=$(mktemp)
 for operation in "${operations[@]}"; do
     # The difference removes what does not depend on the number of fragments.
-    few=$(instructions "$operation" 100)
-    many=$(instructions "$operation" 1100)
-    if [ -z "$few" ] || [ -z "$many" ] || [ "$many" -le "$few" ]; then
+    ofFew=$(instructions "$operation" $few)
+    ofMany=$(instructions "$operation" $many)
+    if [ -z "$ofFew" ] || [ -z "$ofMany" ] || [ "$ofMany" -le "$ofFew" ]; then
         echo "$operation could not be counted." >&2
         exit 2
     fi
-    count=$(((many - few) / 1000))
-    echo "$operation $count" >>"$actual"
+    count=$(((ofMany - ofFew) / (many - few)))
+    echo "$operation $count" >>"$folder/actual"
     before=$(sed -n "s/^$operation //p" "$expected" 2>/dev/null || true)
-    echo "$operation: $count instructions per fragment, were ${before:-unknown}"
+    echo "$operation: $count instructions, were ${before:-unknown}"
     if [ -z "$before" ] || [ $((count * 100)) -gt $((before * (100 + tolerance))) ]; then
         failed=1
     elif [ $((count * 100)) -lt $((before * (100 - tolerance))) ]; then
@@ -48,9 +62,8 @@ for operation in "${operations[@]}"; do
     fi
 done
 if [ $update = yes ]; then
-    cp "$actual" "$expected"
+    cp "$folder/actual" "$expected"
     failed=0
 fi
-rm -f "$actual"
 [ $failed = 0 ] || echo "An operation has become dearer by over $tolerance %." >&2
 exit $failed
