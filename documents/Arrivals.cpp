@@ -6,13 +6,10 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
-#include <utility>
 
 namespace ROUTERDOCUMENTS {
 
 namespace {
-
-constexpr int block = 1 << 16;
 
 // How many UTF-16 units the UTF-8 has.
 qint64 unitsIn(const char* begin, const char* end)
@@ -43,20 +40,17 @@ bool Arrivals::Open(QString& reason)
 
 Arrivals::Outcome Arrivals::Fetch(MODELKIT::Intake& intake)
 {
-    // What is used goes when it is the larger part, so that every byte moves only once on average.
-    if (m_begin >= Size() && m_begin > 0) {
-        m_bytes.remove(0, static_cast<int>(m_begin));
-        m_begin = 0;
-    }
-    if (m_bytes.capacity() < block)
-        m_bytes.reserve(2 * block);
-    return intake.TakeArrived(block, m_bytes);
+    constexpr int block = ByteQueue::block;
+    QByteArray& tail = m_bytes.Tail();
+    if (tail.capacity() < block)
+        tail.reserve(2 * block);
+    return intake.TakeArrived(block, tail);
 }
 
 void Arrivals::Drop(qint64 size, TextUnits units)
 {
     CountLines(size, units);
-    m_begin += size;
+    m_bytes.Drop(size);
     m_offset += size;
 }
 
@@ -64,30 +58,13 @@ QByteArray Arrivals::Take(qint64 size, TextUnits units)
 {
     CountLines(size, units);
     m_offset += size;
-    const auto begin = static_cast<int>(m_begin);
-    const auto length = static_cast<int>(size);
-    if (size < block) {
-        m_begin += size;
-        return QByteArray(m_bytes.constData() + begin, length);
-    }
-    // A large message is not copied; what little follows it is.
-    QByteArray rest = m_bytes.mid(begin + length);
-    m_bytes.truncate(begin + length);
-    m_bytes.remove(0, begin);
-    m_begin = 0;
-    return std::exchange(m_bytes, std::move(rest));
+    return m_bytes.Take(size);
 }
 
 void Arrivals::Return(const QByteArray& bytes)
 {
     m_offset -= bytes.size();
-    if (bytes.size() < block) {
-        m_begin -= bytes.size();
-        return;
-    }
-    m_bytes.remove(0, static_cast<int>(m_begin));
-    m_bytes.prepend(bytes);
-    m_begin = 0;
+    m_bytes.Return(bytes);
 }
 
 void Arrivals::CountLines(qint64 size, TextUnits units)

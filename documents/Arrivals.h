@@ -2,6 +2,7 @@
 // The data of a device as they arrive. Not installed.
 #pragma once
 
+#include "documents/ByteQueue.h"
 #include "documents/TextUnits.h"
 
 #include "modelkit/Devices.h"
@@ -24,8 +25,8 @@ public:
     Arrivals& operator=(const Arrivals&) = delete;
     ~Arrivals();
 
-    const char* Data() const { return m_bytes.constData() + m_begin; }
-    qint64 Size() const { return m_bytes.size() - m_begin; }
+    const char* Data() const { return m_bytes.Data(); }
+    qint64 Size() const { return m_bytes.Size(); }
 
     // The offset of the first byte that has not been removed.
     qint64 Offset() const { return m_offset; }
@@ -54,8 +55,7 @@ private:
 
     QIODevice& m_device;
     bool m_hasOpened = false;
-    QByteArray m_bytes;
-    qint64 m_begin = 0;
+    ByteQueue m_bytes;
     qint64 m_offset = 0;
     qint64 m_line = 1;
     qint64 m_column = 1;
