@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/FrameRecording.h"
 
+#include "documents/MessageFailures.h"
+
 namespace ROUTERDOCUMENTS {
 
 using MODELKIT::Failure;

@@ -2,6 +2,7 @@
 #include "documents/RecordingMachine.h"
 
 #include "documents/JsonBehindXml.h"
+#include "documents/MessageFailures.h"
 
 #include <algorithm>
 
@@ -17,8 +18,6 @@ constexpr qint64 lookBack = 5;
 
 // How much of a skipped text is kept: more than the beginning of a message has in any units.
 constexpr qint64 leastKept = 256;
-
-QString cutOffAside() { return QStringLiteral("The comment or processing instruction is cut off."); }
 
 } // namespace
 
@@ -116,25 +115,19 @@ RecordingReader::Machine::Step RecordingReader::Machine::FindEndOfBinary(Recorde
     const qint64 there = m_arrivals.Size();
     const auto cutOff = [this](const QString& missing) {
         m_isCutOff = true;
-        return BeginStretch(FailureHere(Failure::NotABinaryForm,
-                                        QStringLiteral("The binary form is cut off; %1.").arg(missing)),
-                            1, ByteCount::LeftOut);
+        return BeginStretch(FailureHere(Failure::NotABinaryForm, cutOffBinary(missing)), 1,
+                            ByteCount::LeftOut);
     };
     if (there < binaryHeaderSize)
-        return m_isAll ? cutOff(QStringLiteral("its length is missing")) : Step::NeedsMore;
+        return m_isAll ? cutOff(missingLength()) : Step::NeedsMore;
     const qint64 length = binaryLength(m_arrivals.Data());
     if (length < 0)
-        return BeginStretch(
-            FailureHere(Failure::NotABinaryForm, QStringLiteral("The binary form has a negative length")), 1);
+        return BeginStretch(FailureHere(Failure::NotABinaryForm, negativeLength()), 1);
     const qint64 size = binaryHeaderSize + length;
     if (size > m_limit)
-        return BeginStretch(
-            FailureHere(Failure::InputTooLarge,
-                        QStringLiteral("The binary form of %1 bytes is larger than the limit of %2 bytes")
-                            .arg(QString::number(size), QString::number(m_limit))),
-            1);
+        return BeginStretch(FailureHere(Failure::InputTooLarge, binaryTooLarge(size, m_limit)), 1);
     if (there < size)
-        return m_isAll ? cutOff(countedBytes(size - there, QStringLiteral("missing"))) : Step::NeedsMore;
+        return m_isAll ? cutOff(missingBytes(size - there)) : Step::NeedsMore;
     return EndMessage(size, message);
 }
 
@@ -400,8 +393,7 @@ BeginningRules RecordingReader::Machine::Rules(qint64 at, Look look) const
 
 Failure RecordingReader::Machine::MessageTooLarge() const
 {
-    return FailureHere(Failure::InputTooLarge,
-                       QStringLiteral("The message is larger than the limit of %1 bytes.").arg(m_limit));
+    return FailureHere(Failure::InputTooLarge, messageTooLarge(m_limit));
 }
 
 void RecordingReader::Machine::Throw(const Failure& failure, std::optional<Form> otherForm)

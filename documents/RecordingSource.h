@@ -13,12 +13,6 @@
 
 namespace ROUTERDOCUMENTS {
 
-inline QString countedBytes(qint64 bytes, const QString& what)
-{
-    return bytes == 1 ? QStringLiteral("1 byte is %1").arg(what)
-                      : QStringLiteral("%1 bytes are %2").arg(QString::number(bytes), what);
-}
-
 // Goes through the recording in steps. What it knows between two steps is all in its members, so that it can
 // wait for data, or be left and called again, after each of them.
 class RecordingReader::Source
