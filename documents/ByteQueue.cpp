@@ -15,6 +15,15 @@ QByteArray& ByteQueue::Tail()
     return m_bytes;
 }
 
+void ByteQueue::Drop(qint64 size)
+{
+    m_begin += size;
+    if (Size() > 0 || m_bytes.capacity() <= 2 * block)
+        return;
+    m_bytes = QByteArray();
+    m_begin = 0;
+}
+
 QByteArray ByteQueue::Take(qint64 size)
 {
     const auto begin = static_cast<int>(m_begin);

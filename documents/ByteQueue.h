@@ -22,12 +22,12 @@ public:
     void Append(const char* bytes, qint64 size) { Tail().append(bytes, static_cast<int>(size)); }
 
     // Drop() removes bytes from the beginning, Take() removes and returns them.
-    void Drop(qint64 size) { m_begin += size; }
+    void Drop(qint64 size);
     QByteArray Take(qint64 size);
     // Puts back what Take() returned last, if nothing else was removed or appended since.
     void Return(const QByteArray& bytes);
 
-    // The size from which on bytes are not copied when they are taken.
+    // The size from which on bytes are not copied when they are taken. Buffers of twice that size are kept.
     static constexpr int block = 1 << 16;
 
 private:

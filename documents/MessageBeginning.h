@@ -2,6 +2,7 @@
 // Recognising the beginning of a message in a recording. Not installed.
 #pragma once
 
+#include "documents/Export.h"
 #include "documents/Forms.h"
 #include "documents/TextUnits.h"
 
@@ -52,7 +53,8 @@ struct BeginningRules
 };
 
 // Looks at no more than the first 128 bytes or so.
-MessageBeginning recogniseBeginning(const char* bytes, qint64 size, const BeginningRules& rules);
+ROUTERDOCUMENTS_EXPORT MessageBeginning recogniseBeginning(const char* bytes, qint64 size,
+                                                           const BeginningRules& rules);
 
 // A fast test for searches: whether a message may begin with the byte. It may be false for beginnings that a
 // search ignores.
@@ -64,11 +66,11 @@ bool mayBreakOffWide(const char* bytes, TextUnits units, bool isAligned);
 
 // How many bytes of white space begin a text with these units; 0 if there is none. Behind a text with wide
 // units, one narrow character at a time. Negative if more bytes are needed.
-qint64 whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll);
+ROUTERDOCUMENTS_EXPORT qint64 whiteAt(const char* bytes, qint64 size, TextUnits units, bool isAll);
 
 // Both whole-object forms begin with a word that tells the class or the form, and one that is the length of
 // what follows.
 constexpr qint64 binaryHeaderSize = 8;
-qint32 binaryLength(const char* header);
+ROUTERDOCUMENTS_EXPORT qint32 binaryLength(const char* header);
 
 } // namespace ROUTERDOCUMENTS

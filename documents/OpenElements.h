@@ -50,6 +50,8 @@ public:
     void StayInRoot() { m_isRootLeft = false; }
     // Something else shows that the document is not well-formed.
     void Damage() { m_isDamaged = true; }
+    // Whether that is known, also because an end tag had another name than the element.
+    bool IsDamaged() const { return m_isDamaged; }
 
     qint64 Depth() const { return m_depth; }
 

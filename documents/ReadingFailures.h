@@ -2,6 +2,7 @@
 // Failures of reading, told so that they help the writer of the document. Not installed.
 #pragma once
 
+#include "documents/Export.h"
 #include "documents/Forms.h"
 
 #include "modelkit/Failure.h"
@@ -16,6 +17,6 @@ void requireForm(const QByteArray& bytes, Form similar);
 
 // The failure of reading XML, with what the reader does not tell: which record a root may mean, and which
 // character XML does not have.
-MODELKIT::Failure explainedForXml(MODELKIT::Failure failure, const QByteArray& xml);
+ROUTERDOCUMENTS_EXPORT MODELKIT::Failure explainedForXml(MODELKIT::Failure failure, const QByteArray& xml);
 
 } // namespace ROUTERDOCUMENTS

@@ -78,7 +78,7 @@ XmlEnd::Outcome XmlEnd::ScanNarrow(const char* bytes, qint64 size, qint64& used)
         if (at == end)
             break;
         const auto character = static_cast<unsigned char>(*at++);
-        outcome = Step(character);
+        outcome = StepUnlessDamaged(character);
         if (character == 0)
             outcome = Doubt;
     }
@@ -128,11 +128,17 @@ XmlEnd::Outcome XmlEnd::ScanWide(const char* bytes, qint64 size, qint64& used)
         m_part[m_partSize++] = *at++;
         if (m_partSize == m_units.size) {
             m_partSize = 0;
-            outcome = Step(characterAt(m_part, m_units));
+            outcome = StepUnlessDamaged(characterAt(m_part, m_units));
         }
     }
     used += at - bytes;
     return outcome;
+}
+
+XmlEnd::Outcome XmlEnd::StepUnlessDamaged(unsigned char character)
+{
+    const Outcome outcome = Step(character);
+    return m_what == SoundDocument && m_elements.IsDamaged() ? Damaged : outcome;
 }
 
 XmlEnd::Outcome XmlEnd::Step(unsigned char character)

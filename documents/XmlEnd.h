@@ -2,6 +2,7 @@
 // Finding the end of an XML document while its bytes arrive. Not installed.
 #pragma once
 
+#include "documents/Export.h"
 #include "documents/OpenElements.h"
 #include "documents/TextUnits.h"
 
@@ -25,13 +26,14 @@ struct DoubleBytes
 
 // Looks at every byte once, however the bytes are cut into pieces. Every end tag ends an element, whatever
 // its name: in a document that is not well-formed, the end may be at another place.
-class XmlEnd
+class ROUTERDOCUMENTS_EXPORT XmlEnd
 {
 public:
     enum What
     {
-        Document, // to the end of its root element
-        Aside     // one comment or processing instruction
+        Document,      // to the end of its root element
+        SoundDocument, // the same, but no further than to where it can no longer be well-formed
+        Aside          // one comment or processing instruction
     };
 
     enum Outcome
@@ -39,7 +41,8 @@ public:
         More,    // the text goes on behind the bytes examined
         Ended,   // the text ends with the last byte examined
         Another, // another document begins with the last markup examined: this one is cut off
-        Doubt    // the last byte examined cannot occur in XML; the scan can go on
+        Doubt,   // the last byte examined cannot occur in XML; the scan can go on
+        Damaged  // the last byte examined shows that it is not well-formed; only for SoundDocument
     };
 
     // HasMark: whether the document has a byte order mark, which Scan() is not given.
@@ -79,6 +82,7 @@ private:
     const char* PassOver(const char* at, const char* end);
     Outcome ScanWide(const char* bytes, qint64 size, qint64& used);
     Outcome Step(unsigned char character);
+    Outcome StepUnlessDamaged(unsigned char character);
     void BeginMarkup();
     Outcome StepMarkup(unsigned char character);
     Outcome StepTag(unsigned char character);
