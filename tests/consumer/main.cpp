@@ -5,6 +5,7 @@
 #include <documents/Document.h>
 #include <documents/DocumentError.h>
 #include <documents/JsonForm.h>
+#include <link/MessageReader.h>
 
 #include <memory>
 
@@ -23,10 +24,21 @@ static bool readsDocuments()
     return false;
 }
 
+// Whether the messages of a connection are read.
+static bool readsMessages()
+{
+    ROUTERLINK::MessageReader reader;
+    reader.AddData("<MastershipState><State>MasterPresent</State></MastershipState>");
+    PELLU300ROUTERINTERFACEXML::MastershipState state;
+    return reader.Next(state) == ROUTERLINK::MessageReader::Ready;
+}
+
 int main()
 {
     if (!readsDocuments())
         return 3;
+    if (!readsMessages())
+        return 4;
     PELLU300ROUTERINTERFACEXML::MastershipState state;
     const MODELKIT::IMKObject& base = state;
     base.SetLogger(std::make_shared<MODELKIT::Logger>());
