@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "link/MessageReader.h"
 
+#include "link/Failures.h"
 #include "link/Framing.h"
 #include "link/WellFormedness.h"
 
-#include "documents/DocumentError.h"
 #include "documents/ReadingFailures.h"
-
-#include <exception>
-#include <new>
 
 namespace ROUTERLINK {
 
@@ -17,56 +14,6 @@ using MODELKIT::IMKObject;
 using ROUTERDOCUMENTS::Form;
 
 namespace {
-
-Failure interruptedBy(const char* what)
-{
-    return {
-        Failure::Interrupted, QStringLiteral("Reading was interrupted: %1").arg(QString::fromUtf8(what)), {}};
-}
-
-// Needs no memory.
-Failure outOfMemory()
-{
-    return {Failure::Interrupted, QStringLiteral("There is not enough memory for the message."), {}};
-}
-
-// The exception that is being handled.
-Failure explainedException()
-{
-    try {
-        throw;
-    } catch (const ModelKitException& exception) {
-        const ROUTERDOCUMENTS::DocumentError error(exception);
-        return {error.GetKind(), error.GetText(), error.GetPlace()};
-    } catch (const std::bad_alloc&) {
-        return outOfMemory();
-    } catch (const std::exception& exception) {
-        return interruptedBy(exception.what());
-    } catch (...) {
-        return interruptedBy("unknown exception");
-    }
-}
-
-// The same; never throws.
-Failure failureOfException() noexcept
-{
-    try {
-        return explainedException();
-    } catch (...) {
-        return outOfMemory();
-    }
-}
-
-// Calls the action, which returns a failure, and makes one of every exception.
-template <class Action>
-Failure guarded(const Action& action)
-{
-    try {
-        return action();
-    } catch (...) {
-        return failureOfException();
-    }
-}
 
 // Replaces the content of the document.
 Failure readXml(IMKObject& document, const QByteArray& bytes)

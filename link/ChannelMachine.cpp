@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: MIT
+#include "link/ChannelMachine.h"
+
+#include "link/Failures.h"
+
+#include <QtCore/QDataStream>
+
+#include <utility>
+
+namespace ROUTERLINK {
+
+using MODELKIT::Failure;
+using ROUTERDOCUMENTS::Form;
+using ROUTERDOCUMENTS::Validation;
+
+namespace {
+
+constexpr int blockSize = 1 << 16;
+// Then other events have their turn.
+constexpr int mostBlocks = 16;
+
+Failure failed(const QString& text) { return {Failure::InputOutput, text, {}}; }
+
+} // namespace
+
+MessageChannel::Machine::Machine(MessageChannel& channel, QIODevice& device, const ChannelOptions& options)
+    : m_channel(channel), m_device(&device), m_options(options), m_reader(options.limits),
+      m_queue(options.queueSize), m_requests(channel)
+{
+    QObject::connect(&device, &QIODevice::readyRead, &channel, [this] { DataArrived(); });
+    QObject::connect(&device, &QIODevice::bytesWritten, &channel, [this] { Guard(&Machine::Written); });
+    QObject::connect(&device, &QIODevice::readChannelFinished, &channel, [this] {
+        m_isEnding = true;
+        ScheduleReading();
+    });
+    QObject::connect(&device, &QIODevice::aboutToClose, &channel, [this] { Guard(&Machine::DeviceEnds); });
+    QObject::connect(&device, &QObject::destroyed, &channel, [this] { Guard(&Machine::DeviceIsGone); });
+    ScheduleReading();
+}
+
+MessageChannel::Machine::~Machine()
+{
+    isClosed = true;
+    if (m_device)
+        m_device->disconnect(&m_channel);
+}
+
+void MessageChannel::Machine::Schedule(void (Machine::*action)())
+{
+    QMetaObject::invokeMethod(
+        &m_channel, [this, action] { Guard(action); }, Qt::QueuedConnection);
+}
+
+void MessageChannel::Machine::Guard(void (Machine::*action)())
+{
+    const QPointer<MessageChannel> alive(&m_channel);
+    try {
+        (this->*action)();
+    } catch (...) {
+        const Failure failure = failureOfException();
+        if (alive)
+            Finish(failure, Ending::Unwanted);
+    }
+}
+
+// --- receiving --------------------------------------------------------------------------------
+
+void MessageChannel::Machine::DataArrived()
+{
+    m_isPromised = true;
+    ScheduleReading();
+}
+
+// Not inside of the device's signals: receivers of the channel's signals may then destroy the device.
+void MessageChannel::Machine::ScheduleReading()
+{
+    if (std::exchange(m_isReadingScheduled, true))
+        return;
+    Schedule(&Machine::ReadArrived);
+}
+
+void MessageChannel::Machine::ReadArrived()
+{
+    m_isReadingScheduled = false;
+    if (isClosed)
+        return;
+    const QPointer<MessageChannel> alive(&m_channel);
+    bool mayFollow = true;
+    for (int i = 0; mayFollow && i < mostBlocks; ++i) {
+        mayFollow = ReadBlock();
+        if (!alive || isClosed)
+            return;
+    }
+    if (mayFollow)
+        return ScheduleReading();
+    if (!m_isEnding)
+        return;
+    m_reader.EndData();
+    Deliver();
+}
+
+bool MessageChannel::Machine::ReadBlock()
+{
+    if (!m_device || !m_device->isReadable())
+        return false;
+    QByteArray block(blockSize, Qt::Uninitialized);
+    const qint64 size = m_device->read(block.data(), blockSize);
+    // Before it is connected, a socket also says that it cannot be read.
+    const bool isPromised = std::exchange(m_isPromised, false);
+    if (size < 0 && isPromised && !m_isEnding) {
+        Finish(FailureOfDevice(QStringLiteral("read from")), Ending::Unwanted);
+        return false;
+    }
+    if (size <= 0)
+        return false;
+    m_reader.AddData(block.constData(), size);
+    return Deliver();
+}
+
+void MessageChannel::Machine::DeviceEnds()
+{
+    const QPointer<MessageChannel> alive(&m_channel);
+    m_isEnding = true;
+    m_isDeviceClosing = true;
+    while (ReadBlock()) {
+    }
+    if (!alive || isClosed)
+        return;
+    m_reader.EndData();
+    Deliver();
+}
+
+void MessageChannel::Machine::DeviceIsGone()
+{
+    Finish(failed(QStringLiteral("The device of the channel was destroyed.")), Ending::Unwanted);
+}
+
+bool MessageChannel::Machine::Deliver()
+{
+    const QPointer<MessageChannel> alive(&m_channel);
+    Document document;
+    document.SetValidate(m_options.validation == Validation::On);
+    while (alive && !isClosed) {
+        switch (m_reader.Next(document)) {
+        case MessageReader::NeedMore:
+            return true;
+        case MessageReader::Ready:
+            peerForm = m_reader.GetForm();
+            Dispatch(document);
+            break;
+        case MessageReader::Refused:
+            Q_EMIT m_channel.MessageRefused(Failure(m_reader.GetFailure()));
+            break;
+        case MessageReader::Broken:
+            Finish(m_reader.GetFailure(), Ending::Unwanted);
+            return false;
+        case MessageReader::Ended:
+            Finish({}, m_isDeviceClosing ? Ending::Wanted : Ending::Unwanted);
+            return false;
+        }
+    }
+    return false;
+}
+
+void MessageChannel::Machine::Dispatch(const Document& document)
+{
+    using Message = PELLU300ROUTERINTERFACEXML::PelLu300RouterMessage;
+    const Message& message = document.GetPelLu300RouterMessage();
+    if (!message.IsTypeSet() || message.GetType() != Message::Reply) {
+        Q_EMIT m_channel.MessageReceived(document);
+        return;
+    }
+    switch (m_requests.Take(message.GetMessageID(), document)) {
+    case Requests::Expected:
+        break;
+    case Requests::Late:
+        Q_EMIT m_channel.LateReply(document);
+        break;
+    case Requests::Unknown:
+        Q_EMIT m_channel.UnexpectedReply(document);
+        break;
+    }
+}
+
+// --- sending ----------------------------------------------------------------------------------
+
+Failure MessageChannel::Machine::Send(const Document& document)
+{
+    return guarded([&]() -> Failure {
+        if (isClosed)
+            return failed(QStringLiteral("The channel is closed."));
+        if (!m_device || !m_device->isWritable())
+            return failed(QStringLiteral("The device of the channel is not open for writing."));
+        QByteArray bytes;
+        const Failure failure = Encode(document, bytes);
+        return failure.kind == Failure::None ? Queue(bytes) : failure;
+    });
+}
+
+Failure MessageChannel::Machine::Encode(const Document& document, QByteArray& bytes) const
+{
+    const Form form = m_options.form.value_or(peerForm.value_or(Form::Binary));
+    if (m_options.validation == Validation::On)
+        document.Check();
+    if (form == Form::Xml) {
+        bytes = document.GetXmlBytes(MODELKIT::XmlLayout::Compact);
+    } else if (IsBinary(form)) {
+        constexpr int usualLevel = -1;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        if (form == Form::Binary)
+            document.GetBinaryRepresentation(stream);
+        else
+            document.GetCompressedBinaryRepresentation(stream, usualLevel);
+    } else {
+        return {Failure::NotRepresentable,
+                QStringLiteral("%1 is no form of messages on a connection.").arg(NameOf(form)),
+                {}};
+    }
+    const Failure failure = MODELKIT::IMKObject::GetLastFailure();
+    // Receivers that read lines get the document at once.
+    if (failure.kind == Failure::None && form == Form::Xml && !bytes.endsWith('\n'))
+        bytes += '\n';
+    return failure;
+}
+
+Failure MessageChannel::Machine::Queue(const QByteArray& bytes)
+{
+    switch (m_queue.Add(*m_device, bytes)) {
+    case SendQueue::Taken:
+        Schedule(&Machine::TellDrained);
+        return {};
+    case SendQueue::Full:
+        return {
+            Failure::InputTooLarge,
+            QStringLiteral("The message of %1 bytes does not fit into the send queue: %2 of %3 bytes wait.")
+                .arg(QString::number(bytes.size()), QString::number(GetQueuedBytes()),
+                     QString::number(m_options.queueSize)),
+            {}};
+    case SendQueue::Failed:
+        break;
+    }
+    m_writeFailure = FailureOfDevice(QStringLiteral("write to"));
+    Schedule(&Machine::CloseAfterFailure);
+    return m_writeFailure;
+}
+
+void MessageChannel::Machine::Written()
+{
+    if (isClosed || !m_device)
+        return;
+    if (m_queue.IsFlushing())
+        return Schedule(&Machine::TellDrained);
+    if (m_queue.Flush(*m_device))
+        return TellDrained();
+    m_writeFailure = FailureOfDevice(QStringLiteral("write to"));
+    CloseAfterFailure();
+}
+
+void MessageChannel::Machine::TellDrained()
+{
+    if (!isClosed && m_device && m_queue.HasDrained(*m_device))
+        Q_EMIT m_channel.Drained();
+}
+
+PendingRequest* MessageChannel::Machine::Request(const Document& document, std::chrono::milliseconds timeout)
+{
+    using Message = PELLU300ROUTERINTERFACEXML::PelLu300RouterMessage;
+    Document request(document);
+    Message& message = request.GetPelLu300RouterMessage();
+    if (!message.IsTypeSet())
+        message.SetType(Message::Request);
+    if (message.GetType() != Message::Request)
+        return m_requests.AddFailed(
+            {Failure::Refused, QStringLiteral("A message of another type than Request gets no reply."), {}});
+    if (!message.IsMessageIDSet())
+        message.SetMessageID(m_requests.NextID());
+    const unsigned int messageID = message.GetMessageID();
+    if (m_requests.IsPending(messageID))
+        return m_requests.AddFailed(
+            {Failure::Refused,
+             QStringLiteral("Another request with the MessageID %1 waits for its reply.").arg(messageID),
+             {}});
+    const Failure failure = Send(request);
+    return failure.kind == Failure::None ? m_requests.Add(messageID, timeout) : m_requests.AddFailed(failure);
+}
+
+qint64 MessageChannel::Machine::GetQueuedBytes() const
+{
+    return m_device ? m_queue.Waiting(*m_device) : m_queue.Untaken();
+}
+
+// --- the end ----------------------------------------------------------------------------------
+
+Failure MessageChannel::Machine::FailureOfDevice(const QString& doing) const
+{
+    const QString reason = m_device ? m_device->errorString() : QString();
+    return failed(QStringLiteral("Cannot %1 the device of the channel: %2").arg(doing, reason));
+}
+
+void MessageChannel::Machine::CloseAfterFailure() { Finish(m_writeFailure, Ending::Unwanted); }
+
+void MessageChannel::Machine::Finish(Failure failure, Ending ending)
+{
+    if (std::exchange(isClosed, true))
+        return;
+    // When the program wants it, the device still sends what it has taken.
+    const qint64 unsent = ending == Ending::Wanted ? m_queue.Untaken() : m_queue.Unsent();
+    if (m_device) {
+        m_device->disconnect(&m_channel);
+        if (m_device->isOpen() && !m_isDeviceClosing)
+            m_device->close();
+    }
+    if (failure.kind == Failure::None && unsent > 0)
+        failure = failed(QStringLiteral("The connection has ended before %1 bytes were sent.").arg(unsent));
+    const QPointer<MessageChannel> alive(&m_channel);
+    m_requests.FailAll(failure.kind == Failure::None
+                           ? failed(QStringLiteral("The connection has ended before the reply came."))
+                           : failure);
+    if (alive)
+        Q_EMIT m_channel.Closed(failure);
+}
+
+} // namespace ROUTERLINK

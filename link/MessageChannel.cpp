@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "link/MessageChannel.h"
+
+#include "link/ChannelMachine.h"
+
+namespace ROUTERLINK {
+
+using MODELKIT::Failure;
+
+MessageChannel::MessageChannel(QIODevice& device, const ChannelOptions& options, QObject* parent)
+    : QObject(parent), m_machine(std::make_unique<Machine>(*this, device, options))
+{
+    PELLU300ROUTERINTERFACEXML::RegisterRecordMetatypes();
+    qRegisterMetaType<Failure>("MODELKIT::Failure");
+    qRegisterMetaType<RequestResult>("ROUTERLINK::RequestResult");
+}
+
+MessageChannel::~MessageChannel() = default;
+
+bool MessageChannel::Send(const Document& document)
+{
+    m_machine->sendFailure = m_machine->Send(document);
+    return m_machine->sendFailure.kind == Failure::None;
+}
+
+const Failure& MessageChannel::GetSendFailure() const { return m_machine->sendFailure; }
+
+PendingRequest* MessageChannel::Request(const Document& document, std::chrono::milliseconds timeout)
+{
+    return m_machine->Request(document, timeout);
+}
+
+qint64 MessageChannel::GetQueuedBytes() const { return m_machine->GetQueuedBytes(); }
+
+std::optional<ROUTERDOCUMENTS::Form> MessageChannel::GetPeerForm() const { return m_machine->peerForm; }
+
+bool MessageChannel::IsClosed() const { return m_machine->isClosed; }
+
+void MessageChannel::Close() { m_machine->Close(); }
+
+} // namespace ROUTERLINK

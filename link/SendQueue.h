@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// Messages that wait until a device takes them. Not installed.
+#pragma once
+
+#include "documents/ByteQueue.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QtGlobal>
+
+class QIODevice;
+
+namespace ROUTERLINK {
+
+// A device may take only a part of what is written. What it has taken but not passed on yet also counts as
+// waiting.
+class SendQueue
+{
+public:
+    enum Outcome
+    {
+        Taken,
+        Full,  // there is no room for the message; nothing of it was taken
+        Failed // the device has failed
+    };
+
+    // Size: in bytes, of all that waits.
+    explicit SendQueue(qint64 size) : m_size(size) {}
+
+    Outcome Add(QIODevice& device, const QByteArray& message);
+    // Gives the device what it takes. False when it has failed.
+    bool Flush(QIODevice& device);
+    // Whether the device is taking bytes at the moment, so that nothing may be added.
+    bool IsFlushing() const { return m_isFlushing; }
+
+    qint64 Waiting(const QIODevice& device) const;
+    // What the device has not taken.
+    qint64 Untaken() const { return m_bytes.Size(); }
+    // What has not been passed on, as far as the device has said so. A device that has lost its connection may
+    // not know it any more.
+    qint64 Unsent() const { return m_unsent; }
+    // Whether all messages were passed on since the last call that has said so. False if there were none.
+    bool HasDrained(const QIODevice& device);
+
+private:
+    const qint64 m_size;
+    ROUTERDOCUMENTS::ByteQueue m_bytes;
+    bool m_isFlushing = false;
+    bool m_wasUsed = false;
+    qint64 m_unsent = 0;
+};
+
+} // namespace ROUTERLINK
