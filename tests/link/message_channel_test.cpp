@@ -1,58 +1,23 @@
 // SPDX-License-Identifier: MIT
 // Channels that are connected to each other, and what happens when devices and peers fail.
+#include "EventLoop.h"
 #include "LinkSupport.h"
 #include "PipeDevice.h"
 
 #include "link/MessageChannel.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDeadlineTimer>
-#include <QtCore/QEventLoop>
 #include <QtCore/QProcess>
 #include <QtCore/QThread>
 #include <QtCore/QVariant>
 
 #include <atomic>
-#include <functional>
 #include <random>
+#include <vector>
 
 using namespace link_support;
 using namespace std::chrono_literals;
 
 namespace {
-
-// Channels need an event loop.
-class Application : public ::testing::Environment
-{
-public:
-    void SetUp() override { m_application = std::make_unique<QCoreApplication>(m_count, m_names); }
-    void TearDown() override { m_application.reset(); }
-
-private:
-    int m_count = 1;
-    char m_name[5] = "test";
-    char* m_names[2] = {m_name, nullptr};
-    std::unique_ptr<QCoreApplication> m_application;
-};
-const auto* const application = ::testing::AddGlobalTestEnvironment(new Application);
-
-// Runs the event loop until it is so.
-void waitUntil(const std::function<bool()>& isSo)
-{
-    const QDeadlineTimer deadline(60s);
-    while (!isSo()) {
-        ASSERT_FALSE(deadline.hasExpired());
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 100);
-    }
-}
-
-// Lets everything happen that needs no time.
-void settle()
-{
-    for (int i = 0; i < 100; ++i)
-        QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 // Writes down the signals of a channel, for example "received 7", "refused", "late 7" or "closed".
 class Diary : public QObject

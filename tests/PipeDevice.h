@@ -4,6 +4,7 @@
 // runs.
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QIODevice>
 #include <QtCore/QPointer>
 #include <QtCore/QString>
@@ -11,8 +12,9 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
-namespace link_support {
+namespace testing_support {
 
 class PipeEnd : public QIODevice
 {
@@ -136,4 +138,4 @@ private:
     bool m_isClosing = false;
 };
 
-} // namespace link_support
+} // namespace testing_support
