@@ -6,6 +6,8 @@
 
 #include "modelkit/LogSinks.h"
 
+#include <QtCore/QStringList>
+
 #include <algorithm>
 #include <random>
 #include <stdexcept>
@@ -39,7 +41,81 @@ QByteArray element(unsigned int number)
 
 QByteArray withType(const QByteArray& type) { return element(1).replace("Event", type); }
 
-QString at(const QString& what, int offset) { return QStringLiteral("%1 @%2").arg(what).arg(offset); }
+QString at(const QString& what, qint64 offset) { return QStringLiteral("%1 @%2").arg(what).arg(offset); }
+
+// What the reader gives, until it needs more: for example "7 xml @12" for a message with that number and
+// offset, "refused WrongRoot @12", "broken NotWellFormed @12" or "ended".
+QStringList takeAll(MessageReader& reader)
+{
+    static const QStringList kinds = {"None",
+                                      "InputOutput",
+                                      "NotWellFormed",
+                                      "WrongRoot",
+                                      "DoctypeRefused",
+                                      "InputTooLarge",
+                                      "InflatedTooLarge",
+                                      "NestedTooDeep",
+                                      "TooManyAttributes",
+                                      "TooManyItems",
+                                      "NotABinaryForm",
+                                      "WrongClass",
+                                      "DamagedCompression",
+                                      "NotRepresentable",
+                                      "Refused",
+                                      "EncodingRefused",
+                                      "NotWholeYet",
+                                      "Interrupted",
+                                      "NothingToWrite"};
+    QStringList lines;
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    while (true) {
+        const MessageReader::Outcome outcome = reader.Next(document);
+        const bool isFailed = outcome == MessageReader::Refused || outcome == MessageReader::Broken;
+        EXPECT_EQ(reader.GetFailure().kind != Failure::None, isFailed);
+        EXPECT_EQ(reader.GetFailure().text.isEmpty(), !isFailed);
+        const QString end = QStringLiteral(" @%1").arg(reader.GetOffset());
+        switch (outcome) {
+        case MessageReader::NeedMore:
+            return lines;
+        case MessageReader::Ready:
+            lines += QString::number(numberOf(document)) + ' ' + NameOf(reader.GetForm()) + end;
+            break;
+        case MessageReader::Refused:
+            lines += "refused " + kinds.at(reader.GetFailure().kind) + end;
+            break;
+        case MessageReader::Broken:
+            lines += "broken " + kinds.at(reader.GetFailure().kind) + end;
+            return lines;
+        case MessageReader::Ended:
+            lines += QStringLiteral("ended");
+            return lines;
+        }
+    }
+}
+
+// The same for all of the bytes of a connection, in pieces of at most that size.
+QStringList readInPieces(const QByteArray& stream, qint64 piece, const Limits& limits = {})
+{
+    MessageReader reader(limits);
+    QStringList lines;
+    for (qint64 begin = 0; begin < stream.size(); begin += piece) {
+        reader.AddData(stream.constData() + begin, std::min<qint64>(piece, stream.size() - begin));
+        lines += takeAll(reader);
+        if (!lines.isEmpty() && lines.constLast().startsWith("broken"))
+            return lines;
+    }
+    reader.EndData();
+    return lines + takeAll(reader);
+}
+
+// In one piece, and byte by byte, which must not make a difference.
+QStringList readAll(const QByteArray& stream, const Limits& limits = {})
+{
+    QStringList lines = readInPieces(stream, stream.size() + 1, limits);
+    EXPECT_EQ(readInPieces(stream, 1, limits), lines);
+    return lines;
+}
 
 Limits withInputSize(qint64 size)
 {
@@ -579,9 +655,9 @@ private:
             return add("broken NotWellFormed",
                        "<PelLu300RouterInterfaceXml>&a;</PelLu300RouterInterfaceXml>");
         case 5:
-            return add("broken NotWellFormed", element(1).left(5 + below(element(1).size() - 5)));
+            return add("broken NotWellFormed", element(1).left(5 + below(int(element(1).size()) - 5)));
         case 6:
-            return add("broken NotABinaryForm", binary(1).left(4 + below(binary(1).size() - 4)));
+            return add("broken NotABinaryForm", binary(1).left(4 + below(int(binary(1).size()) - 4)));
         default:
             expected += "ended";
         }
