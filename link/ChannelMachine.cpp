@@ -5,6 +5,7 @@
 
 #include <QtCore/QDataStream>
 
+#include <algorithm>
 #include <utility>
 
 namespace ROUTERLINK {
@@ -16,8 +17,8 @@ using ROUTERDOCUMENTS::Validation;
 namespace {
 
 constexpr int blockSize = 1 << 16;
-// Then other events have their turn.
-constexpr int mostBlocks = 16;
+// Then other events have their turn, even if the device has always more.
+constexpr qint64 usuallyAtOnce = 1 << 20;
 
 Failure failed(const QString& text) { return {Failure::InputOutput, text, {}}; }
 
@@ -86,7 +87,9 @@ void MessageChannel::Machine::ReadArrived()
         return;
     const QPointer<MessageChannel> alive(&m_channel);
     bool mayFollow = true;
-    for (int i = 0; mayFollow && i < mostBlocks; ++i) {
+    // What the device keeps in its own buffer is read whole: otherwise a fast peer could make that grow.
+    const qint64 most = std::max(usuallyAtOnce, m_device ? m_device->bytesAvailable() : 0);
+    for (qint64 size = 0; mayFollow && size < most; size += blockSize) {
         mayFollow = ReadBlock();
         if (!alive || isClosed)
             return;

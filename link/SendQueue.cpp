@@ -4,36 +4,42 @@
 #include <QtCore/QIODevice>
 #include <QtCore/QScopedValueRollback>
 
-#include <algorithm>
-
 namespace ROUTERLINK {
 
 SendQueue::Outcome SendQueue::Add(QIODevice& device, const QByteArray& message)
 {
-    if (message.size() > m_size - Waiting(device))
+    if (message.size() > m_limit - Waiting(device))
         return Full;
-    m_bytes.Append(message.constData(), message.size());
+    m_messages.enqueue(message);
+    m_untaken += message.size();
     m_wasUsed = true;
     return Flush(device) ? Taken : Failed;
 }
 
 bool SendQueue::Flush(QIODevice& device)
 {
-    constexpr qint64 most = 1 << 20;
-    // A device may report what it has written, and so cause the next call, while it is given more.
+    // A device may emit signals while it is given bytes, and so cause the next call, or add a message.
     if (m_isFlushing)
         return true;
     const QScopedValueRollback<bool> flushing(m_isFlushing, true);
-    qint64 taken = 0;
-    do {
-        taken = m_bytes.Size() > 0 ? device.write(m_bytes.Data(), std::min(m_bytes.Size(), most)) : 0;
-        m_bytes.Drop(std::max<qint64>(taken, 0));
-    } while (taken > 0);
+    qint64 now = 0;
+    while (!m_messages.isEmpty()) {
+        const QByteArray first = m_messages.head();
+        now = device.write(first.constData() + m_taken, first.size() - m_taken);
+        if (now <= 0)
+            break;
+        m_taken += now;
+        m_untaken -= now;
+        if (m_taken == first.size()) {
+            m_messages.dequeue();
+            m_taken = 0;
+        }
+    }
     m_unsent = Waiting(device);
-    return taken == 0;
+    return now >= 0;
 }
 
-qint64 SendQueue::Waiting(const QIODevice& device) const { return m_bytes.Size() + device.bytesToWrite(); }
+qint64 SendQueue::Waiting(const QIODevice& device) const { return m_untaken + device.bytesToWrite(); }
 
 bool SendQueue::HasDrained(const QIODevice& device)
 {

@@ -2,9 +2,8 @@
 // Messages that wait until a device takes them. Not installed.
 #pragma once
 
-#include "documents/ByteQueue.h"
-
 #include <QtCore/QByteArray>
+#include <QtCore/QQueue>
 #include <QtCore/QtGlobal>
 
 class QIODevice;
@@ -24,29 +23,32 @@ public:
     };
 
     // Size: in bytes, of all that waits.
-    explicit SendQueue(qint64 size) : m_size(size) {}
+    explicit SendQueue(qint64 size) : m_limit(size) {}
 
     Outcome Add(QIODevice& device, const QByteArray& message);
     // Gives the device what it takes. False when it has failed.
     bool Flush(QIODevice& device);
-    // Whether the device is taking bytes at the moment, so that nothing may be added.
+    // Whether the device is being given bytes at the moment.
     bool IsFlushing() const { return m_isFlushing; }
 
     qint64 Waiting(const QIODevice& device) const;
     // What the device has not taken.
-    qint64 Untaken() const { return m_bytes.Size(); }
-    // What has not been passed on, as far as the device has said so. A device that has lost its connection may
-    // not know it any more.
+    qint64 Untaken() const { return m_untaken; }
+    // What has not been passed on, as far as the device has said so. A device that has lost its connection
+    // may not know it any more.
     qint64 Unsent() const { return m_unsent; }
     // Whether all messages were passed on since the last call that has said so. False if there were none.
     bool HasDrained(const QIODevice& device);
 
 private:
-    const qint64 m_size;
-    ROUTERDOCUMENTS::ByteQueue m_bytes;
+    const qint64 m_limit;
+    QQueue<QByteArray> m_messages;
+    // How much of the first message the device has taken.
+    qint64 m_taken = 0;
+    qint64 m_untaken = 0;
+    qint64 m_unsent = 0;
     bool m_isFlushing = false;
     bool m_wasUsed = false;
-    qint64 m_unsent = 0;
 };
 
 } // namespace ROUTERLINK

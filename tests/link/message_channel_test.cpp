@@ -10,7 +10,9 @@
 #include <QtCore/QThread>
 #include <QtCore/QVariant>
 
+#include <algorithm>
 #include <atomic>
+#include <cstring>
 #include <random>
 #include <vector>
 
@@ -529,18 +531,68 @@ TEST_F(TwoChannels, ServeReceiversThatWaitForAReply)
     waitUntil([&replies] { return replies == 2; });
 }
 
-TEST_F(TwoChannels, LetOtherEventsHaveTheirTurn)
+TEST(MessageChannel, LetsOtherEventsHaveTheirTurn)
 {
-    MessageChannel channel(nearEnd);
-    const Diary diary(channel);
-    constexpr int count = 50000;
-    farEnd.write(binary(1).repeated(count));
-    bool hasTurn = false;
-    waitUntil([&] {
-        hasTurn = hasTurn || (!diary.lines.isEmpty() && diary.lines.size() < count);
-        return diary.lines.size() == count;
+    // Has always more messages.
+    class Endless : public QIODevice
+    {
+    public:
+        Endless() { open(QIODevice::ReadWrite | QIODevice::Unbuffered); }
+        bool isSequential() const override { return true; }
+
+    protected:
+        qint64 readData(char* data, qint64 size) override
+        {
+            const QByteArray message = binary(1);
+            const auto given = std::min<qint64>(size, message.size());
+            std::memcpy(data, message.constData(), static_cast<std::size_t>(given));
+            return given;
+        }
+        qint64 writeData(const char*, qint64 size) override { return size; }
+    };
+    Endless device;
+    MessageChannel channel(device);
+    int received = 0;
+    QObject::connect(&channel, &MessageChannel::MessageReceived, [&received] { ++received; });
+    waitUntil([&received] { return received > 0; });
+    const int before = received;
+    waitUntil([&] { return received > before; });
+    channel.Close();
+    EXPECT_TRUE(channel.IsClosed());
+}
+
+TEST_F(TwoChannels, TakeMessagesWhileADeviceIsWritten)
+{
+    // Tells what it has written before it returns.
+    class Direct : public PipeEnd
+    {
+    protected:
+        qint64 writeData(const char* data, qint64 size) override
+        {
+            const qint64 now = PipeEnd::writeData(data, std::min<qint64>(size, 20));
+            Q_EMIT bytesWritten(0);
+            Q_EMIT channelBytesWritten(0, now);
+            return now;
+        }
+    };
+    Direct direct;
+    PipeEnd::connectEnds(direct, farEnd);
+    MessageChannel sender(direct);
+    MessageChannel receiver(farEnd);
+    const Diary diary(receiver);
+    const Diary senderDiary(sender);
+    unsigned int sent = 0;
+    QObject::connect(&direct, &QIODevice::channelBytesWritten, [&] {
+        if (sent < 5) {
+            ++sent;
+            EXPECT_TRUE(sender.Send(event(sent)));
+        }
     });
-    EXPECT_TRUE(hasTurn);
+    EXPECT_TRUE(sender.Send(event(0)));
+    settle();
+    EXPECT_EQ(diary.lines, QStringList({"received 0", "received 1", "received 2", "received 3", "received 4",
+                                        "received 5"}));
+    EXPECT_EQ(senderDiary.drained, 1);
 }
 
 // --- everything together ----------------------------------------------------------------------
