@@ -6,6 +6,7 @@
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QEvent>
 #include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,13 @@ inline void waitUntil(const std::function<bool()>& isSo)
     const QDeadlineTimer deadline(60000);
     while (!isSo()) {
         ASSERT_FALSE(deadline.hasExpired());
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 100);
+        QCoreApplication::processEvents();
+        if (isSo())
+            return;
+        // What other threads do is no event here.
+        QEventLoop loop;
+        QTimer::singleShot(1, &loop, &QEventLoop::quit);
+        loop.exec();
     }
 }
 
