@@ -26,17 +26,22 @@ Failure failed(const QString& text) { return {Failure::InputOutput, text, {}}; }
 
 MessageChannel::Machine::Machine(MessageChannel& channel, QIODevice& device, const ChannelOptions& options)
     : m_channel(channel), m_device(&device), m_options(options), m_reader(options.limits),
-      m_queue(options.queueSize), m_requests(channel)
+      m_queue(options.queueSize), m_requests(channel),
+      m_reading(channel, [this] { Guard(&Machine::ReadArrived); }),
+      m_telling(channel, [this] { Guard(&Machine::TellDrained); }),
+      m_closing(channel, [this] { Guard(&Machine::CloseAfterFailure); })
 {
+    // Reading is not done inside of the device's signals, because receivers of the channel's signals may
+    // destroy the device.
     QObject::connect(&device, &QIODevice::readyRead, &channel, [this] { DataArrived(); });
     QObject::connect(&device, &QIODevice::bytesWritten, &channel, [this] { Guard(&Machine::Written); });
     QObject::connect(&device, &QIODevice::readChannelFinished, &channel, [this] {
         m_isEnding = true;
-        ScheduleReading();
+        m_reading.Schedule();
     });
     QObject::connect(&device, &QIODevice::aboutToClose, &channel, [this] { Guard(&Machine::DeviceEnds); });
     QObject::connect(&device, &QObject::destroyed, &channel, [this] { Guard(&Machine::DeviceIsGone); });
-    ScheduleReading();
+    m_reading.Schedule();
 }
 
 MessageChannel::Machine::~Machine()
@@ -44,12 +49,6 @@ MessageChannel::Machine::~Machine()
     isClosed = true;
     if (m_device)
         m_device->disconnect(&m_channel);
-}
-
-void MessageChannel::Machine::Schedule(void (Machine::*action)())
-{
-    QMetaObject::invokeMethod(
-        &m_channel, [this, action] { Guard(action); }, Qt::QueuedConnection);
 }
 
 void MessageChannel::Machine::Guard(void (Machine::*action)())
@@ -69,20 +68,11 @@ void MessageChannel::Machine::Guard(void (Machine::*action)())
 void MessageChannel::Machine::DataArrived()
 {
     m_isPromised = true;
-    ScheduleReading();
-}
-
-// Not inside of the device's signals: receivers of the channel's signals may then destroy the device.
-void MessageChannel::Machine::ScheduleReading()
-{
-    if (std::exchange(m_isReadingScheduled, true))
-        return;
-    Schedule(&Machine::ReadArrived);
+    m_reading.Schedule();
 }
 
 void MessageChannel::Machine::ReadArrived()
 {
-    m_isReadingScheduled = false;
     if (isClosed)
         return;
     const QPointer<MessageChannel> alive(&m_channel);
@@ -95,7 +85,7 @@ void MessageChannel::Machine::ReadArrived()
             return;
     }
     if (mayFollow)
-        return ScheduleReading();
+        return m_reading.Schedule();
     if (!m_isEnding)
         return;
     m_reader.EndData();
@@ -230,7 +220,7 @@ Failure MessageChannel::Machine::Queue(const QByteArray& bytes)
 {
     switch (m_queue.Add(*m_device, bytes)) {
     case SendQueue::Taken:
-        Schedule(&Machine::TellDrained);
+        m_telling.Schedule();
         return {};
     case SendQueue::Full:
         return {
@@ -243,7 +233,7 @@ Failure MessageChannel::Machine::Queue(const QByteArray& bytes)
         break;
     }
     m_writeFailure = FailureOfDevice(QStringLiteral("write to"));
-    Schedule(&Machine::CloseAfterFailure);
+    m_closing.Schedule();
     return m_writeFailure;
 }
 
@@ -252,7 +242,7 @@ void MessageChannel::Machine::Written()
     if (isClosed || !m_device)
         return;
     if (m_queue.IsFlushing())
-        return Schedule(&Machine::TellDrained);
+        return m_telling.Schedule();
     if (m_queue.Flush(*m_device))
         return TellDrained();
     m_writeFailure = FailureOfDevice(QStringLiteral("write to"));

@@ -2,6 +2,7 @@
 // What a MessageChannel does. Not installed.
 #pragma once
 
+#include "link/Later.h"
 #include "link/MessageChannel.h"
 #include "link/MessageReader.h"
 #include "link/Requests.h"
@@ -39,13 +40,10 @@ private:
         Unwanted
     };
 
-    // Calls the member function when the event loop runs.
-    void Schedule(void (Machine::*action)());
     // Lets no exception out.
     void Guard(void (Machine::*action)());
 
     void DataArrived();
-    void ScheduleReading();
     void ReadArrived();
     // False when nothing more can be read now.
     bool ReadBlock();
@@ -69,7 +67,9 @@ private:
     MessageReader m_reader;
     SendQueue m_queue;
     Requests m_requests;
-    bool m_isReadingScheduled = false;
+    Later m_reading;
+    Later m_telling;
+    Later m_closing;
     // Whether the device has said that there are data, which were not read yet.
     bool m_isPromised = false;
     // Whether no more data will come.

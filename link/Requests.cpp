@@ -16,6 +16,16 @@ namespace {
 // So many requests that have finished without a reply are remembered.
 constexpr int mostRemembered = 1024;
 
+// Calls the action once, unless the request is deleted before.
+template <class Action>
+void startTimer(PendingRequest& request, std::chrono::milliseconds time, const Action& action)
+{
+    auto* const timer = new QTimer(&request);
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, &request, action);
+    timer->start(time);
+}
+
 } // namespace
 
 Requests::~Requests()
@@ -45,7 +55,7 @@ PendingRequest* Requests::Add(unsigned int messageID, std::chrono::milliseconds 
     });
     timeout = std::clamp(timeout, std::chrono::milliseconds(0),
                          std::chrono::milliseconds(std::numeric_limits<int>::max()));
-    QTimer::singleShot(timeout, request, [this, request, timeout] { TimeOut(request, timeout); });
+    startTimer(*request, timeout, [this, request, timeout] { TimeOut(request, timeout); });
     return request;
 }
 
@@ -57,7 +67,7 @@ PendingRequest* Requests::AddFailed(const Failure& failure)
                                   [](const Unsent& unsent) { return unsent.request.isNull(); }),
                    m_unsent.end());
     m_unsent.append({request, failure});
-    QTimer::singleShot(0, request, [this, request, failure] {
+    startTimer(*request, std::chrono::milliseconds(0), [this, request, failure] {
         const auto found = std::find_if(m_unsent.begin(), m_unsent.end(), [request](const Unsent& unsent) {
             return unsent.request == request;
         });
