@@ -57,9 +57,8 @@ void MessageChannel::Machine::Guard(void (Machine::*action)())
     try {
         (this->*action)();
     } catch (...) {
-        const Failure failure = failureOfException();
         if (alive)
-            Finish(failure, Ending::Unwanted);
+            FinishAfterException();
     }
 }
 
@@ -209,7 +208,7 @@ Failure MessageChannel::Machine::Encode(const Document& document, QByteArray& by
                 QStringLiteral("%1 is no form of messages on a connection.").arg(NameOf(form)),
                 {}};
     }
-    const Failure failure = MODELKIT::IMKObject::GetLastFailure();
+    Failure failure = MODELKIT::IMKObject::GetLastFailure();
     // Receivers that read lines get the document at once.
     if (failure.kind == Failure::None && form == Form::Xml && !bytes.endsWith('\n'))
         bytes += '\n';
@@ -288,6 +287,16 @@ Failure MessageChannel::Machine::FailureOfDevice(const QString& doing) const
 {
     const QString reason = m_device ? m_device->errorString() : QString();
     return failed(QStringLiteral("Cannot %1 the device of the channel: %2").arg(doing, reason));
+}
+
+void MessageChannel::Machine::FinishAfterException() noexcept
+{
+    const Failure failure = failureOfException();
+    try {
+        Finish(failure, Ending::Unwanted);
+    } catch (...) {
+        // The channel is closed. There is no memory to tell more, or a receiver of the signal has failed.
+    }
 }
 
 void MessageChannel::Machine::CloseAfterFailure() { Finish(m_writeFailure, Ending::Unwanted); }

@@ -59,6 +59,8 @@ private:
     MODELKIT::Failure Queue(const QByteArray& bytes);
     MODELKIT::Failure FailureOfDevice(const QString& doing) const;
     void CloseAfterFailure();
+    // For the exception that is being handled.
+    void FinishAfterException() noexcept;
     void Finish(MODELKIT::Failure failure, Ending ending);
 
     MessageChannel& m_channel;
