@@ -2,8 +2,6 @@
 // What is said of messages whose end does not come or cannot be. Not installed.
 #pragma once
 
-#include "documents/Forms.h"
-
 #include <QtCore/QString>
 #include <QtCore/QtGlobal>
 
@@ -17,13 +15,6 @@ inline QString countedBytes(qint64 bytes, const QString& what)
 }
 
 inline QString cutOffAside() { return QStringLiteral("The comment or processing instruction is cut off."); }
-
-inline QString cutOffText(Form form)
-{
-    return form == Form::Xml
-               ? QStringLiteral("The XML document is cut off: the end of its root element is missing.")
-               : QStringLiteral("The JSON value is cut off: its closing bracket is missing.");
-}
 
 inline QString messageTooLarge(qint64 limit)
 {

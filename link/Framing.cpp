@@ -21,6 +21,11 @@ namespace {
 // The zeros in front of the first character of a document in UTF-32.
 constexpr qint64 mostLeadingZeros = 3;
 
+QString cutOffDocument()
+{
+    return QStringLiteral("The XML document is cut off: the end of its root element is missing.");
+}
+
 } // namespace
 
 Framing::Framing(const MODELKIT::Limits& limits)
@@ -210,7 +215,7 @@ Framing::Step Framing::EndOfData()
         return Step::NeedsMore;
     if (!IsBinary(m_form))
         return BreakHere(Failure::NotWellFormed,
-                         m_isAside ? ROUTERDOCUMENTS::cutOffAside() : ROUTERDOCUMENTS::cutOffText(m_form));
+                         m_isAside ? ROUTERDOCUMENTS::cutOffAside() : cutOffDocument());
     const qint64 there = m_bytes.Size();
     const qint64 header = ROUTERDOCUMENTS::binaryHeaderSize;
     return BreakHere(Failure::NotABinaryForm,
