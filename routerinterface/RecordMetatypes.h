@@ -5,21 +5,14 @@
 /// receiving thread may use freely.
 #pragma once
 
-#include "routerinterface/AcquireMastership.h"
-#include "routerinterface/DF_Params.h"
-#include "routerinterface/Fragment.h"
-#include "routerinterface/MastershipState.h"
-#include "routerinterface/OstraInterfacePort.h"
+// With all records below it.
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
-#include "routerinterface/PelLu300RouterMessage.h"
-#include "routerinterface/PelVtConnectServer.h"
-#include "routerinterface/ReleaseMastership.h"
-#include "routerinterface/RouterVtServerPort.h"
 
 #include <QtCore/QMetaType>
 
 /// \cond
-// All records.
+// All records; CMake reads the list, too. Owners come before the records that they own: where sources are
+// compiled as one, a template must be announced before it is instantiated.
 #define ROUTERINTERFACE_FOR_EACH_RECORD(DO) \
     DO(PelLu300RouterInterfaceXml)          \
     DO(PelLu300RouterMessage)               \
