@@ -137,7 +137,9 @@ std::unique_ptr<MODELKIT::IMKObject> readFrame(const QByteArray& bytes, const Fr
 {
     requireClass(format, info);
     const FrameHeader header = requireFrame(bytes, format, info);
-    auto record = (header.info ? header.info : info)->Create();
+    const RecordInfo* const ofRecord = header.info ? header.info : info;
+    Q_ASSERT(ofRecord);
+    auto record = ofRecord->Create();
     record->SetValidate(validation == Validation::On);
     const auto content = QByteArray::fromRawData(bytes.constData() + headerSizeOf(format), header.length);
     DocumentContext context(DocumentContext::Purpose::Reading);

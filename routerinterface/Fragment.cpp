@@ -76,7 +76,8 @@ bool Fragment::IsValidChoiceFragment(const ChoiceFragment& choice) const
 
 const Fragment::ChoiceFragment& Fragment::GetInvalidChoiceFragment() const
 {
-    return machinery::initData(*this).invalidChoice;
+    machinery::initData(*this);
+    return machinery::DataOf<Fragment>::invalidChoice;
 }
 
 } // namespace PELLU300ROUTERINTERFACEXML

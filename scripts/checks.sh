@@ -81,15 +81,17 @@ compile_alone() {
 }
 
 # Several sources are compiled as one, which takes a fifth of the time. The static analyzer looks into included sources
-# only if the name of the file that includes them says so.
+# only if the name of the file that includes them says so. It looks at a quarter of the paths that it would follow by
+# default, which takes half of the time.
+analyzer=(-Xclang -analyzer-config -Xclang max-nodes=60000)
 tidy() {
     local file
-    configure tidy clang++ -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=12 || return
+    configure tidy clang++ -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=20 || return
     find build/tidy -name 'unity_*_cxx.cxx' | while read -r file; do
         cp "$file" "${file/unity_/UnifiedSource}" || return
     done
     sed -i 's/unity_\([0-9]*_cxx\.cxx"\)/UnifiedSource\1/' build/tidy/compile_commands.json
-    run-clang-tidy -quiet -j "$(nproc)" -p build/tidy >build/tidy.log 2>&1 ||
+    run-clang-tidy -quiet "${analyzer[@]/#/-extra-arg=}" -j "$(nproc)" -p build/tidy >build/tidy.log 2>&1 ||
         { grep -vE '^clang-tidy|^[0-9]+ warnings' build/tidy.log; return 1; }
 }
 

@@ -132,7 +132,7 @@ public:
     static constexpr E invalidChoice = static_cast<E>(-1);
 
     // The member whose record has the inner block in this memory; -1 if there is none. A copy has its own.
-    std::int8_t inner = -1;
+    std::int16_t inner = -1;
     E choice = invalidChoice;
 
     ChoiceBlock() = default;

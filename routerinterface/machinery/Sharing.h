@@ -23,7 +23,7 @@ MODELKIT::BlockPointer<Data> copyOfChoice(const Data& block)
         if (!record || !pointer(*record) || Walks<Record>::innerSize() == 0)
             return;
         copy = makeOuter<Data, Record>(&block);
-        Record& nested = copy->template create<Record>(member.index, OwnerBlock::Current);
+        auto& nested = copy->template create<Record>(member.index, OwnerBlock::Current);
         duplicateSettings(nested, *record);
         fillRoom<decltype(member)>(*copy, nested, record);
     });
