@@ -31,25 +31,6 @@ using PELLU300ROUTERINTERFACEXML::RecordInfo;
 
 namespace {
 
-QString nameOf(JsonText::Type type)
-{
-    switch (type) {
-    case JsonText::Null:
-        return QStringLiteral("null");
-    case JsonText::Boolean:
-        return QStringLiteral("a truth value");
-    case JsonText::Number:
-        return QStringLiteral("a number");
-    case JsonText::String:
-        return QStringLiteral("a string");
-    case JsonText::Array:
-        return QStringLiteral("an array");
-    case JsonText::Object:
-        break;
-    }
-    return QStringLiteral("an object");
-}
-
 QStringList namesOf(const QVector<const MemberInfo*>& members)
 {
     QStringList names;

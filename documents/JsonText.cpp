@@ -25,6 +25,25 @@ bool isLetter(char character)
 
 } // namespace
 
+QString nameOf(JsonText::Type type)
+{
+    switch (type) {
+    case JsonText::Null:
+        return QStringLiteral("null");
+    case JsonText::Boolean:
+        return QStringLiteral("a truth value");
+    case JsonText::Number:
+        return QStringLiteral("a number");
+    case JsonText::String:
+        return QStringLiteral("a string");
+    case JsonText::Array:
+        return QStringLiteral("an array");
+    case JsonText::Object:
+        break;
+    }
+    return QStringLiteral("an object");
+}
+
 JsonText::JsonText(const QByteArray& json)
     : m_json(json), m_at(json.constData()), m_end(json.constData() + json.size())
 {

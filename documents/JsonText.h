@@ -112,4 +112,7 @@ private:
     bool m_isFirst = false;
 };
 
+// The type with its article: "a string".
+QString nameOf(JsonText::Type type);
+
 } // namespace ROUTERDOCUMENTS

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/JsonForm.h"
 #include "documents/JsonNumber.h"
+#include "documents/JsonString.h"
 
 #include "routerinterface/RecordInfo.h"
 
@@ -97,32 +98,13 @@ private:
         if (text.isNull())
             m_json += "null";
         else
-            writeString(text);
-    }
-
-    void writeString(const QString& text)
-    {
-        QString escaped;
-        for (int i = 0; i < text.size(); ++i) {
-            const QChar unit = text.at(i);
-            const bool isPair =
-                unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-            if (isPair)
-                escaped += QString(unit) + text.at(++i);
-            else if (unit.unicode() < 0x20 || unit.isSurrogate())
-                escaped += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
-            else if (unit == QLatin1Char('"') || unit == QLatin1Char('\\'))
-                escaped += QString(QLatin1Char('\\')) + unit;
-            else
-                escaped += unit;
-        }
-        m_json += '"' + escaped.toUtf8() + '"';
+            appendJsonString(text, m_json);
     }
 
     void writeKey(const QString& name)
     {
         beginValue();
-        writeString(name);
+        appendJsonString(name, m_json);
         m_json += m_lines == Lines::One ? ":" : ": ";
     }
 
