@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/JsonPlaces.h"
 
+#include "documents/ExchangeKeys.h"
 #include "documents/JsonPath.h"
 #include "documents/JsonText.h"
 
@@ -48,6 +49,9 @@ public:
         for (QString key; m_text.NextKey(key);) {
             if (key == step.name)
                 return findItem(step.number, index + 1, JsonPath(path, key));
+            // No record has this name: the text is an exchange.
+            if (index == 0 && key == ExchangeKeys::document())
+                return find(index, JsonPath(path, key));
             m_text.Pass();
         }
         return {};

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "documents/DocumentError.h"
+#include "documents/ExchangeKeys.h"
 #include "documents/JsonErrors.h"
 #include "documents/JsonForm.h"
 #include "documents/JsonNumber.h"
@@ -46,24 +47,39 @@ QString quotedNumber(const QByteArray& number) { return Abbreviated(QString::fro
 class Reader
 {
 public:
-    explicit Reader(const QByteArray& json, FirstErrors* errors = nullptr) : m_text(json), m_errors(errors) {}
+    explicit Reader(const QByteArray& json, FirstErrors* errors = nullptr)
+        : m_text(json), m_isExchange(IsExchange(json)), m_errors(errors)
+    {}
 
     // Null when the name of the record is wrong, or there is none.
     std::unique_ptr<IMKObject> read(Validation validation)
     {
         const JsonPath document;
-        std::unique_ptr<IMKObject> record;
-        if (enterObject(document))
-            record = readOnly(document, validation);
+        std::unique_ptr<IMKObject> record =
+            m_isExchange ? readExchange(document, validation) : readOnly(document, validation);
         m_text.End();
         ReadingReport::Add(m_accepted, m_dropped);
         return record;
     }
 
 private:
+    std::unique_ptr<IMKObject> readExchange(const JsonPath& path, Validation validation)
+    {
+        std::unique_ptr<IMKObject> record;
+        ExchangeKeys keys(m_text, path);
+        for (QString key; m_text.NextKey(key);)
+            if (!keys.take(key))
+                record = readOnly(JsonPath(path, key), validation);
+        keys.requireDocument();
+        return record;
+    }
+
+    // The record of an object with one key.
     std::unique_ptr<IMKObject> readOnly(const JsonPath& document, Validation validation)
     {
         QString name;
+        if (!enterObject(document))
+            return nullptr;
         if (!m_text.NextKey(name)) {
             refuse(document,
                    QStringLiteral("The object is empty, expected is one key: the name of a record."));
@@ -398,6 +414,7 @@ private:
     }
 
     JsonText m_text;
+    const bool m_isExchange;
     FirstErrors* m_errors;
     QVector<ReadingReport::Entry> m_accepted;
     qint64 m_dropped = 0;

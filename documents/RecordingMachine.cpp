@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/RecordingMachine.h"
 
+#include "documents/ExchangeKeys.h"
 #include "documents/JsonBehindXml.h"
 #include "documents/MessageFailures.h"
 
@@ -290,6 +291,12 @@ RecordingReader::Machine::Step RecordingReader::Machine::EndMessage(qint64 size,
         m_arrivals.Drop(size, m_units);
         if (!isSkipped)
             Throw(failure);
+        return Step::Done;
+    }
+    const bool isJson = m_messageForm == Form::Json || m_messageForm == Form::JsonLines;
+    if (isJson && isEvent(QByteArray::fromRawData(m_arrivals.Data(), static_cast<int>(size)))) {
+        m_examined += size;
+        m_arrivals.Drop(size, m_units);
         return Step::Done;
     }
     message.number = ++m_count;

@@ -5,10 +5,14 @@
 #include "TestSupport.h"
 
 #include "documents/Document.h"
+#include "documents/Exchange.h"
 #include "documents/Recording.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+
+#include <memory>
 
 using namespace testing_support;
 using namespace ROUTERDOCUMENTS;
@@ -150,4 +154,35 @@ TEST_F(RecordingsPage, NothingOfAZeroedStretchIsTakenForSpace)
         [&offset](const DocumentError& error) { offset = error.GetPlace().offset; });
     EXPECT_EQ(count, 2);
     EXPECT_EQ(offset, form.size());
+}
+
+TEST_F(RecordingsPage, RecordsExchanges)
+{
+    const PelLu300RouterInterfaceXml request = event(1);
+    //! [writing an exchange]
+    Exchange received;
+    received.peer = QStringLiteral("127.0.0.1:4711");
+    received.time = QDateTime(QDate(2024, 5, 17), QTime(8, 30, 0, 250), Qt::UTC);
+    received.form = Form::Binary;
+    received.record = std::make_shared<PelLu300RouterInterfaceXml>(request);
+    WriteExchange(file, received);
+    //! [writing an exchange]
+    ASSERT_TRUE(file.seek(0));
+    EXPECT_EQ(
+        file.readAll(),
+        QByteArray(
+            R"({"time":"2024-05-17T08:30:00.250Z","direction":"received",)"
+            R"("peer":"127.0.0.1:4711","form":"binary","document":)"
+            R"({"PelLu300RouterInterfaceXml":{"PelLu300RouterMessage":{"Type":"Event","MessageID":1}}}})"
+            "\n"));
+    ASSERT_TRUE(file.seek(0));
+    //! [reading exchanges]
+    RecordingReader reader(file);
+    for (RecordedMessage message; reader.ReadNext(message);) {
+        const Exchange exchange = ReadExchange(message.bytes);
+        qInfo().noquote() << exchange.time.toString(Qt::ISODateWithMs) << NameOf(exchange.direction)
+                          << (exchange.record ? NameOf(*exchange.form) : exchange.fault);
+    }
+    //! [reading exchanges]
+    EXPECT_EQ(said.texts(), QStringList("2024-05-17T08:30:00.250Z received binary"));
 }
