@@ -141,9 +141,13 @@ bool MessageChannel::Machine::Deliver()
             Dispatch(document);
             break;
         case MessageReader::Refused:
+            faultyBytes = m_reader.GetBytes();
             Q_EMIT m_channel.MessageRefused(Failure(m_reader.GetFailure()));
+            if (alive)
+                faultyBytes.clear();
             break;
         case MessageReader::Broken:
+            faultyBytes = m_reader.GetUnreadBytes();
             Finish(m_reader.GetFailure(), Ending::Unwanted);
             return false;
         case MessageReader::Ended:
@@ -320,6 +324,8 @@ void MessageChannel::Machine::Finish(Failure failure, Ending ending)
                            : failure);
     if (alive)
         Q_EMIT m_channel.Closed(failure);
+    if (alive)
+        faultyBytes.clear();
 }
 
 } // namespace ROUTERLINK

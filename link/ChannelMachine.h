@@ -8,6 +8,7 @@
 #include "link/Requests.h"
 #include "link/SendQueue.h"
 
+#include <QtCore/QByteArray>
 #include <QtCore/QIODevice>
 #include <QtCore/QPointer>
 #include <QtCore/QString>
@@ -32,6 +33,7 @@ public:
     MODELKIT::Failure sendFailure;
     std::optional<ROUTERDOCUMENTS::Form> peerForm;
     bool isClosed = false;
+    QByteArray faultyBytes;
 
 private:
     enum class Ending

@@ -72,13 +72,18 @@ void Framing::Break(const Failure& failure)
 {
     m_failure = failure;
     m_state = State::Broken;
-    m_bytes = ROUTERDOCUMENTS::ByteQueue();
 }
 
 QByteArray Framing::View() const
 {
     return m_state == State::Found ? QByteArray::fromRawData(m_bytes.Data(), static_cast<int>(m_size))
                                    : QByteArray();
+}
+
+QByteArray Framing::Rest() const
+{
+    return m_state == State::Broken ? QByteArray(m_bytes.Data(), static_cast<int>(m_bytes.Size()))
+                                    : QByteArray();
 }
 
 Framing::Step Framing::TakeStep()

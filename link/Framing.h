@@ -46,6 +46,8 @@ public:
     // Empty when there is none.
     ROUTERDOCUMENTS::Form GetForm() const { return m_form; }
     QByteArray View() const;
+    // When the connection is broken: what was added from that place on.
+    QByteArray Rest() const;
     // The offset of the message, or of the place where the connection is broken, in all that was added.
     qint64 GetOffset() const { return m_offset; }
 

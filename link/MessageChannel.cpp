@@ -34,6 +34,8 @@ qint64 MessageChannel::GetQueuedBytes() const { return m_machine->GetQueuedBytes
 
 std::optional<ROUTERDOCUMENTS::Form> MessageChannel::GetPeerForm() const { return m_machine->peerForm; }
 
+QByteArray MessageChannel::GetFaultyBytes() const { return m_machine->faultyBytes; }
+
 bool MessageChannel::IsClosed() const { return m_machine->isClosed; }
 
 void MessageChannel::Close() { m_machine->Close(); }

@@ -97,6 +97,10 @@ public:
     qint64 GetQueuedBytes() const;
     /// The form of the message that was received last, if any was.
     std::optional<ROUTERDOCUMENTS::Form> GetPeerForm() const;
+    /// The bytes that could not be read, for receivers of two signals. While MessageRefused() is emitted,
+    /// those of the message; while Closed() is emitted, those behind which nobody can tell where a message
+    /// begins, as far as they have been read. Otherwise empty.
+    QByteArray GetFaultyBytes() const;
     /// Whether Closed() was emitted.
     bool IsClosed() const;
 

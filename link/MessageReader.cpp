@@ -142,6 +142,8 @@ QByteArray MessageReader::GetBytes() const
     return QByteArray(view.constData(), view.size());
 }
 
+QByteArray MessageReader::GetUnreadBytes() const { return m_machine->framing.Rest(); }
+
 qint64 MessageReader::GetExaminedBytes() const { return m_machine->framing.GetExaminedBytes(); }
 
 } // namespace ROUTERLINK

@@ -96,6 +96,9 @@ public:
     /// A copy of the bytes of the message that Next() has just read or refused; empty after all other
     /// outcomes and when bytes were added since.
     QByteArray GetBytes() const;
+    /// When the connection is broken, a copy of the bytes from GetOffset() on, as far as they were added
+    /// before Next() said so; otherwise empty.
+    QByteArray GetUnreadBytes() const;
 
     /// The number of bytes examined to find messages; a byte that is examined twice counts twice. The total
     /// is close to the size of what was added, whatever the pieces.

@@ -205,6 +205,20 @@ TEST_F(TwoChannels, GoOnBehindAMessageThatIsRefused)
     EXPECT_TRUE(diary.refusals.value(0).contains("Length error"));
 }
 
+TEST_F(TwoChannels, GiveTheBytesThatCannotBeReadWhileTheyTellOfThem)
+{
+    MessageChannel client(nearEnd);
+    QVector<QByteArray> faulty;
+    const auto note = [&] { faulty += client.GetFaultyBytes(); };
+    QObject::connect(&client, &MessageChannel::MessageRefused, &client, note);
+    QObject::connect(&client, &MessageChannel::Closed, &client, note);
+    const QByteArray wrong = binaryWithWrongEntry();
+    farEnd.write(binary(1) + wrong + binary(2) + "no message");
+    waitUntil([&] { return client.IsClosed(); });
+    EXPECT_EQ(faulty, (QVector<QByteArray>{wrong, "no message"}));
+    EXPECT_TRUE(client.GetFaultyBytes().isEmpty());
+}
+
 TEST_F(TwoChannels, CloseWhereNobodyKnowsWhatFollows)
 {
     MessageChannel channel(nearEnd);

@@ -461,6 +461,23 @@ TEST(MessageReader, StaysBroken)
     EXPECT_TRUE(reader.GetBytes().isEmpty());
 }
 
+TEST(MessageReader, KeepsTheBytesFromWhereItIsBroken)
+{
+    MessageReader reader;
+    reader.AddData(element(1) + "no ");
+    reader.AddData("message");
+    EXPECT_TRUE(reader.GetUnreadBytes().isEmpty());
+    ASSERT_EQ(takeAll(reader).size(), 2);
+    EXPECT_EQ(reader.GetUnreadBytes(), QByteArray("no message"));
+    reader.AddData("more");
+    EXPECT_EQ(reader.GetUnreadBytes(), QByteArray("no message"));
+    MessageReader cutOff;
+    cutOff.AddData("<a><b>");
+    cutOff.EndData();
+    takeAll(cutOff);
+    EXPECT_EQ(cutOff.GetUnreadBytes(), QByteArray("<a><b>"));
+}
+
 TEST(MessageReader, TellsWhatBytesAreThatAreNoMessage)
 {
     MessageReader reader;
