@@ -7,10 +7,9 @@
 
 namespace benchmarks {
 
-inline PELLU300ROUTERINTERFACEXML::Fragment canonicalFragment(int i)
+inline void fillCanonically(PELLU300ROUTERINTERFACEXML::Fragment& fragment, int i)
 {
     using namespace PELLU300ROUTERINTERFACEXML;
-    Fragment fragment;
     const auto port = static_cast<unsigned int>(5000 + i % 1000);
     switch (i % 7) {
     case Fragment::MastershipState: {
@@ -46,6 +45,12 @@ inline PELLU300ROUTERINTERFACEXML::Fragment canonicalFragment(int i)
         break;
     }
     }
+}
+
+inline PELLU300ROUTERINTERFACEXML::Fragment canonicalFragment(int i)
+{
+    PELLU300ROUTERINTERFACEXML::Fragment fragment;
+    fillCanonically(fragment, i);
     return fragment;
 }
 
@@ -78,7 +83,9 @@ inline void touchPayload(PELLU300ROUTERINTERFACEXML::Fragment& fragment)
     }
 }
 
-inline PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml canonicalDocument(int fragments)
+// Add(message, i) appends the canonical fragment of that number.
+template <class Add>
+PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml buildDocument(int fragments, const Add& add)
 {
     using namespace PELLU300ROUTERINTERFACEXML;
     PelLu300RouterInterfaceXml document;
@@ -86,8 +93,20 @@ inline PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml canonicalDocument(
     message.SetType(PelLu300RouterMessage::Reply);
     message.SetMessageID(4711);
     for (int i = 0; i < fragments; ++i)
-        message.AppendFragment(canonicalFragment(i));
+        add(message, i);
     return document;
+}
+
+inline PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml canonicalDocument(int fragments)
+{
+    return buildDocument(fragments, [](auto& message, int i) { fillCanonically(message.AddFragment(), i); });
+}
+
+// From fragments that are built first and then appended as copies.
+inline PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml documentOfCopies(int fragments)
+{
+    return buildDocument(fragments,
+                         [](auto& message, int i) { message.AppendFragment(canonicalFragment(i)); });
 }
 
 } // namespace benchmarks

@@ -63,6 +63,11 @@ const CanonicalOperation operations[] = {
          Document document;
          measured([&] { document = canonicalDocument(fragments); });
      }},
+    {"build-of-copies",
+     [](int fragments) {
+         Document document;
+         measured([&] { document = documentOfCopies(fragments); });
+     }},
     {"xml-write",
      [](int fragments) {
          const Document document = validated(fragments);

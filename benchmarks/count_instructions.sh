@@ -18,7 +18,7 @@ fi
 program=$1
 expected=$2
 tolerance=5
-operations=(build xml-write xml-read document-to-string document-from-string document-to-bytes document-from-bytes
+operations=(build build-of-copies xml-write xml-read document-to-string document-from-string document-to-bytes document-from-bytes
     binary-write binary-read small-binary small-form small-xml copy compare)
 few=100
 many=1100

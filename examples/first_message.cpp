@@ -16,9 +16,7 @@ int main()
     PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();
     message.SetType(PelLu300RouterMessage::Request);
     message.SetMessageID(1);
-    Fragment fragment;
-    fragment.SetAcquireMastership(AcquireMastership());
-    message.AppendFragment(fragment);
+    message.AddFragment().SetAcquireMastership(AcquireMastership());
     std::cout << document.GetXmlString().toStdString();
 }
 //! [the first program]

@@ -16,6 +16,7 @@
 #include <QtCore/QString>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 class QDataStream;
@@ -333,6 +334,12 @@ protected:
         m_validate = validate;
         m_logger = logger;
     }
+
+    /// How far behind this object its owner has kept memory free for its data, in a unit that both agree on;
+    /// 0 if it has not.
+    std::uint8_t RoomDistance() const { return m_room.distance; }
+    /// Sets that distance.
+    void SetRoomDistance(std::uint8_t distance) const { m_room.distance = distance; }
     /// @}
 
     /// Identifies the class of a record; the object's kind in other objects.
@@ -343,6 +350,16 @@ private:
     mutable HeldLogger m_logger;
     ObjectTypes m_objectType = ObjectTypes::Undefined;
     mutable bool m_validate = false;
+
+    // Stays with the object: a copy lies elsewhere.
+    struct Room
+    {
+        Room() noexcept = default;
+        Room(const Room&) noexcept {}
+        Room& operator=(const Room&) noexcept { return *this; }
+        std::uint8_t distance = 0;
+    };
+    mutable Room m_room;
 };
 
 } // namespace MODELKIT

@@ -101,7 +101,7 @@ public:
     BlockPointer& operator=(const BlockPointer& other) noexcept
     {
         if (m_block != other.m_block)
-            BlockPointer(other).swap(*this);
+            share(other);
         return *this;
     }
 
@@ -129,6 +129,9 @@ public:
     Block* operator->() const noexcept { return m_block; }
 
 private:
+    // Apart, so that the usual assignment of the same block stays short.
+    [[gnu::noinline]] void share(const BlockPointer& other) noexcept { BlockPointer(other).swap(*this); }
+
     Block* m_block = nullptr;
 };
 

@@ -179,6 +179,11 @@ public:
     /// defined or invalid item Fragment." when validation is on and \a item has no data; the list
     /// stays as it is.
     void AppendFragment(const class Fragment& item);
+    /// Appends an empty item and marks the list as set. To fill the item in its place is the fastest way to
+    /// build a list: nothing is copied. Unlike AppendFragment(), this accepts an item without data also when
+    /// validation is on, and such an item is not written then.
+    /// \returns the item, valid until the list changes. It has the message's validation flag and logger.
+    class Fragment& AddFragment();
     /// Whether the member has been given a value.
     bool IsFragmentSet() const;
     /// Empties the list and marks the member as not set.

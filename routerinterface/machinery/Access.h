@@ -6,6 +6,8 @@
 #include "modelkit/IMKObject.h"
 #include "modelkit/SharedBlock.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <type_traits>
 #include <utility>
 
@@ -36,6 +38,18 @@ struct Access
     static void applySettings(const R& record, bool validate, const MODELKIT::HeldLogger& logger)
     {
         record.ApplySettings(validate, logger);
+    }
+
+    template <class R>
+    static std::size_t roomDistance(const R& record)
+    {
+        return record.RoomDistance();
+    }
+
+    template <class R>
+    static void setRoomDistance(const R& record, std::size_t distance)
+    {
+        record.SetRoomDistance(static_cast<std::uint8_t>(distance));
     }
 
     template <class R>

@@ -236,7 +236,7 @@ template <class Member, class R>
 bool readEntry(R& record, BinarySource& source, int length, qint64 offset, Reading& reading)
 {
     using Slot = typename Member::Slot;
-    auto& data = initToRead<Member>(record);
+    auto& data = initToFill<Member>(record);
     bool whole = true;
     if constexpr (IsNested<Slot>::value) {
         auto& nested = nestedRecord<Member>(data);

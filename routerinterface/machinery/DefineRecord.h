@@ -153,7 +153,8 @@
     void RECORD::Append##Name(const Type& item)                       \
     {                                                                 \
         machinery::append<ROUTERINTERFACE_MEMBER(Name)>(*this, item); \
-    }
+    }                                                                 \
+    Type& RECORD::Add##Name() { return machinery::add<ROUTERINTERFACE_MEMBER(Name)>(*this); }
 
 // --- the walks of the records that a record owns ----------------------------------------------
 

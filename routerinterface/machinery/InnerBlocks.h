@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The block of a choice and that of its record in one allocation.
 //
-// That is how choices are read and copied: then it is known which record the choice will hold. The inner
-// block is shared like any other, and may outlive the outer one: the memory is given back after both.
+// That is how choices are read, copied, and filled through a reference to the record: then it is known which
+// record the choice will hold. The inner block is made when that record needs it. It is shared like any
+// other, and may outlive the outer one: the memory is given back after both.
 #pragma once
 
 #include "routerinterface/machinery/Access.h"
@@ -26,18 +27,28 @@ std::size_t Walks<R>::innerSize()
     return ownsRecords<DataOf<R>> ? 0 : sizeof(DataOf<R>);
 }
 
-template <class R>
-void Walks<R>::makeInner([[maybe_unused]] const R& record, [[maybe_unused]] const R* source,
-                         [[maybe_unused]] std::byte* memory, [[maybe_unused]] std::size_t distance)
+// Gives the record, in whose owner's block there is room, an inner block: a copy of another block or a new
+// one.
+template <class R, class... Source>
+void makeInner(const R& record, const Source&... source)
 {
     using Data = DataOf<R>;
-    if constexpr (!ownsRecords<Data>) {
-        static_assert(alignof(Data) <= Block::unit, "inner blocks are aligned to the unit");
-        void* const place = memory + distance;
-        Data* const block = source ? new (place) Data(*pointer(*source)) : new (place) Data;
-        block->placeInside(distance);
-        MODELKIT::BlockPointer<Data>(block).swap(pointer(record));
-    }
+    static_assert(alignof(Data) <= Block::unit, "inner blocks are aligned to the unit");
+    OwnerBlock& outer = OwnerBlock::around(record);
+    auto* const place = const_cast<std::byte*>(reinterpret_cast<const std::byte*>(&record))
+                        + Access::roomDistance(record) * Block::unit;
+    Data* const block = new (place) Data(source...);
+    block->placeInside(static_cast<std::size_t>(place - reinterpret_cast<std::byte*>(&outer)));
+    MODELKIT::BlockPointer<Data>(block).swap(pointer(record));
+    Access::setRoomDistance(record, 0);
+    outer.setInner();
+}
+
+template <class R>
+void Walks<R>::copyInner([[maybe_unused]] const R& record, [[maybe_unused]] const R& source)
+{
+    if constexpr (!ownsRecords<DataOf<R>>)
+        makeInner(record, *pointer(source));
 }
 
 template <class R>
@@ -55,7 +66,7 @@ void destroyWithInner(Data* block) noexcept
     static_assert(sizeof(Data) % Block::unit == 0
                       && sizeof(Data) / Block::unit <= std::numeric_limits<std::uint8_t>::max(),
                   "an inner block knows its distance");
-    const int inner = block->inner;
+    const int inner = block->indexOfInner();
     if (inner < 0) {
         Block::destroy(block);
         return;
@@ -77,12 +88,13 @@ MODELKIT::BlockPointer<Data> makeOuter(const Data* source)
     return MODELKIT::BlockPointer<Data>(source ? new (memory) Data(*source) : new (memory) Data);
 }
 
-// Gives the record in that room its block, a copy of that of the source or a new one.
-template <class Member, class Data, class Nested>
-void fillRoom(Data& data, const Nested& nested, const Nested* source)
+// Tells the only record of the block about that room.
+template <class Data, class Nested>
+void offerRoom(const Data& data, const Nested& nested)
 {
-    Walks<Nested>::makeInner(nested, source, reinterpret_cast<std::byte*>(&data), sizeof(Data));
-    data.inner = Member::index;
+    const auto distance =
+        reinterpret_cast<const std::byte*>(&data + 1) - reinterpret_cast<const std::byte*>(&nested);
+    Access::setRoomDistance(nested, static_cast<std::size_t>(distance) / Block::unit);
 }
 
 } // namespace machinery

@@ -18,15 +18,13 @@ template <class Member, class R>
     throw IncompleteDefinitionException(incompleteItemText(record, Member::name()));
 }
 
-// Appends a new item that fill() fills. If that throws, the list stays as it was.
-template <class Member, class R, class Fill>
-void appendFilled(R& record, const Fill& fill)
+// Appends a new item that fill() fills. If that throws, the list stays as it was. Items: the record's own.
+template <class Member, class Data, class Items, class Fill>
+void appendFilled(Data& data, Items& items, const Fill& fill)
 {
-    auto& data = initData(record);
-    auto& items = Member::slot(data).ownItems();
     struct Removal
     {
-        decltype(items) list;
+        Items& list;
         bool isDue;
         ~Removal()
         {
@@ -34,9 +32,10 @@ void appendFilled(R& record, const Fill& fill)
                 list.removeLast();
         }
     };
-    items.resize(items.size() + 1);
+    const auto place = items.size();
+    items.resize(place + 1);
     Removal removal{items, true};
-    fill(items.last());
+    fill(items.data()[place]);
     removal.isDue = false;
     data.set.set(Member::index);
 }
@@ -48,7 +47,8 @@ void appendRead(R& record, const Read& read)
 {
     using Item = RecordIn<typename Member::Slot>;
     const bool validate = record.GetValidate();
-    appendFilled<Member>(record, [&](Item& item) {
+    auto& data = initData(record);
+    appendFilled<Member>(data, Member::slot(data).ownItems(), [&](Item& item) {
         Access::applySettings(item, validate, Access::logger(item));
         read(item);
         if (validate && !item.Item::HasData())
@@ -63,15 +63,33 @@ void append(R& record, const Item& item)
         auto& data = initData(record);
         if (record.GetValidate() && !item.HasData())
             refuseItem<Member>(record);
-        const auto& items = Member::slot(data).ownItems();
+        auto& items = Member::slot(data).ownItems();
         // The item may be one of this list, which moves when it grows.
         const Item* const first = items.constData();
         const std::less<const Item*> isBefore;
         const bool isOwn = !isBefore(&item, first) && isBefore(&item, first + items.size());
         const auto index = isOwn ? static_cast<QtVersion::Size>(&item - first) : 0;
-        appendFilled<Member>(
-            record, [&](Item& appended) { Walks<Item>::takeCopy(appended, isOwn ? items.at(index) : item); });
+        appendFilled<Member>(data, items, [&](Item& appended) {
+            Walks<Item>::takeCopy(appended, isOwn ? items.at(index) : item);
+        });
     });
+}
+
+// Appends an empty item with the settings of the record.
+template <class Member, class R>
+auto& add(R& record)
+{
+    return orStayEmpty(
+        record, [&record]() -> auto& {
+            auto& data = initData(record);
+            auto& items = Member::slot(data).ownItems();
+            const auto place = items.size();
+            items.resize(place + 1);
+            auto& added = items.data()[place];
+            Access::applySettings(added, record.GetValidate(), Access::logger(record));
+            data.set.set(Member::index);
+            return added;
+        });
 }
 
 // Throws for an index that is negative or not below the limit.

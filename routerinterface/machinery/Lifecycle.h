@@ -7,6 +7,7 @@
 #include <QtCore/QtGlobal>
 
 #include <new>
+#include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -14,6 +15,12 @@ namespace machinery {
 template <class R>
 Q_NEVER_INLINE void makeBlock(const R& record)
 {
+    if constexpr (!ownsRecords<DataOf<R>>) {
+        if (Access::roomDistance(record) != 0) {
+            makeInner(record);
+            return;
+        }
+    }
     pointer(record) = MODELKIT::BlockPointer<DataOf<R>>(new DataOf<R>);
     handDownToNew(record);
 }
@@ -38,10 +45,10 @@ void initBeforeReading(const R& record)
         initData(record);
 }
 
-// Does what initData() does for a record of which that member is read next. A new block of a choice comes
-// with the inner block of the nested record.
+// Does what initData() does for a record of which that member is filled next. A new block of a choice comes
+// with room for the inner block of the nested record.
 template <class Member, class R>
-DataOf<R>& initToRead(const R& record)
+DataOf<R>& initToFill(const R& record)
 {
     using Data = DataOf<R>;
     if constexpr (isChoice<Data>) {
@@ -50,7 +57,7 @@ DataOf<R>& initToRead(const R& record)
             pointer(record) = makeOuter<Data, Record>(nullptr);
             handDownToNew(record);
             Data& data = *pointer(record);
-            fillRoom<Member, Data, Record>(data, nestedRecord<Member>(data), nullptr);
+            offerRoom(data, nestedRecord<Member>(data));
             return data;
         }
     }
@@ -72,12 +79,38 @@ decltype(auto) orStayEmpty(const R& record, const Action& action)
     }
 }
 
+// Makes a new record a copy of a choice that holds nothing but its current record, which gets its settings at
+// once. False if that is not so; then the record is untouched.
+template <class R>
+bool takeCopyOfCurrent(R& record, const R& source, bool validate)
+{
+    const auto& block = pointer(source);
+    if (!block || !block->holdsOnly(block->choice, OwnerBlock::Current))
+        return false;
+    const MODELKIT::HeldLogger none;
+    auto copy = copyWithCurrent(*block, [&](auto& to, const auto& from) {
+        Access::applySettings(to, validate, none);
+        Access::shareName(to, from);
+    });
+    if (!copy)
+        return false;
+    copy->validate = validate;
+    copy->logger = none;
+    Access::applySettings(record, validate, none);
+    pointer(record) = std::move(copy);
+    return true;
+}
+
 template <class R>
 void Walks<R>::takeCopy(R& record, const R& source)
 {
+    const bool validate = source.GetValidate();
+    if constexpr (isChoice<DataOf<R>>)
+        if (takeCopyOfCurrent(record, source, validate))
+            return;
     if (const auto& block = pointer(source))
         pointer(record) = copyOf(*block);
-    settleCopy(record, source.GetValidate());
+    settleCopy(record, validate);
 }
 
 template <class R>

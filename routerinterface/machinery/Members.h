@@ -10,20 +10,27 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// Does what initData() does and allocates all that changing the member needs.
-template <class Member, class R>
-DataOf<R>& initMember(const R& record)
+// Does what initData() does and allocates all that changing the member needs. Init: initData() or
+// initToFill().
+template <class Member, class R, class Init>
+DataOf<R>& initMember(const R& record, const Init& init)
 {
     using Slot = typename Member::Slot;
     if constexpr (IsNested<Slot>::value) {
-        return orStayEmpty(record, [&record]() -> DataOf<R>& {
-            auto& data = initData(record);
+        return orStayEmpty(record, [&]() -> DataOf<R>& {
+            auto& data = init(record);
             nestedRecord<Member>(data);
             return data;
         });
     } else {
         return initData(record);
     }
+}
+
+template <class Member, class R>
+DataOf<R>& initMember(const R& record)
+{
+    return initMember<Member>(record, initData<R>);
 }
 
 template <class Member, class R>
@@ -65,7 +72,7 @@ void setMember(R& record, const T& value)
 template <class Member, class R>
 auto& editMember(R& record)
 {
-    auto& data = initMember<Member>(record);
+    auto& data = initMember<Member>(record, initToFill<Member, R>);
     const auto handOut = [&data]() -> auto&
     {
         if constexpr (IsNested<typename Member::Slot>::value)

@@ -6,6 +6,8 @@
 #include "modelkit/IMKObject.h"
 #include "routerinterface/machinery/Block.h"
 
+#include <QtCore/QtGlobal>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -53,6 +55,21 @@ public:
         return nullptr;
     }
 
+    // The member whose record has the inner block in this memory; -1 if there is none.
+    int indexOfInner() const { return m_hasInner ? m_firstKey / 2 : -1; }
+    // Notes that the record in the room has it.
+    void setInner() { m_hasInner = true; }
+
+    // The block with that record in its room.
+    static OwnerBlock& around(const MODELKIT::IMKObject& first)
+    {
+        const auto* const room = reinterpret_cast<const std::byte*>(&first);
+        return *std::launder(reinterpret_cast<OwnerBlock*>(const_cast<std::byte*>(room - roomOffset)));
+    }
+
+    // Whether that is the only record.
+    bool holdsOnly(int index, Role role) const { return m_firstKey == keyOf(index, role) && !m_others; }
+
     // Calls visit(index, role) for every record that exists.
     template <class Visit>
     void forEachKey(const Visit& visit) const
@@ -75,6 +92,7 @@ public:
                       "a record is its base and the pointer to its block");
         const int key = keyOf(index, role);
         if (m_firstKey == none) {
+            Q_ASSERT(m_room == reinterpret_cast<const std::byte*>(this) + roomOffset);
             R* record = new (m_room) R;
             m_firstKey = static_cast<std::int8_t>(key);
             m_hasDefaults |= role == Default;
@@ -109,6 +127,7 @@ private:
     }
 
     static constexpr std::int8_t none = -1;
+    static constexpr std::size_t roomOffset = sizeof(Block);
 
     // In this order there are no gaps.
     alignas(MODELKIT::IMKObject) mutable std::byte m_room[sizeof(MODELKIT::IMKObject) + sizeof(void*)];
@@ -121,6 +140,7 @@ public:
 private:
     mutable bool m_hasDefaults = false;
     mutable std::int8_t m_firstKey = none;
+    bool m_hasInner = false;
 };
 
 // The block of a choice: one nested record at a time is current, and only that one is written, compared and
@@ -131,8 +151,6 @@ class ChoiceBlock : public OwnerBlock
 public:
     static constexpr E invalidChoice = static_cast<E>(-1);
 
-    // The member whose record has the inner block in this memory; -1 if there is none. A copy has its own.
-    std::int16_t inner = -1;
     E choice = invalidChoice;
 
     ChoiceBlock() = default;

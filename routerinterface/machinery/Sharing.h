@@ -11,10 +11,10 @@
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
 
-// A copy of the block of a choice without the nested records, except the current one: if its block can be an
-// inner one, it comes first.
-template <class Data>
-MODELKIT::BlockPointer<Data> copyOfChoice(const Data& block)
+// A copy of the block of a choice with the current record, if that one's block can be an inner one; else
+// null. settle(to, from) gives the record its settings.
+template <class Data, class Settle>
+MODELKIT::BlockPointer<Data> copyWithCurrent(const Data& block, const Settle& settle)
 {
     MODELKIT::BlockPointer<Data> copy;
     withNested<Data>(block.choice, [&](auto member) {
@@ -24,11 +24,10 @@ MODELKIT::BlockPointer<Data> copyOfChoice(const Data& block)
             return;
         copy = makeOuter<Data, Record>(&block);
         auto& nested = copy->template create<Record>(member.index, OwnerBlock::Current);
-        duplicateSettings(nested, *record);
-        fillRoom<decltype(member)>(*copy, nested, record);
+        settle(nested, *record);
+        offerRoom(*copy, nested);
+        Walks<Record>::copyInner(nested, *record);
     });
-    if (!copy)
-        copy = MODELKIT::BlockPointer<Data>(new Data(block));
     return copy;
 }
 
@@ -38,8 +37,8 @@ Q_NEVER_INLINE MODELKIT::BlockPointer<Data> copyOf(const Data& block)
 {
     MODELKIT::BlockPointer<Data> copy;
     if constexpr (isChoice<Data>)
-        copy = copyOfChoice(block);
-    else
+        copy = copyWithCurrent(block, [](auto& to, const auto& from) { duplicateSettings(to, from); });
+    if (!copy)
         copy = MODELKIT::BlockPointer<Data>(new Data(block));
     if constexpr (hasNested<Data>) {
         forEachExisting(block, OwnerBlock::Current, [&copy](auto member, const auto& record) {

@@ -105,7 +105,7 @@ struct Walks
 
     // InnerBlocks.h: the record's block in the memory of its owner's block. Size: 0 if it cannot be there.
     static std::size_t innerSize();
-    static void makeInner(const R& record, const R* source, std::byte* memory, std::size_t distance);
+    static void copyInner(const R& record, const R& source);
     static void leaveInner(std::byte* memory, std::size_t distance);
 
     // Lifecycle.h: makes a new record a copy.

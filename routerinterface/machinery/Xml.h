@@ -224,7 +224,7 @@ template <class Member, class R, class Reader>
 void readMember(R& record, Reader& reader, Reading& reading)
 {
     using Slot = typename Member::Slot;
-    auto& data = initToRead<Member>(record);
+    auto& data = initToFill<Member>(record);
     if constexpr (IsNested<Slot>::value) {
         auto& nested = nestedRecord<Member>(data);
         makeCurrent(data, Member{});

@@ -66,6 +66,13 @@ TEST(RecordsPage, AReceiverAsksForTheChoice)
         return received;
     }();
     QVector<unsigned int> ports;
+    {
+        PelLu300RouterMessage message;
+        //! [filling an item in its place]
+        message.AddFragment().GetDF_Params().SetFrequency(98.5e6);
+        //! [filling an item in its place]
+        EXPECT_EQ(message.GetFragment()[0].GetDF_Params().GetFrequency(), 98.5e6);
+    }
     const auto connectTo = [&ports](unsigned int number) { ports.append(number); };
     //! [asking for the choice]
     const PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A fragment that was read or copied has one allocation for its own data and that of its payload. Payloads
-// that were assigned from it or to it are independent of that, in whatever order the records change and end.
+// A fragment that was read, copied or filled in place has one allocation for its own data and that of its
+// payload. Payloads that were assigned from it or to it are independent of that, in whatever order the
+// records change and end.
 
 #include "FailingAllocator.h"
 #include "TestSupport.h"
@@ -59,6 +60,20 @@ const Way ways[] = {
      [](Document original) {
          auto document = std::make_unique<Document>();
          readXml(*document, xmlOf(original));
+         return document;
+     }},
+    {"filled in place",
+     [](Document original) {
+         auto document = std::make_unique<Document>();
+         Message& message = document->GetPelLu300RouterMessage();
+         message.SetType(Message::Reply);
+         for (Fragment& fragment : fragmentsOf(original)) {
+             PelVtConnectServer& source = fragment.GetPelVtConnectServer();
+             PelVtConnectServer& server = message.AddFragment().GetPelVtConnectServer();
+             server.SetAddress(source.GetAddress());
+             server.SetPort(source.GetPort());
+         }
+         EXPECT_TRUE(*document == original);
          return document;
      }},
     {"copied", [](Document original) { return std::make_unique<Document>(original); }},
@@ -198,6 +213,51 @@ TEST(InnerBlocks, AFragmentWithoutEntriesIsInitialisedByReading)
     }
 }
 
+TEST(InnerBlocks, APayloadThatIsHandedOutHasNoDataUntilItIsFilled)
+{
+    auto fragment = std::make_unique<Fragment>();
+    const PelVtConnectServer& server = fragment->GetPelVtConnectServer();
+    EXPECT_FALSE(server.IsInitialized());
+    const auto copy = std::make_unique<Fragment>(*fragment);
+    EXPECT_FALSE(server.IsInitialized());
+    EXPECT_EQ(server.GetPort(), 0U);
+    EXPECT_TRUE(server.IsInitialized());
+    fragment.reset();
+    EXPECT_FALSE(std::as_const(*copy).GetPelVtConnectServer().IsPortSet());
+    EXPECT_EQ(copy->GetChoiceFragment(), Fragment::PelVtConnectServer);
+}
+
+TEST(InnerBlocks, APayloadThatIsHandedOutTakesTheDataOfAnotherOneFirst)
+{
+    auto fragment = std::make_unique<Fragment>();
+    PelVtConnectServer& server = fragment->GetPelVtConnectServer();
+    PelVtConnectServer other;
+    other.SetAddress(address);
+    server = other;
+    other.SetPort(5);
+    expectPayload(server, 0);
+    fragment->Reset();
+    EXPECT_FALSE(server.IsInitialized());
+    server.SetAddress(address);
+    server.SetPort(6);
+    other = server;
+    fragment.reset();
+    expectPayload(other, 6);
+}
+
+TEST(InnerBlocks, OnlyThePayloadThatIsHandedOutFirstHasTheRoom)
+{
+    Fragment fragment;
+    fragment.GetPelVtConnectServer();
+    fragment.GetDF_Params().SetBandwidth(4);
+    fragment.GetPelVtConnectServer().SetAddress(address);
+    fragment.SetDefaultPelVtConnectServer(fragment.GetPelVtConnectServer());
+    const Fragment copy(fragment);
+    expectPayload(fragment.GetPelVtConnectServer(), 0);
+    EXPECT_EQ(fragment.GetDF_Params().GetBandwidth(), 4);
+    EXPECT_TRUE(copy.GetDF_Params() == fragment.GetDF_Params());
+}
+
 TEST(InnerBlocks, EachFragmentThatIsReadTakesOneAllocation)
 {
     const auto reading = [](int fragments) {
@@ -218,6 +278,19 @@ TEST(InnerBlocks, EachFragmentThatIsCopiedTakesOneAllocation)
         });
     };
     EXPECT_EQ(copying(11) - copying(1), 10);
+}
+
+TEST(InnerBlocks, EachFragmentThatIsFilledInPlaceTakesOneAllocation)
+{
+    const auto filling = [](int fragments) {
+        Message message;
+        message.GetFragment().reserve(20);
+        return allocationsIn([&] {
+            for (int i = 0; i < fragments; ++i)
+                message.AddFragment().GetPelVtConnectServer().SetPort(1);
+        });
+    };
+    EXPECT_EQ(filling(11) - filling(1), 10);
 }
 
 } // namespace

@@ -247,6 +247,59 @@ TEST(MessageAppend, TheCopyHasTheSourcesValidationFlagAndNoLogger)
     EXPECT_NE(item.GetLogger(), nullptr);
 }
 
+TEST(MessageAdd, HandsOutANewItemAtTheEnd)
+{
+    Message m;
+    Fragment& first = m.AddFragment();
+    EXPECT_TRUE(m.IsFragmentSet());
+    EXPECT_FALSE(first.IsInitialized());
+    EXPECT_EQ(first.GetObjectName(), "Fragment");
+    first.GetOstraInterfacePort().SetPort(1);
+    m.AddFragment().SetOstraInterfacePort(withPort(2).GetOstraInterfacePort());
+    EXPECT_EQ(portsOf(m), (Ports{1, 2}));
+    EXPECT_EQ(&itemsOf(m).last(), &m.GetFragment()[1]);
+}
+
+TEST(MessageAdd, TheItemHasTheMessagesSettings)
+{
+    const auto logger = std::make_shared<Logger>();
+    Message m;
+    m.SetValidate(true);
+    m.SetLogger(logger);
+    Fragment& item = m.AddFragment();
+    EXPECT_TRUE(item.GetValidate());
+    EXPECT_EQ(item.GetLogger(), logger);
+    EXPECT_TRUE(item.GetOstraInterfacePort().GetValidate());
+    EXPECT_EQ(item.GetOstraInterfacePort().GetLogger(), logger);
+    EXPECT_THROW(item.GetPelVtConnectServer().SetAddress(QString()), OutOfRangeException);
+}
+
+TEST(MessageAdd, AnItemThatStaysEmptyIsNotWrittenUnderValidation)
+{
+    Message m;
+    m.SetType(Message::Reply);
+    m.SetValidate(true);
+    m.AddFragment();
+    m.AddFragment().GetOstraInterfacePort().SetPort(2);
+    Message written;
+    written.SetType(Message::Reply);
+    written.AppendFragment(withPort(2));
+    EXPECT_EQ(xmlOf(m), xmlOf(written));
+}
+
+TEST(MessageAdd, ChangesNoSharer)
+{
+    Message m;
+    m.AppendFragment(withPort(1));
+    Message sharing;
+    sharing = m;
+    const Items list = itemsOf(m);
+    m.AddFragment().GetOstraInterfacePort().SetPort(2);
+    EXPECT_EQ(portsOf(m), (Ports{1, 2}));
+    EXPECT_EQ(portsOf(sharing), Ports{1});
+    EXPECT_EQ(list.size(), 1);
+}
+
 TEST(MessageAppend, TheCopyGetsTheMessagesSettingsWithItsNextOperation)
 {
     const auto logger = std::make_shared<Logger>();

@@ -236,6 +236,15 @@ TEST(OutOfMemory, AFailedChangeOfAMessageLeavesItAsItWas)
         prepare, [&item](PelLu300RouterMessage& record) { record.AppendFragment(item); });
 }
 
+TEST(OutOfMemory, AFailedAddLeavesTheMessageEmpty)
+{
+    PelLu300RouterMessage record;
+    EXPECT_TRUE(failsOutOfMemory(0, [&record] { record.AddFragment(); }));
+    EXPECT_FALSE(record.IsInitialized());
+    EXPECT_FALSE(failsOutOfMemory(1, [&record] { record.AddFragment(); }));
+    EXPECT_EQ(record.GetFragment().size(), 1);
+}
+
 TEST(OutOfMemory, AFailedInitChoiceLeavesTheChoiceAndEveryPayload)
 {
     const auto prepare = [](Fragment& record) {
