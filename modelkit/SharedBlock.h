@@ -25,6 +25,12 @@ public:
         delete block;
     }
 
+    /// Releases what is in a block that its last holder leaves while the owner of its memory stays. A derived
+    /// class may have an operation of this name of its own.
+    template <class Block>
+    static void empty(Block*) noexcept
+    {}
+
 protected:
     ~SharedBlock() = default;
 
@@ -58,6 +64,12 @@ private:
     {
         return m_references.load(std::memory_order_acquire) == references
                || m_references.fetch_sub(references, std::memory_order_acq_rel) == references;
+    }
+
+    // Whether there is one holder, and an owner. Then nobody can become another holder.
+    bool isLastHeldOfOwned() const noexcept
+    {
+        return m_references.load(std::memory_order_acquire) == owned + 1;
     }
 
     bool isShared() const noexcept { return (m_references.load(std::memory_order_acquire) & ~owned) != 1; }
@@ -107,7 +119,11 @@ public:
 
     ~BlockPointer()
     {
-        if (m_block && m_block->giveUp(1))
+        if (!m_block)
+            return;
+        if (m_block->isLastHeldOfOwned())
+            Block::empty(m_block);
+        if (m_block->giveUp(1))
             Block::destroy(m_block);
     }
 

@@ -57,6 +57,12 @@ public:
         ::operator delete(memory);
     }
 
+    template <class Data>
+    static void empty(Data* block) noexcept
+    {
+        emptyInner(block);
+    }
+
     // Ends the hold of the owner.
     template <class Data>
     static void leaveInside(Data* block) noexcept

@@ -58,6 +58,17 @@ void Walks<R>::leaveInner(std::byte* memory, std::size_t distance)
     Block::leaveInside(std::launder(reinterpret_cast<Data*>(memory + distance)));
 }
 
+// Releases the texts, which may take much memory, when nobody can see the values any more.
+template <class Data>
+void emptyInner([[maybe_unused]] Data* block) noexcept
+{
+    if constexpr (!ownsRecords<Data> && !std::is_trivially_destructible_v<Data>)
+        Data::Members::forEach([block](auto member) {
+            auto& slot = member.slot(*block);
+            slot = std::decay_t<decltype(slot)>();
+        });
+}
+
 // --- for the choice ---------------------------------------------------------------------------
 
 template <class Data>

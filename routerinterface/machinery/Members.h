@@ -56,6 +56,8 @@ void setMember(R& record, const T& value, const Given& given)
         requireAcceptable<Member>(record, value, given);
     if constexpr (IsNested<typename Member::Slot>::value)
         nestedRecord<Member>(data) = value;
+    else if constexpr (IsList<typename Member::Slot>::value)
+        Member::slot(data).give(value);
     else
         Member::slot(data).value = value;
     data.set.set(Member::index);

@@ -125,8 +125,14 @@ public:
     // a shared item must not be written.
     Items& ownItems()
     {
-        if (!value.isDetached())
+        if (!value.isDetached()) {
             value = ownCopy(value);
+        } else if (m_isGiven) {
+            // That others have left the items does not say that they left them before: isDetached() orders
+            // nothing. Taking and leaving them does.
+            [[maybe_unused]] const Items taken(value);
+        }
+        m_isGiven = false;
         return value;
     }
 
@@ -138,6 +144,13 @@ public:
     }
 
     R* existingDefault() const { return m_defaultItem.get(); }
+
+    // Shares the items of a caller, who may give them to other records, also in other threads.
+    void give(const Items& items)
+    {
+        value = items;
+        m_isGiven = true;
+    }
 
     void reset() { value = Items(); }
     bool holdsData(bool) const { return !value.isEmpty(); }
@@ -163,6 +176,7 @@ private:
     }
 
     mutable std::unique_ptr<R> m_defaultItem;
+    bool m_isGiven = false;
 };
 
 // A nested record in its block. It is created when it is first touched. Until then it costs nothing and

@@ -101,20 +101,28 @@ bool hasData(const R& record)
 }
 
 template <class Member, class Data>
-bool equalValues(const Data& a, const Data& b)
+bool equalValues(Data& a, Data& b)
 {
-    if constexpr (IsNested<typename Member::Slot>::value)
+    using Slot = typename Member::Slot;
+    if constexpr (IsNested<Slot>::value) {
         return nestedRecord<Member>(a) == nestedRecord<Member>(b);
-    else
+    } else {
+        // To compare items changes their blocks, and another thread may have the same items in a list of its
+        // own.
+        if constexpr (IsList<Slot>::value) {
+            Member::slot(a).ownItems();
+            Member::slot(b).ownItems();
+        }
         return Member::slot(a).equals(Member::slot(b));
+    }
 }
 
 template <class R>
 bool equal(const R& a, const R& b)
 {
     using Data = DataOf<R>;
-    const auto* dataA = existingData(a);
-    const auto* dataB = existingData(b);
+    auto* dataA = existingData(a);
+    auto* dataB = existingData(b);
     if (!dataA && !dataB)
         return true;
     if constexpr (isChoice<Data>) {

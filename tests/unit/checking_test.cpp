@@ -482,9 +482,8 @@ std::size_t machinery::Walks<PayloadThatNeedsItsPort>::innerSize()
     return 0;
 }
 template <>
-void machinery::Walks<PayloadThatNeedsItsPort>::makeInner(const PayloadThatNeedsItsPort&,
-                                                          const PayloadThatNeedsItsPort*, std::byte*,
-                                                          std::size_t)
+void machinery::Walks<PayloadThatNeedsItsPort>::copyInner(const PayloadThatNeedsItsPort&,
+                                                          const PayloadThatNeedsItsPort&)
 {}
 template <>
 void machinery::Walks<PayloadThatNeedsItsPort>::leaveInner(std::byte*, std::size_t)

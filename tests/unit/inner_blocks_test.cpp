@@ -245,6 +245,18 @@ TEST(InnerBlocks, APayloadThatIsHandedOutTakesTheDataOfAnotherOneFirst)
     expectPayload(other, 6);
 }
 
+TEST(InnerBlocks, APayloadThatIsResetReleasesItsText)
+{
+    QString text = QStringLiteral("a text that takes much memory %1").arg(1);
+    Fragment fragment;
+    fragment.GetPelVtConnectServer().SetAddress(text);
+    Fragment copy(fragment);
+    fragment.Reset();
+    EXPECT_FALSE(text.isDetached());
+    copy.Reset();
+    EXPECT_TRUE(text.isDetached());
+}
+
 TEST(InnerBlocks, OnlyThePayloadThatIsHandedOutFirstHasTheRoom)
 {
     Fragment fragment;

@@ -469,4 +469,34 @@ TEST(InnerBlockThreads, APayloadOfAFragmentThatWasReadMayOutliveItInAnotherThrea
     }
 }
 
+// The items of a list that two messages were given are the same, until one of the messages is used.
+TEST(ListThreads, MessagesWithTheSameItemsAreComparedAndWrittenInDifferentThreads)
+{
+    Fragment item;
+    Sample<PelVtConnectServer>::fill(item.GetPelVtConnectServer());
+    for (int i = 0; i < sharedPairs; ++i) {
+        QVector<Fragment> list(3);
+        for (Fragment& shared : list)
+            shared = item;
+        PelLu300RouterMessage first;
+        first.SetType(PelLu300RouterMessage::Event);
+        PelLu300RouterMessage second(first);
+        PelLu300RouterMessage third(first);
+        first.SetFragment(list);
+        second.SetFragment(list);
+        third.SetFragment(list);
+        list.clear();
+        const PelLu300RouterMessage like(first);
+        const PelLu300RouterMessage alsoLike(first);
+        bool isFirstEqual = false;
+        bool isSecondEqual = false;
+        QString written;
+        runTogether({[&] { isFirstEqual = first == like; }, [&] { isSecondEqual = alsoLike == second; },
+                     [&] { written = xmlOf(third); }});
+        EXPECT_TRUE(isFirstEqual);
+        EXPECT_TRUE(isSecondEqual);
+        EXPECT_EQ(written, xmlOf(like));
+    }
+}
+
 } // namespace
