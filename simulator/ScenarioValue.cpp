@@ -214,7 +214,7 @@ std::unique_ptr<MODELKIT::IMKObject> ScenarioValue::readRecord(const QByteArray&
         auto record = ROUTERDOCUMENTS::FromJson(json, ROUTERDOCUMENTS::Validation::On);
         record->GetXmlBytes();
         const MODELKIT::Failure failure = MODELKIT::IMKObject::GetLastFailure();
-        if (failure.kind != MODELKIT::Failure::None)
+        if (failure.kind == MODELKIT::Failure::NotRepresentable)
             Refuse(failure.text);
         record->SetValidate(false);
         return record;

@@ -76,6 +76,8 @@ int serve(const Options& options, const Scenario& scenario)
 
 int main(int argc, char* argv[])
 {
+    // The program has its own messages for everything that goes wrong.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     const QCoreApplication application(argc, argv);
     QString problem;
     const std::optional<Options> options = readOptions(QCoreApplication::arguments().mid(1), problem);
