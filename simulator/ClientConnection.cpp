@@ -117,9 +117,13 @@ bool ClientConnection::readNext()
     case MessageReader::Refused:
         m_receiver.refused(Failure(m_reader.GetFailure()), m_reader.GetForm(), m_reader.GetBytes());
         return true;
-    case MessageReader::Broken:
-        Close(m_reader.GetFailure());
+    case MessageReader::Broken: {
+        const Failure failure = m_reader.GetFailure();
+        if (const QByteArray bytes = m_reader.GetUnreadBytes(); !bytes.isEmpty())
+            m_receiver.refused(failure, std::nullopt, bytes);
+        Close(failure);
         return false;
+    }
     case MessageReader::Ended:
         Close({});
         return false;

@@ -2,6 +2,10 @@
 // The simulated router with clients, as long as nothing is broken.
 #include "SimulatorSupport.h"
 
+#include <QtCore/QFile>
+
+#include <sys/resource.h>
+
 using namespace simulator_support;
 
 namespace {
@@ -161,8 +165,15 @@ TEST(SimulatorServer, EndsConnectionsOnWhichNobodyCanTellWhatFollows)
     half->write("<PelLu300Router");
     half->socket.disconnectFromHost();
     waitUntil([&] { return simulation.ends().size() == 3; });
-    for (const QString& end : simulation.ends())
-        EXPECT_FALSE(end.isEmpty());
+    QStringList faults;
+    QByteArray unread;
+    for (const auto& exchange : simulation.exchanges)
+        if (!exchange.event && !exchange.record) {
+            faults += exchange.fault;
+            unread += exchange.bytes;
+        }
+    EXPECT_EQ(simulation.ends(), faults);
+    EXPECT_EQ(unread, QByteArray("hello") + QByteArray::fromHex("8553499a7fffffff") + "<PelLu300Router");
     other->ask(1);
     EXPECT_EQ(other->heard(1), QStringList("Reply 1"));
 }
@@ -343,6 +354,33 @@ TEST(SimulatorServer, AdmitsSoManyClientsAtATime)
     const auto fourth = simulation.connectClient();
     fourth->ask(4);
     EXPECT_EQ(fourth->heard(1), QStringList("Reply 4"));
+}
+
+TEST(SimulatorServer, AcceptsClientsAgainWhenThereAreFilesToOpen)
+{
+    Simulation simulation;
+    TestClient client(simulation.server.GetPort());
+    waitUntil([&] { return simulation.exchanges.size() == 1; });
+    QTcpSocket waiting;
+    {
+        // The socket gets the last descriptor, and the server none for its other end.
+        rlimit before = {};
+        ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+        rlimit few = before;
+        QFile next("/dev/null");
+        ASSERT_TRUE(next.open(QIODevice::ReadOnly));
+        few.rlim_cur = static_cast<rlim_t>(next.handle()) + 1;
+        next.close();
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+        waiting.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation.server.GetPort());
+        waitUntil([&] { return simulation.clock.countWaiting() == 1; });
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    }
+    EXPECT_EQ(simulation.exchanges.size(), 1U);
+    simulation.clock.advance(1000);
+    waitUntil([&] { return simulation.exchanges.size() == 2; });
+    client.ask(1);
+    EXPECT_EQ(client.heard(1), QStringList("Reply 1"));
 }
 
 TEST(SimulatorServer, EndsAllConnectionsWhenItCloses)
