@@ -16,7 +16,7 @@ folder=build/benchmarks
 mkdir -p $folder
 cmake -S . -B $folder -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER=g++ \
     -DROUTERINTERFACE_BENCHMARKS=ON -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF \
-    -DROUTERINTERFACE_TOOLS=OFF >$folder/configure.log
+    -DROUTERINTERFACE_TOOLS=OFF -DROUTERINTERFACE_SIMULATOR=OFF >$folder/configure.log
 grep "Benchmarks without" $folder/configure.log >&2 || true
 build() { cmake --build $folder --target benchmarks; }
 build >$folder/build.log || build

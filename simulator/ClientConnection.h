@@ -32,7 +32,8 @@ public:
     struct Receiver
     {
         std::function<void(const Document&, ROUTERDOCUMENTS::Form)> message;
-        // Bytes that could not be read. Without a form, nobody can tell what follows, and the connection ends.
+        // Bytes that could not be read. Without a form, nobody can tell what follows, and the connection
+        // ends.
         std::function<void(const MODELKIT::Failure&, std::optional<ROUTERDOCUMENTS::Form>, const QByteArray&)>
             refused;
         // Called once, and never inside of Write(). With Failure::None when it was ended between two

@@ -106,7 +106,8 @@ void SimulatorServer::accept(QTcpSocket& socket)
     receiver.message = [this, &client](const Document& document, Form form) {
         received(client, document, form);
     };
-    receiver.refused = [this, peer](const Failure& failure, std::optional<Form> form, const QByteArray& bytes) {
+    receiver.refused = [this, peer](const Failure& failure, std::optional<Form> form,
+                                    const QByteArray& bytes) {
         Exchange exchange;
         exchange.form = form;
         exchange.fault = failure.GetSentence();

@@ -23,10 +23,7 @@ public:
         const RouterState::Answer answer = state.CarryOut(text(client), asked, isRefused);
         return said(answer.reply) + QLatin1String(" | ") + said(answer.news);
     }
-    QString ask(const char* client, const char* json)
-    {
-        return ask(client, QVector<QByteArray>(1, json));
-    }
+    QString ask(const char* client, const char* json) { return ask(client, QVector<QByteArray>(1, json)); }
     QString leave(const char* client) { return said(state.Leave(text(client))); }
     QString happen(const char* json) { return said(state.Happen({fragment(json)})); }
 

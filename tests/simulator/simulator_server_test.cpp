@@ -373,12 +373,16 @@ TEST(SimulatorServer, AcceptsClientsAgainWhenThereAreFilesToOpen)
         next.close();
         ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
         waiting.connectToHost(QHostAddress(QHostAddress::LocalHost), simulation.server.GetPort());
-        waitUntil([&] { return simulation.clock.countWaiting() == 1; });
+        waitUntil([&] { return waiting.state() == QAbstractSocket::ConnectedState; });
+        settle();
         EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
     }
     EXPECT_EQ(simulation.exchanges.size(), 1U);
-    simulation.clock.advance(1000);
-    waitUntil([&] { return simulation.exchanges.size() == 2; });
+    // Some versions of Qt try again by themselves.
+    waitUntil([&] {
+        simulation.clock.advance(1000);
+        return simulation.exchanges.size() == 2;
+    });
     client.ask(1);
     EXPECT_EQ(client.heard(1), QStringList("Reply 1"));
 }
