@@ -17,8 +17,8 @@ using ROUTERLINK::MessageReader;
 
 namespace {
 
-// Then other clients have their turn.
-constexpr int mostMessagesAtOnce = 64;
+// Then other clients have their turn, and what they are told of these messages is sent.
+constexpr int mostMessagesAtOnce = 8;
 constexpr qint64 blockSize = 1 << 16;
 
 MODELKIT::Limits limitsOfMessages(const ServerLimits& limits)
@@ -26,6 +26,7 @@ MODELKIT::Limits limitsOfMessages(const ServerLimits& limits)
     MODELKIT::Limits result = MODELKIT::Limits::Get();
     result.inputSize = limits.messageSize;
     result.inflatedSize = limits.messageSize;
+    result.listItems = limits.fragments;
     return result;
 }
 
@@ -159,6 +160,8 @@ bool ClientConnection::Write(const QByteArray& bytes)
     if (m_isClosed || m_isEnding || m_isFailing)
         return false;
     QString problem;
+    if (bytes.size() > m_queueSize - m_socket.bytesToWrite())
+        m_socket.flush();
     const qint64 waiting = m_socket.bytesToWrite();
     if (bytes.size() > m_queueSize - waiting)
         problem = QStringLiteral("The client reads too slowly: %1 of %2 bytes wait, and %3 more do not fit.")

@@ -150,7 +150,9 @@ struct ServerLimits
     // for the end of their delay.
     int queueSize = 1 << 20;
     int messageSize = 1 << 20;
-    int waitingRequests = 1000;
+    int waitingRequests = 100;
+    // Of one message. Each may cause an event for all clients.
+    int fragments = 100;
 };
 
 struct Scenario

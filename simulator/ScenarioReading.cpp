@@ -262,7 +262,8 @@ void readLimits(const ScenarioValue& value, ServerLimits& limits)
     object.Integer(QStringLiteral("clients"), limits.clients, 1, 10000);
     object.Integer(QStringLiteral("queueSize"), limits.queueSize, 1, largestSize);
     object.Integer(QStringLiteral("messageSize"), limits.messageSize, 1, largestSize);
-    object.Integer(QStringLiteral("waitingRequests"), limits.waitingRequests, 1);
+    object.Integer(QStringLiteral("waitingRequests"), limits.waitingRequests, 1, 100000);
+    object.Integer(QStringLiteral("fragments"), limits.fragments, 0, 100000);
     object.End();
 }
 

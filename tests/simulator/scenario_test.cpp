@@ -48,7 +48,8 @@ TEST(Scenario, NeedsNoKey)
     EXPECT_EQ(empty.limits.clients, 64);
     EXPECT_EQ(empty.limits.queueSize, 1 << 20);
     EXPECT_EQ(empty.limits.messageSize, 1 << 20);
-    EXPECT_EQ(empty.limits.waitingRequests, 1000);
+    EXPECT_EQ(empty.limits.waitingRequests, 100);
+    EXPECT_EQ(empty.limits.fragments, 100);
 }
 
 TEST(Scenario, ReadsAllKeys)
@@ -64,7 +65,7 @@ TEST(Scenario, ReadsAllKeys)
                    {"fault": "wrongID"}, {"fault": "silence"}],
         "events": [{"at": 1000, "every": 50, "fragments": [{"OstraInterfacePort": {"Port": 1}}]},
                    {"afterConnection": 0, "client": 3, "fragments": []}],
-        "limits": {"clients": 1, "queueSize": 2, "messageSize": 3, "waitingRequests": 4}})");
+        "limits": {"clients": 1, "queueSize": 2, "messageSize": 3, "waitingRequests": 4, "fragments": 5}})");
     EXPECT_EQ(all.router.tuning.GetFrequency(), 25);
     EXPECT_EQ(all.router.tuning.GetPanoramaSpan(), 1) << "next to zero";
     EXPECT_EQ(all.router.frequency.most, 30);
@@ -101,6 +102,7 @@ TEST(Scenario, ReadsAllKeys)
     EXPECT_EQ(all.limits.queueSize, 2);
     EXPECT_EQ(all.limits.messageSize, 3);
     EXPECT_EQ(all.limits.waitingRequests, 4);
+    EXPECT_EQ(all.limits.fragments, 5);
 }
 
 TEST(Scenario, SaysWhereItIsWrongAndWhatMayBeMeant)

@@ -178,6 +178,27 @@ TEST(SimulatorServer, EndsConnectionsOnWhichNobodyCanTellWhatFollows)
     EXPECT_EQ(other->heard(1), QStringList("Reply 1"));
 }
 
+TEST(SimulatorServer, PassesOverFragmentsWithoutPayloadAndTooMany)
+{
+    Simulation simulation(R"({"limits": {"fragments": 2}})");
+    const auto client = simulation.connectClient();
+    unsigned int number = 0;
+    for (const Form form : {Form::Xml, Form::Binary, Form::Compressed})
+        for (const int count : {1, 2, 3}) {
+            PelLu300RouterInterfaceXml document;
+            PelLu300RouterMessage& message = document.GetPelLu300RouterMessage();
+            message.SetType(PelLu300RouterMessage::Request);
+            message.SetMessageID(++number);
+            for (int i = 0; i < count; ++i)
+                message.AppendFragment(count == 1 ? Fragment() : fragment(R"({"OstraInterfacePort":{}})"));
+            client->write(ROUTERDOCUMENTS::WriteDocument(document, form));
+        }
+    client->ask(99);
+    const QString ports = "{OstraInterfacePort:{Port:5001}} {OstraInterfacePort:{Port:5001}}";
+    EXPECT_EQ(client->heard(4),
+              QStringList({"Reply 2 " + ports, "Reply 5 " + ports, "Reply 8 " + ports, "Reply 99"}));
+}
+
 // --- refusals and delays ----------------------------------------------------------------------
 
 TEST(SimulatorServer, RefusesWhatTheScenarioRefuses)
