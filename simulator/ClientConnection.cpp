@@ -4,7 +4,6 @@
 #include "documents/Document.h"
 #include "documents/DocumentError.h"
 
-#include <QtCore/QTimer>
 #include <QtNetwork/QHostAddress>
 
 #include <utility>
@@ -54,7 +53,10 @@ QByteArray encoded(const ClientConnection::Document& document, Form form)
 
 ClientConnection::ClientConnection(QTcpSocket& socket, const ServerLimits& limits, QObject* parent)
     : QObject(parent), m_socket(socket), m_peer(nameOf(socket.peerAddress(), socket.peerPort())),
-      m_queueSize(limits.queueSize), m_reader(limitsOfMessages(limits))
+      m_queueSize(limits.queueSize), m_reader(limitsOfMessages(limits)), m_reading(*this, [this] { read(); }),
+      m_failing(*this, [this] {
+          Close({Failure::InputOutput, m_problem, {}});
+      })
 {
     m_socket.setParent(this);
     // The system notices clients that are gone without a word.
@@ -81,16 +83,6 @@ void ClientConnection::Resume()
 {
     if (std::exchange(m_isPaused, false))
         readLater();
-}
-
-void ClientConnection::readLater()
-{
-    if (std::exchange(m_isScheduled, true))
-        return;
-    QTimer::singleShot(0, this, [this] {
-        m_isScheduled = false;
-        read();
-    });
 }
 
 void ClientConnection::read()
@@ -179,7 +171,8 @@ bool ClientConnection::Write(const QByteArray& bytes)
 void ClientConnection::Fail(const QString& problem)
 {
     m_isFailing = true;
-    QTimer::singleShot(0, this, [this, problem] { Close({Failure::InputOutput, problem, {}}); });
+    m_problem = problem;
+    m_failing.Schedule();
 }
 
 void ClientConnection::Close(const Failure& failure)

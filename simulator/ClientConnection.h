@@ -5,6 +5,7 @@
 #include "simulator/Scenario.h"
 
 #include "documents/Forms.h"
+#include "link/Later.h"
 #include "link/MessageReader.h"
 
 #include "modelkit/Failure.h"
@@ -66,7 +67,7 @@ public:
 
 private:
     void read();
-    void readLater();
+    void readLater() { m_reading.Schedule(); }
     // False when there is nothing more to read now.
     bool readNext();
     bool takeBytes();
@@ -78,8 +79,10 @@ private:
     ROUTERLINK::MessageReader m_reader;
     Receiver m_receiver;
     ROUTERDOCUMENTS::Form m_form = ROUTERDOCUMENTS::Form::Binary;
+    ROUTERLINK::Later m_reading;
+    ROUTERLINK::Later m_failing;
+    QString m_problem;
     bool m_isPaused = false;
-    bool m_isScheduled = false;
     // Whether the client has ended the connection.
     bool m_isEnding = false;
     // Whether this end is going to close it.

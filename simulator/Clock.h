@@ -27,7 +27,14 @@ class TimerClock : public Clock
 public:
     void CallAfter(qint64 milliseconds, QObject& context, const std::function<void()>& action) override
     {
-        QTimer::singleShot(std::chrono::milliseconds(milliseconds), Qt::PreciseTimer, &context, action);
+        auto* const timer = new QTimer(&context);
+        timer->setTimerType(Qt::PreciseTimer);
+        timer->setSingleShot(true);
+        QObject::connect(timer, &QTimer::timeout, &context, [timer, action] {
+            timer->deleteLater();
+            action();
+        });
+        timer->start(std::chrono::milliseconds(milliseconds));
     }
 };
 

@@ -8,10 +8,8 @@
 
 namespace ROUTERSIM {
 
-using PELLU300ROUTERINTERFACEXML::AcquireMastership;
 using PELLU300ROUTERINTERFACEXML::DF_Params;
 using PELLU300ROUTERINTERFACEXML::MastershipState;
-using PELLU300ROUTERINTERFACEXML::ReleaseMastership;
 
 RouterState::Answer RouterState::CarryOut(const QString& client, const Fragments& asked,
                                           const std::function<bool(int)>& isRefused)

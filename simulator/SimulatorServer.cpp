@@ -5,7 +5,6 @@
 
 #include "documents/DocumentError.h"
 
-#include <QtCore/QTimer>
 #include <QtNetwork/QTcpSocket>
 
 #include <algorithm>
@@ -54,7 +53,8 @@ ClientConnection::Document messageOf(PelLu300RouterMessage::Type type,
 } // namespace
 
 SimulatorServer::SimulatorServer(const Scenario& scenario, quint64 seed, Clock& clock, const Log& log)
-    : m_scenario(scenario), m_seed(seed), m_clock(clock), m_log(log), m_router(scenario.router)
+    : m_scenario(scenario), m_seed(seed), m_clock(clock), m_log(log), m_router(scenario.router),
+      m_deleting(*this, [this] { m_gone.clear(); })
 {
     connect(&m_server, &QTcpServer::newConnection, this, &SimulatorServer::acceptClients);
     // Qt accepts nobody any more when, for example, the process has too many open files.
@@ -129,7 +129,7 @@ void SimulatorServer::leave(Client& client, const Failure& failure, bool isByCli
                                     [&](const auto& each) { return each.get() == &client; });
     m_gone.push_back(std::move(*found));
     m_clients.erase(found);
-    QTimer::singleShot(0, this, [this] { m_gone.clear(); });
+    m_deleting.Schedule();
     tellEach(m_router.Leave(client.id));
 }
 

@@ -9,6 +9,7 @@
 #include "simulator/Scenario.h"
 
 #include "documents/Exchange.h"
+#include "link/Later.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
@@ -91,6 +92,7 @@ private:
     std::vector<std::unique_ptr<Client>> m_clients;
     // They are deleted when none of their functions runs.
     std::vector<std::unique_ptr<Client>> m_gone;
+    ROUTERLINK::Later m_deleting;
 };
 
 } // namespace ROUTERSIM

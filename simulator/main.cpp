@@ -10,7 +10,6 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QRandomGenerator>
-#include <QtCore/QTimer>
 
 #include <cstdio>
 
@@ -36,7 +35,7 @@ int complain(const QString& text, ExitStatus status)
 int say(const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
-    const size_t size = static_cast<size_t>(bytes.size());
+    const auto size = static_cast<size_t>(bytes.size());
     if (std::fwrite(bytes.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0)
         return Good;
     return complain(QStringLiteral("Cannot write to the standard output."), Failed);
@@ -48,8 +47,8 @@ int serve(const Options& options, const Scenario& scenario)
     QString reason;
     ExchangeLog log([&status](const QString& failure) {
         status = complain(failure, Failed);
-        // Called from the event loop, or before it runs.
-        QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+        // Before the event loop runs, it cannot be ended.
+        QMetaObject::invokeMethod(QCoreApplication::instance(), "quit", Qt::QueuedConnection);
     });
     if (!options.log.isEmpty() && !log.Open(options.log, reason))
         return complain(QStringLiteral("%1: %2").arg(options.log, reason), Failed);
