@@ -275,6 +275,26 @@ TEST(SimulatorOptions, ThatAreWrongAreRefused)
     EXPECT_FALSE(problem.isEmpty());
 }
 
+TEST(SimulatorOptions, AreInTheManualPage)
+{
+    QFile page(projectPath("simulator/routersim.1"));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QString manual = QString::fromUtf8(page.readAll()).remove(QLatin1Char('\\'));
+    int options = 0;
+    for (const QString& line : helpText().split('\n')) {
+        if (!line.startsWith("  --"))
+            continue;
+        ++options;
+        const QStringList words = line.simplified().split(' ');
+        const bool hasValue = words.at(1) == words.at(1).toUpper();
+        EXPECT_TRUE(manual.contains(hasValue
+                                        ? QStringLiteral(".BI %1 \" %2\"\n").arg(words.at(0), words.at(1))
+                                        : QStringLiteral(".B %1\n").arg(words.at(0))))
+            << line.toStdString();
+    }
+    EXPECT_EQ(options, 8);
+}
+
 TEST(SimulatorOptions, AreInTheHelpAndOnThePage)
 {
     EXPECT_EQ(helpText(), text(R"(Usage: routersim [OPTION]...
