@@ -60,7 +60,10 @@ SimulatorServer::SimulatorServer(const Scenario& scenario, quint64 seed, Clock& 
     // Qt accepts nobody any more when, for example, the process has too many open files.
     connect(&m_server, &QTcpServer::acceptError, this, [this] {
         constexpr qint64 pause = 1000;
-        m_clock.CallAfter(pause, *this, [this] { m_server.resumeAccepting(); });
+        m_clock.CallAfter(pause, *this, [this] {
+            if (m_server.isListening())
+                m_server.resumeAccepting();
+        });
     });
 }
 
@@ -92,9 +95,9 @@ void SimulatorServer::acceptClients()
 void SimulatorServer::accept(QTcpSocket& socket)
 {
     const QString peer = nameOf(socket.peerAddress(), socket.peerPort());
-    logEvent(ConnectionEvent::Connected, Direction::Received, peer);
+    logEvent(Direction::Received, peer, ConnectionEvent::Connected);
     if (static_cast<int>(m_clients.size()) >= m_scenario.limits.clients) {
-        logEvent(ConnectionEvent::Closed, Direction::Sent, peer,
+        logEvent(Direction::Sent, peer, ConnectionEvent::Closed,
                  QStringLiteral("No more than %1 clients are admitted.").arg(m_scenario.limits.clients));
         socket.abort();
         socket.deleteLater();
@@ -108,11 +111,7 @@ void SimulatorServer::accept(QTcpSocket& socket)
     };
     receiver.refused = [this, peer](const Failure& failure, std::optional<Form> form,
                                     const QByteArray& bytes) {
-        Exchange exchange;
-        exchange.form = form;
-        exchange.fault = failure.GetSentence();
-        exchange.bytes = bytes;
-        log(exchange, peer);
+        logBytes(Direction::Received, peer, form, bytes, failure.GetSentence());
     };
     receiver.closed = [this, &client](const Failure& failure, bool isByClient) {
         leave(client, failure, isByClient);
@@ -123,8 +122,8 @@ void SimulatorServer::accept(QTcpSocket& socket)
 
 void SimulatorServer::leave(Client& client, const Failure& failure, bool isByClient)
 {
-    logEvent(ConnectionEvent::Closed, isByClient ? Direction::Received : Direction::Sent,
-             client.connection.GetPeer(), failure.kind == Failure::None ? QString() : failure.GetSentence());
+    logEvent(isByClient ? Direction::Received : Direction::Sent, client.connection.GetPeer(),
+             ConnectionEvent::Closed, failure.kind == Failure::None ? QString() : failure.GetSentence());
     const auto found = std::find_if(m_clients.begin(), m_clients.end(),
                                     [&](const auto& each) { return each.get() == &client; });
     m_gone.push_back(std::move(*found));
@@ -144,10 +143,7 @@ SimulatorServer::Client* SimulatorServer::find(int number) const
 
 void SimulatorServer::received(Client& client, const Document& request, Form form)
 {
-    Exchange exchange;
-    exchange.form = form;
-    exchange.record = std::make_shared<Document>(request);
-    log(exchange, client.connection.GetPeer());
+    logMessage(Direction::Received, client, form, request);
     const PelLu300RouterMessage& message = request.GetPelLu300RouterMessage();
     if (!message.IsTypeSet() || message.GetType() != PelLu300RouterMessage::Request)
         return;
@@ -199,17 +195,19 @@ void SimulatorServer::send(Client& client, const Document& document, Form form)
 {
     if (client.isMute)
         return;
+    const QByteArray bytes = bytesOf(client, document, form);
+    if (!bytes.isEmpty() && client.connection.Write(bytes))
+        logMessage(Direction::Sent, client, form, document);
+}
+
+QByteArray SimulatorServer::bytesOf(Client& client, const Document& document, Form form)
+{
     try {
-        if (!client.connection.Write(encoded(document, form)))
-            return;
+        return encoded(document, form);
     } catch (const ROUTERDOCUMENTS::DocumentError& error) {
-        return client.connection.Fail(error.GetText());
+        client.connection.Fail(error.GetText());
+        return {};
     }
-    Exchange exchange;
-    exchange.direction = Direction::Sent;
-    exchange.form = form;
-    exchange.record = std::make_shared<Document>(document);
-    log(exchange, client.connection.GetPeer());
 }
 
 // --- faults -----------------------------------------------------------------------------------
@@ -221,7 +219,7 @@ bool SimulatorServer::sendWrongly(Client& client, const Document& document, Form
     case Fault::CutConnection:
         break;
     case Fault::HalfMessage: {
-        const QByteArray bytes = encoded(document, form);
+        const QByteArray bytes = bytesOf(client, document, form);
         const QByteArray half = firstHalf(bytes);
         sendBytes(client, half, form,
                   QStringLiteral("Only %1 of %2 bytes of a message were sent, as the scenario says.")
@@ -254,14 +252,8 @@ bool SimulatorServer::sendWrongly(Client& client, const Document& document, Form
 void SimulatorServer::sendBytes(Client& client, const QByteArray& bytes, std::optional<Form> form,
                                 const QString& why)
 {
-    if (client.isMute || !client.connection.Write(bytes))
-        return;
-    Exchange exchange;
-    exchange.direction = Direction::Sent;
-    exchange.form = form;
-    exchange.fault = why;
-    exchange.bytes = bytes;
-    log(exchange, client.connection.GetPeer());
+    if (!client.isMute && client.connection.Write(bytes))
+        logBytes(Direction::Sent, client.connection.GetPeer(), form, bytes, why);
 }
 
 void SimulatorServer::cut(Client& client)
@@ -338,22 +330,44 @@ void SimulatorServer::breakDown(const TimedFault& fault, int client, Randomness&
 
 // --- the log ----------------------------------------------------------------------------------
 
-void SimulatorServer::log(Exchange exchange, const QString& peer) const
+void SimulatorServer::logMessage(Direction direction, const Client& client, Form form,
+                                 const Document& document) const
 {
     if (!m_log)
         return;
-    exchange.peer = peer;
+    Exchange exchange;
+    exchange.direction = direction;
+    exchange.peer = client.connection.GetPeer();
+    exchange.form = form;
+    exchange.record = std::make_shared<Document>(document);
     m_log(exchange);
 }
 
-void SimulatorServer::logEvent(ConnectionEvent event, Direction direction, const QString& peer,
-                               const QString& fault) const
+void SimulatorServer::logBytes(Direction direction, const QString& peer, std::optional<Form> form,
+                               const QByteArray& bytes, const QString& fault) const
 {
+    if (!m_log)
+        return;
     Exchange exchange;
     exchange.direction = direction;
+    exchange.peer = peer;
+    exchange.form = form;
+    exchange.bytes = bytes;
+    exchange.fault = fault;
+    m_log(exchange);
+}
+
+void SimulatorServer::logEvent(Direction direction, const QString& peer, ConnectionEvent event,
+                               const QString& fault) const
+{
+    if (!m_log)
+        return;
+    Exchange exchange;
+    exchange.direction = direction;
+    exchange.peer = peer;
     exchange.event = event;
     exchange.fault = fault;
-    log(exchange, peer);
+    m_log(exchange);
 }
 
 } // namespace ROUTERSIM

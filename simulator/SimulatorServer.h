@@ -59,6 +59,8 @@ private:
     void answer(Client& client, const Document& request, ROUTERDOCUMENTS::Form form,
                 const Decision& decision);
     void send(Client& client, const Document& document, ROUTERDOCUMENTS::Form form);
+    // Empty, and the connection is going to be closed, when the form cannot represent the message.
+    static QByteArray bytesOf(Client& client, const Document& document, ROUTERDOCUMENTS::Form form);
     // What the fault makes of the message. True when the connection is to be cut now.
     bool sendWrongly(Client& client, const Document& document, ROUTERDOCUMENTS::Form form, const Fault& fault,
                      Randomness& random);
@@ -78,9 +80,13 @@ private:
                 const std::shared_ptr<Randomness>& random, const Happening& happening);
     void breakDown(const TimedFault& fault, int client, Randomness& random);
 
-    void log(ROUTERDOCUMENTS::Exchange exchange, const QString& peer) const;
-    void logEvent(ROUTERDOCUMENTS::ConnectionEvent event, ROUTERDOCUMENTS::Direction direction,
-                  const QString& peer, const QString& fault = {}) const;
+    void logMessage(ROUTERDOCUMENTS::Direction direction, const Client& client, ROUTERDOCUMENTS::Form form,
+                    const Document& document) const;
+    void logBytes(ROUTERDOCUMENTS::Direction direction, const QString& peer,
+                  std::optional<ROUTERDOCUMENTS::Form> form, const QByteArray& bytes,
+                  const QString& fault) const;
+    void logEvent(ROUTERDOCUMENTS::Direction direction, const QString& peer,
+                  ROUTERDOCUMENTS::ConnectionEvent event, const QString& fault = {}) const;
 
     const Scenario m_scenario;
     const quint64 m_seed;

@@ -362,6 +362,28 @@ TEST(SimulatorServer, EndsTheConnectionOfAClientThatDoesNotRead)
         << simulation.ends().constFirst().toStdString();
 }
 
+// A scenario in JSON is refused when it has such a text.
+TEST(SimulatorServer, EndsTheConnectionWhenItsFormCannotRepresentTheReply)
+{
+    for (const char* fault : {"[]", R"([{"fault": "halfMessage", "then": "nothing"}])"}) {
+        Scenario bad = scenario((QByteArray(R"({"faults": )") + fault + '}').constData());
+        bad.router.connectServer.SetAddress(QString(QChar(1)));
+        TestClock clock;
+        QStringList ends;
+        SimulatorServer server(bad, 1, clock, [&ends](const ROUTERDOCUMENTS::Exchange& exchange) {
+            if (exchange.event == ROUTERDOCUMENTS::ConnectionEvent::Closed)
+                ends += exchange.fault;
+        });
+        ASSERT_TRUE(server.Listen(QHostAddress(QHostAddress::LocalHost), 0));
+        TestClient client(server.GetPort());
+        client.ask(1, R"({"PelVtConnectServer":{}})", Form::Xml);
+        client.awaitEnd();
+        EXPECT_EQ(client.arrived, QByteArray());
+        ASSERT_EQ(ends.size(), 1);
+        EXPECT_TRUE(ends[0].contains("XML cannot carry")) << ends[0].toStdString();
+    }
+}
+
 TEST(SimulatorServer, AdmitsSoManyClientsAtATime)
 {
     Simulation simulation(R"({"limits": {"clients": 2}})");
