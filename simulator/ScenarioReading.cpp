@@ -23,7 +23,7 @@ constexpr qint64 longestTime = qint64(24) * 60 * 60 * 1000;
 constexpr int largestSize = 1 << 30;
 
 const char* const kinds[] = {"cutConnection", "halfMessage", "garbage", "wrongID", "silence"};
-const char* const thens[] = {"cut", "nothing", "goOn"};
+const char* const whatFollows[] = {"cut", "nothing", "goOn"};
 
 template <class Enumeration, size_t count>
 Enumeration named(const ScenarioValue& value, const char* const (&words)[count])
@@ -246,7 +246,7 @@ void readFault(const ScenarioValue& value, Scenario& scenario)
     fault.kind = named<Fault::Kind>(*kind, kinds);
     if (fault.kind == Fault::HalfMessage || fault.kind == Fault::Garbage)
         if (const ScenarioValue* then = object.Find(QStringLiteral("then")))
-            fault.then = named<Fault::Then>(*then, thens);
+            fault.then = named<Fault::Then>(*then, whatFollows);
     if (fault.kind == Fault::Garbage)
         object.Integer(QStringLiteral("size"), fault.size, 1, 1 << 20);
     if (hasTiming(object))
