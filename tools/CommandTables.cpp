@@ -27,7 +27,7 @@ QString argumentLabel(const OptionTable& argument)
 
 QString fileValue() { return QStringLiteral("FILE"); }
 
-bool OptionTable::takesFile() const { return value == fileValue(); }
+bool OptionTable::takesFile() const { return value.split(QLatin1Char('|')).contains(fileValue()); }
 
 OptionTable flag(const QStringList& names, const QString& text) { return {names, QString(), text}; }
 

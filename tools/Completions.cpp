@@ -215,13 +215,14 @@ QString zshText(QString text)
 
 QString zshValue(const OptionTable& option)
 {
+    const QString value = zshText(option.value);
     if (!option.separators.isEmpty())
-        return QStringLiteral(":%1:%2").arg(option.value, partsFunction(option));
+        return QStringLiteral(":%1:%2").arg(value, partsFunction(option));
     if (!option.knownValues().isEmpty())
-        return QStringLiteral(":%1:{%2 %3}")
-            .arg(option.value, wordsFunction(), option.knownValues().join(' '));
-    return option.takesFile() ? QStringLiteral(":%1:_files").arg(option.value)
-                              : QStringLiteral(":%1: ").arg(option.value);
+        return QStringLiteral(":%1:{%2 %3%4}")
+            .arg(value, wordsFunction(), option.knownValues().join(' '),
+                 option.takesFile() ? QStringLiteral("; _files") : QString());
+    return option.takesFile() ? QStringLiteral(":%1:_files").arg(value) : QStringLiteral(":%1: ").arg(value);
 }
 
 QString zshParts(const OptionTable& option)

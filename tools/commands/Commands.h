@@ -32,6 +32,12 @@ struct Command
     ROW(split)        \
     ROW(join)         \
     ROW(stats)        \
+    ROW(send)         \
+    ROW(listen)       \
+    ROW(connect)      \
+    ROW(relay)        \
+    ROW(record)       \
+    ROW(replay)       \
     ROW(man)          \
     ROW(completion)
 

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+/// \file
+/// A connection on which messages are sent, and requests wait for their replies.
+#pragma once
+
+#include "documents/Forms.h"
+#include "link/MessageChannel.h"
+#include "wire/Connecting.h"
+#include "wire/Endpoint.h"
+#include "wire/Outgoing.h"
+#include "wire/Watcher.h"
+
+#include <QtNetwork/QTcpSocket>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace routermsg {
+
+class WireLoop;
+
+/// How messages are sent and what is told about those that come.
+struct ConversationOptions
+{
+    /// The form of messages that are sent; without one, as the channel chooses.
+    std::optional<ROUTERDOCUMENTS::Form> form = std::nullopt;
+    /// How long each reply may take.
+    std::chrono::milliseconds wait{5000};
+};
+
+/// The connection of one client. All functions are called from inside the loop, which gets the exceptions
+/// that they throw.
+class Conversation
+{
+public:
+    struct Receivers
+    {
+        /// The connection is there.
+        std::function<void()> onConnected;
+        /// All that comes and goes, also events.
+        ExchangeReceiver onExchange;
+        /// A reply that belongs to no request which waits. \param isLate whether the request has waited too
+        /// long
+        std::function<void(const ROUTERDOCUMENTS::Exchange& reply, bool isLate)> onStrayReply;
+        /// The connection has ended, for the reason; null when the other end has closed it, close() was
+        /// called, or the fault was told as an exchange.
+        std::function<void(const QString& fault)> onClosed;
+    };
+
+    /// Begins to connect.
+    Conversation(const Endpoint& server, const ConversationOptions& options, const Receivers& receivers,
+                 WireLoop& loop);
+    Conversation(const Conversation&) = delete;
+    Conversation& operator=(const Conversation&) = delete;
+    ~Conversation();
+
+    /// Sends a message. If it is a request, \a onResult is told what has become of it.
+    /// \throws Refusal when it cannot be sent.
+    void send(const OutgoingMessage& message,
+              const std::function<void(const ROUTERLINK::RequestResult&)>& onResult);
+    /// Ends the connection when all messages have been passed on. A Refusal ends the loop when the other end
+    /// does not take them in time.
+    void close();
+    /// Whether nothing can be sent any more.
+    bool isOver() const { return m_isOver || (m_channel && m_channel->IsClosed()); }
+
+private:
+    void begin();
+    void receive(const PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml& document);
+    ROUTERDOCUMENTS::Exchange
+    received(const PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml& document) const;
+    void tellSent(const OutgoingMessage& message);
+    void tellFault(const MODELKIT::Failure& failure);
+    void end(const MODELKIT::Failure& failure);
+
+    const Endpoint m_server;
+    const ConversationOptions m_options;
+    const Receivers m_receivers;
+    WireLoop& m_loop;
+    QTcpSocket m_socket;
+    std::unique_ptr<ROUTERLINK::MessageChannel> m_channel;
+    QString m_peer;
+    bool m_isClosing = false;
+    bool m_isOver = false;
+};
+
+} // namespace routermsg

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+/// \file
+/// The messages in bytes that go over a connection.
+#pragma once
+
+#include "documents/Exchange.h"
+#include "link/MessageReader.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <functional>
+
+namespace routermsg {
+
+/// Receives what came or went on a connection.
+using ExchangeReceiver = std::function<void(const ROUTERDOCUMENTS::Exchange&)>;
+
+/// An exchange that happens now.
+ROUTERDOCUMENTS::Exchange exchangeNow(ROUTERDOCUMENTS::Direction direction, const QString& peer);
+/// An event that happens now. \param fault why a connection has ended; null for no reason
+ROUTERDOCUMENTS::Exchange eventNow(ROUTERDOCUMENTS::ConnectionEvent event,
+                                   ROUTERDOCUMENTS::Direction direction, const QString& peer,
+                                   const QString& fault = QString());
+
+/// Watches one direction of a connection, and tells what goes over it. Bytes that nobody can understand are
+/// told as faults, none is left out but those between messages.
+class Watcher
+{
+public:
+    Watcher(ROUTERDOCUMENTS::Direction direction, const QString& peer, const ExchangeReceiver& receiver)
+        : m_direction(direction), m_peer(peer), m_receiver(receiver)
+    {}
+
+    void add(const QByteArray& bytes);
+    /// No more bytes follow. What is missing is told.
+    void end();
+
+private:
+    void readOn();
+    void tellFault(const QString& text, const QByteArray& bytes);
+
+    ROUTERDOCUMENTS::Direction m_direction;
+    QString m_peer;
+    ExchangeReceiver m_receiver;
+    ROUTERLINK::MessageReader m_reader;
+    bool m_isBroken = false;
+};
+
+} // namespace routermsg
