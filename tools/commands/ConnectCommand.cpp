@@ -41,6 +41,7 @@ public:
         Conversation conversation(m_server, m_options, receivers, loop);
         m_conversation = &conversation;
         loop.run();
+        conversation.leave();
         m_input.reset();
         return std::max(m_status, m_log.status());
     }

@@ -46,8 +46,12 @@ public:
     Visitor(const Visitor&) = delete;
     Visitor& operator=(const Visitor&) = delete;
 
-    // Tells of a message whose end has not come.
-    void leave() { m_watcher.end(); }
+    // The program ends, and with it the connection.
+    void leave()
+    {
+        m_watcher.end();
+        m_log.add(eventNow(ConnectionEvent::Closed, Direction::Sent, m_peer));
+    }
 
 private:
     void read()
@@ -63,7 +67,7 @@ private:
     void end()
     {
         read();
-        leave();
+        m_watcher.end();
         m_log.add(eventNow(ConnectionEvent::Closed, Direction::Received, m_peer, faultOf(m_socket)));
         m_socket.deleteLater();
     }

@@ -47,6 +47,7 @@ public:
         Conversation conversation(m_server, m_options, receivers, loop);
         m_conversation = &conversation;
         loop.run();
+        conversation.leave();
         if (loop.isInterrupted())
             complain(QStringLiteral("The program was ended."), Failed);
         return m_status;

@@ -108,6 +108,12 @@ void Conversation::close()
     }));
 }
 
+void Conversation::leave() const
+{
+    if (m_channel && !isOver())
+        m_receivers.onExchange(eventNow(ConnectionEvent::Closed, Direction::Sent, m_peer));
+}
+
 Exchange Conversation::received(const PelLu300RouterInterfaceXml& document) const
 {
     Exchange exchange = exchangeNow(Direction::Received, m_peer);

@@ -63,6 +63,8 @@ public:
     /// Ends the connection when all messages have been passed on. A Refusal ends the loop when the other end
     /// does not take them in time.
     void close();
+    /// The program ends, and with it the connection. For when the loop has ended.
+    void leave() const;
     /// Whether nothing can be sent any more.
     bool isOver() const { return m_isOver || (m_channel && m_channel->IsClosed()); }
 
