@@ -18,9 +18,6 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-// What a socket takes in before it is read.
-constexpr qint64 mostUnread = 1 << 20;
-
 class Visitor;
 using Visitors = std::set<Visitor*>;
 
@@ -54,15 +51,7 @@ public:
     }
 
 private:
-    void read()
-    {
-        while (m_socket.bytesAvailable() > 0) {
-            const QByteArray bytes = m_socket.read(mostUnread);
-            if (bytes.isEmpty())
-                return;
-            m_watcher.add(bytes);
-        }
-    }
+    void read() { m_watcher.addArrived(m_socket); }
 
     void end()
     {
@@ -89,7 +78,7 @@ Status listen(const Arguments& arguments, Session& session)
         QTcpServer server;
         QObject::connect(&server, &QTcpServer::newConnection, &server, loop.guarded([&] {
             while (QTcpSocket* const socket = server.nextPendingConnection()) {
-                socket->setReadBufferSize(mostUnread);
+                socket->setReadBufferSize(Watcher::mostUnread);
                 new Visitor(*socket, visitors, log, loop);
             }
         }));

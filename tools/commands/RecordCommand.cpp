@@ -18,8 +18,6 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-constexpr qint64 mostUnread = 1 << 20;
-
 class Recording
 {
 public:
@@ -33,7 +31,7 @@ public:
     {
         WireLoop loop;
         QTcpSocket socket;
-        socket.setReadBufferSize(mostUnread);
+        socket.setReadBufferSize(Watcher::mostUnread);
         connectSocket(socket, m_server, m_wait, loop, [&] { begin(socket, loop); });
         loop.run();
         // The program was ended.
@@ -52,9 +50,10 @@ private:
         m_watcher = std::make_unique<Watcher>(Direction::Received, m_peer,
                                               [this](const Exchange& exchange) { add(exchange); });
         add(eventNow(ConnectionEvent::Connected, Direction::Sent, m_peer));
-        QObject::connect(&socket, &QTcpSocket::readyRead, &socket, loop.guarded([&] { read(socket); }));
+        QObject::connect(&socket, &QTcpSocket::readyRead, &socket,
+                         loop.guarded([&] { m_watcher->addArrived(socket); }));
         QObject::connect(&socket, &QTcpSocket::disconnected, &socket, loop.guarded([&] {
-            read(socket);
+            m_watcher->addArrived(socket);
             m_watcher->end();
             const QString fault = faultOf(socket);
             add(eventNow(ConnectionEvent::Closed, Direction::Received, m_peer, fault));
@@ -64,17 +63,7 @@ private:
                 m_session.complainInLine(connectionFinding(m_server, fault));
             loop.quit();
         }));
-        read(socket);
-    }
-
-    void read(QTcpSocket& socket)
-    {
-        while (socket.bytesAvailable() > 0) {
-            const QByteArray bytes = socket.read(mostUnread);
-            if (bytes.isEmpty())
-                return;
-            m_watcher->add(bytes);
-        }
+        m_watcher->addArrived(socket);
     }
 
     void add(const Exchange& exchange)

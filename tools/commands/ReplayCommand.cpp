@@ -61,6 +61,7 @@ public:
         QTcpSocket socket;
         m_loop = &loop;
         m_socket = &socket;
+        socket.setReadBufferSize(Watcher::mostUnread);
         m_timer.setSingleShot(true);
         QObject::connect(&m_timer, &QTimer::timeout, &socket, loop.guarded([this] { sendOn(); }));
         connectSocket(socket, m_server, patienceOf(m_wait), loop, [this] { begin(); });
@@ -120,15 +121,7 @@ private:
         m_log.add(exchange);
     }
 
-    void read()
-    {
-        while (m_socket->bytesAvailable() > 0) {
-            const QByteArray bytes = m_socket->readAll();
-            if (bytes.isEmpty())
-                return;
-            m_watcher->add(bytes);
-        }
-    }
+    void read() { m_watcher->addArrived(*m_socket); }
 
     void take(const Exchange& exchange)
     {

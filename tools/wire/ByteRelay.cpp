@@ -35,7 +35,7 @@ WireEnd::~WireEnd()
 {
     m_readable.setEnabled(false);
     m_writable.setEnabled(false);
-    close(m_descriptor);
+    ::close(m_descriptor);
 }
 
 BytePump::BytePump(WireEnd& source, WireEnd& target, const Receivers& receivers)
@@ -50,7 +50,7 @@ BytePump::BytePump(WireEnd& source, WireEnd& target, const Receivers& receivers)
 void BytePump::read()
 {
     m_block.resize(blockSize);
-    const auto size = recv(m_source.descriptor(), m_block.data(), blockSize, 0);
+    const auto size = ::recv(m_source.descriptor(), m_block.data(), blockSize, 0);
     const int error = errno;
     if (size < 0 && isTryAgain(error))
         return;
@@ -67,8 +67,8 @@ void BytePump::read()
 
 void BytePump::write()
 {
-    const auto size = send(m_target.descriptor(), m_block.constData() + m_taken,
-                           static_cast<std::size_t>(m_block.size() - m_taken), MSG_NOSIGNAL);
+    const auto size = ::send(m_target.descriptor(), m_block.constData() + m_taken,
+                             static_cast<std::size_t>(m_block.size() - m_taken), MSG_NOSIGNAL);
     if (size < 0 && isTryAgain(errno))
         return;
     if (size < 0) {
@@ -86,7 +86,7 @@ void BytePump::write()
 void BytePump::finish()
 {
     m_isOver = true;
-    shutdown(m_target.descriptor(), SHUT_WR);
+    ::shutdown(m_target.descriptor(), SHUT_WR);
     m_receivers.onEnd();
 }
 

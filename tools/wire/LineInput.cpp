@@ -12,7 +12,7 @@ namespace routermsg {
 
 namespace {
 
-constexpr int blockSize = 1 << 16;
+constexpr int inputBlock = 1 << 16;
 constexpr int longestLine = 1 << 20;
 
 Refusal refusalOfInput(const QString& text)
@@ -37,8 +37,8 @@ void LineInput::stop()
 
 void LineInput::read()
 {
-    QByteArray block(blockSize, Qt::Uninitialized);
-    const auto size = ::read(STDIN_FILENO, block.data(), blockSize);
+    QByteArray block(inputBlock, Qt::Uninitialized);
+    const auto size = ::read(STDIN_FILENO, block.data(), inputBlock);
     if (size < 0 && (errno == EINTR || errno == EAGAIN))
         return;
     if (size < 0) {

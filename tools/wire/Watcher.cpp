@@ -3,6 +3,8 @@
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
+#include <QtCore/QIODevice>
+
 #include <memory>
 
 namespace routermsg {
@@ -33,6 +35,16 @@ void Watcher::add(const QByteArray& bytes)
         return tellFault(QStringLiteral("This follows what could not be understood."), bytes);
     m_reader.AddData(bytes);
     readOn();
+}
+
+void Watcher::addArrived(QIODevice& device)
+{
+    while (device.bytesAvailable() > 0) {
+        const QByteArray bytes = device.read(mostUnread);
+        if (bytes.isEmpty())
+            return;
+        add(bytes);
+    }
 }
 
 void Watcher::end()

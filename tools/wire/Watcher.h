@@ -11,6 +11,8 @@
 
 #include <functional>
 
+class QIODevice;
+
 namespace routermsg {
 
 /// Receives what came or went on a connection.
@@ -32,7 +34,12 @@ public:
         : m_direction(direction), m_peer(peer), m_receiver(receiver)
     {}
 
+    /// What a socket should take in before it is read.
+    static constexpr qint64 mostUnread = 1 << 20;
+
     void add(const QByteArray& bytes);
+    /// Adds all that has arrived at a device.
+    void addArrived(QIODevice& device);
     /// No more bytes follow. What is missing is told.
     void end();
 

@@ -11,7 +11,7 @@ namespace routermsg {
 
 namespace {
 
-constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int loopSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 // Where the signals are told.
 volatile std::sig_atomic_t signalsEnd = -1;
@@ -21,7 +21,7 @@ void tellSignal(int)
     const int before = errno;
     const char one = 1;
     // When the pipe is full, enough has been told.
-    [[maybe_unused]] const auto written = write(static_cast<int>(signalsEnd), &one, 1);
+    [[maybe_unused]] const auto written = ::write(static_cast<int>(signalsEnd), &one, 1);
     errno = before;
 }
 
@@ -46,17 +46,17 @@ WireLoop::WireLoop() : m_application(m_argc, m_argv)
     m_notifier = std::make_unique<QSocketNotifier>(m_signals[0], QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
                      [this] { interrupt(); });
-    for (const int number : endingSignals)
+    for (const int number : loopSignals)
         setHandler(number, tellSignal, static_cast<int>(SA_RESETHAND | SA_RESTART));
 }
 
 WireLoop::~WireLoop()
 {
-    for (const int number : endingSignals)
+    for (const int number : loopSignals)
         setHandler(number, SIG_DFL, 0);
     m_notifier.reset();
-    close(m_signals[0]);
-    close(m_signals[1]);
+    ::close(m_signals[0]);
+    ::close(m_signals[1]);
 }
 
 void WireLoop::run()

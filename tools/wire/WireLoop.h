@@ -49,18 +49,21 @@ public:
     template <class Action>
     auto guarded(Action action)
     {
-        return [this, action](const auto&... arguments) {
-            guard([&] {
-                // A slot may leave out the arguments of its signal.
-                if constexpr (std::is_invocable_v<const Action&, decltype(arguments)...>)
-                    action(arguments...);
-                else
-                    action();
-            });
-        };
+        WireLoop* const loop = this;
+        return [loop, action](const auto&... arguments) { loop->guard([&] { call(action, arguments...); }); };
     }
 
 private:
+    // A slot may leave out the arguments of its signal.
+    template <class Action, class... Arguments>
+    static void call(const Action& action, const Arguments&... arguments)
+    {
+        if constexpr (std::is_invocable_v<const Action&, const Arguments&...>)
+            action(arguments...);
+        else
+            action();
+    }
+
     void interrupt();
 
     // Lives as long as the application, as it must.
