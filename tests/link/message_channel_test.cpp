@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Channels that are connected to each other, and what happens when devices and peers fail.
+#include "ChannelSupport.h"
 #include "EventLoop.h"
-#include "LinkSupport.h"
 #include "PipeDevice.h"
 
 #include "link/MessageChannel.h"
@@ -21,57 +21,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Writes down the signals of a channel, for example "received 7", "refused", "late 7" or "closed".
-class Diary : public QObject
-{
-public:
-    explicit Diary(MessageChannel& channel)
-    {
-        using Document = MessageChannel::Document;
-        const auto note = [this](const QString& what) {
-            return [this, what](const Document& document) {
-                lines += QStringLiteral("%1 %2").arg(what).arg(numberOf(document));
-            };
-        };
-        connect(&channel, &MessageChannel::MessageReceived, this, note("received"));
-        connect(&channel, &MessageChannel::UnexpectedReply, this, note("unexpected"));
-        connect(&channel, &MessageChannel::LateReply, this, note("late"));
-        connect(&channel, &MessageChannel::MessageRefused, this, [this](const Failure& failure) {
-            refusals += failure.text;
-            lines += QStringLiteral("refused");
-        });
-        connect(&channel, &MessageChannel::Drained, this, [this] { ++drained; });
-        connect(&channel, &MessageChannel::Closed, this, [this](const Failure& failure) {
-            closing = failure;
-            lines += failure.kind == Failure::None ? QStringLiteral("closed") : QStringLiteral("broken");
-        });
-    }
-
-    bool isClosed() const { return lines.endsWith("closed") || lines.endsWith("broken"); }
-
-    QStringList lines;
-    QStringList refusals;
-    int drained = 0;
-    Failure closing;
-};
-
-// Keeps the result of a request.
-class Result : public QObject
-{
-public:
-    explicit Result(PendingRequest* request) : messageID(request->GetMessageID())
-    {
-        connect(request, &PendingRequest::Finished, this, [this](const RequestResult& given) {
-            ++count;
-            result = given;
-        });
-    }
-
-    unsigned int messageID;
-    int count = 0;
-    RequestResult result;
-};
-
 struct TwoChannels : ::testing::Test
 {
     TwoChannels() { PipeEnd::connectEnds(nearEnd, farEnd); }
@@ -86,15 +35,6 @@ struct TwoChannels : ::testing::Test
     PipeEnd nearEnd;
     PipeEnd farEnd;
 };
-
-PelLu300RouterInterfaceXml reply(unsigned int number)
-{
-    return numbered(number, PelLu300RouterMessage::Reply);
-}
-PelLu300RouterInterfaceXml event(unsigned int number)
-{
-    return numbered(number, PelLu300RouterMessage::Event);
-}
 
 } // namespace
 
