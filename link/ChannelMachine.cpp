@@ -24,8 +24,9 @@ Failure failed(const QString& text) { return {Failure::InputOutput, text, {}}; }
 
 } // namespace
 
-MessageChannel::Machine::Machine(MessageChannel& channel, QIODevice& device, const ChannelOptions& options)
-    : m_channel(channel), m_device(&device), m_options(options), m_reader(options.limits),
+MessageChannel::Machine::Machine(MessageChannel& channel, QIODevice& device, const Flushing& flush,
+                                 const ChannelOptions& options)
+    : m_channel(channel), m_device(&device), m_flush(flush), m_options(options), m_reader(options.limits),
       m_queue(options.queueSize), m_requests(channel),
       m_reading(channel, [this] { Guard(&Machine::ReadArrived); }),
       m_telling(channel, [this] { Guard(&Machine::TellDrained); }),
@@ -76,13 +77,21 @@ void MessageChannel::Machine::ReadArrived()
         return;
     const QPointer<MessageChannel> alive(&m_channel);
     bool mayFollow = true;
+    bool hasRead = false;
     // What the device keeps in its own buffer is read whole: otherwise a fast peer could make that grow.
     const qint64 most = std::max(usuallyAtOnce, m_device ? m_device->bytesAvailable() : 0);
     for (qint64 size = 0; mayFollow && size < most; size += blockSize) {
         mayFollow = ReadBlock();
         if (!alive || isClosed)
             return;
+        hasRead = hasRead || mayFollow;
     }
+    // A socket that learns that the peer has ended its direction of the connection sends nothing any more. So
+    // replies leave before it looks.
+    if (hasRead && m_flush && m_device && m_queue.Unsent() > 0)
+        m_flush();
+    if (!alive || isClosed)
+        return;
     if (mayFollow)
         return m_reading.Schedule();
     if (!m_isEnding)
@@ -254,7 +263,7 @@ void MessageChannel::Machine::Written()
 
 void MessageChannel::Machine::TellDrained()
 {
-    if (!isClosed && m_device && m_queue.HasDrained(*m_device))
+    if (!isClosed && m_queue.HasDrained())
         Q_EMIT m_channel.Drained();
 }
 
@@ -309,8 +318,10 @@ void MessageChannel::Machine::Finish(Failure failure, Ending ending)
 {
     if (std::exchange(isClosed, true))
         return;
-    // When the program wants it, the device still sends what it has taken.
-    const qint64 unsent = ending == Ending::Wanted ? m_queue.Untaken() : m_queue.Unsent();
+    // When the program wants it, the device still sends what it has taken, unless it ended before.
+    qint64 unsent = m_queue.Unsent();
+    if (ending == Ending::Wanted)
+        unsent = m_queue.Untaken() + (m_isEnding && m_device ? m_queue.Forgotten(*m_device) : 0);
     if (m_device) {
         m_device->disconnect(&m_channel);
         if (m_device->isOpen() && !m_isDeviceClosing)

@@ -20,7 +20,7 @@ namespace ROUTERLINK {
 class MessageChannel::Machine
 {
 public:
-    Machine(MessageChannel& channel, QIODevice& device, const ChannelOptions& options);
+    Machine(MessageChannel& channel, QIODevice& device, const Flushing& flush, const ChannelOptions& options);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
     ~Machine();
@@ -67,6 +67,8 @@ private:
 
     MessageChannel& m_channel;
     QPointer<QIODevice> m_device;
+    // Has the device send what it has taken. May be empty.
+    const Flushing m_flush;
     const ChannelOptions m_options;
     MessageReader m_reader;
     SendQueue m_queue;

@@ -8,7 +8,12 @@ namespace ROUTERLINK {
 using MODELKIT::Failure;
 
 MessageChannel::MessageChannel(QIODevice& device, const ChannelOptions& options, QObject* parent)
-    : QObject(parent), m_machine(std::make_unique<Machine>(*this, device, options))
+    : MessageChannel(device, Flushing(), options, parent)
+{}
+
+MessageChannel::MessageChannel(QIODevice& device, const Flushing& flush, const ChannelOptions& options,
+                               QObject* parent)
+    : QObject(parent), m_machine(std::make_unique<Machine>(*this, device, flush, options))
 {
     PELLU300ROUTERINTERFACEXML::RegisterRecordMetatypes();
     qRegisterMetaType<Failure>("MODELKIT::Failure");

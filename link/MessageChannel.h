@@ -16,8 +16,10 @@
 #include <QtCore/QObject>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 class QIODevice;
 
@@ -72,6 +74,13 @@ public:
     /// already is read as well.
     /// \param device is not owned. If it is destroyed before the channel, the channel closes.
     explicit MessageChannel(QIODevice& device, const ChannelOptions& options = {}, QObject* parent = nullptr);
+    /// The same for a device with a function `flush()`, as sockets and serial ports have one. It is called
+    /// when messages that came were answered, before the device looks for more: sockets that learn that the
+    /// peer has ended its direction of the connection send nothing any more, and the answers would be lost.
+    template <class Device, class = decltype(std::declval<Device&>().flush())>
+    explicit MessageChannel(Device& device, const ChannelOptions& options = {}, QObject* parent = nullptr)
+        : MessageChannel(device, Flushing([&device] { device.flush(); }), options, parent)
+    {}
     /// Requests that wait finish as failed. The device stays open; what it has not taken yet is not sent.
     ~MessageChannel() override;
 
@@ -128,6 +137,9 @@ Q_SIGNALS:
 
 private:
     class Machine;
+    using Flushing = std::function<void()>;
+    MessageChannel(QIODevice& device, const Flushing& flush, const ChannelOptions& options, QObject* parent);
+
     std::unique_ptr<Machine> m_machine;
 };
 

@@ -4,6 +4,8 @@
 #include <QtCore/QIODevice>
 #include <QtCore/QScopedValueRollback>
 
+#include <algorithm>
+
 namespace ROUTERLINK {
 
 SendQueue::Outcome SendQueue::Add(QIODevice& device, const QByteArray& message)
@@ -41,9 +43,13 @@ bool SendQueue::Flush(QIODevice& device)
 
 qint64 SendQueue::Waiting(const QIODevice& device) const { return m_untaken + device.bytesToWrite(); }
 
-bool SendQueue::HasDrained(const QIODevice& device)
+qint64 SendQueue::Forgotten(const QIODevice& device) const
 {
-    m_unsent = Waiting(device);
+    return std::max<qint64>(m_unsent - Waiting(device), 0);
+}
+
+bool SendQueue::HasDrained()
+{
     if (!m_wasUsed || m_unsent > 0)
         return false;
     m_wasUsed = false;

@@ -34,11 +34,13 @@ public:
     qint64 Waiting(const QIODevice& device) const;
     // What the device has not taken.
     qint64 Untaken() const { return m_untaken; }
-    // What has not been passed on, as far as the device has said so. A device that has lost its connection
-    // may not know it any more.
+    // What has not been passed on, as the device has said when it was last written or had passed something
+    // on. A device that has lost its connection forgets what it has taken.
     qint64 Unsent() const { return m_unsent; }
+    // What the device had taken and has neither passed on nor has any more.
+    qint64 Forgotten(const QIODevice& device) const;
     // Whether all messages were passed on since the last call that has said so. False if there were none.
-    bool HasDrained(const QIODevice& device);
+    bool HasDrained();
 
 private:
     const qint64 m_limit;
