@@ -4,6 +4,7 @@
 #include "link/Failures.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QMetaMethod>
 
 #include <algorithm>
 #include <utility>
@@ -30,7 +31,8 @@ MessageChannel::Machine::Machine(MessageChannel& channel, QIODevice& device, con
       m_queue(options.queueSize), m_requests(channel),
       m_reading(channel, [this] { Guard(&Machine::ReadArrived); }),
       m_telling(channel, [this] { Guard(&Machine::TellDrained); }),
-      m_closing(channel, [this] { Guard(&Machine::CloseAfterFailure); })
+      m_closing(channel, [this] { Guard(&Machine::CloseAfterFailure); }),
+      m_checking(channel, [this] { Guard(&Machine::CloseIfDeviceHasForgotten); })
 {
     // Reading is not done inside of the device's signals, because receivers of the channel's signals may
     // destroy the device.
@@ -42,6 +44,7 @@ MessageChannel::Machine::Machine(MessageChannel& channel, QIODevice& device, con
     });
     QObject::connect(&device, &QIODevice::aboutToClose, &channel, [this] { Guard(&Machine::DeviceEnds); });
     QObject::connect(&device, &QObject::destroyed, &channel, [this] { Guard(&Machine::DeviceIsGone); });
+    WatchErrors();
     m_reading.Schedule();
 }
 
@@ -116,6 +119,27 @@ bool MessageChannel::Machine::ReadBlock()
         return false;
     m_reader.AddData(block.constData(), size);
     return Deliver();
+}
+
+// Sockets have signals of this name, each with its own parameter.
+void MessageChannel::Machine::WatchErrors()
+{
+    const QMetaObject& own = MessageChannel::staticMetaObject;
+    const QMetaMethod check = own.method(own.indexOfSlot("CheckDevice()"));
+    const QMetaObject& device = *m_device->metaObject();
+    for (int i = 0; i < device.methodCount(); ++i) {
+        const QMetaMethod method = device.method(i);
+        if (method.methodType() == QMetaMethod::Signal && method.name() == "errorOccurred")
+            QObject::connect(m_device, method, &m_channel, check);
+    }
+}
+
+// Many errors change nothing, and of some the device tells more. But when a connection has not come about, a
+// socket only drops what it was to send.
+void MessageChannel::Machine::CloseIfDeviceHasForgotten()
+{
+    if (!isClosed && !m_isEnding && m_device && m_queue.Forgotten(*m_device) > 0)
+        Finish(FailureOfDevice(QStringLiteral("write to")), Ending::Unwanted);
 }
 
 void MessageChannel::Machine::DeviceEnds()

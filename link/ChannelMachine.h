@@ -28,6 +28,8 @@ public:
     MODELKIT::Failure Send(const Document& document);
     PendingRequest* Request(const Document& document, std::chrono::milliseconds timeout);
     void Close() { Finish({}, Ending::Wanted); }
+    // Some time after the device has told an error.
+    void CheckDevice() { m_checking.Schedule(); }
     qint64 GetQueuedBytes() const;
 
     MODELKIT::Failure sendFailure;
@@ -49,6 +51,8 @@ private:
     void ReadArrived();
     // False when nothing more can be read now.
     bool ReadBlock();
+    void WatchErrors();
+    void CloseIfDeviceHasForgotten();
     void DeviceEnds();
     void DeviceIsGone();
     // Tells the messages that are whole. False when the channel is closed or destroyed.
@@ -76,6 +80,7 @@ private:
     Later m_reading;
     Later m_telling;
     Later m_closing;
+    Later m_checking;
     // Whether the device has said that there are data, which were not read yet.
     bool m_isPromised = false;
     // Whether no more data will come.

@@ -43,6 +43,8 @@ QByteArray MessageChannel::GetFaultyBytes() const { return m_machine->faultyByte
 
 bool MessageChannel::IsClosed() const { return m_machine->isClosed; }
 
+void MessageChannel::CheckDevice() { m_machine->CheckDevice(); }
+
 void MessageChannel::Close() { m_machine->Close(); }
 
 } // namespace ROUTERLINK

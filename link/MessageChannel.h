@@ -71,7 +71,8 @@ public:
     using Document = PELLU300ROUTERINTERFACEXML::PelLu300RouterInterfaceXml;
 
     /// The device need not be connected yet, but nothing can be sent before it is open. What it has received
-    /// already is read as well.
+    /// already is read as well. When the connection does not come about and messages wait for it, the channel
+    /// closes.
     /// \param device is not owned. If it is destroyed before the channel, the channel closes.
     explicit MessageChannel(QIODevice& device, const ChannelOptions& options = {}, QObject* parent = nullptr);
     /// The same for a device with a function `flush()`, as sockets and serial ports have one. It is called
@@ -134,6 +135,9 @@ Q_SIGNALS:
     /// Close() was called, or the peer has ended the connection between two messages, and nothing is known to
     /// be lost.
     void Closed(const MODELKIT::Failure& failure);
+
+private Q_SLOTS:
+    void CheckDevice();
 
 private:
     class Machine;

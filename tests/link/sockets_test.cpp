@@ -3,6 +3,8 @@
 #include "ChannelSupport.h"
 #include "SocketSupport.h"
 
+#include <QtNetwork/QTcpServer>
+
 #include <limits>
 #include <memory>
 #include <vector>
@@ -69,6 +71,13 @@ ChannelOptions withQueue(qint64 size)
     return options;
 }
 
+quint16 unusedPort()
+{
+    QTcpServer server;
+    EXPECT_TRUE(server.listen(QHostAddress::LocalHost));
+    return server.serverPort();
+}
+
 QString unsent(qint64 bytes)
 {
     return QStringLiteral("The connection has ended before %1 bytes were sent.").arg(bytes);
@@ -102,6 +111,20 @@ TYPED_TEST(Sockets, PassMessagesInAllFormsInBothDirections)
         EXPECT_EQ(server.GetPeerForm(), form);
         EXPECT_EQ(client.GetPeerForm(), form);
     }
+}
+
+TEST(MessageChannel, ClosesWhenNoConnectionComesAbout)
+{
+    QTcpSocket socket;
+    MessageChannel channel(socket);
+    const Diary diary(channel);
+    socket.connectToHost(QStringLiteral("127.0.0.1"), unusedPort());
+    const Result request(channel.Request(numbered(1), 1h));
+    waitUntil([&] { return diary.isClosed(); });
+    EXPECT_EQ(diary.closing.kind, Failure::InputOutput);
+    EXPECT_EQ(diary.closing.text, text("Cannot write to the device of the channel: Connection refused"));
+    EXPECT_EQ(request.result.outcome, RequestResult::Failed);
+    EXPECT_EQ(request.result.failure.text, diary.closing.text);
 }
 
 TYPED_TEST(Sockets, ReadFromASenderOfSingleBytes)
