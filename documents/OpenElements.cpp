@@ -64,7 +64,7 @@ bool OpenElements::BeginsAnother(const NameHash& name) const
 {
     if (m_depth == 0 || name.HasPrefix())
         return false;
-    const quint64 root = m_names.constFirst();
+    const quint64 root = m_names.first();
     if (name.Get() != hashOfDocuments() && name.Get() != root)
         return false;
     const auto inside = elementsInside().constFind(root);
@@ -75,7 +75,7 @@ bool OpenElements::BeginsAnother(const NameHash& name) const
 
 bool OpenElements::AreAllKnown() const
 {
-    const Names inside = elementsInside().value(m_names.constFirst());
+    const Names inside = elementsInside().value(m_names.first());
     return m_depth == m_names.size() && std::all_of(m_names.begin() + 1, m_names.end(), [&](quint64 name) {
                return inside.contains(name);
            });
@@ -91,10 +91,10 @@ void OpenElements::Open(const NameHash& name)
 void OpenElements::Close(const NameHash& name)
 {
     const bool isNamed = m_depth <= m_names.size() && m_depth > 0;
-    const bool fits = !isNamed || m_names.constLast() == name.Get();
+    const bool fits = !isNamed || m_names.last() == name.Get();
     m_isDamaged = m_isDamaged || !fits;
     m_isRootLeft =
-        !fits && m_depth > 1 && m_names.constFirst() == name.Get() && m_names.indexOf(name.Get(), 1) < 0;
+        !fits && m_depth > 1 && m_names.first() == name.Get() && m_names.indexOf(name.Get(), 1) < 0;
     if (isNamed)
         m_names.removeLast();
     --m_depth;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <QtCore/QString>
-#include <QtCore/QVector>
+#include <QtCore/QVarLengthArray>
 #include <QtCore/QtGlobal>
 
 namespace ROUTERDOCUMENTS {
@@ -59,7 +59,7 @@ private:
     bool AreAllKnown() const;
 
     // The names of the outer ones, of as many as records may nest.
-    QVector<quint64> m_names;
+    QVarLengthArray<quint64, 16> m_names;
     qint64 m_depth = 0;
     bool m_isRootLeft = false;
     bool m_isDamaged = false;

@@ -2,6 +2,7 @@
 #include "documents/XmlEnd.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace ROUTERDOCUMENTS {
@@ -21,6 +22,9 @@ QByteArray declaredEncoding(const QByteArray& declaration)
     const auto quote = std::find_if(declaration.begin() + name, declaration.end(), isQuote);
     if (quote == declaration.end())
         return QByteArray();
+    // Most documents, at once. No encoding with double bytes has such a name.
+    if (qstrnicmp(&*quote + 1, "utf", 3) == 0)
+        return QByteArrayLiteral("utf");
     const auto end = std::find(quote + 1, declaration.end(), *quote);
     QByteArray plain = QByteArray(quote + 1, static_cast<int>(end - quote - 1)).toLower();
     for (const char sign : {'-', '_', '.', ':'})
@@ -28,11 +32,19 @@ QByteArray declaredEncoding(const QByteArray& declaration)
     return plain;
 }
 
-// Whether the name of a tag goes on.
+// Which characters end the name of a tag.
+constexpr std::array<bool, 256> nameEnds()
+{
+    std::array<bool, 256> ends{};
+    for (const unsigned char end : {' ', '\t', '\n', '\r', '>', '/', '<', '"', '\'', '\0'})
+        ends[end] = true;
+    return ends;
+}
+
 bool isInName(unsigned char character)
 {
-    return !isWhite(character) && character != '>' && character != '/' && character != '<' && character != '"'
-           && character != '\'' && character != 0;
+    static constexpr std::array<bool, 256> ends = nameEnds();
+    return !ends[character];
 }
 
 } // namespace
@@ -105,17 +117,39 @@ const char* XmlEnd::PassOver(const char* at, const char* end)
 {
     if (m_state == Text && !IsRootLeft())
         return std::find_if(at, end, [](char c) { return c == '<' || c == 0; });
+    if (m_state == Comment || (m_state == Instruction && m_target < 0))
+        return PassOverAside(at, end);
     if (m_state != StartTag && m_state != EndTag)
         return at;
     if (m_isName) {
-        for (; at != end && isInName(static_cast<unsigned char>(*at)); ++at, ++m_behind)
-            m_name.Add(static_cast<unsigned char>(*at));
+        // In variables of its own, which need not be stored after every character.
+        NameHash name = m_name;
+        const char* const begin = at;
+        for (; at != end && isInName(static_cast<unsigned char>(*at)); ++at)
+            name.Add(static_cast<unsigned char>(*at));
+        m_name = name;
+        m_behind += at - begin;
         return at;
     }
     const char* const stop =
         std::find_if(at, end, [](char c) { return c == '>' || c == '<' || c == '"' || c == '\'' || c == 0; });
     if (stop != at)
         m_last = static_cast<unsigned char>(stop[-1]);
+    return stop;
+}
+
+// In a comment, or a processing instruction behind its target.
+const char* XmlEnd::PassOverAside(const char* at, const char* end)
+{
+    const char* const stop =
+        std::find_if(at, end, [](char c) { return c == '?' || c == '-' || c == '>' || c == '<' || c == 0; });
+    if (stop == at)
+        return at;
+    m_run = 0;
+    if (m_state == Instruction && m_isDeclaring) {
+        const auto size = std::min<qint64>(stop - at, longestDeclaration - m_declaration.size());
+        m_declaration.append(at, static_cast<int>(size));
+    }
     return stop;
 }
 

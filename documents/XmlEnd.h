@@ -80,6 +80,7 @@ private:
 
     Outcome ScanNarrow(const char* bytes, qint64 size, qint64& used);
     const char* PassOver(const char* at, const char* end);
+    const char* PassOverAside(const char* at, const char* end);
     Outcome ScanWide(const char* bytes, qint64 size, qint64& used);
     Outcome Step(unsigned char character);
     Outcome StepUnlessDamaged(unsigned char character);
