@@ -3,7 +3,6 @@
 
 #include "link/Failures.h"
 
-#include <QtCore/QDataStream>
 #include <QtCore/QMetaMethod>
 
 #include <algorithm>
@@ -28,12 +27,13 @@ Failure failed(const QString& text) { return {Failure::InputOutput, text, {}}; }
 MessageChannel::Machine::Machine(MessageChannel& channel, QIODevice& device, const Flushing& flush,
                                  const ChannelOptions& options)
     : m_channel(channel), m_device(&device), m_flush(flush), m_options(options), m_reader(options.limits),
-      m_queue(options.queueSize), m_requests(channel),
+      m_queue(options.queueSize), m_form(&channel), m_formStream(&m_form), m_requests(channel),
       m_reading(channel, [this] { Guard(&Machine::ReadArrived); }),
       m_telling(channel, [this] { Guard(&Machine::TellDrained); }),
       m_closing(channel, [this] { Guard(&Machine::CloseAfterFailure); }),
       m_checking(channel, [this] { Guard(&Machine::CloseIfDeviceHasForgotten); })
 {
+    m_form.open(QIODevice::WriteOnly);
     // Reading is not done inside of the device's signals, because receivers of the channel's signals may
     // destroy the device.
     QObject::connect(&device, &QIODevice::readyRead, &channel, [this] { DataArrived(); });
@@ -226,7 +226,7 @@ Failure MessageChannel::Machine::Send(const Document& document)
     });
 }
 
-Failure MessageChannel::Machine::Encode(const Document& document, QByteArray& bytes) const
+Failure MessageChannel::Machine::Encode(const Document& document, QByteArray& bytes)
 {
     const Form form = m_options.form.value_or(peerForm.value_or(Form::Binary));
     if (m_options.validation == Validation::On)
@@ -235,11 +235,14 @@ Failure MessageChannel::Machine::Encode(const Document& document, QByteArray& by
         bytes = document.GetXmlBytes(MODELKIT::XmlLayout::Compact);
     } else if (IsBinary(form)) {
         constexpr int usualLevel = -1;
-        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        m_form.buffer().clear();
+        m_form.seek(0);
+        m_formStream.resetStatus();
         if (form == Form::Binary)
-            document.GetBinaryRepresentation(stream);
+            document.GetBinaryRepresentation(m_formStream);
         else
-            document.GetCompressedBinaryRepresentation(stream, usualLevel);
+            document.GetCompressedBinaryRepresentation(m_formStream, usualLevel);
+        bytes = std::exchange(m_form.buffer(), QByteArray());
     } else {
         return {Failure::NotRepresentable,
                 QStringLiteral("%1 is no form of messages on a connection.").arg(NameOf(form)),
