@@ -11,6 +11,11 @@ namespace benchmarks {
 
 inline const char* const own = "records";
 
+// Operations on connections, per message. The same message, built beforehand, is sent again and again.
+inline const char* const binaryThroughSockets = "binary message through sockets";
+inline const char* const xmlThroughSockets = "XML message through sockets";
+inline const char* const thereAndBack = "binary message there and back";
+
 // A row of the table.
 struct Key
 {

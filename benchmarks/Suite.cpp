@@ -173,6 +173,9 @@ int main(int argc, char** argv)
     }
     addRecords();
     addPlainLoops();
+#ifdef HAVE_QT_NETWORK
+    addLinks();
+#endif
 #ifdef HAVE_PROTOBUF
     addProtobuf();
 #endif

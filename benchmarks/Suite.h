@@ -33,6 +33,7 @@ void addValue(const char* operation, const char* contender, int fragments,
 void addRecords();
 void addPlainLoops();
 void addPeakMemory();
+void addLinks();
 void addProtobuf();
 void addPugixml();
 void addXsd();

@@ -75,6 +75,14 @@ std::vector<Target> targets(const std::vector<Key>& rows)
     addRatios(all, "SetBinaryRepresentation", "Qt loop", 0.7);
     addRatios(all, "message in binary", "Qt loop", 0.8, {few});
     addRatios(all, "message as XML", "Qt loop", 0.9, {few});
+    // At least 0.9 of the messages of the loop in the same time.
+    addRatios(all, binaryThroughSockets, "Qt loop", 1 / 0.9, {many});
+    all.push_back({"MessageReader, binary: finding messages, ns per message",
+                   many,
+                   1500,
+                   difference,
+                   records("MessageReader, binary"),
+                   {"MessageReader, binary", "records, found by hand"}});
     addRatios(all, "build", "protobuf", 2.5, {many});
     addRatios(all, "build", "protobuf", 3, {most});
     for (const int fragments : {many, most})

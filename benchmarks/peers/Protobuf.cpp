@@ -2,6 +2,11 @@
 // Protocol Buffers, in their own binary form.
 
 #include "Peer.h"
+#ifdef HAVE_QT_NETWORK
+    #include "benchmarks/SocketPair.h"
+
+    #include <QtCore/QtEndian>
+#endif
 
 #include "message.pb.h"
 
@@ -93,6 +98,50 @@ Prepare smallMessage()
     };
 }
 
+#ifdef HAVE_QT_NETWORK
+// A length in front of each message.
+class Link : public Contact
+{
+public:
+    explicit Link(QLocalSocket& socket) : m_socket(socket), m_message(build(1))
+    {
+        QObject::connect(&socket, &QIODevice::readyRead, &socket, [this] { readArrived(); });
+    }
+
+    void send() override
+    {
+        std::string bytes(lengthSize, '\0');
+        require(m_message->AppendToString(&bytes));
+        qToBigEndian(static_cast<quint32>(bytes.size() - lengthSize), bytes.data());
+        require(m_socket.write(bytes.data(), static_cast<qint64>(bytes.size()))
+                == static_cast<qint64>(bytes.size()));
+    }
+
+private:
+    void readArrived()
+    {
+        m_arrived += m_socket.readAll();
+        int begin = 0;
+        while (m_arrived.size() - begin >= lengthSize) {
+            const auto length = static_cast<int>(qFromBigEndian<quint32>(m_arrived.constData() + begin));
+            if (m_arrived.size() - begin - lengthSize < length)
+                break;
+            Document document;
+            require(document.ParseFromArray(m_arrived.constData() + begin + lengthSize, length));
+            require(document.message().fragment_size() == 1);
+            begin += lengthSize + length;
+            received();
+        }
+        m_arrived.remove(0, begin);
+    }
+
+    static constexpr int lengthSize = 4;
+    QLocalSocket& m_socket;
+    const std::shared_ptr<const Document> m_message;
+    QByteArray m_arrived;
+};
+#endif
+
 } // namespace
 
 void addProtobuf()
@@ -106,6 +155,11 @@ void addProtobuf()
                 copy.mutable_message()->set_message_id(canonicalMessageId + 1);
             }));
     addTime("message in binary", peer.name, smallMessage(), {1});
+#ifdef HAVE_QT_NETWORK
+    const MakeEnd makeLink = [](QLocalSocket& socket) { return std::make_unique<Link>(socket); };
+    addTime(binaryThroughSockets, peer.name, streaming(makeLink), {1000});
+    addTime(thereAndBack, peer.name, answering(makeLink), {1});
+#endif
     addMemory("built document", peer.name, building(peer));
     addMemory("read document", peer.name, reading(peer, form));
 }
