@@ -12,6 +12,7 @@
 // caller.
 
 #include "DocumentParts.h"
+#include "FailureKinds.h"
 
 #include "modelkit/ReadingReport.h"
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
@@ -410,31 +411,6 @@ double cpuSeconds()
            + static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
-const char* kindName(Failure::Kind kind)
-{
-    static const char* const names[] = {"read",
-                                        "InputOutput",
-                                        "NotWellFormed",
-                                        "WrongRoot",
-                                        "DoctypeRefused",
-                                        "InputTooLarge",
-                                        "InflatedTooLarge",
-                                        "NestedTooDeep",
-                                        "TooManyAttributes",
-                                        "TooManyItems",
-                                        "NotABinaryForm",
-                                        "WrongClass",
-                                        "DamagedCompression",
-                                        "NotRepresentable",
-                                        "Refused",
-                                        "EncodingRefused",
-                                        "NotWholeYet",
-                                        "Interrupted",
-                                        "NothingToWrite"};
-    static_assert(sizeof names / sizeof *names == Failure::NothingToWrite + 1, "each kind has a name");
-    return names[kind];
-}
-
 bool read(IMKObject& object, Form form, QFile& file, const QString& text, QByteArray& bytes)
 {
     switch (form) {
@@ -511,8 +487,9 @@ int measure(const Case& which, int parts)
         } catch (const std::bad_alloc&) {
             outcome = "std::bad_alloc";
         }
+        const Failure::Kind kind = IMKObject::GetLastFailure().kind;
         if (outcome.empty())
-            outcome = kindName(IMKObject::GetLastFailure().kind);
+            outcome = kind == Failure::None ? "read" : testing_support::nameOfKind(kind);
     }
     const double seconds = cpuSeconds() - begin;
     const long long peak = statusOf("VmHWM:") - before;

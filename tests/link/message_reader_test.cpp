@@ -2,6 +2,7 @@
 // The messages of a connection: recognising them in every form, whatever the pieces in which they arrive, and
 // what happens when they cannot be read.
 #include "FailingAllocator.h"
+#include "FailureKinds.h"
 #include "LinkSupport.h"
 
 #include "modelkit/LogSinks.h"
@@ -47,25 +48,6 @@ QString at(const QString& what, qint64 offset) { return QStringLiteral("%1 @%2")
 // offset, "refused WrongRoot @12", "broken NotWellFormed @12" or "ended".
 QStringList takeAll(MessageReader& reader)
 {
-    static const QStringList kinds = {"None",
-                                      "InputOutput",
-                                      "NotWellFormed",
-                                      "WrongRoot",
-                                      "DoctypeRefused",
-                                      "InputTooLarge",
-                                      "InflatedTooLarge",
-                                      "NestedTooDeep",
-                                      "TooManyAttributes",
-                                      "TooManyItems",
-                                      "NotABinaryForm",
-                                      "WrongClass",
-                                      "DamagedCompression",
-                                      "NotRepresentable",
-                                      "Refused",
-                                      "EncodingRefused",
-                                      "NotWholeYet",
-                                      "Interrupted",
-                                      "NothingToWrite"};
     QStringList lines;
     PelLu300RouterInterfaceXml document;
     document.SetValidate(true);
@@ -82,10 +64,10 @@ QStringList takeAll(MessageReader& reader)
             lines += QString::number(numberOf(document)) + ' ' + NameOf(reader.GetForm()) + end;
             break;
         case MessageReader::Refused:
-            lines += "refused " + kinds.at(reader.GetFailure().kind) + end;
+            lines += QStringLiteral("refused ") + nameOfKind(reader.GetFailure().kind) + end;
             break;
         case MessageReader::Broken:
-            lines += "broken " + kinds.at(reader.GetFailure().kind) + end;
+            lines += QStringLiteral("broken ") + nameOfKind(reader.GetFailure().kind) + end;
             return lines;
         case MessageReader::Ended:
             lines += QStringLiteral("ended");
