@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cstring>
 #include <random>
+#include <stdexcept>
 #include <vector>
 
 using namespace link_support;
@@ -454,6 +455,29 @@ TEST_F(TwoChannels, MayBeDestroyedByReceiversOfTheirSignals)
     settle();
     EXPECT_EQ(closing, nullptr);
     EXPECT_EQ(waiting.count, 1);
+}
+
+TEST_F(TwoChannels, LetNoExceptionOfReceiversOut)
+{
+    for (const bool isLast : {false, true}) {
+        PipeEnd one;
+        PipeEnd other;
+        PipeEnd::connectEnds(one, other);
+        MessageChannel channel(one);
+        const Diary diary(channel);
+        const Result waiting(channel.Request(numbered(1), 1h));
+        if (isLast)
+            QObject::connect(&channel, &MessageChannel::Closed, [] { throw 7; });
+        QObject::connect(&channel, &MessageChannel::MessageReceived,
+                         [] { throw std::runtime_error("bad luck"); });
+        other.write(binary(2).repeated(2));
+        settle();
+        EXPECT_EQ(diary.lines, QStringList({"received 2", "broken"}));
+        EXPECT_EQ(diary.closing.kind, Failure::Interrupted);
+        EXPECT_TRUE(diary.closing.text.contains("bad luck")) << diary.closing.text.toStdString();
+        EXPECT_EQ(waiting.result.outcome, RequestResult::Failed);
+        EXPECT_FALSE(one.isOpen());
+    }
 }
 
 TEST_F(TwoChannels, MayBeClosedByReceiversOfTheirSignals)
