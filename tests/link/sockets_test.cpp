@@ -122,7 +122,10 @@ TEST(MessageChannel, ClosesWhenNoConnectionComesAbout)
     const Result request(channel.Request(numbered(1), 1h));
     waitUntil([&] { return diary.isClosed(); });
     EXPECT_EQ(diary.closing.kind, Failure::InputOutput);
-    EXPECT_EQ(diary.closing.text, text("Cannot write to the device of the channel: Connection refused"));
+    // The versions of Qt tell it in different ways.
+    EXPECT_TRUE(diary.closing.text.contains("Connection refused")
+                || diary.closing.text == unsent(binary(1).size()))
+        << diary.closing.text.toStdString();
     EXPECT_EQ(request.result.outcome, RequestResult::Failed);
     EXPECT_EQ(request.result.failure.text, diary.closing.text);
 }
@@ -209,9 +212,9 @@ TYPED_TEST(Sockets, ReadFromAPeerThatReadsNoMore)
     const Diary diary(channel);
     this->peer.send(binary(1));
     this->peer.shutDown(SHUT_RD);
-    EXPECT_TRUE(channel.Send(event(1)));
     waitUntil([&] { return !diary.lines.isEmpty(); });
     EXPECT_EQ(diary.lines.first(), "received 1");
+    EXPECT_TRUE(channel.Send(event(1)));
     if (std::is_same_v<TypeParam, QTcpSocket>) {
         // Nothing on the network tells the other end.
         this->peer.send(binary(2));
