@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Builds the program routermsg and runs it with the given arguments in the current folder. Without arguments it
-# shows what routermsg does with the example documents.
+# Builds the programs routermsg and routersim, and runs routermsg with the given arguments in the current folder. Without
+# arguments it shows what routermsg does with the example documents.
 set -euo pipefail
 folder=$PWD
 cd "$(dirname "$0")/.."
@@ -10,8 +10,7 @@ cd "$(dirname "$0")/.."
 install_missing cmake g++ ninja-build qtbase5-dev
 echo "Building..." >&2
 cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER=g++ \
-    -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF -DROUTERINTERFACE_SIMULATOR=OFF \
-    -DCMAKE_UNITY_BUILD=ON >/dev/null
+    -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF -DCMAKE_UNITY_BUILD=ON >/dev/null
 cmake --build build/demo >/dev/null || cmake --build build/demo >&2
 routermsg=build/demo/tools/routermsg
 
