@@ -36,8 +36,8 @@ QByteArray declaredEncoding(const QByteArray& declaration)
 constexpr std::array<bool, 256> nameEnds()
 {
     std::array<bool, 256> ends{};
-    for (const unsigned char end : {' ', '\t', '\n', '\r', '>', '/', '<', '"', '\'', '\0'})
-        ends[end] = true;
+    for (const char end : {' ', '\t', '\n', '\r', '>', '/', '<', '"', '\'', '\0'})
+        ends[static_cast<unsigned char>(end)] = true;
     return ends;
 }
 
