@@ -228,7 +228,7 @@ TEST(Exchanges, TellPlacesInTheLine)
 {
     const QByteArray wrong = lineOf(
         R"("form":"xml","document":{"PelLu300RouterInterfaceXml":{"PelLu300RouterMessage":{"Typ":1}}})");
-    const int column = wrong.indexOf("\"Typ\"") + 1;
+    const auto column = wrong.indexOf("\"Typ\"") + 1;
     EXPECT_EQ(errorOfDocument(wrong),
               QStringLiteral("1:%1: PelLu300RouterMessage has no member \"Typ\". Did you mean Type? "
                              "(in $.document.PelLu300RouterInterfaceXml.PelLu300RouterMessage.Typ)")
