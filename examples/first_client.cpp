@@ -23,9 +23,10 @@ int main(int argc, char** argv)
     tuning.GetPelLu300RouterMessage().AddFragment().GetDF_Params().SetFrequency(98.5e6);
     QObject::connect(channel.Request(tuning, std::chrono::seconds(5)), &PendingRequest::Finished,
                      [](RequestResult result) {
-                         std::cout << qPrintable(result.reply.GetXmlString());
-                         std::cerr << qPrintable(result.failure.GetSentence());
-                         QCoreApplication::exit(result.outcome);
+                         const bool isReplied = result.outcome == RequestResult::Replied;
+                         std::cout << qPrintable(isReplied ? result.reply.GetXmlString()
+                                                           : result.failure.GetSentence() + '\n');
+                         QCoreApplication::exit(isReplied ? 0 : 1);
                      });
     return application.exec();
 }

@@ -155,15 +155,23 @@ bool ClientConnection::Write(const QByteArray& bytes)
     if (bytes.size() > m_queueSize - m_socket.bytesToWrite())
         m_socket.flush();
     const qint64 waiting = m_socket.bytesToWrite();
-    if (bytes.size() > m_queueSize - waiting)
+    if (bytes.size() > m_queueSize)
+        problem = QStringLiteral("A message of %1 bytes does not fit into the queue of %2 bytes.")
+                      .arg(bytes.size())
+                      .arg(m_queueSize);
+    else if (bytes.size() > m_queueSize - waiting)
         problem = QStringLiteral("The client reads too slowly: %1 of %2 bytes wait, and %3 more do not fit.")
                       .arg(waiting)
                       .arg(m_queueSize)
                       .arg(bytes.size());
     else if (m_socket.write(bytes) != bytes.size())
         problem = m_socket.errorString();
-    if (problem.isEmpty())
+    if (problem.isEmpty()) {
+        // A socket that learns that its client has ended sends nothing any more. And it would pass on only a
+        // little in each turn.
+        m_socket.flush();
         return true;
+    }
     Fail(problem);
     return false;
 }
@@ -182,8 +190,12 @@ void ClientConnection::Close(const Failure& failure)
     m_socket.disconnect(this);
     if (m_socket.state() == QAbstractSocket::ConnectedState)
         m_socket.flush();
+    const qint64 unsent = m_socket.bytesToWrite();
     m_socket.abort();
-    m_receiver.closed(failure, m_isEnding);
+    Failure told = failure;
+    if (told.kind == Failure::None && unsent > 0)
+        told = {Failure::InputOutput, QStringLiteral("%1 bytes were not sent.").arg(unsent), {}};
+    m_receiver.closed(told, m_isEnding);
 }
 
 } // namespace ROUTERSIM

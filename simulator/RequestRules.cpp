@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/RequestRules.h"
 
+#include <limits>
+
 namespace ROUTERSIM {
 
 using PELLU300ROUTERINTERFACEXML::Fragment;
@@ -20,8 +22,10 @@ Decision RequestRules::Decide(const QVector<Fragment>& request)
     }
     if (const Delay* delay = find(m_scenario.delays, m_delays, payloads))
         decision.delay = m_random.In(delay->span);
-    if (const RequestFault* fault = find(m_scenario.faults, m_faults, payloads))
+    if (const RequestFault* fault = find(m_scenario.faults, m_faults, payloads)) {
         decision.fault = fault->fault;
+        decision.faultSeed = m_random.Below(std::numeric_limits<quint64>::max());
+    }
     return decision;
 }
 

@@ -17,6 +17,9 @@ struct Decision
     QVector<bool> isRefused;
     qint64 delay = 0;
     std::optional<Fault> fault;
+    // For what is left to chance in the fault. It is drawn now, because the answer may come behind those to
+    // later requests.
+    quint64 faultSeed = 0;
 };
 
 // Keeps count of the requests. In each list of the scenario, the first that applies ends the search; those
@@ -28,7 +31,6 @@ public:
     RequestRules(const Scenario& scenario, int client, quint64 seed);
 
     Decision Decide(const QVector<PELLU300ROUTERINTERFACEXML::Fragment>& request);
-    Randomness& GetRandomness() { return m_random; }
 
 private:
     struct Count

@@ -8,6 +8,7 @@
 #include <QtNetwork/QTcpSocket>
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace ROUTERSIM {
@@ -169,10 +170,12 @@ void SimulatorServer::answer(Client& client, const Document& request, Form form,
     if (asked.IsMessageIDSet())
         reply.GetPelLu300RouterMessage().SetMessageID(asked.GetMessageID());
     bool isCut = false;
-    if (decision.fault)
-        isCut = sendWrongly(client, reply, form, *decision.fault, client.rules.GetRandomness());
-    else
+    if (decision.fault) {
+        Randomness random(decision.faultSeed, 0);
+        isCut = sendWrongly(client, reply, form, *decision.fault, random);
+    } else {
         send(client, reply, form);
+    }
     tellEach(answer.news);
     if (isCut)
         cut(client);
@@ -187,16 +190,25 @@ void SimulatorServer::tellEach(const Fragments& fragments)
 void SimulatorServer::tell(const Fragments& fragments)
 {
     const Document event = messageOf(PelLu300RouterMessage::Event, fragments);
-    for (const auto& client : m_clients)
-        send(*client, event, client->connection.GetForm());
+    // Encoded once for all clients that use the form.
+    std::map<Form, QByteArray> bytes;
+    for (const auto& client : m_clients) {
+        const Form form = client->connection.GetForm();
+        if (!client->isMute && bytes[form].isEmpty())
+            bytes[form] = bytesOf(*client, event, form);
+        sendAs(*client, event, form, bytes[form]);
+    }
 }
 
 void SimulatorServer::send(Client& client, const Document& document, Form form)
 {
-    if (client.isMute)
-        return;
-    const QByteArray bytes = bytesOf(client, document, form);
-    if (!bytes.isEmpty() && client.connection.Write(bytes))
+    if (!client.isMute)
+        sendAs(client, document, form, bytesOf(client, document, form));
+}
+
+void SimulatorServer::sendAs(Client& client, const Document& document, Form form, const QByteArray& bytes)
+{
+    if (!client.isMute && !bytes.isEmpty() && client.connection.Write(bytes))
         logMessage(Direction::Sent, client, form, document);
 }
 

@@ -65,6 +65,8 @@ private:
     bool sendWrongly(Client& client, const Document& document, ROUTERDOCUMENTS::Form form, const Fault& fault,
                      Randomness& random);
     // Bytes that are no message.
+    void sendAs(Client& client, const Document& document, ROUTERDOCUMENTS::Form form,
+                const QByteArray& bytes);
     void sendBytes(Client& client, const QByteArray& bytes, std::optional<ROUTERDOCUMENTS::Form> form,
                    const QString& why);
     void cut(Client& client);

@@ -66,7 +66,10 @@ class RouterClient:
             if left is not None and left <= 0:
                 raise TimeoutError("the router has not answered in time")
             self._socket.settimeout(left)
-            data = self._socket.recv(65536)
+            try:
+                data = self._socket.recv(65536)
+            except socket.timeout:
+                continue
             if not data:
                 place = "between messages" if self._reader.is_between() else "inside a message"
                 raise ConnectionError(f"the router has ended the connection {place}")
@@ -125,6 +128,8 @@ def main():
     parser.add_argument("--events", type=int, help="how many events watch shows")
     arguments = parser.parse_args()
     check(parser, arguments.command)
+    if not arguments.timeout > 0:
+        parser.error("the time-out must be greater than 0")
     try:
         with RouterClient(arguments.host, arguments.port, arguments.xml, arguments.timeout) as client:
             return 0 if run(client, arguments.command, arguments.events) else 1

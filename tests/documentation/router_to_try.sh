@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # router_to_try.sh ROUTERSIM ROUTERMSG CLIENT README: does in three terminals what README.md shows of the simulated
-# router, runs its client, and compares what all of them print with the page. Only times, ports and seeds may differ.
+# router, runs its clients, and compares what all of them print with the page. Only times, ports and seeds may differ.
 set -euo pipefail
 PATH=$(dirname "$1"):$(dirname "$2"):$PATH
 client=$3
@@ -42,5 +42,9 @@ diff -u --label README.md --label 'the second terminal' <(steady <text3) <(stead
 # What is typed is sent.
 echo AcquireMastership >&9
 wait_until 'the reply is shown' grep -q 'received Reply 1: AcquireMastership' connected
+# The clients on the page, in C++ and in Python.
+awk '/^```python$/ { inside = 1; next } /^```/ { inside = 0 } inside' "$readme" | sed "s/4711/$port/" >client.py
+PYTHONPATH=$(dirname "$readme")/examples/python python3 client.py >replies
+[ "$(grep -c Reply replies)" -eq 2 ] && grep -q Event replies || { cat replies >&2; exit 1; }
 "$client" "$port" >reply
 grep -q '<Frequency>98500000.00</Frequency>' reply
