@@ -65,6 +65,9 @@ private:
             send(messageOf(request));
         } catch (const UsageError& error) {
             complainOfLine(error.text());
+        } catch (const OutputRefusal&) {
+            // The recording cannot be written, which is no mistake of the line.
+            throw;
         } catch (const Refusal& refusal) {
             complainOfLine(refusal.finding().text);
         }
