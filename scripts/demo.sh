@@ -7,7 +7,7 @@ folder=$PWD
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
-install_missing cmake g++ ninja-build qtbase5-dev
+install_missing cmake g++ libedit-dev ninja-build pkgconf qtbase5-dev
 echo "Building..." >&2
 cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER=g++ \
     -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF -DCMAKE_UNITY_BUILD=ON >/dev/null

@@ -7,7 +7,8 @@ cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
 # The shells, groff, git, jq and vim are for what routermsg writes for them; locales has what locales are made from.
-install_missing cmake fish g++ git groff-base jq libgtest-dev libxml2-utils locales ninja-build python3 vim zsh
+install_missing cmake fish g++ git groff-base jq libedit-dev libgtest-dev libxml2-utils locales ninja-build pkgconf \
+    python3 vim zsh
 for preset in "${@:-gcc-qt5}"; do
     case $preset in
         *qt6) install_missing qt6-base-dev ;;

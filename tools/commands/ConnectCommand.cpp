@@ -3,11 +3,15 @@
 
 #include "Commands.h"
 #include "UsageError.h"
+#include "wire/Completion.h"
 #include "wire/Conversation.h"
 #include "wire/ExchangeLog.h"
+#include "wire/LineEditor.h"
 #include "wire/LineInput.h"
 #include "wire/SendingForm.h"
 #include "wire/WireLoop.h"
+
+#include <QtCore/QScopeGuard>
 
 #include <algorithm>
 #include <memory>
@@ -38,19 +42,24 @@ public:
         receivers.onClosed = [this](const QString& fault) { end(fault); };
         WireLoop loop;
         m_loop = &loop;
+        // An exception, too, must not leave the input without its loop.
+        const auto inputEnd = qScopeGuard([this] { m_input.reset(); });
         Conversation conversation(m_server, m_options, receivers, loop);
         m_conversation = &conversation;
         loop.run();
-        conversation.leave();
         m_input.reset();
+        conversation.leave();
         return std::max(m_status, m_log.status());
     }
 
 private:
     void begin()
     {
-        m_input = std::make_unique<LineInput>(
-            *m_loop, [this](const QString& line) { take(line); }, [this] { endInput(); });
+        const LineSource::Receivers receivers{[this](const QString& line) { take(line); },
+                                              [this] { endInput(); }};
+        m_input = editedLines(*m_loop, m_session, receivers, completionOf);
+        if (!m_input)
+            m_input = std::make_unique<LineInput>(*m_loop, receivers);
     }
 
     void take(const QString& line)
@@ -161,7 +170,7 @@ private:
     ExchangeLog m_log;
     WireLoop* m_loop = nullptr;
     Conversation* m_conversation = nullptr;
-    std::unique_ptr<LineInput> m_input;
+    std::unique_ptr<LineSource> m_input;
     // The number of the line that was read last.
     qint64 m_line = 0;
     // How many requests wait for their replies.

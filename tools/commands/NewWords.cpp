@@ -315,6 +315,21 @@ QString describe(const MemberInfo& member)
     return member.GetName();
 }
 
+// What the member can be named with; "=" at the end if a value must follow.
+QStringList wordsFor(const MemberInfo& member)
+{
+    const QString name = member.GetName();
+    return member.GetNames() + QStringList{member.GetClass() ? name : name + QLatin1Char('=')};
+}
+
+QStringList wordsWithValues(const MemberInfo& member)
+{
+    QStringList words;
+    for (const QString& value : ListedValues(member))
+        words += member.GetName() + QLatin1Char('=') + value;
+    return words;
+}
+
 } // namespace
 
 std::unique_ptr<IMKObject> build(const RecordInfo& root, const QStringList& words)
@@ -339,10 +354,7 @@ QStringList recordNames()
 QStringList possibleWords()
 {
     QStringList words;
-    forEachMember([&](const RecordInfo&, const MemberInfo& member) {
-        words += member.GetNames();
-        words += member.GetClass() ? member.GetName() : member.GetName() + QLatin1Char('=');
-    });
+    forEachMember([&](const RecordInfo&, const MemberInfo& member) { words += wordsFor(member); });
     words.removeDuplicates();
     return words;
 }
@@ -350,10 +362,16 @@ QStringList possibleWords()
 QStringList offeredWords()
 {
     QStringList words = possibleWords();
-    forEachMember([&](const RecordInfo&, const MemberInfo& member) {
-        for (const QString& value : ListedValues(member))
-            words += member.GetName() + QLatin1Char('=') + value;
-    });
+    forEachMember([&](const RecordInfo&, const MemberInfo& member) { words += wordsWithValues(member); });
+    words.removeDuplicates();
+    return words;
+}
+
+QStringList offeredWordsOf(const RecordInfo& info)
+{
+    QStringList words;
+    for (const MemberInfo* member : info.GetMembers())
+        words += wordsFor(*member) + wordsWithValues(*member);
     words.removeDuplicates();
     return words;
 }

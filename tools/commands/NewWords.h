@@ -34,6 +34,9 @@ QStringList possibleWords();
 /// The same, and the values that can be listed: "Success=", "Success=true", "Success=false".
 QStringList offeredWords();
 
+/// Those for the members of one record.
+QStringList offeredWordsOf(const PELLU300ROUTERINTERFACEXML::RecordInfo& info);
+
 /// The words that a record understands, for people.
 struct RecordWords
 {

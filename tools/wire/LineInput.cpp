@@ -22,9 +22,8 @@ Refusal refusalOfInput(const QString& text)
 
 } // namespace
 
-LineInput::LineInput(WireLoop& loop, const std::function<void(const QString&)>& onLine,
-                     const std::function<void()>& onEnd)
-    : m_notifier(STDIN_FILENO, QSocketNotifier::Read), m_onLine(onLine), m_onEnd(onEnd)
+LineInput::LineInput(WireLoop& loop, const Receivers& receivers)
+    : m_notifier(STDIN_FILENO, QSocketNotifier::Read), m_receivers(receivers)
 {
     QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, loop.guarded([this] { read(); }));
 }
@@ -57,7 +56,7 @@ void LineInput::read()
     if (m_isOver)
         return;
     stop();
-    m_onEnd();
+    m_receivers.onEnd();
 }
 
 void LineInput::tellLines()
@@ -66,7 +65,7 @@ void LineInput::tellLines()
     for (auto end = m_pending.indexOf('\n'); end >= 0 && !m_isOver; end = m_pending.indexOf('\n', begin)) {
         const QByteArray line = m_pending.mid(begin, end - begin);
         begin = static_cast<int>(end) + 1;
-        m_onLine(QString::fromUtf8(line));
+        m_receivers.onLine(QString::fromUtf8(line));
     }
     m_pending.remove(0, begin);
     if (m_pending.size() > longestLine)

@@ -3,35 +3,29 @@
 /// The lines of standard input, while other things happen.
 #pragma once
 
+#include "wire/LineSource.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QSocketNotifier>
-#include <QtCore/QString>
-
-#include <functional>
 
 namespace routermsg {
 
 class WireLoop;
 
-/// Reads standard input when there is something to read. The receivers are called from inside the loop.
-class LineInput
+/// Reads standard input when there is something to read.
+class LineInput : public LineSource
 {
 public:
-    LineInput(WireLoop& loop, const std::function<void(const QString&)>& onLine,
-              const std::function<void()>& onEnd);
-    LineInput(const LineInput&) = delete;
-    LineInput& operator=(const LineInput&) = delete;
+    LineInput(WireLoop& loop, const Receivers& receivers);
 
-    /// Reads nothing more.
-    void stop();
+    void stop() override;
 
 private:
     void read();
     void tellLines();
 
     QSocketNotifier m_notifier;
-    const std::function<void(const QString&)> m_onLine;
-    const std::function<void()> m_onEnd;
+    const Receivers m_receivers;
     QByteArray m_pending;
     bool m_isOver = false;
 };
