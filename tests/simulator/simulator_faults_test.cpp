@@ -124,6 +124,35 @@ TEST(SimulatorFaults, ReplyWithWrongIDs)
     EXPECT_EQ(heard[1], text("Reply 8"));
 }
 
+TEST(SimulatorFaults, OfTheSameSeedAreTheSameWheneverTheDelayedAnswersCome)
+{
+    const auto run = [](bool isAnsweredFirst) {
+        Simulation simulation(R"({
+            "delays": [{"milliseconds": 40}],
+            "faults": [{"fault": "wrongID", "probability": 0.5}]
+        })",
+                              7);
+        const auto client = simulation.connectClient();
+        constexpr int requests = 8;
+        for (unsigned int i = 1; i <= requests; ++i) {
+            client->ask(i);
+            waitUntil([&] { return simulation.clock.countWaiting() == (isAnsweredFirst ? 1 : i); });
+            if (isAnsweredFirst)
+                simulation.clock.advance(40);
+        }
+        simulation.clock.advance(40);
+        return client->heard(requests);
+    };
+    const QStringList atOnce = run(true);
+    ASSERT_EQ(atOnce.size(), 8);
+    int right = 0;
+    for (int i = 0; i < 8; ++i)
+        right += atOnce[i] == QStringLiteral("Reply %1").arg(i + 1) ? 1 : 0;
+    EXPECT_GT(right, 0);
+    EXPECT_LT(right, 8);
+    EXPECT_EQ(run(false), atOnce);
+}
+
 TEST(SimulatorFaults, AnswerSomeRequestsWithSilence)
 {
     Simulation simulation(R"({"faults": [{"fault": "silence", "payload": "AcquireMastership"}]})");

@@ -5,6 +5,7 @@
 #include <QtCore/QFile>
 
 #include <sys/resource.h>
+#include <sys/socket.h>
 
 using namespace simulator_support;
 
@@ -150,6 +151,18 @@ TEST(SimulatorServer, PassesOverRequestsThatCannotBeRead)
     EXPECT_EQ(refused[0].peer, client->peer());
     EXPECT_TRUE(refused[0].fault.contains("Question")) << refused[0].fault.toStdString();
     EXPECT_EQ(refused[1].bytes, QByteArray("<Other/>"));
+}
+
+TEST(SimulatorServer, AnswersAClientThatHasEndedItsDirection)
+{
+    Simulation simulation;
+    for (int i = 0; i < 20; ++i) {
+        const auto client = simulation.connectClient();
+        client->ask(7);
+        ASSERT_EQ(shutdown(static_cast<int>(client->socket.socketDescriptor()), SHUT_WR), 0);
+        EXPECT_EQ(client->heard(1), QStringList("Reply 7"));
+        client->awaitEnd();
+    }
 }
 
 TEST(SimulatorServer, EndsConnectionsOnWhichNobodyCanTellWhatFollows)
