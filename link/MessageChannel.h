@@ -136,10 +136,9 @@ Q_SIGNALS:
     /// be lost.
     void Closed(const MODELKIT::Failure& failure);
 
-private Q_SLOTS:
-    void CheckDevice();
-
 private:
+    Q_SLOT void CheckDevice();
+
     class Machine;
     using Flushing = std::function<void()>;
     MessageChannel(QIODevice& device, const Flushing& flush, const ChannelOptions& options, QObject* parent);

@@ -318,7 +318,7 @@ QString describe(const MemberInfo& member)
 // What the member can be named with; "=" at the end if a value must follow.
 QStringList wordsFor(const MemberInfo& member)
 {
-    const QString name = member.GetName();
+    const QString& name = member.GetName();
     return member.GetNames() + QStringList{member.GetClass() ? name : name + QLatin1Char('=')};
 }
 

@@ -11,11 +11,11 @@
 #include <QtCore/QSocketNotifier>
 #include <QtCore/QTimer>
 
+#include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <langinfo.h>
-#include <locale.h>
 #include <optional>
 #include <poll.h>
 #include <unistd.h>
@@ -103,7 +103,7 @@ public:
 
     ~LineEditor() override
     {
-        stop();
+        LineEditor::stop();
         s_current = nullptr;
     }
 
