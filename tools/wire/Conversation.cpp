@@ -37,6 +37,7 @@ void Conversation::begin()
     m_peer = peerOf(m_socket);
     ROUTERLINK::ChannelOptions options;
     options.form = m_options.form;
+    options.validation = Validation::On;
     // What is to be sent is in the memory anyway.
     options.queueSize = std::numeric_limits<qint64>::max();
     m_channel = std::make_unique<MessageChannel>(m_socket, options);

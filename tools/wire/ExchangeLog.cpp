@@ -84,7 +84,9 @@ QString summaryOf(const MODELKIT::IMKObject& record)
     if (!document)
         return RecordInfo::Of(record).GetName();
     const PelLu300RouterMessage& message = document->GetPelLu300RouterMessage();
-    QString text = message.IsTypeSet() ? message.GetTypeAsString() : QStringLiteral("message without a type");
+    QString text = message.GetTypeAsString();
+    if (text.isEmpty())
+        text = QStringLiteral("message without a type");
     if (message.IsMessageIDSet())
         text += QStringLiteral(" %1").arg(message.GetMessageID());
     const QString payloads = payloadsOf(message);

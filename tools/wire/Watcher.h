@@ -25,8 +25,8 @@ ROUTERDOCUMENTS::Exchange eventNow(ROUTERDOCUMENTS::ConnectionEvent event,
                                    ROUTERDOCUMENTS::Direction direction, const QString& peer,
                                    const QString& fault = QString());
 
-/// Watches one direction of a connection, and tells what goes over it. Bytes that nobody can understand are
-/// told as faults, none is left out but those between messages.
+/// Watches one direction of a connection, and tells what goes over it. Messages that are not valid and bytes
+/// that nobody can understand are told as faults. None is left out but those between messages.
 class Watcher
 {
 public:
@@ -45,6 +45,8 @@ public:
 
 private:
     void readOn();
+    // About the last message, whose end is certain.
+    void tellRefused(const QString& text);
     void tellFault(const QString& text, const QByteArray& bytes);
 
     ROUTERDOCUMENTS::Direction m_direction;
