@@ -61,26 +61,31 @@ void BytePump::read()
         return finish();
     m_block.resize(static_cast<int>(size));
     m_taken = 0;
-    m_target.writable().setEnabled(true);
+    // What the receiver does may take long or fail.
+    const int writeError = passOn();
     m_receivers.onBytes(m_block);
+    continueAfter(writeError);
 }
 
-void BytePump::write()
+void BytePump::write() { continueAfter(passOn()); }
+
+int BytePump::passOn()
 {
     const auto size = ::send(m_target.descriptor(), m_block.constData() + m_taken,
                              static_cast<std::size_t>(m_block.size() - m_taken), MSG_NOSIGNAL);
-    if (size < 0 && isTryAgain(errno))
-        return;
-    if (size < 0) {
-        const int error = errno;
-        m_target.writable().setEnabled(false);
-        return fail(error, false);
-    }
+    if (size < 0)
+        return isTryAgain(errno) ? 0 : errno;
     m_taken += size;
-    if (m_taken < m_block.size())
-        return;
-    m_target.writable().setEnabled(false);
-    m_source.readable().setEnabled(true);
+    return 0;
+}
+
+void BytePump::continueAfter(int writeError)
+{
+    const bool isAllTaken = m_taken == m_block.size();
+    m_target.writable().setEnabled(writeError == 0 && !isAllTaken);
+    if (writeError != 0)
+        return fail(writeError, false);
+    m_source.readable().setEnabled(isAllTaken);
 }
 
 void BytePump::finish()

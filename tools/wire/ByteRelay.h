@@ -39,7 +39,7 @@ class BytePump
 public:
     struct Receivers
     {
-        /// These bytes have come, and are passed on.
+        /// These bytes have come, and the target has been given as many of them as it takes at once.
         std::function<void(const QByteArray&)> onBytes;
         /// The source has ended, and the target has everything.
         std::function<void()> onEnd;
@@ -56,6 +56,9 @@ public:
 private:
     void read();
     void write();
+    // Returns the error of the target, or 0.
+    int passOn();
+    void continueAfter(int writeError);
     void finish();
     void fail(int error, bool isSource);
 
