@@ -82,7 +82,7 @@ Status listen(const Arguments& arguments, Session& session)
                 new Visitor(*socket, visitors, log, loop);
             }
         }));
-        listenAt(server, endpoint, session);
+        listenAt(server, endpoint, session, loop);
         loop.run();
         for (Visitor* const visitor : visitors)
             visitor->leave();

@@ -28,13 +28,9 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-QString peerOfDescriptor(int descriptor)
+QString textOf(const std::system_error& error)
 {
-    QTcpSocket socket;
-    const int copy = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-    if (copy < 0 || !socket.setSocketDescriptor(copy))
-        throw std::system_error(errno, std::generic_category());
-    return peerOf(socket);
+    return QString::fromStdString(error.code().message()) + QLatin1Char('.');
 }
 
 Direction opposite(Direction direction)
@@ -55,7 +51,7 @@ public:
 
     void add(Passage* passage) { m_all.insert(passage); }
     void remove(Passage* passage) { m_all.erase(passage); }
-    // Tells of messages whose end has not come.
+    // The program ends, and with it all connections.
     void leave() const;
 
 private:
@@ -89,21 +85,23 @@ public:
     Passage(const Passage&) = delete;
     Passage& operator=(const Passage&) = delete;
 
-    void leave()
-    {
-        m_toServer.end();
-        m_toClient.end();
-    }
+    // The program ends, and with it the connection.
+    void leave() { tellEnd(Direction::Sent, QString()); }
 
 private:
     // The socket has only connected. Reading and writing is done with its descriptor, because one direction
     // may end before the other.
     void begin()
     {
-        const int descriptor = fcntl(static_cast<int>(m_connector.socketDescriptor()), F_DUPFD_CLOEXEC, 0);
-        if (descriptor < 0)
-            throw std::system_error(errno, std::generic_category());
-        m_server = std::make_unique<WireEnd>(descriptor);
+        try {
+            const int descriptor =
+                fcntl(static_cast<int>(m_connector.socketDescriptor()), F_DUPFD_CLOEXEC, 0);
+            if (descriptor < 0)
+                throw std::system_error(errno, std::generic_category());
+            m_server = std::make_unique<WireEnd>(descriptor);
+        } catch (const std::system_error& error) {
+            return end(Direction::Sent, textOf(error));
+        }
         m_connector.abort();
         m_up = pump(m_client, *m_server, Direction::ToServer, m_toServer);
         m_down = pump(*m_server, m_client, Direction::ToClient, m_toClient);
@@ -131,16 +129,26 @@ private:
     {
         if (m_isOver)
             return;
-        m_isOver = true;
-        m_client.readable().setEnabled(false);
-        m_client.writable().setEnabled(false);
-        if (m_server) {
-            m_server->readable().setEnabled(false);
-            m_server->writable().setEnabled(false);
+        m_client.stop();
+        if (m_server)
+            m_server->stop();
+        // The side that is still there must not take a failure of the other one for a proper end.
+        if (m_server && !fault.isNull()) {
+            m_client.resetAtEnd();
+            m_server->resetAtEnd();
         }
-        leave();
-        m_log.add(eventNow(ConnectionEvent::Closed, direction, m_peer, fault));
         deleteLater();
+        tellEnd(direction, fault);
+    }
+
+    void tellEnd(Direction direction, const QString& fault)
+    {
+        if (m_isOver)
+            return;
+        m_isOver = true;
+        m_toServer.end();
+        m_toClient.end();
+        m_log.add(eventNow(ConnectionEvent::Closed, direction, m_peer, fault));
     }
 
     WireEnd m_client;
@@ -194,9 +202,15 @@ Status relay(const Arguments& arguments, Session& session)
         ExchangeLog log(arguments, session);
         WireLoop loop;
         Passages passages;
-        RelayServer clients(
-            loop.guarded([&](int client) { new Passage(client, server, passages, log, loop); }));
-        listenAt(clients, endpoint, session);
+        RelayServer clients(loop.guarded([&](int client) {
+            const QString peer = peerOfDescriptor(client);
+            try {
+                new Passage(client, server, passages, log, loop);
+            } catch (const std::system_error& error) {
+                log.add(eventNow(ConnectionEvent::Closed, Direction::Sent, peer, textOf(error)));
+            }
+        }));
+        listenAt(clients, endpoint, session, loop);
         loop.run();
         clients.close();
         passages.leave();

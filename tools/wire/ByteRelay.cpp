@@ -27,8 +27,11 @@ WireEnd::WireEnd(int descriptor)
     m_readable.setEnabled(false);
     m_writable.setEnabled(false);
     const int flags = fcntl(descriptor, F_GETFL);
-    if (flags < 0 || fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) < 0)
-        throw std::system_error(errno, std::generic_category());
+    if (flags >= 0 && fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) >= 0)
+        return;
+    const int error = errno;
+    ::close(descriptor);
+    throw std::system_error(error, std::generic_category());
 }
 
 WireEnd::~WireEnd()
@@ -36,6 +39,19 @@ WireEnd::~WireEnd()
     m_readable.setEnabled(false);
     m_writable.setEnabled(false);
     ::close(m_descriptor);
+}
+
+void WireEnd::stop()
+{
+    m_readable.setEnabled(false);
+    m_writable.setEnabled(false);
+}
+
+void WireEnd::resetAtEnd()
+{
+    linger noTime = {};
+    noTime.l_onoff = 1;
+    setsockopt(m_descriptor, SOL_SOCKET, SO_LINGER, &noTime, sizeof noTime);
 }
 
 BytePump::BytePump(WireEnd& source, WireEnd& target, const Receivers& receivers)

@@ -16,7 +16,7 @@ namespace routermsg {
 class WireEnd
 {
 public:
-    /// \throws std::system_error
+    /// \throws std::system_error when the descriptor cannot be used, which is closed then.
     explicit WireEnd(int descriptor);
     WireEnd(const WireEnd&) = delete;
     WireEnd& operator=(const WireEnd&) = delete;
@@ -25,6 +25,11 @@ public:
     int descriptor() const { return m_descriptor; }
     QSocketNotifier& readable() { return m_readable; }
     QSocketNotifier& writable() { return m_writable; }
+
+    /// Nothing is told any more.
+    void stop();
+    /// Ends the connection, when this is destroyed, so that the other end sees a failure.
+    void resetAtEnd();
 
 private:
     int m_descriptor;

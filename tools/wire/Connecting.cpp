@@ -12,8 +12,12 @@
 #include <QtNetwork/QTcpSocket>
 
 #include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <limits>
 #include <memory>
+#include <unistd.h>
+#include <utility>
 
 namespace routermsg {
 
@@ -65,6 +69,50 @@ QHostAddress addressOf(const Endpoint& endpoint)
     if (info.addresses().isEmpty())
         throw Refusal(connectionFinding(endpoint, QStringLiteral("The host is not known.")));
     return info.addresses().constFirst();
+}
+
+// Empty when another file can be opened.
+QString whyNoMoreFiles(const QTcpServer& server)
+{
+    const int copy = fcntl(static_cast<int>(server.socketDescriptor()), F_DUPFD_CLOEXEC, 0);
+    if (copy < 0)
+        return withFullStop(qt_error_string(errno));
+    ::close(copy);
+    return QString();
+}
+
+// Qt tries again and again to accept a client when too many files are open, and does not tell that. A client
+// takes more files soon after it was accepted, so this looks twice.
+void pauseWhenFull(QTcpServer& server, Session& session, WireLoop& loop)
+{
+    auto* const timer = new QTimer(&server);
+    timer->setSingleShot(true);
+    timer->setInterval(milliseconds(200));
+    const auto isTold = std::make_shared<bool>(false);
+    const auto look = loop.guarded([=, &server, &session] {
+        const QString reason = whyNoMoreFiles(server);
+        if (reason.isEmpty()) {
+            *isTold = false;
+            return server.resumeAccepting();
+        }
+        server.pauseAccepting();
+        timer->start();
+        if (std::exchange(*isTold, true))
+            return;
+        Finding finding;
+        finding.severity = Finding::Warning;
+        finding.text = QStringLiteral("Further clients have to wait: %1").arg(reason);
+        session.complainInLine(finding);
+    });
+    QObject::connect(timer, &QTimer::timeout, &server, look);
+    QObject::connect(&server, &QTcpServer::newConnection, &server, [timer, look] {
+        timer->start();
+        look();
+    });
+    QObject::connect(&server, &QTcpServer::acceptError, &server, [timer, &server] {
+        server.pauseAccepting();
+        timer->start();
+    });
 }
 
 } // namespace
@@ -141,7 +189,7 @@ void connectSocket(QTcpSocket& socket, const Endpoint& endpoint, milliseconds lo
     socket.connectToHost(endpoint.host, endpoint.port);
 }
 
-void listenAt(QTcpServer& server, const Endpoint& endpoint, Session& session)
+void listenAt(QTcpServer& server, const Endpoint& endpoint, Session& session, WireLoop& loop)
 {
     if (!server.listen(addressOf(endpoint), endpoint.port)) {
         const bool isTaken = server.serverError() == QAbstractSocket::AddressInUseError;
@@ -152,6 +200,7 @@ void listenAt(QTcpServer& server, const Endpoint& endpoint, Session& session)
     if (endpoint.port == 0 || !session.isQuiet())
         session.complain(
             QStringLiteral("Listening on %1.").arg(Endpoint{endpoint.host, server.serverPort()}.toText()));
+    pauseWhenFull(server, session, loop);
 }
 
 } // namespace routermsg

@@ -44,8 +44,9 @@ Finding connectionFinding(const Endpoint& endpoint, const QString& text);
 void connectSocket(QTcpSocket& socket, const Endpoint& endpoint, std::chrono::milliseconds longest,
                    WireLoop& loop, const std::function<void()>& onConnected);
 
-/// Listens, and tells the port on standard error.
+/// Listens, and tells the port on standard error. When clients cannot be accepted, for example because too
+/// many files are open, it says so and tries again later.
 /// \throws Refusal
-void listenAt(QTcpServer& server, const Endpoint& endpoint, Session& session);
+void listenAt(QTcpServer& server, const Endpoint& endpoint, Session& session, WireLoop& loop);
 
 } // namespace routermsg

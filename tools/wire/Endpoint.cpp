@@ -7,6 +7,9 @@
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpSocket>
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -71,6 +74,15 @@ Endpoint endpointIn(const Arguments& arguments, const QString& text, const Parts
     return {parts.host, *port};
 }
 
+QString textOfPeer(const QHostAddress& address, quint16 port)
+{
+    if (address.isNull())
+        return QStringLiteral("unknown peer");
+    bool isIpv4 = false;
+    const quint32 ipv4 = address.toIPv4Address(&isIpv4);
+    return Endpoint{isIpv4 ? QHostAddress(ipv4).toString() : address.toString(), port}.toText();
+}
+
 } // namespace
 
 QString Endpoint::toText() const
@@ -114,12 +126,22 @@ Endpoint listenOf(const Arguments& arguments, const char* name)
     return endpoint;
 }
 
-QString peerOf(const QTcpSocket& socket)
+QString peerOf(const QTcpSocket& socket) { return textOfPeer(socket.peerAddress(), socket.peerPort()); }
+
+QString peerOfDescriptor(int descriptor)
 {
-    const QHostAddress address = socket.peerAddress();
-    bool isIpv4 = false;
-    const quint32 ipv4 = address.toIPv4Address(&isIpv4);
-    return Endpoint{isIpv4 ? QHostAddress(ipv4).toString() : address.toString(), socket.peerPort()}.toText();
+    union
+    {
+        sockaddr any;
+        sockaddr_in ipv4;
+        sockaddr_in6 ipv6;
+        sockaddr_storage storage;
+    } peer = {};
+    socklen_t size = sizeof peer;
+    if (getpeername(descriptor, &peer.any, &size) != 0)
+        return textOfPeer(QHostAddress(), 0);
+    return textOfPeer(QHostAddress(&peer.any),
+                      ntohs(peer.any.sa_family == AF_INET6 ? peer.ipv6.sin6_port : peer.ipv4.sin_port));
 }
 
 } // namespace routermsg

@@ -39,7 +39,10 @@ Endpoint serverOf(const Arguments& arguments);
 Endpoint listenOf(const Arguments& arguments, const char* name);
 /// @}
 
-/// The other end of a connected socket.
+/// The other end of a connected socket; "unknown peer" when it has gone already.
+/// @{
 QString peerOf(const QTcpSocket& socket);
+QString peerOfDescriptor(int descriptor);
+/// @}
 
 } // namespace routermsg

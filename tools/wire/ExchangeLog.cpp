@@ -144,7 +144,7 @@ void ExchangeLog::add(const Exchange& exchange)
 {
     if (m_recorder)
         m_recorder->add(exchange);
-    if (!exchange.fault.isNull() && exchange.direction != Direction::Sent)
+    if (!exchange.fault.isNull() && (exchange.event || exchange.direction != Direction::Sent))
         m_status = Found;
     show(exchange);
     m_session.out().flush();
@@ -167,7 +167,21 @@ void ExchangeLog::showMessage(const Exchange& exchange)
 {
     const Target target(QStringLiteral("-"), m_form);
     SavingReport report(target.path, m_session);
-    MessageWriter(target, m_session, report).add(*exchange.record);
+    try {
+        MessageWriter(target, m_session, report).add(*exchange.record);
+    } catch (const OutputRefusal&) {
+        throw;
+    } catch (const Refusal& refusal) {
+        // The form cannot carry this message. Others may follow.
+        Finding finding = refusal.finding();
+        // The line is that of what was to be written.
+        const QString path = finding.place.path;
+        finding.place = {};
+        finding.place.file = exchange.peer;
+        finding.place.path = path;
+        m_session.complain(finding);
+        m_status = Found;
+    }
 }
 
 void ExchangeLog::writeLine(const Exchange& exchange)

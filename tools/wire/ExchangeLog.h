@@ -42,7 +42,8 @@ public:
     /// \throws OutputRefusal when the recording cannot be written.
     void add(const ROUTERDOCUMENTS::Exchange& exchange);
 
-    /// Found if there was a fault, except in what the program itself has sent.
+    /// Found if there was a fault, except in what the program itself has sent, or a message could not be
+    /// written in the form that is wanted.
     Status status() const { return m_status; }
 
 private:
