@@ -38,6 +38,8 @@ void Framing::Add(const char* bytes, qint64 size)
     if (m_state == State::Broken || m_isAll)
         return;
     // A byte array of Qt 5 holds no more.
+    if (size > ROUTERDOCUMENTS::LargestMessage - m_bytes.Size())
+        LeaveMessage();
     if (size > ROUTERDOCUMENTS::LargestMessage - m_bytes.Size()) {
         BreakHere(Failure::InputTooLarge,
                   QStringLiteral("More bytes have arrived than fit into the memory for unread messages."));
@@ -48,10 +50,7 @@ void Framing::Add(const char* bytes, qint64 size)
 
 Framing::Outcome Framing::Find()
 {
-    if (m_state == State::Found) {
-        Drop(m_size);
-        m_state = State::Between;
-    }
+    LeaveMessage();
     while (true) {
         switch (TakeStep()) {
         case Step::Done:
@@ -66,6 +65,14 @@ Framing::Outcome Framing::Find()
             return Ended;
         }
     }
+}
+
+void Framing::LeaveMessage()
+{
+    if (m_state != State::Found)
+        return;
+    Drop(m_size);
+    m_state = State::Between;
 }
 
 void Framing::Break(const Failure& failure)

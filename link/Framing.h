@@ -38,6 +38,8 @@ public:
 
     // Leaves the message found before and finds the next one.
     Outcome Find();
+    // The message that was found does not belong to what is unread any more.
+    void LeaveMessage();
     // Nothing is found any more.
     void Break(const MODELKIT::Failure& failure);
     const MODELKIT::Failure& GetFailure() const { return m_failure; }

@@ -113,6 +113,7 @@ void MessageReader::AddData(const char* bytes, qint64 size)
     try {
         m_machine->framing.Add(bytes, size);
     } catch (...) {
+        m_machine->framing.LeaveMessage();
         m_machine->framing.Break(failureOfException());
     }
 }

@@ -35,8 +35,8 @@ namespace ROUTERLINK {
 ///   exceeds one of the limits on its size, depth and attributes,
 /// - when the connection ends inside a message.
 ///
-/// Every byte is looked at once, also when each is given alone. The reader keeps no more than one message of
-/// the largest size that the limits admit and what was added since Next() returned #NeedMore.
+/// Every byte is looked at a few times at most, also when each is given alone. The reader keeps no more than
+/// one message of the largest size that the limits admit and what was added since Next() returned #NeedMore.
 ///
 /// It can be used in any thread, but not in two at once.
 ///
@@ -93,8 +93,8 @@ public:
     /// The offset in bytes, from the beginning of the connection, of the message that was read or refused
     /// last, or of the place where the connection is broken.
     qint64 GetOffset() const;
-    /// A copy of the bytes of the message that Next() has just read or refused; empty after all other
-    /// outcomes and when bytes were added since.
+    /// A copy of the bytes of the message that Next() has read or refused last; empty after all other
+    /// outcomes, and when more was added since than the reader can hold.
     QByteArray GetBytes() const;
     /// When the connection is broken, a copy of the bytes from GetOffset() on, as far as they were added
     /// before Next() said so; otherwise empty.

@@ -33,7 +33,8 @@ struct RequestResult
 };
 
 /// A request that waits for its reply; see MessageChannel::Request(). It belongs to the channel and is
-/// deleted after it has finished. To wait no longer, delete it.
+/// deleted after it has finished. To wait no longer, delete it. One that is made while the channel is being
+/// destroyed belongs to nobody, and finishes when the event loop runs.
 class ROUTERLINK_EXPORT PendingRequest : public QObject
 {
     Q_OBJECT

@@ -30,6 +30,7 @@ void startTimer(PendingRequest& request, std::chrono::milliseconds time, const A
 
 Requests::~Requests()
 {
+    m_isOver = true;
     FailAll({Failure::InputOutput, QStringLiteral("The channel was destroyed before the reply came."), {}});
 }
 
@@ -61,6 +62,8 @@ PendingRequest* Requests::Add(unsigned int messageID, std::chrono::milliseconds 
 
 PendingRequest* Requests::AddFailed(const Failure& failure)
 {
+    if (m_isOver)
+        return AddOrphan(failure);
     auto* const request = new PendingRequest(0, &m_parent);
     // Those whose requests were deleted are of no use.
     m_unsent.erase(std::remove_if(m_unsent.begin(), m_unsent.end(),
@@ -74,6 +77,15 @@ PendingRequest* Requests::AddFailed(const Failure& failure)
         if (found == m_unsent.end())
             return;
         m_unsent.erase(found);
+        Finish(request, {RequestResult::Failed, {}, failure});
+    });
+    return request;
+}
+
+PendingRequest* Requests::AddOrphan(const Failure& failure)
+{
+    auto* const request = new PendingRequest(0, nullptr);
+    startTimer(*request, std::chrono::milliseconds(0), [request, failure] {
         Finish(request, {RequestResult::Failed, {}, failure});
     });
     return request;

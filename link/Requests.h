@@ -46,6 +46,9 @@ public:
     void FailAll(const MODELKIT::Failure& failure);
 
 private:
+    // One that is made while the parent is destroyed, by a receiver of another one's end. It would go with
+    // the parent and finish never.
+    static PendingRequest* AddOrphan(const MODELKIT::Failure& failure);
     void Remember(unsigned int messageID);
     void TimeOut(PendingRequest* request, std::chrono::milliseconds timeout);
     static void Finish(const QPointer<PendingRequest>& request, const RequestResult& result);
@@ -61,6 +64,7 @@ private:
     // The ids of the last requests that have finished without a reply.
     QQueue<unsigned int> m_without;
     unsigned int m_lastID = 0;
+    bool m_isOver = false;
 };
 
 } // namespace ROUTERLINK

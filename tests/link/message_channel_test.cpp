@@ -288,6 +288,26 @@ TEST_F(TwoChannels, FailRequestsWhenTheChannelIsDestroyed)
     EXPECT_TRUE(nearEnd.isOpen());
 }
 
+TEST_F(TwoChannels, FinishRequestsThatAreMadeWhileTheChannelIsDestroyed)
+{
+    auto* const client = new MessageChannel(nearEnd);
+    int finished = 0;
+    // Makes another request for each that fails, as a program does that tries again.
+    const std::function<void()> request = [&] {
+        QObject::connect(client->Request(numbered(1), 1h), &PendingRequest::Finished,
+                         [&](const RequestResult& result) {
+                             EXPECT_EQ(result.outcome, RequestResult::Failed);
+                             if (++finished == 1)
+                                 request();
+                         });
+    };
+    request();
+    delete client;
+    EXPECT_EQ(finished, 1);
+    settle();
+    EXPECT_EQ(finished, 2);
+}
+
 // --- slow and failing devices -----------------------------------------------------------------
 
 TEST_F(TwoChannels, SendEverythingThroughADeviceThatTakesLittle)

@@ -5,6 +5,8 @@
 #include "FailureKinds.h"
 #include "LinkSupport.h"
 
+#include "documents/Recording.h"
+
 #include "modelkit/LogSinks.h"
 
 #include <QtCore/QStringList>
@@ -458,6 +460,32 @@ TEST(MessageReader, KeepsTheBytesFromWhereItIsBroken)
     cutOff.EndData();
     takeAll(cutOff);
     EXPECT_EQ(cutOff.GetUnreadBytes(), QByteArray("<a><b>"));
+}
+
+TEST(MessageReader, KeepsTheBytesOfAMessageWhenMoreAreAdded)
+{
+    MessageReader reader;
+    PelLu300RouterInterfaceXml document;
+    reader.AddData(binary(1));
+    ASSERT_EQ(reader.Next(document), MessageReader::Ready);
+    reader.AddData(QByteArray(1 << 20, ' '));
+    EXPECT_EQ(reader.GetBytes(), binary(1));
+}
+
+TEST(MessageReader, DoesNotTellAMessageAgainWhenTooMuchIsAdded)
+{
+    MessageReader reader;
+    PelLu300RouterInterfaceXml document;
+    reader.AddData(binary(1) + "rest");
+    ASSERT_EQ(reader.Next(document), MessageReader::Ready);
+    // So many bytes are refused before they are looked at.
+    const char byte = 0;
+    reader.AddData(&byte, ROUTERDOCUMENTS::LargestMessage);
+    EXPECT_TRUE(reader.GetBytes().isEmpty());
+    EXPECT_EQ(reader.Next(document), MessageReader::Broken);
+    EXPECT_EQ(reader.GetFailure().kind, Failure::InputTooLarge);
+    EXPECT_EQ(reader.GetUnreadBytes(), QByteArray("rest"));
+    EXPECT_EQ(reader.GetOffset(), binary(1).size());
 }
 
 TEST(MessageReader, TellsWhatBytesAreThatAreNoMessage)
