@@ -49,6 +49,8 @@ public:
         loop.run();
         m_input.reset();
         conversation.leave();
+        if (loop.isInterrupted())
+            complainOfEnd();
         return std::max(m_status, m_log.status());
     }
 
@@ -125,6 +127,21 @@ private:
         else if (!m_hasInputEnded)
             complain(QStringLiteral("The connection has ended before the input."), Found);
         m_loop->quit();
+    }
+
+    // A signal has ended the program.
+    void complainOfEnd()
+    {
+        if (m_conversation->queuedBytes() > 0)
+            complain(QStringLiteral("%1 bytes were not sent: The program was ended.")
+                         .arg(m_conversation->queuedBytes()),
+                     Failed);
+        if (m_waiting > 0)
+            complain(
+                (m_waiting == 1
+                     ? QStringLiteral("1 request got no reply: The program was ended.")
+                     : QStringLiteral("%1 requests got no reply: The program was ended.").arg(m_waiting)),
+                Failed);
     }
 
     // The words that a line can have, for people who type.

@@ -6,12 +6,14 @@
 #include "documents/Text.h"
 #include "wire/Connecting.h"
 #include "wire/ExchangeLog.h"
+#include "wire/Parting.h"
 #include "wire/PlayedItems.h"
 #include "wire/Watcher.h"
 #include "wire/WireLoop.h"
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
+#include <QtCore/QScopeGuard>
 #include <QtCore/QSet>
 #include <QtCore/QTimer>
 #include <QtNetwork/QTcpSocket>
@@ -62,12 +64,14 @@ public:
         m_loop = &loop;
         m_socket = &socket;
         socket.setReadBufferSize(Watcher::mostUnread);
+        // It must not outlive the socket.
+        const auto partingEnd = qScopeGuard([this] { m_parting.reset(); });
         m_timer.setSingleShot(true);
         QObject::connect(&m_timer, &QTimer::timeout, &socket, loop.guarded([this] { sendOn(); }));
         connectSocket(socket, m_server, patienceOf(m_wait), loop, [this] { begin(); });
         loop.run();
-        if (loop.isInterrupted() && m_next < m_items.size())
-            complainOfUnsent();
+        if (loop.isInterrupted())
+            leave();
         return std::max(m_status, m_log.status());
     }
 
@@ -77,11 +81,15 @@ private:
         m_peer = peerOf(*m_socket);
         m_watcher = std::make_unique<Watcher>(Direction::Received, m_peer,
                                               [this](const Exchange& exchange) { take(exchange); });
+        m_parting = std::make_unique<Parting>(
+            *m_socket, [this] { return m_socket->bytesToWrite(); }, m_server, patienceOf(m_wait), *m_loop);
         m_log.add(eventNow(ConnectionEvent::Connected, Direction::Sent, m_peer));
         QObject::connect(m_socket, &QTcpSocket::readyRead, m_socket, m_loop->guarded([this] { read(); }));
         QObject::connect(m_socket, &QTcpSocket::disconnected, m_socket, m_loop->guarded([this] { end(); }));
-        QObject::connect(m_socket, &QTcpSocket::bytesWritten, m_socket,
-                         m_loop->guarded([this] { closeWhenDone(); }));
+        QObject::connect(m_socket, &QTcpSocket::bytesWritten, m_socket, m_loop->guarded([this](qint64 size) {
+            m_written += size;
+            closeWhenDone();
+        }));
         sendOn();
     }
 
@@ -144,43 +152,36 @@ private:
     {
         if (m_next < m_items.size() || m_isClosed || m_isClosing)
             return;
-        if (m_socket->bytesToWrite() > 0) {
-            if (!std::exchange(m_isWriting, true))
-                QTimer::singleShot(patienceOf(m_wait), m_socket, m_loop->guarded([this] { requireTaken(); }));
+        m_parting->watch();
+        if (m_socket->bytesToWrite() > 0)
             return;
-        }
         if (m_waiting.isEmpty())
             return close();
         if (!std::exchange(m_isWaiting, true))
             QTimer::singleShot(m_wait, m_socket, m_loop->guarded([this] { giveUp(); }));
     }
 
-    void requireTaken() const
-    {
-        if (!m_isClosed && m_socket->bytesToWrite() > 0)
-            throw Refusal(connectionFinding(
-                m_server, QStringLiteral("The other end has not taken everything within %1.")
-                              .arg(textOf(patienceOf(m_wait)))));
-    }
-
     void giveUp()
     {
         if (m_isClosed || m_isClosing)
             return;
-        complain(m_waiting.size() == 1
-                     ? QStringLiteral("1 request got no reply within %1.").arg(textOf(m_wait))
-                     : QStringLiteral("%1 requests got no reply within %2.")
-                           .arg(m_waiting.size())
-                           .arg(textOf(m_wait)),
-                 Found);
+        complain(QStringLiteral("%1 within %2.").arg(repliesMissing(), textOf(m_wait)), Found);
         close();
+    }
+
+    QString repliesMissing() const
+    {
+        return m_waiting.size() == 1 ? QStringLiteral("1 request got no reply")
+                                     : QStringLiteral("%1 requests got no reply").arg(m_waiting.size());
     }
 
     // Not inside of a signal of the socket.
     void close()
     {
         m_isClosing = true;
-        QTimer::singleShot(0, m_socket, m_loop->guarded([this] { m_socket->disconnectFromHost(); }));
+        QTimer::singleShot(0, m_socket, m_loop->guarded([this] {
+            m_parting->begin([this] { m_socket->disconnectFromHost(); });
+        }));
     }
 
     void end()
@@ -189,21 +190,45 @@ private:
         m_timer.stop();
         read();
         m_watcher->end();
-        const QString fault = faultOf(*m_socket);
+        const QString fault = m_parting->wasReset() ? resetAfterSending() : faultOf(*m_socket);
         m_log.add(eventNow(ConnectionEvent::Closed, m_isClosing ? Direction::Sent : Direction::Received,
                            m_peer, fault));
-        if (m_next < m_items.size() || m_socket->bytesToWrite() > 0)
+        if (unsent() > 0)
             complainOfUnsent();
         else if (!m_waiting.isEmpty() && !m_isClosing)
             complain(QStringLiteral("The connection has ended before all replies came."), Failed);
+        else if (m_parting->wasReset())
+            complain(fault, Failed);
         m_loop->quit();
+    }
+
+    // A signal has ended the loop.
+    void leave()
+    {
+        if (m_watcher && !m_isClosed) {
+            m_watcher->end();
+            m_log.add(eventNow(ConnectionEvent::Closed, Direction::Sent, m_peer));
+        }
+        if (unsent() > 0)
+            complainOfUnsent();
+        if (!m_waiting.isEmpty() && !m_isClosing)
+            complain(QStringLiteral("%1: The program was ended.").arg(repliesMissing()), Failed);
+    }
+
+    // How many messages the system has not taken whole.
+    std::size_t unsent() const
+    {
+        qint64 end = 0;
+        const auto first = std::find_if(m_items.begin(), m_items.end(), [&](const PlayedItem& item) {
+            end += item.bytes.size();
+            return end > m_written;
+        });
+        return static_cast<std::size_t>(m_items.end() - first);
     }
 
     void complainOfUnsent()
     {
-        complain(QStringLiteral("%1 of %2 messages were not sent.")
-                     .arg(m_items.size() - m_next)
-                     .arg(m_items.size()),
+        complain(QStringLiteral("%1 of %2 messages were not sent.").arg(unsent()).arg(m_items.size()),
                  Failed);
     }
 
@@ -225,12 +250,14 @@ private:
     QTcpSocket* m_socket = nullptr;
     QTimer m_timer;
     std::unique_ptr<Watcher> m_watcher;
+    std::unique_ptr<Parting> m_parting;
     QString m_peer;
     std::size_t m_next = 0;
     // The numbers of the requests that wait for their replies.
     QSet<unsigned int> m_waiting;
-    // Whether a timer limits how long the last bytes and the last replies may take.
-    bool m_isWriting = false;
+    // Bytes that the system has taken.
+    qint64 m_written = 0;
+    // Whether a timer limits how long the last replies may take.
     bool m_isWaiting = false;
     bool m_isClosing = false;
     bool m_isClosed = false;

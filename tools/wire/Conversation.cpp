@@ -3,9 +3,8 @@
 
 #include "wire/WireLoop.h"
 
-#include <QtCore/QTimer>
-
 #include <limits>
+#include <utility>
 
 namespace routermsg {
 
@@ -58,10 +57,8 @@ void Conversation::begin()
                      m_loop.guarded([this](const Failure& failure) { tellFault(failure); }));
     QObject::connect(channel, &MessageChannel::Closed, channel,
                      m_loop.guarded([this](const Failure& failure) { end(failure); }));
-    QObject::connect(channel, &MessageChannel::Drained, channel, m_loop.guarded([this] {
-        if (m_isClosing)
-            m_channel->Close();
-    }));
+    m_parting = std::make_unique<Parting>(
+        m_socket, [this] { return queuedBytes(); }, m_server, patienceOf(m_options.wait), m_loop);
     m_receivers.onExchange(eventNow(ConnectionEvent::Connected, Direction::Sent, m_peer));
     m_receivers.onConnected();
 }
@@ -95,18 +92,8 @@ void Conversation::send(const OutgoingMessage& message,
 
 void Conversation::close()
 {
-    m_isClosing = true;
-    if (m_isOver)
-        return;
-    if (m_channel->GetQueuedBytes() == 0)
-        return m_channel->Close();
-    const auto patience = patienceOf(m_options.wait);
-    QTimer::singleShot(patience, &m_socket, m_loop.guarded([this, patience] {
-        if (!m_isOver)
-            throw Refusal(connectionFinding(
-                m_server,
-                QStringLiteral("The other end has not taken everything within %1.").arg(textOf(patience))));
-    }));
+    if (!std::exchange(m_isClosing, true) && !m_isOver)
+        m_parting->begin([this] { m_channel->Close(); });
 }
 
 void Conversation::leave() const
@@ -147,7 +134,7 @@ void Conversation::tellFault(const Failure& failure)
 void Conversation::end(const Failure& failure)
 {
     m_isOver = true;
-    const QString fault = faultOf(m_socket);
+    const QString fault = m_parting->wasReset() ? resetAfterSending() : faultOf(m_socket);
     const bool isUnreadable = !m_channel->GetFaultyBytes().isEmpty();
     if (isUnreadable)
         tellFault(failure);

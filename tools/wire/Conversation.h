@@ -8,6 +8,7 @@
 #include "wire/Connecting.h"
 #include "wire/Endpoint.h"
 #include "wire/Outgoing.h"
+#include "wire/Parting.h"
 #include "wire/Watcher.h"
 
 #include <QtNetwork/QTcpSocket>
@@ -60,11 +61,13 @@ public:
     /// \throws Refusal when it cannot be sent.
     void send(const OutgoingMessage& message,
               const std::function<void(const ROUTERLINK::RequestResult&)>& onResult);
-    /// Ends the connection when all messages have been passed on. A Refusal ends the loop when the other end
-    /// does not take them in time.
+    /// Ends the connection when all messages have arrived. What comes until then is still told. A Refusal
+    /// ends the loop when the other end takes nothing for too long.
     void close();
     /// The program ends, and with it the connection. For when the loop has ended.
     void leave() const;
+    /// How many bytes wait to be passed on to the system.
+    qint64 queuedBytes() const { return m_channel ? m_channel->GetQueuedBytes() : 0; }
     /// Whether nothing can be sent any more.
     bool isOver() const { return m_isOver || (m_channel && m_channel->IsClosed()); }
 
@@ -83,6 +86,7 @@ private:
     WireLoop& m_loop;
     QTcpSocket m_socket;
     std::unique_ptr<ROUTERLINK::MessageChannel> m_channel;
+    std::unique_ptr<Parting> m_parting;
     QString m_peer;
     bool m_isClosing = false;
     bool m_isOver = false;
