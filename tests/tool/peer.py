@@ -15,6 +15,9 @@ It listens on a free port of this machine, writes the port to the file, serves o
     wrong     answers with a message that is no router message, and then as answer
     stranger  answers with a reply that nobody waits for, and then as answer
     late      reads until the client ends its side, and then answers everything
+    chatty    says something before each time it reads a little, and at the end how many lines have come
+    open      reads until the client ends its side, and ends when its standard input does
+    regret    reads until the client ends its side, and lets the system end the connection with an error
     greedy    never reads; ends when its standard input does
 """
 import os
@@ -52,6 +55,20 @@ def take_all(connection):
         received += data
 
 
+def chat(connection):
+    count = 0
+    data = b"-"
+    while data:
+        connection.sendall(DOCUMENT % (b"Event", 1))
+        data = connection.recv(16384)
+        count += data.count(b"\n")
+    print(count, "lines have come")
+
+
+def reset_at_end(connection):
+    connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+
+
 def serve(behaviour, connection):
     if behaviour == "answer":
         return answer(connection)
@@ -64,9 +81,17 @@ def serve(behaviour, connection):
         return None
     if behaviour == "greedy":
         return sys.stdin.read()
+    if behaviour == "chatty":
+        return chat(connection)
+    if behaviour == "open":
+        take_all(connection)
+        return sys.stdin.read()
+    if behaviour == "regret":
+        take_all(connection)
+        return reset_at_end(connection)
     first = connection.recv(65536)
     if behaviour == "reset":
-        connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+        reset_at_end(connection)
     elif behaviour == "half":
         connection.sendall(HALF)
     elif behaviour == "garbage":

@@ -7,7 +7,8 @@
 serve() {
     command -v python3 >/dev/null || { echo "There is no python3 here." >&2 && exit 77; }
     rm -f port
-    python3 "$SUPPORT/peer.py" "$1" port &
+    # Without this, the server would have no standard input.
+    python3 "$SUPPORT/peer.py" "$1" port <&0 &
     wait_until "the server listens" test -e port
     port=$(cat port)
 }

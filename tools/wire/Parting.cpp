@@ -9,6 +9,7 @@
 #include <QtCore/QSocketNotifier>
 #include <QtNetwork/QTcpSocket>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <linux/sockios.h>
@@ -104,7 +105,8 @@ qint64 Parting::onTheWay() const
         throw Refusal(
             connectionFinding(m_server, QStringLiteral("Nobody can tell whether everything has arrived: %1.")
                                             .arg(QString::fromLocal8Bit(std::strerror(errno)))));
-    return size;
+    // The system counts the end of the own direction as a byte.
+    return std::max(0, m_isOwnDirectionOver ? size - 1 : size);
 }
 
 void Parting::endOwnDirection()
