@@ -16,6 +16,8 @@ It listens on a free port of this machine, writes the port to the file, serves o
     stranger  answers with a reply that nobody waits for, and then as answer
     late      reads until the client ends its side, and then answers everything
     chatty    says something before each time it reads a little, and at the end how many lines have come
+    once      answers the first of two requests and ends the connection
+    said      says what its standard input says when the first bytes have come, and takes everything
     open      reads until the client ends its side, and ends when its standard input does
     regret    reads until the client ends its side, and lets the system end the connection with an error
     greedy    never reads; ends when its standard input does
@@ -92,6 +94,13 @@ def serve(behaviour, connection):
     first = connection.recv(65536)
     if behaviour == "reset":
         reset_at_end(connection)
+    elif behaviour == "once":
+        while first.count(b"\n") < 2:
+            first += connection.recv(65536)
+        connection.sendall(reply_to(first.split(b"\n")[0]) + b"\n")
+    elif behaviour == "said":
+        connection.sendall(sys.stdin.buffer.read())
+        take_all(connection)
     elif behaviour == "half":
         connection.sendall(HALF)
     elif behaviour == "garbage":

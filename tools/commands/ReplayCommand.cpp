@@ -13,14 +13,15 @@
 
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QScopeGuard>
-#include <QtCore/QSet>
 #include <QtCore/QTimer>
 #include <QtNetwork/QTcpSocket>
 
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -48,13 +49,26 @@ double speedOf(const Arguments& arguments)
     return speed;
 }
 
+OptionTable directionOption()
+{
+    return choice(
+        {"--direction"}, "DIRECTION", {"sent", "received"},
+        "Which recorded exchanges are sent: those with the direction sent or toServer, or those with "
+        "received or toClient; without it sent.");
+}
+
+Played playedOf(const Arguments& arguments)
+{
+    return arguments.choice<Played>("--direction").value_or(Played::Sent);
+}
+
 class Replay
 {
 public:
     Replay(const Arguments& arguments, Session& session)
         : m_session(session), m_server(serverOf(arguments)),
           m_wait(waitOf(arguments, std::chrono::seconds(5))), m_speed(speedOf(arguments)),
-          m_items(playedItems(arguments.text("FILE"))), m_log(arguments, session)
+          m_items(playedItems(arguments.text("FILE"), playedOf(arguments))), m_log(arguments, session)
     {}
 
     Status run()
@@ -125,7 +139,7 @@ private:
         exchange.direction = Direction::Sent;
         exchange.peer = m_peer;
         if (const auto* const message = messageIn(exchange, PelLu300RouterMessage::Request))
-            m_waiting += message->GetMessageID();
+            ++m_waiting[message->GetMessageID()];
         m_log.add(exchange);
     }
 
@@ -135,7 +149,7 @@ private:
     {
         m_log.add(exchange);
         if (const auto* const message = messageIn(exchange, PelLu300RouterMessage::Reply))
-            m_waiting.remove(message->GetMessageID());
+            removeWaiting(message->GetMessageID());
         closeWhenDone();
     }
 
@@ -171,8 +185,16 @@ private:
 
     QString repliesMissing() const
     {
-        return m_waiting.size() == 1 ? QStringLiteral("1 request got no reply")
-                                     : QStringLiteral("%1 requests got no reply").arg(m_waiting.size());
+        const int count = std::accumulate(m_waiting.begin(), m_waiting.end(), 0);
+        return count == 1 ? QStringLiteral("1 request got no reply")
+                          : QStringLiteral("%1 requests got no reply").arg(count);
+    }
+
+    void removeWaiting(unsigned int messageID)
+    {
+        const auto found = m_waiting.find(messageID);
+        if (found != m_waiting.end() && --*found == 0)
+            m_waiting.erase(found);
     }
 
     // Not inside of a signal of the socket.
@@ -253,8 +275,8 @@ private:
     std::unique_ptr<Parting> m_parting;
     QString m_peer;
     std::size_t m_next = 0;
-    // The numbers of the requests that wait for their replies.
-    QSet<unsigned int> m_waiting;
+    // How many requests wait for a reply with each number. Requests of several clients can have the same one.
+    QHash<unsigned int, int> m_waiting;
     // Bytes that the system has taken.
     qint64 m_written = 0;
     // Whether a timer limits how long the last replies may take.
@@ -287,6 +309,7 @@ Command replayCommand()
             suggesting({"1", "10", "max"}, option({"--speed"}, "X",
                                                   "How often as fast as it was recorded, such as 2 or 0.5; 0 "
                                                   "or max for no pauses.")),
+            directionOption(),
             waitOption(
                 "How long replies may take behind the last message, such as 500ms or 1m; without it 5s.")}
         + exchangeOptionRows();

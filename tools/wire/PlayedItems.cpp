@@ -27,6 +27,17 @@ QByteArray bytesOf(MODELKIT::IMKObject& record, Form form, const QString& name)
     return form == Form::Xml ? record.GetXmlBytes(MODELKIT::XmlLayout::Compact) + '\n' : bytes;
 }
 
+Finding nothingToSend(const QString& path, Played played)
+{
+    const bool isSent = played == Played::Sent;
+    Finding finding = Finding::ofFile(
+        path, QStringLiteral("Nothing here is to be sent: the direction of all exchanges is %1.")
+                  .arg(isSent ? QStringLiteral("received or toClient") : QStringLiteral("sent or toServer")));
+    finding.hint = QStringLiteral("The option --direction %1 sends them.")
+                       .arg(isSent ? QStringLiteral("received") : QStringLiteral("sent"));
+    return finding;
+}
+
 PlayedItem itemOf(const Exchange& exchange, const QString& name)
 {
     PlayedItem item;
@@ -55,8 +66,9 @@ PlayedItem itemOf(const InputMessage& message)
 
 } // namespace
 
-std::vector<PlayedItem> playedItems(const QString& path)
+std::vector<PlayedItem> playedItems(const QString& path, Played played)
 {
+    bool isAnyLeft = false;
     std::vector<PlayedItem> items;
     Messages input(path);
     while (const auto message = input.next()) {
@@ -68,12 +80,18 @@ std::vector<PlayedItem> playedItems(const QString& path)
         }
         try {
             const Exchange exchange = ReadExchange(bytes);
-            if (isSentByClient(exchange.direction))
+            if (exchange.event)
+                continue;
+            if (isSentByClient(exchange.direction) != (played == Played::Sent))
+                isAnyLeft = true;
+            else
                 items.push_back(itemOf(exchange, message->name));
         } catch (const DocumentError& error) {
             throw Refusal(message->findingOf(error));
         }
     }
+    if (items.empty() && isAnyLeft)
+        throw Refusal(nothingToSend(path, played));
     return items;
 }
 

@@ -22,10 +22,20 @@ struct PlayedItem
     bool isTimed = false;
 };
 
-/// The messages and faulty bytes that a client has sent, as the recording tells; if it does not tell, all
+/// The recorded exchanges to send.
+enum class Played
+{
+    /// Those of a client: with the direction `sent` or `toServer`.
+    Sent,
+    /// The others, for example what `listen` has recorded.
+    Received
+};
+
+/// The messages and faulty bytes with the direction, as the recording tells; if it does not tell, all
 /// messages. A message is sent in the form that it had, and in the binary form if it is only there as JSON.
 /// \param path a file, or "-" for standard input
-/// \throws Refusal when anything in the recording cannot be read.
-std::vector<PlayedItem> playedItems(const QString& path);
+/// \throws Refusal when anything in the recording cannot be read, or all
+/// exchanges in it have the other direction.
+std::vector<PlayedItem> playedItems(const QString& path, Played played);
 
 } // namespace routermsg
