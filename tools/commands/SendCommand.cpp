@@ -102,7 +102,16 @@ private:
             m_session.out().write(ShowableJson(QString::fromUtf8(ToExchangeLine(m_last))));
             m_session.out().flush();
         } else {
-            m_writer.add(*m_last.record);
+            try {
+                m_writer.add(*m_last.record);
+            } catch (const OutputRefusal&) {
+                throw;
+            } catch (const Refusal& refusal) {
+                // The form cannot carry this reply; perhaps it can carry the next one.
+                complain(QStringLiteral("%1 cannot be written: %2")
+                             .arg(summaryOf(*m_last.record), refusal.finding().text),
+                         Found);
+            }
         }
     }
 
