@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "UsageError.h"
+#include "documents/Text.h"
 #include "wire/Completion.h"
 #include "wire/Conversation.h"
 #include "wire/ExchangeLog.h"
@@ -22,6 +23,9 @@ using namespace ROUTERDOCUMENTS;
 using ROUTERLINK::RequestResult;
 
 namespace {
+
+// A complaint may repeat a word, which may be as long as the line.
+constexpr int longestText = 1000;
 
 class Dialogue
 {
@@ -67,6 +71,8 @@ private:
     void take(const QString& line)
     {
         ++m_line;
+        if (line.isNull())
+            return complainOfLine(QStringLiteral("The line is not UTF-8."));
         const QString request = line.trimmed();
         if (request.isEmpty())
             return;
@@ -167,7 +173,8 @@ private:
 
     void complainOfLine(const QString& text)
     {
-        Finding finding = Finding::ofFile(QStringLiteral("<stdin>"), text);
+        Finding finding =
+            Finding::ofFile(QStringLiteral("<stdin>"), text.size() > longestText ? Abbreviated(text) : text);
         finding.place.line = m_line;
         m_session.complainInLine(finding);
         m_status = Failed;

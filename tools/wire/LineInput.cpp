@@ -4,6 +4,8 @@
 #include "Finding.h"
 #include "wire/WireLoop.h"
 
+#include "modelkit/Utf8.h"
+
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -18,6 +20,12 @@ constexpr int longestLine = 1 << 20;
 Refusal refusalOfInput(const QString& text)
 {
     return Refusal(Finding::ofFile(QStringLiteral("<stdin>"), text));
+}
+
+void requireShort(const QByteArray& line)
+{
+    if (line.size() > longestLine)
+        throw refusalOfInput(QStringLiteral("A line is longer than %1 bytes.").arg(longestLine));
 }
 
 } // namespace
@@ -65,11 +73,14 @@ void LineInput::tellLines()
     for (auto end = m_pending.indexOf('\n'); end >= 0 && !m_isOver; end = m_pending.indexOf('\n', begin)) {
         const QByteArray line = m_pending.mid(begin, end - begin);
         begin = static_cast<int>(end) + 1;
-        m_receivers.onLine(QString::fromUtf8(line));
+        requireShort(line);
+        // A null text stands for bytes that are not UTF-8.
+        const bool isText = MODELKIT::wellFormedUtf8(line.constData(), line.size()) == line.size();
+        const QString text = line.isEmpty() ? QStringLiteral("") : QString::fromUtf8(line);
+        m_receivers.onLine(isText ? text : QString());
     }
     m_pending.remove(0, begin);
-    if (m_pending.size() > longestLine)
-        throw refusalOfInput(QStringLiteral("A line is longer than %1 bytes.").arg(longestLine));
+    requireShort(m_pending);
 }
 
 } // namespace routermsg

@@ -71,7 +71,7 @@ public:
 private:
     void take(QChar character)
     {
-        const bool isInValue = m_word.contains(QLatin1Char('='));
+        const bool isInValue = m_isInValue;
         if (m_isEscaped) {
             m_word += character;
             m_isEscaped = false;
@@ -83,11 +83,13 @@ private:
             endWord();
         } else {
             m_word += character;
+            m_isInValue = m_isInValue || character == QLatin1Char('=');
         }
     }
 
     void endWord()
     {
+        m_isInValue = false;
         if (!m_word.isEmpty())
             m_words += m_word;
         m_word.clear();
@@ -96,6 +98,8 @@ private:
     const QString m_request;
     QStringList m_words;
     QString m_word;
+    // Whether the word has a '=' already.
+    bool m_isInValue = false;
     bool m_isQuoted = false;
     bool m_isEscaped = false;
 };
