@@ -84,7 +84,11 @@ void Conversation::send(const OutgoingMessage& message,
                      m_loop.guarded([this, onResult](const RequestResult& result) {
                          if (result.outcome == RequestResult::Replied)
                              receive(result.reply);
-                         onResult(result);
+                         // Why the connection has ended is told first.
+                         if (m_channel->IsClosed() && !m_isOver)
+                             m_failed.push_back([onResult, result] { onResult(result); });
+                         else
+                             onResult(result);
                      }));
     if (isSent)
         tellSent(message);
@@ -144,6 +148,8 @@ void Conversation::end(const Failure& failure)
     const bool isOwn = m_isClosing || isUnreadable;
     m_receivers.onExchange(eventNow(ConnectionEvent::Closed, isOwn ? Direction::Sent : Direction::Received,
                                     m_peer, isUnreadable ? QString() : reason));
+    for (const auto& tell : std::exchange(m_failed, {}))
+        tell();
     m_receivers.onClosed(isUnreadable ? QString() : reason);
 }
 

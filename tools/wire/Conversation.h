@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace routermsg {
 
@@ -88,6 +89,8 @@ private:
     std::unique_ptr<ROUTERLINK::MessageChannel> m_channel;
     std::unique_ptr<Parting> m_parting;
     QString m_peer;
+    // Tell of requests that the end of the connection has failed.
+    std::vector<std::function<void()>> m_failed;
     bool m_isClosing = false;
     bool m_isOver = false;
 };
