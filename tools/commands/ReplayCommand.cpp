@@ -172,7 +172,7 @@ private:
         if (m_waiting.isEmpty())
             return close();
         if (!std::exchange(m_isWaiting, true))
-            QTimer::singleShot(m_wait, m_socket, m_loop->guarded([this] { giveUp(); }));
+            callAfter(m_wait, *m_socket, m_loop->guarded([this] { giveUp(); }));
     }
 
     void giveUp()
@@ -201,9 +201,8 @@ private:
     void close()
     {
         m_isClosing = true;
-        QTimer::singleShot(0, m_socket, m_loop->guarded([this] {
-            m_parting->begin([this] { m_socket->disconnectFromHost(); });
-        }));
+        callAfter(std::chrono::milliseconds(0), *m_socket,
+                  m_loop->guarded([this] { m_parting->begin([this] { m_socket->disconnectFromHost(); }); }));
     }
 
     void end()

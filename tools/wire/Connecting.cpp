@@ -182,7 +182,7 @@ void connectSocket(QTcpSocket& socket, const Endpoint& endpoint, milliseconds lo
                          if (state == QAbstractSocket::UnconnectedState && !*isOver)
                              refuse(faultOf(socket));
                      }));
-    QTimer::singleShot(longest, &socket, loop.guarded([=] {
+    callAfter(longest, socket, loop.guarded([=] {
         if (!*isOver)
             refuse(QStringLiteral("There was no connection within %1.").arg(textOf(longest)));
     }));

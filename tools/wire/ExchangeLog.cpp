@@ -76,6 +76,14 @@ QString enderOf(Direction direction)
     return QStringLiteral("closed by the server");
 }
 
+bool isBrief(const Arguments& arguments)
+{
+    const bool isBrief = arguments.isGiven("--brief");
+    if (isBrief && arguments.isGiven("--to"))
+        arguments.refuse(QStringLiteral("The option --brief leaves out what --to is about."));
+    return isBrief;
+}
+
 } // namespace
 
 QString summaryOf(const MODELKIT::IMKObject& record)
@@ -133,12 +141,9 @@ Status runShowing(Session& session, const std::function<Status()>& work)
 }
 
 ExchangeLog::ExchangeLog(const Arguments& arguments, Session& session)
-    : m_session(session), m_recorder(recorderOf(arguments)), m_form(formOf(arguments, "--to")),
-      m_isBrief(arguments.isGiven("--brief"))
-{
-    if (m_isBrief && m_form)
-        arguments.refuse(QStringLiteral("The option --brief leaves out what --to is about."));
-}
+    : m_session(session), m_isBrief(isBrief(arguments)), m_recorder(recorderOf(arguments)),
+      m_form(formOf(arguments, "--to"))
+{}
 
 void ExchangeLog::add(const Exchange& exchange)
 {

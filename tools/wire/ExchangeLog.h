@@ -53,9 +53,9 @@ private:
     QString textOf(const ROUTERDOCUMENTS::Exchange& exchange) const;
 
     Session& m_session;
+    bool m_isBrief;
     std::unique_ptr<Recorder> m_recorder;
     std::optional<ROUTERDOCUMENTS::Form> m_form;
-    bool m_isBrief;
     Status m_status = Fine;
 };
 

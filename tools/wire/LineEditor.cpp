@@ -159,7 +159,7 @@ private:
             s_current->m_hasEnded = true;
             return;
         }
-        s_current->m_line = QString::fromUtf8(line);
+        s_current->m_line = textOfLine(line);
         const bool isEmpty = s_current->m_line->trimmed().isEmpty();
         if (!isEmpty && s_current->m_earlier != *s_current->m_line) {
             add_history(line);

@@ -4,7 +4,6 @@
 #include "Finding.h"
 #include "wire/WireLoop.h"
 
-#include "modelkit/Utf8.h"
 
 #include <cerrno>
 #include <cstring>
@@ -74,10 +73,7 @@ void LineInput::tellLines()
         const QByteArray line = m_pending.mid(begin, end - begin);
         begin = static_cast<int>(end) + 1;
         requireShort(line);
-        // A null text stands for bytes that are not UTF-8.
-        const bool isText = MODELKIT::wellFormedUtf8(line.constData(), line.size()) == line.size();
-        const QString text = line.isEmpty() ? QStringLiteral("") : QString::fromUtf8(line);
-        m_receivers.onLine(isText ? text : QString());
+        m_receivers.onLine(textOfLine(line));
     }
     m_pending.remove(0, begin);
     requireShort(m_pending);

@@ -3,13 +3,16 @@
 /// Lines that come while other things happen.
 #pragma once
 
+#include "modelkit/Utf8.h"
+
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 
 #include <functional>
 
 namespace routermsg {
 
-/// The receivers are called from inside the loop.
+/// A line that is not UTF-8 is told as a null text. The receivers are called from inside the loop.
 class LineSource
 {
 public:
@@ -27,5 +30,13 @@ public:
     /// Reads nothing more.
     virtual void stop() = 0;
 };
+
+/// The text of a line; null when it is not UTF-8.
+inline QString textOfLine(const QByteArray& line)
+{
+    if (MODELKIT::wellFormedUtf8(line.constData(), line.size()) != line.size())
+        return {};
+    return line.isEmpty() ? QStringLiteral("") : QString::fromUtf8(line);
+}
 
 } // namespace routermsg

@@ -145,7 +145,7 @@ OutgoingMessage messageOf(const QString& request)
     try {
         const auto record = build(RecordInfo::Document(), words);
         const auto& made = dynamic_cast<const PelLu300RouterInterfaceXml&>(*record);
-        const auto message = std::make_shared<PelLu300RouterInterfaceXml>(made);
+        auto message = std::make_shared<PelLu300RouterInterfaceXml>(made);
         if (!message->GetPelLu300RouterMessage().IsTypeSet())
             message->GetPelLu300RouterMessage().SetType(PelLu300RouterMessage::Request);
         message->Check();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "wire/WireLoop.h"
 
+#include <QtCore/QTimer>
+
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -79,6 +81,17 @@ void WireLoop::interrupt()
     m_notifier->setEnabled(false);
     m_isInterrupted = true;
     quit();
+}
+
+void callAfter(std::chrono::milliseconds time, QObject& context, const std::function<void()>& action)
+{
+    auto* const timer = new QTimer(&context);
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, action] {
+        timer->deleteLater();
+        action();
+    });
+    timer->start(time);
 }
 
 } // namespace routermsg

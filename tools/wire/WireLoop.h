@@ -6,6 +6,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QSocketNotifier>
 
+#include <chrono>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -78,5 +79,8 @@ private:
     bool m_isOver = false;
     bool m_isInterrupted = false;
 };
+
+/// Has the event loop call the action once after that time, unless the context is gone by then.
+void callAfter(std::chrono::milliseconds time, QObject& context, const std::function<void()>& action);
 
 } // namespace routermsg
