@@ -4,7 +4,6 @@
 #include "Finding.h"
 #include "wire/WireLoop.h"
 
-
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
