@@ -28,7 +28,7 @@ using namespace ROUTERDOCUMENTS;
 
 namespace {
 
-QString textOf(const std::system_error& error)
+QString reasonOf(const std::system_error& error)
 {
     return QString::fromStdString(error.code().message()) + QLatin1Char('.');
 }
@@ -100,7 +100,7 @@ private:
                 throw std::system_error(errno, std::generic_category());
             m_server = std::make_unique<WireEnd>(descriptor);
         } catch (const std::system_error& error) {
-            return end(Direction::Sent, textOf(error));
+            return end(Direction::Sent, reasonOf(error));
         }
         m_connector.abort();
         m_up = pump(m_client, *m_server, Direction::ToServer, m_toServer);
@@ -207,7 +207,7 @@ Status relay(const Arguments& arguments, Session& session)
             try {
                 new Passage(client, server, passages, log, loop);
             } catch (const std::system_error& error) {
-                log.add(eventNow(ConnectionEvent::Closed, Direction::Sent, peer, textOf(error)));
+                log.add(eventNow(ConnectionEvent::Closed, Direction::Sent, peer, reasonOf(error)));
             }
         }));
         listenAt(clients, endpoint, session, loop);

@@ -86,7 +86,7 @@ void Conversation::send(const OutgoingMessage& message,
                              receive(result.reply);
                          // Why the connection has ended is told first.
                          if (m_channel->IsClosed() && !m_isOver)
-                             m_failed.push_back([onResult, result] { onResult(result); });
+                             m_failed.emplace_back([onResult, result] { onResult(result); });
                          else
                              onResult(result);
                      }));

@@ -141,8 +141,8 @@ Status runShowing(Session& session, const std::function<Status()>& work)
 }
 
 ExchangeLog::ExchangeLog(const Arguments& arguments, Session& session)
-    : m_session(session), m_isBrief(isBrief(arguments)), m_recorder(recorderOf(arguments)),
-      m_form(formOf(arguments, "--to"))
+    : m_session(session), m_isBrief(isBrief(arguments)), m_form(formOf(arguments, "--to")),
+      m_recorder(recorderOf(arguments))
 {}
 
 void ExchangeLog::add(const Exchange& exchange)

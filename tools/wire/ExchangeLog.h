@@ -54,8 +54,8 @@ private:
 
     Session& m_session;
     bool m_isBrief;
-    std::unique_ptr<Recorder> m_recorder;
     std::optional<ROUTERDOCUMENTS::Form> m_form;
+    std::unique_ptr<Recorder> m_recorder;
     Status m_status = Fine;
 };
 
