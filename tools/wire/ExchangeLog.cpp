@@ -141,9 +141,11 @@ Status runShowing(Session& session, const std::function<Status()>& work)
 }
 
 ExchangeLog::ExchangeLog(const Arguments& arguments, Session& session)
-    : m_session(session), m_isBrief(isBrief(arguments)), m_form(formOf(arguments, "--to")),
-      m_recorder(recorderOf(arguments))
-{}
+    : m_session(session), m_isBrief(isBrief(arguments)), m_form(formOf(arguments, "--to"))
+{
+    if (arguments.isGiven("--record"))
+        m_recorder.emplace(arguments.text("--record"));
+}
 
 void ExchangeLog::add(const Exchange& exchange)
 {

@@ -55,7 +55,7 @@ private:
     Session& m_session;
     bool m_isBrief;
     std::optional<ROUTERDOCUMENTS::Form> m_form;
-    std::unique_ptr<Recorder> m_recorder;
+    std::optional<Recorder> m_recorder;
     Status m_status = Fine;
 };
 
