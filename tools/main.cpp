@@ -2,13 +2,10 @@
 #include "CommandLine.h"
 #include "UsageError.h"
 
-#include "modelkit/Utf8.h"
-
 #include <QtCore/QStringList>
 #include <QtCore/QtGlobal>
 
 #include <clocale>
-#include <cstring>
 #include <exception>
 #include <fcntl.h>
 #include <unistd.h>
@@ -73,14 +70,6 @@ Status run(const QStringList& words)
     }
 }
 
-// What is not UTF-8 would reach the command as another text.
-Status refuseWord(int number)
-{
-    Session session{CommonOptions()};
-    session.complain(QStringLiteral("The word %1 of the command line is not UTF-8.").arg(number));
-    return Failed;
-}
-
 } // namespace
 
 int main(int argc, char* argv[])
@@ -90,12 +79,8 @@ int main(int argc, char* argv[])
     ignoreQtMessages();
     try {
         QStringList words;
-        for (int i = 1; i < argc; ++i) {
-            const auto size = static_cast<qint64>(std::strlen(argv[i]));
-            if (MODELKIT::wellFormedUtf8(argv[i], size) != size)
-                return refuseWord(i);
+        for (int i = 1; i < argc; ++i)
             words += QString::fromUtf8(argv[i]);
-        }
         return run(words);
     } catch (const OutputError&) {
         // Not even the complaint could be written.

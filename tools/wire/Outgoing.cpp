@@ -187,10 +187,14 @@ std::vector<OutgoingMessage> outgoingMessages(const QStringList& arguments)
     format.info = &RecordInfo::Document();
     std::vector<OutgoingMessage> messages;
     for (const QString& argument : arguments)
-        if (isRequest(argument))
+        if (isRequest(argument)) {
+            // It stands for bytes of the command line that are no text, and would be sent instead of them.
+            if (argument.contains(QChar::ReplacementCharacter))
+                throw UsageError(QStringLiteral("The request %1 is not UTF-8.").arg(Quoted(argument)));
             messages.push_back(messageOf(argument));
-        else
+        } else {
             addMessagesOf(argument, format, messages);
+        }
     return messages;
 }
 
