@@ -4,6 +4,7 @@
 #include "Finding.h"
 #include "wire/WireLoop.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -42,8 +43,8 @@ void LineInput::stop()
 
 void LineInput::read()
 {
-    QByteArray block(inputBlock, Qt::Uninitialized);
-    const auto size = ::read(STDIN_FILENO, block.data(), inputBlock);
+    std::array<char, inputBlock> block;
+    const auto size = ::read(STDIN_FILENO, block.data(), block.size());
     if (size < 0 && (errno == EINTR || errno == EAGAIN))
         return;
     if (size < 0) {
@@ -52,7 +53,7 @@ void LineInput::read()
                                  .arg(QString::fromLocal8Bit(std::strerror(errno))));
     }
     if (size > 0) {
-        m_pending.append(block.constData(), static_cast<int>(size));
+        m_pending.append(block.data(), static_cast<int>(size));
         return tellLines();
     }
     // The last line needs no line break.
