@@ -4,6 +4,7 @@
 #include <QtCore/QTimer>
 
 #include <cerrno>
+#include <clocale>
 #include <csignal>
 #include <fcntl.h>
 #include <system_error>
@@ -42,6 +43,8 @@ void setHandler(int number, void (*handler)(int), int flags)
 
 WireLoop::WireLoop() : m_application(m_argc, m_argv)
 {
+    // The application has taken over the locale of the user. But the program speaks the same language in all.
+    std::setlocale(LC_MESSAGES, "C");
     if (pipe2(m_signals, O_CLOEXEC | O_NONBLOCK) != 0)
         throw std::system_error(errno, std::generic_category());
     signalsEnd = m_signals[1];
