@@ -27,6 +27,9 @@ namespace {
 // A complaint may repeat a word, which may be as long as the line.
 constexpr int longestText = 1000;
 
+// No more is read from the input while so many bytes wait because the server takes none.
+constexpr qint64 mostQueued = 1 << 20;
+
 class Dialogue
 {
 public:
@@ -44,6 +47,10 @@ public:
         receivers.onExchange = [this](const Exchange& exchange) { m_log.add(exchange); };
         receivers.onStrayReply = [this](const Exchange& reply, bool isLate) { warnOf(reply, isLate); };
         receivers.onClosed = [this](const QString& fault) { end(fault); };
+        receivers.onDrained = [this] {
+            if (m_input)
+                m_input->resume();
+        };
         WireLoop loop;
         m_loop = &loop;
         // An exception, too, must not leave the input without its loop.
@@ -97,6 +104,8 @@ private:
             ++m_waiting;
         m_conversation->send(message,
                              [this, message](const RequestResult& result) { finish(message, result); });
+        if (m_conversation->queuedBytes() > mostQueued)
+            m_input->pause();
     }
 
     void finish(const OutgoingMessage& request, const RequestResult& result)
@@ -203,11 +212,6 @@ private:
     Status m_status = Fine;
 };
 
-Status runConnect(const Arguments& arguments, Session& session)
-{
-    return runShowing(session, [&] { return Dialogue(arguments, session).run(); });
-}
-
 } // namespace
 
 Command connectCommand()
@@ -228,7 +232,7 @@ Command connectCommand()
         {"%1 connect localhost:4711",
          "Type AcquireMastership, or Request MessageID=7 DF_Params Frequency=98.5e6."},
         {"echo AcquireMastership | %1 connect localhost:4711 --brief", "Ends when the reply has come."}};
-    return {table, runConnect};
+    return {table, runShowing<Dialogue>};
 }
 
 } // namespace routermsg

@@ -37,7 +37,7 @@ void Conversation::begin()
     ROUTERLINK::ChannelOptions options;
     options.form = m_options.form;
     options.validation = Validation::On;
-    // What is to be sent is in the memory anyway.
+    // Who sends decides how much waits.
     options.queueSize = std::numeric_limits<qint64>::max();
     m_channel = std::make_unique<MessageChannel>(m_socket, options);
     MessageChannel* const channel = m_channel.get();
@@ -55,6 +55,7 @@ void Conversation::begin()
     QObject::connect(channel, &MessageChannel::LateReply, channel, stray(true));
     QObject::connect(channel, &MessageChannel::MessageRefused, channel,
                      m_loop.guarded([this](const Failure& failure) { tellFault(failure); }));
+    QObject::connect(channel, &MessageChannel::Drained, channel, m_loop.guarded(m_receivers.onDrained));
     QObject::connect(channel, &MessageChannel::Closed, channel,
                      m_loop.guarded([this](const Failure& failure) { end(failure); }));
     m_parting = std::make_unique<Parting>(

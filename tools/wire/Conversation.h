@@ -49,6 +49,8 @@ public:
         /// The connection has ended, for the reason; null when the other end has closed it, close() was
         /// called, or the fault was told as an exchange.
         std::function<void(const QString& fault)> onClosed;
+        /// All that was sent has been passed on to the system.
+        std::function<void()> onDrained = [] {};
     };
 
     /// Begins to connect.

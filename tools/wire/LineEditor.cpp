@@ -107,6 +107,9 @@ public:
         s_current = nullptr;
     }
 
+    void pause() override { m_notifier.setEnabled(false); }
+    void resume() override { m_notifier.setEnabled(!m_isOver); }
+
     void stop() override
     {
         if (std::exchange(m_isOver, true))

@@ -19,6 +19,8 @@ public:
     LineInput(WireLoop& loop, const Receivers& receivers);
 
     void stop() override;
+    void pause() override { m_notifier.setEnabled(false); }
+    void resume() override { m_notifier.setEnabled(!m_isOver); }
 
 private:
     void read();

@@ -29,6 +29,9 @@ public:
 
     /// Reads nothing more.
     virtual void stop() = 0;
+    /// Reads nothing until resume(). Lines that were read already may still come.
+    virtual void pause() = 0;
+    virtual void resume() = 0;
 };
 
 /// The text of a line; null when it is not UTF-8.
