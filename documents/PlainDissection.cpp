@@ -156,22 +156,24 @@ private:
         const qint64 end = begin + length;
         const bool isPossible = length >= 0 && end <= frameEnd;
         const auto size = member ? sizeOfValue(*member, frameEnd) : std::nullopt;
-        const bool disagree = size && *size != length;
+        const qint64 behindValue = begin + size.value_or(length);
+        const bool disagree = behindValue != end;
         // Reading uses the size of the value. But when a known tag follows only at the end according to the
         // length, more can be decoded with the length.
         const bool goesByValue =
-            disagree && begin + *size <= frameEnd
-            && !(isPossible && canGoOn(info, end, frameEnd) && !canGoOn(info, begin + *size, frameEnd));
+            disagree && behindValue <= frameEnd
+            && !(isPossible && canGoOn(info, end, frameEnd) && !canGoOn(info, behindValue, frameEnd));
         QString wrong = negativeLength(length);
         if (length >= 0 && end > frameEnd)
             wrong = goesBeyond(QStringLiteral("The entry"), end - frameEnd, info.GetName());
         // Otherwise the byte count of a text is wrong, and not the length.
         else if (length >= 0 && disagree && (goesByValue || !isTextual(*member)))
-            wrong =
-                QStringLiteral("The length is %1, but the value takes %2.").arg(length).arg(bytesText(*size));
+            wrong = QStringLiteral("The length is %1, but the value takes %2.")
+                        .arg(length)
+                        .arg(bytesText(behindValue - begin));
         m_cutter.emitWord(Part::Length, length, lengthText(length), wrong);
         if (goesByValue)
-            return begin + *size;
+            return behindValue;
         return isPossible ? end : frameEnd;
     }
 

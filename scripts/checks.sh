@@ -51,7 +51,7 @@ if [ "${1:-}" = --add-licences ]; then
     exit
 fi
 
-install_missing clang clang-format clang-tidy cmake doxygen g++ jq ninja-build qtbase5-dev
+install_missing clang clang-format clang-tidy cmake doxygen g++ jq libedit-dev ninja-build pkgconf qtbase5-dev
 mkdir -p build
 
 echo "Licence lines"

@@ -8,6 +8,8 @@
 
 #include "modelkit/Exceptions.h"
 
+#include <QtCore/QSet>
+
 #include <cmath>
 
 namespace ROUTERSIM {
@@ -83,9 +85,10 @@ ScenarioValue ScenarioValue::take(JsonText& text, const QString& path)
 void ScenarioValue::takeObject(JsonText& text)
 {
     text.Enter();
+    QSet<QString> known;
     for (QString key; text.NextKey(key);) {
         const QString path = m_path + stepTo(key);
-        if (m_keys.contains(key)) {
+        if (known.contains(key)) {
             MODELKIT::Failure failure;
             failure.kind = MODELKIT::Failure::NotWellFormed;
             failure.text = QStringLiteral("The key is repeated.");
@@ -93,6 +96,7 @@ void ScenarioValue::takeObject(JsonText& text)
             failure.place.path = path;
             throw DocumentError(failure);
         }
+        known += key;
         m_keys += key;
         m_items.push_back(take(text, path));
     }

@@ -342,44 +342,44 @@ void SimulatorServer::breakDown(const TimedFault& fault, int client, Randomness&
 
 // --- the log ----------------------------------------------------------------------------------
 
-void SimulatorServer::logMessage(Direction direction, const Client& client, Form form,
-                                 const Document& document) const
+template <class Fill>
+void SimulatorServer::writeLog(Direction direction, const QString& peer, const Fill& fill) const
 {
     if (!m_log)
         return;
     Exchange exchange;
     exchange.direction = direction;
-    exchange.peer = client.connection.GetPeer();
-    exchange.form = form;
-    exchange.record = std::make_shared<Document>(document);
+    exchange.peer = peer;
+    fill(exchange);
     m_log(exchange);
+}
+
+void SimulatorServer::logMessage(Direction direction, const Client& client, Form form,
+                                 const Document& document) const
+{
+    writeLog(direction, client.connection.GetPeer(), [&](Exchange& exchange) {
+        exchange.form = form;
+        exchange.record = std::make_shared<Document>(document);
+    });
 }
 
 void SimulatorServer::logBytes(Direction direction, const QString& peer, std::optional<Form> form,
                                const QByteArray& bytes, const QString& fault) const
 {
-    if (!m_log)
-        return;
-    Exchange exchange;
-    exchange.direction = direction;
-    exchange.peer = peer;
-    exchange.form = form;
-    exchange.bytes = bytes;
-    exchange.fault = fault;
-    m_log(exchange);
+    writeLog(direction, peer, [&](Exchange& exchange) {
+        exchange.form = form;
+        exchange.bytes = bytes;
+        exchange.fault = fault;
+    });
 }
 
 void SimulatorServer::logEvent(Direction direction, const QString& peer, ConnectionEvent event,
                                const QString& fault) const
 {
-    if (!m_log)
-        return;
-    Exchange exchange;
-    exchange.direction = direction;
-    exchange.peer = peer;
-    exchange.event = event;
-    exchange.fault = fault;
-    m_log(exchange);
+    writeLog(direction, peer, [&](Exchange& exchange) {
+        exchange.event = event;
+        exchange.fault = fault;
+    });
 }
 
 } // namespace ROUTERSIM

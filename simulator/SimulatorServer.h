@@ -82,6 +82,8 @@ private:
                 const std::shared_ptr<Randomness>& random, const Happening& happening);
     void breakDown(const TimedFault& fault, int client, Randomness& random);
 
+    template <class Fill>
+    void writeLog(ROUTERDOCUMENTS::Direction direction, const QString& peer, const Fill& fill) const;
     void logMessage(ROUTERDOCUMENTS::Direction direction, const Client& client, ROUTERDOCUMENTS::Form form,
                     const Document& document) const;
     void logBytes(ROUTERDOCUMENTS::Direction direction, const QString& peer,

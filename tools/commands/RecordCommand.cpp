@@ -106,11 +106,6 @@ private:
     bool m_isLost = false;
 };
 
-Status record(const Arguments& arguments, Session& session)
-{
-    return runShowing(session, [&] { return Recording(arguments, session).run(); });
-}
-
 } // namespace
 
 Command recordCommand()
@@ -123,7 +118,7 @@ Command recordCommand()
     table.options = {waitOption("How long the connection may take, such as 500ms or 1m; without it 5s.")};
     table.examples = {{"%1 record localhost:4711 events.jsonl", "All events of a router, until Ctrl-C."},
                       {"%1 list events.jsonl", "What was recorded."}};
-    return {table, record};
+    return {table, runShowing<Recording>};
 }
 
 } // namespace routermsg

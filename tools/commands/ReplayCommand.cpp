@@ -285,11 +285,6 @@ private:
     Status m_status = Fine;
 };
 
-Status replay(const Arguments& arguments, Session& session)
-{
-    return runShowing(session, [&] { return Replay(arguments, session).run(); });
-}
-
 } // namespace
 
 Command replayCommand()
@@ -315,7 +310,7 @@ Command replayCommand()
     table.examples = {
         {"%1 replay session.jsonl localhost:4711", "All that the clients have sent, with the pauses."},
         {"%1 replay week.rec localhost:4711 --speed max --brief", "All messages, as fast as possible."}};
-    return {table, replay};
+    return {table, runShowing<Replay>};
 }
 
 } // namespace routermsg

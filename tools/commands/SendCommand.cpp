@@ -160,11 +160,6 @@ private:
     Status m_status = Fine;
 };
 
-Status send(const Arguments& arguments, Session& session)
-{
-    return runShowing(session, [&] { return Sender(arguments, session).run(); });
-}
-
 } // namespace
 
 Command sendCommand()
@@ -182,7 +177,7 @@ Command sendCommand()
          "A request with a number of its own; the reply as JSON."},
         {"%1 send localhost:4711 requests.jsonl --wait 1m --record session.jsonl",
          "All messages of a file, with a recording of what went and came."}};
-    return {table, send};
+    return {table, runShowing<Sender>};
 }
 
 } // namespace routermsg

@@ -66,6 +66,13 @@ Finding faultOf(const ROUTERDOCUMENTS::Exchange& exchange);
 /// \returns what \a work returns, or the status of the finding.
 Status runShowing(Session& session, const std::function<Status()>& work);
 
+/// The same for a command whose work is an object.
+template <class Work>
+Status runShowing(const Arguments& arguments, Session& session)
+{
+    return runShowing(session, [&] { return Work(arguments, session).run(); });
+}
+
 /// The recording that --record names; null without the option.
 std::unique_ptr<Recorder> recorderOf(const Arguments& arguments);
 
