@@ -80,15 +80,17 @@ RecordingReader::Machine::Step RecordingReader::Machine::Begin(const MessageBegi
         break;
     }
     const bool isXml = beginning.form == Form::Xml;
-    m_isAside = beginning.kind == MessageBeginning::Aside;
-    m_state = m_isAside ? State::Skipping : State::Inside;
+    m_aside.reset();
+    if (beginning.kind == MessageBeginning::Aside)
+        m_aside = FailureHere(Failure::None, QString()).place;
+    m_state = m_aside ? State::Skipping : State::Inside;
     m_messageForm = beginning.form;
     m_units = beginning.units;
     m_scanned = beginning.mark;
     m_searched = 1;
     m_isDoubtful = false;
     if (isXml)
-        m_end = XmlEnd(m_isAside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
+        m_end = XmlEnd(m_aside ? XmlEnd::Aside : XmlEnd::Document, m_units, beginning.mark > 0);
     else
         m_end = JsonEnd(beginning.form == Form::JsonLines ? JsonEnd::OneLine : JsonEnd::AnyLines);
     return Step::Done;
@@ -240,20 +242,19 @@ RecordingReader::Machine::Step RecordingReader::Machine::BreakOffXml(RecordedMes
 // missing. So is one that the end of the recording breaks off.
 RecordingReader::Machine::Step RecordingReader::Machine::BreakOff(qint64 size, RecordedMessage& message)
 {
-    if (!m_isAside) {
+    if (!m_aside) {
         const qint64 json = JsonBehind(size);
         return EndMessage(json > 0 ? json : size, message);
     }
-    const Failure failure = FailureHere(Failure::NotWellFormed, cutOffAside());
     m_state = State::Between;
     m_arrivals.Drop(size, m_units);
-    Throw(failure);
+    Throw({Failure::NotWellFormed, cutOffAside(), *m_aside});
 }
 
 qint64 RecordingReader::Machine::JsonBehind(qint64 size)
 {
     const bool isText = m_messageForm == Form::Xml && std::get<XmlEnd>(m_end).IsInElements();
-    if (m_state != State::Inside || m_isAside || m_units.size > 1 || !isText)
+    if (m_state != State::Inside || m_aside || m_units.size > 1 || !isText)
         return 0;
     return jsonBehindXml(m_arrivals.Data(), size, Rules(0, Look::Searching), m_examined);
 }

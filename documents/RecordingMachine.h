@@ -120,8 +120,8 @@ private:
     bool m_isCutOff = false;
     // Whether the byte just scanned cannot occur in XML.
     bool m_isDoubtful = false;
-    // Whether a comment or a processing instruction is being skipped.
-    bool m_isAside = false;
+    // Where the comment or processing instruction begins that is being skipped.
+    std::optional<MODELKIT::Place> m_aside;
     Stretch m_stretch;
 };
 

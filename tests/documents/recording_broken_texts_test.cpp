@@ -130,3 +130,17 @@ TEST(BrokenText, RefusesATextAboveTheLimitThatTheEndCutsOff)
         EXPECT_EQ(readInPieces("{\"a\":]" + filler, piece).lines,
                   QStringList("! 0:1 This is no JSON value; 206 bytes are passed over."));
 }
+
+TEST(BrokenText, SaysWhereACommentBeginsThatIsCutOffHoweverLongItIs)
+{
+    const QByteArray good = inForm(Form::JsonLines, 1);
+    for (const char* begin : {"<!-- ", "<?x "})
+        for (const int size : {10, 255, 256, 257, 5000})
+            for (const int piece : {1, 7, 300, 10000})
+                EXPECT_EQ(
+                    readInPieces(good + begin + QByteArray(size, '\n'), piece).lines,
+                    QStringList({QStringLiteral("json 0:1"),
+                                 QStringLiteral("! %1:2 The comment or processing instruction is cut off.")
+                                     .arg(good.size())}))
+                    << size << ' ' << piece;
+}
