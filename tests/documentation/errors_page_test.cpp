@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// The samples of docs/errors.md, and what the page says about places.
+
+#include "Said.h"
+#include "TestSupport.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
+
+using namespace testing_support;
+
+namespace {
+
+// The place of the exception that the statement throws: path, line and offset.
+template <class Statement>
+QString placeOf(Statement&& statement)
+{
+    try {
+        statement();
+    } catch (const MKException& exception) {
+        const MODELKIT::Place& place = exception.GetPlace();
+        return QStringLiteral("%1 line %2 offset %3").arg(place.path).arg(place.line).arg(place.offset);
+    }
+    return QStringLiteral("nothing was thrown");
+}
+
+} // namespace
+
+TEST(ErrorsPage, ASlotCatchesWhatIsThrown)
+{
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = {name, nullptr};
+    const QCoreApplication application(argc, argv);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("document.xml"));
+    const Said said;
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    document.GetPelLu300RouterMessage();
+    QTimer timer;
+    //! [a slot that catches]
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&document, path] {
+        try {
+            if (!document.SaveXml(path))
+                qWarning().noquote() << MODELKIT::IMKObject::GetLastFailure().GetSentence();
+        } catch (const std::exception& exception) {
+            qWarning() << exception.what();
+        }
+    });
+    //! [a slot that catches]
+    QObject::connect(&timer, &QTimer::timeout, &timer, [] { QCoreApplication::exit(); });
+    timer.start(0);
+    QCoreApplication::exec();
+    EXPECT_EQ(said.texts(), QStringList(QStringLiteral("PelLu300RouterMessage: Please set Type properly.")));
+}
+
+TEST(ErrorsPage, WhatIsThrownHasThePlaceThatIsKnown)
+{
+    const QString wrong = QStringLiteral("<MastershipState>\n<State>Big</State></MastershipState>");
+    const QString none = QStringLiteral(" line 0 offset -1");
+    const QString path = QStringLiteral("/MastershipState");
+    const auto badState = static_cast<MastershipState::State>(9);
+    MastershipState state;
+    MastershipState bad;
+    bad.SetState(badState);
+    QByteArray form = bad.GetBinaryRepresentationAsQByteArray();
+    const QByteArray cutFrame = bytes("1F980517 00000008 00000000");
+    bad.SetValidate(true);
+    state.SetValidate(true);
+
+    EXPECT_EQ(placeOf([&] { state.SetXmlString(wrong, false); }), path + "/State line 2 offset -1");
+    EXPECT_EQ(placeOf([&] { bad.Check(); }), path + none);
+    EXPECT_EQ(placeOf([&] { xmlOf(bad); }), path + none);
+    EXPECT_EQ(placeOf([&] { frameOf(bad); }), path + none);
+    EXPECT_EQ(placeOf([&] { bad.GetXmlString(); }), path + none);
+    EXPECT_EQ(placeOf([&] {
+                  OstraInterfacePort cut;
+                  QDataStream stream(cutFrame);
+                  cut.SetBinary(stream, 12);
+              }),
+              QStringLiteral("/OstraInterfacePort line 0 offset 12"));
+    EXPECT_EQ(placeOf([&] { state.SetState(badState); }), none);
+    EXPECT_EQ(placeOf([&] { readXml(state, wrong); }), none);
+    EXPECT_EQ(placeOf([&] { Fragment().InitChoice(static_cast<Fragment::ChoiceFragment>(-1)); }), none);
+    PelLu300RouterMessage message;
+    message.SetValidate(true);
+    EXPECT_EQ(placeOf([&] { message.AppendFragment(Fragment()); }), none);
+}
