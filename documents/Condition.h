@@ -59,6 +59,7 @@ public:
     InvalidCondition(const InvalidCondition& other) noexcept;
     /// Copies the error.
     InvalidCondition& operator=(const InvalidCondition& other) noexcept;
+    /// Releases the texts.
     ~InvalidCondition() override;
 
     /// The number of the character where the mistake is, from 1.

@@ -54,12 +54,12 @@ ROUTERDOCUMENTS_EXPORT QJsonObject DifferenceJson(const Difference& difference);
 /// \throws std::bad_cast when the object is no record of the record library.
 ROUTERDOCUMENTS_EXPORT Difference MissingRecord(const MODELKIT::IMKObject& record, Difference::Kind kind);
 
-/// Calls visit() for every difference between the records, in the order of the members. List items are
-/// aligned: equal items in the same order are paired first, then equal ones that have moved, and of the rest,
-/// between those that did not move, the items that carry the same member, in order.
-/// When the records are of different classes, that is the only difference. Exceptions of visit() are passed
-/// on.
-/// \throws std::bad_cast when an object is no record of the record library.
+/// Calls visit() for every difference between the \a first and the \a second record, in the order of the
+/// members. Members that are \a ignored are not compared. List items are aligned: equal items in the same
+/// order are paired first, then equal ones that have moved, and of the rest, between those that did not move,
+/// the items that carry the same member, in order. When the records are of different classes, that is the
+/// only difference. Exceptions of visit() are passed on. \throws std::bad_cast when an object is no record of
+/// the record library.
 ROUTERDOCUMENTS_EXPORT void CompareRecords(const MODELKIT::IMKObject& first,
                                            const MODELKIT::IMKObject& second, const IgnoredMembers& ignored,
                                            const std::function<void(const Difference&)>& visit);

@@ -78,14 +78,16 @@ using PartVisitor = std::function<void(const Part&)>;
 ROUTERDOCUMENTS_EXPORT void DissectPlain(const QByteArray& form, const PartVisitor& visit,
                                          const PELLU300ROUTERINTERFACEXML::RecordInfo* info = nullptr);
 
-/// As DissectPlain(), for bytes that begin like a compressed form; all others are treated as a plain form.
-/// \param plain receives the form inside, as far as it can be inflated within the limits; it is empty for a
-/// plain form.
+/// As DissectPlain() with the same \a visit, for bytes that begin like a compressed form; all others are
+/// treated as a plain form. \param plain receives the form inside, as far as it can be inflated within the
+/// limits; it is empty for a plain form.
 ROUTERDOCUMENTS_EXPORT void DissectCompressed(const QByteArray& form, QByteArray& plain,
                                               const PartVisitor& visit);
 
 /// As DissectCompressed(), for a bare frame in any layout. The form inside a compressed one has the usual
 /// layout.
+/// \param format the layout of the frame
+/// \param plain, visit as for DissectCompressed()
 /// \param info the class of the record; null for any
 /// \throws std::logic_error when the frame has no class id and \a info is null.
 ROUTERDOCUMENTS_EXPORT void DissectFrame(const QByteArray& frame, const FrameFormat& format,

@@ -54,6 +54,9 @@ struct CheckedDocument
 /// and JSON that are not well-formed or a binary form with a wrong length, end it, because what follows them
 /// has no reliable meaning. What is refused in a text in front of that place is listed before it.
 ///
+/// \param bytes the document
+/// \param options its form, and how much is listed
+///
 /// The limits in force apply, and std::logic_error is thrown as by ReadDocument(). Reading reports of the
 /// caller get no entries.
 ROUTERDOCUMENTS_EXPORT CheckedDocument CheckDocument(const QByteArray& bytes,

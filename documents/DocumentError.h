@@ -32,6 +32,7 @@ public:
     DocumentError(const DocumentError& other) noexcept;
     /// Copies the error.
     DocumentError& operator=(const DocumentError& other) noexcept;
+    /// Releases the texts.
     ~DocumentError() override;
 
     /// The kind of failure. JSON has its own meanings of some kinds: NotWellFormed for a text that is not
@@ -73,6 +74,7 @@ public:
     InvalidMemberPath(const InvalidMemberPath& other) noexcept;
     /// Copies the error.
     InvalidMemberPath& operator=(const InvalidMemberPath& other) noexcept;
+    /// Releases the text.
     ~InvalidMemberPath() override;
 
     /// What is wrong and what may have been meant, safe to display.

@@ -90,6 +90,8 @@ ROUTERDOCUMENTS_EXPORT void WriteExchange(QIODevice& device, const Exchange& exc
 ROUTERDOCUMENTS_EXPORT bool IsExchange(const QByteArray& json);
 
 /// Reads an exchange. Other than ReadDocument(), it does not refuse faults and events.
+/// \param json the line
+/// \param validation whether the record is validated
 /// \throws DocumentError with line, column and path when the line is no exchange, or its document cannot be
 /// read.
 ROUTERDOCUMENTS_EXPORT Exchange ReadExchange(const QByteArray& json, Validation validation = Validation::Off);

@@ -45,9 +45,11 @@ ROUTERDOCUMENTS_EXPORT QByteArray ToJsonLine(const MODELKIT::IMKObject& record);
 /// another type or outside the range of their member, and more than one member in a record that carries one
 /// at a time are refused. Limits::inputSize and Limits::listItems apply. When reading succeeds, a reading
 /// report gets an entry for every decimal that was rounded.
+/// \param json the text
+/// \param validation whether the record is validated; \a json may lack data without it
 /// \throws DocumentError with line and column; for a text that is JSON also with the path of what is wrong,
-/// in which items count from 0: "$.PelLu300RouterMessage.Fragment[1].DF_Params.Frequency". \throws
-/// MKException what the record throws, with such a place.
+/// in which items count from 0: "$.PelLu300RouterMessage.Fragment[1].DF_Params.Frequency".
+/// \throws MKException what the record throws, with such a place.
 ROUTERDOCUMENTS_EXPORT std::unique_ptr<MODELKIT::IMKObject> FromJson(const QByteArray& json,
                                                                      Validation validation = Validation::Off);
 

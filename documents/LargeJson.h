@@ -29,12 +29,14 @@ public:
     /// Receives the text piece by piece.
     using Sink = std::function<void(const QString&)>;
 
-    /// Writes the beginning of the object.
+    /// Writes the beginning of the object. Exceptions of the sink are passed on, here and by all operations.
     explicit LargeJson(const Sink& sink);
+    /// Not copied: it writes one text.
     LargeJson(const LargeJson&) = delete;
+    /// Not copied: it writes one text.
     LargeJson& operator=(const LargeJson&) = delete;
 
-    /// Writes a member.
+    /// Writes a member of the object, with that key and value.
     void Add(const QString& key, const QJsonValue& value);
     /// Begins a member that is a list. Until EndList() only items may be added.
     void BeginList(const QString& key);
@@ -42,7 +44,7 @@ public:
     void AddItem(const QJsonValue& item);
     /// Ends the current list.
     void EndList();
-    /// Writes the end of the object.
+    /// Writes the end of the object. Nothing may be added afterwards.
     void End();
 
 private:

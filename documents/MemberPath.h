@@ -31,7 +31,7 @@ public:
     void Enter(const Step& step) { m_steps.append(step); }
     /// Removes the last step.
     void Leave() { m_steps.removeLast(); }
-    /// Sets the item numbers of the last step.
+    /// Sets the item numbers of the last step: in the \a first and in the \a second record.
     void SetNumbers(int first, int second)
     {
         m_steps.last().first = first;

@@ -54,6 +54,9 @@ public:
         int second = 0;    ///< the number in the second record for Paired
     };
 
+    /// Understands a path.
+    /// \param text the path
+    /// \param brackets what brackets in it may hold
     /// \throws InvalidMemberPath for a path that no record has, with the most similar name, and for one with
     /// wrong syntax.
     explicit PathPattern(const QString& text, Brackets brackets = OfOneRecord);

@@ -77,6 +77,7 @@ public:
     InvalidEdit(const InvalidEdit& other) noexcept;
     /// Copies the error.
     InvalidEdit& operator=(const InvalidEdit& other) noexcept;
+    /// Releases the text.
     ~InvalidEdit() override;
 
     /// What is wrong and what may have been meant, safe to display.

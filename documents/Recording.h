@@ -85,9 +85,13 @@ class ROUTERDOCUMENTS_EXPORT RecordingReader
 public:
     /// The device must live as long as the reader, which opens it if it is closed and then closes it in the
     /// end.
+    /// \param options what the recording holds
     explicit RecordingReader(QIODevice& device, const RecordingOptions& options = {});
+    /// Not copied: it reads its device from one place.
     RecordingReader(const RecordingReader&) = delete;
+    /// Not copied: it reads its device from one place.
     RecordingReader& operator=(const RecordingReader&) = delete;
+    /// Closes the device if the reader has opened it.
     ~RecordingReader();
 
     /// Finds the next message. False at the end; when the device gets more data later, the next call finds
@@ -120,17 +124,17 @@ private:
 /// Calls \a onMessage for every message and \a onError for every error, in their order, to the end of the
 /// recording or of the device. When onMessage throws a DocumentError, as ReadDocument() does, the message is
 /// rejected, and onError is called with the place in the recording. All other exceptions are passed on.
+/// \param options what the recording holds
 /// \return the number of messages that were not rejected.
 ROUTERDOCUMENTS_EXPORT qint64 ForEachMessage(QIODevice& device, const RecordingOptions& options,
                                              const std::function<void(const RecordedMessage&)>& onMessage,
                                              const std::function<void(const DocumentError&)>& onError);
 
-/// The record as a message of a recording: what WriteDocument() gives, with a line break at the end of a
-/// text.
-/// \throws DocumentError as WriteDocument() does.
+/// The record as a message of a recording in that form: what WriteDocument() gives, with a line break at the
+/// end of a text. \throws DocumentError as WriteDocument() does.
 ROUTERDOCUMENTS_EXPORT QByteArray WriteMessage(MODELKIT::IMKObject& record, Form form);
 
-/// Appends the record to a recording, in one piece, and flushes a file.
+/// Appends the record to a recording in that form, in one piece, and flushes a file.
 /// \throws DocumentError as WriteDocument() does, before anything is written; and of the kind
 /// Failure::InputOutput when the device does not take everything.
 ROUTERDOCUMENTS_EXPORT void AppendMessage(QIODevice& device, MODELKIT::IMKObject& record, Form form);

@@ -10,7 +10,8 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// " Did you mean X?" with the most similar word, or an empty text.
+/// " Did you mean X?" with that of the \a words that is most similar to \a word, or an empty text when none
+/// is.
 ROUTERDOCUMENTS_EXPORT QString DidYouMean(const QString& word, const QStringList& words);
 
 /// " Did you mean X?" with that word, or an empty text when it is empty.

@@ -19,8 +19,8 @@ ROUTERDOCUMENTS_EXPORT QString Printable(const QString& text);
 /// The printable text in double quotes, with quotes and backslashes in it escaped: a JSON string.
 ROUTERDOCUMENTS_EXPORT QString Quoted(const QString& text);
 
-/// Both texts in quotes. When they are long, only what differs is left, with a few characters around it; dots
-/// outside the quotes stand for the rest.
+/// The texts \a first and \a second in quotes. When they are long, only what differs is left, with a few
+/// characters around it; dots outside the quotes stand for the rest.
 ROUTERDOCUMENTS_EXPORT QPair<QString, QString> QuotedWhereDifferent(const QString& first,
                                                                     const QString& second);
 /// The text, truncated when it is too long for a message.

@@ -17,7 +17,7 @@ namespace ROUTERDOCUMENTS {
 class ROUTERDOCUMENTS_EXPORT NumberRange
 {
 public:
-    /// Counts a number.
+    /// Counts a number. One that is infinite has its place in the range; one that is not a number has none.
     void Add(double number);
 
     /// How many numbers were added, without those that are not a number.

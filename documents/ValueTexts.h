@@ -13,8 +13,8 @@
 
 namespace ROUTERDOCUMENTS {
 
-/// The value that the text stands for, as MemberInfo::SetValue() takes it; invalid if it stands for none.
-/// Numbers are finite, truth values are "true" and "false", enumerators have their exact names.
+/// The value of the member that the text stands for, as MemberInfo::SetValue() takes it; invalid if it stands
+/// for none. Numbers are finite, truth values are "true" and "false", enumerators have their exact names.
 ROUTERDOCUMENTS_EXPORT QVariant ValueFromText(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                               const QString& text);
 
@@ -25,7 +25,8 @@ ROUTERDOCUMENTS_EXPORT QString PossibleValues(const PELLU300ROUTERINTERFACEXML::
 /// All such texts, if they can be listed: enumerators, "true" and "false".
 ROUTERDOCUMENTS_EXPORT QStringList ListedValues(const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
 
-/// A sentence about a text that stands for no value, with the enumerator that may have been meant.
+/// A sentence about a text that stands for no value of the member, with the enumerator that may have been
+/// meant.
 ROUTERDOCUMENTS_EXPORT QString WrongValue(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                           const QString& text);
 

@@ -34,7 +34,7 @@ ROUTERDOCUMENTS_EXPORT QJsonValue ValueJson(const PELLU300ROUTERINTERFACEXML::Me
 /// A decimal for programs: a number, or the string that stands for it in JsonForm.h.
 ROUTERDOCUMENTS_EXPORT QJsonValue DecimalJson(double value);
 
-/// Whether two values of the member are exactly equal.
+/// Whether the values \a a and \a b of the member, as MemberInfo::GetValue() gives them, are exactly equal.
 ROUTERDOCUMENTS_EXPORT bool IsSameValue(const PELLU300ROUTERINTERFACEXML::MemberInfo& member,
                                         const QVariant& a, const QVariant& b);
 
@@ -42,7 +42,7 @@ ROUTERDOCUMENTS_EXPORT bool IsSameValue(const PELLU300ROUTERINTERFACEXML::Member
 ROUTERDOCUMENTS_EXPORT QString MemberText(const MODELKIT::IMKObject& record,
                                           const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
 
-/// Like MemberText(), for programs; undefined when the member is not set.
+/// Like MemberText() of the same record, for programs; undefined when the member is not set.
 ROUTERDOCUMENTS_EXPORT QJsonValue MemberJson(const MODELKIT::IMKObject& record,
                                              const PELLU300ROUTERINTERFACEXML::MemberInfo& member);
 

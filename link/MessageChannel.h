@@ -74,10 +74,13 @@ public:
     /// already is read as well. When the connection does not come about and messages wait for it, the channel
     /// closes.
     /// \param device is not owned. If it is destroyed before the channel, the channel closes.
+    /// \param options how the channel works
+    /// \param parent its owner; may be null
     explicit MessageChannel(QIODevice& device, const ChannelOptions& options = {}, QObject* parent = nullptr);
     /// The same for a device with a function `flush()`, as sockets and serial ports have one. It is called
     /// when messages that came were answered, before the device looks for more: sockets that learn that the
     /// peer has ended its direction of the connection send nothing any more, and the answers would be lost.
+    /// \param device, options, parent as above
     template <class Device, class = decltype(std::declval<Device&>().flush())>
     explicit MessageChannel(Device& device, const ChannelOptions& options = {}, QObject* parent = nullptr)
         : MessageChannel(device, Flushing([&device] { device.flush(); }), options, parent)

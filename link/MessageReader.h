@@ -64,8 +64,11 @@ public:
     /// document. Limits::inputSize has no effect above ROUTERDOCUMENTS::LargestMessage, and
     /// Limits::waitingTime has none at all. Without \a limits those that are in force now apply.
     explicit MessageReader(const MODELKIT::Limits& limits = MODELKIT::Limits::Get());
+    /// Not copied: the bytes of a connection are read once.
     MessageReader(const MessageReader&) = delete;
+    /// Not copied: the bytes of a connection are read once.
     MessageReader& operator=(const MessageReader&) = delete;
+    /// Bytes that were not read are lost.
     ~MessageReader();
 
     /// Adds what has arrived, which is copied. Never throws: if there is no memory for it, the connection is

@@ -40,6 +40,7 @@ class ROUTERLINK_EXPORT PendingRequest : public QObject
     Q_OBJECT
 
 public:
+    /// Finished() is not emitted any more if it was not yet.
     ~PendingRequest() override;
 
     /// The MessageID of the request and its reply; 0 if it was not sent.

@@ -24,6 +24,7 @@ public:
     ModelKitException(const ModelKitException& other) noexcept;
     /// Copies like the copy constructor.
     ModelKitException& operator=(const ModelKitException& other) noexcept;
+    /// Releases the texts.
     ~ModelKitException() override;
 
     /// The message text.
@@ -56,6 +57,7 @@ public:
     MKException(const MKException& other) noexcept;
     /// Copies like the copy constructor.
     MKException& operator=(const MKException& other) noexcept;
+    /// Releases the texts.
     ~MKException() override;
 };
 
@@ -65,12 +67,16 @@ class MODELKIT_EXPORT OutOfRangeException : public MKException
 public:
     /// Takes the message text unchanged.
     explicit OutOfRangeException(const QString& text);
-    /// For a value that has a text, and the valid value that may have been meant.
+    /// Takes the texts unchanged.
+    /// \param text the message
+    /// \param offendingValue the text of the value, for GetOffendingValue(); may be null
+    /// \param closest the enumerator that may have been meant, for GetClosest(); may be empty
     OutOfRangeException(const QString& text, const QString& offendingValue, const QString& closest);
     /// Copies the exception with all that it holds.
     OutOfRangeException(const OutOfRangeException& other) noexcept;
     /// Copies like the copy constructor.
     OutOfRangeException& operator=(const OutOfRangeException& other) noexcept;
+    /// Releases the texts.
     ~OutOfRangeException() override;
 
     /// The value as it was read or passed, for example "Replay" or "7"; null when it has no text. The message
@@ -96,6 +102,7 @@ public:
     IncompleteDefinitionException(const IncompleteDefinitionException& other) noexcept;
     /// Copies like the copy constructor.
     IncompleteDefinitionException& operator=(const IncompleteDefinitionException& other) noexcept;
+    /// Releases the texts.
     ~IncompleteDefinitionException() override;
 };
 
@@ -109,6 +116,7 @@ public:
     InvalidXmlException(const InvalidXmlException& other) noexcept;
     /// Copies like the copy constructor.
     InvalidXmlException& operator=(const InvalidXmlException& other) noexcept;
+    /// Releases the texts.
     ~InvalidXmlException() override;
 };
 
@@ -122,5 +130,6 @@ public:
     BinaryParsingException(const BinaryParsingException& other) noexcept;
     /// Copies like the copy constructor.
     BinaryParsingException& operator=(const BinaryParsingException& other) noexcept;
+    /// Releases the texts.
     ~BinaryParsingException() override;
 };

@@ -40,9 +40,13 @@ namespace MODELKIT {
 class MODELKIT_EXPORT IMKObject
 {
 public:
+    /// Not copied: each class of objects decides itself what a copy of it holds.
     IMKObject(const IMKObject&) = delete;
+    /// Not copied: each class of objects decides itself what a copy of it holds.
     IMKObject& operator=(const IMKObject&) = delete;
 
+    /// Destroys the object. Data that another record shares, and the logger, live on with those who hold
+    /// them.
     virtual ~IMKObject();
 
     /// Whether the object holds the data without which it is not written while validation is on.
@@ -51,18 +55,20 @@ public:
     /// Discards the content. Defaults stay.
     virtual void Reset() = 0;
 
-    /// Applies the object's rules to its content and to the objects that it owns.
-    /// \param flag passed on unchanged to the owned objects.
-    /// \throws MKException (a class derived from it) at the first rule that is broken.
+    /// Applies the object's rules to its content and to the objects that it owns. The content stays as it is.
+    /// \param flag for classes of your own, in which it may mean anything. All records ignore it: they check
+    /// the same for true and false. \throws MKException (a class derived from it) at the first rule that is
+    /// broken.
     virtual void Check(bool flag) const = 0;
 
     /// `Check(false)`.
     virtual void Check() const = 0;
 
     /// \name Invalid markers
-    /// One value of each type means "no value": `SetInvalid` stores it, and `IsValid` is false for it
-    /// and true for every other value. The markers are a quiet NaN for `float` and `double` (any NaN is
-    /// invalid), the largest value of `unsigned int`, the smallest value of `int` and `long long`, the
+    /// For programs that keep values of plain types beside objects and need one that means "no value":
+    /// `SetInvalid` stores it, and `IsValid` is false for it and true for every other value. None of these
+    /// operations changes or reads the object. The markers are a quiet NaN for `float` and `double` (any NaN
+    /// is invalid), the largest value of `unsigned int`, the smallest value of `int` and `long long`, the
     /// null string, and an invalid `QDateTime`. A `bool` is always valid.
     /// The markers are independent of what the members of a record accept.
     /// @{
@@ -100,7 +106,7 @@ public:
     virtual bool GetBinary(QDataStream& stream, int id, bool writeId) const = 0;
 
     /// Reads the content of one binary frame, which is \a length bytes long. The caller has already read
-    /// the id and the length. Members that the frame does not hold keep their values.
+    /// the id and the length from \a stream. Members that the frame does not hold keep their values.
     /// \throws BinaryParsingException when the bytes read do not add up to \a length; members read so far
     /// keep their new values.
     virtual void SetBinary(QDataStream& stream, int length) = 0;
@@ -123,14 +129,16 @@ public:
 
     /// Replaces the content by that of an XML document whose root element has the object's name. The encoding
     /// in the XML declaration has no effect, but Qt must know it.
+    /// \param xml the document; at most Limits::inputSize characters.
     /// \param check whether to call `Check()` after reading.
     /// \throws MKException what reading and `Check()` throw.
     virtual bool SetXmlString(const QString& xml, bool check);
 
-    /// As above, from bytes. The byte order mark determines the encoding, or else the XML declaration;
-    /// without both it is UTF-8. UTF-8, UTF-16 and UTF-32 are accepted, and so are the stateless encodings
-    /// that extend ASCII, such as ISO-8859, windows-125x, KOI8, EUC-JP, Shift_JIS, GB18030 and Big5, if Qt
-    /// knows them. Any other declared encoding is a Failure::EncodingRefused.
+    /// Like SetXmlString(), from the bytes \a xml, with the same meaning of \a check. The byte order mark
+    /// determines the encoding, or else the XML declaration; without both it is UTF-8. UTF-8, UTF-16 and
+    /// UTF-32 are accepted, and so are the stateless encodings that extend ASCII, such as ISO-8859,
+    /// windows-125x, KOI8, EUC-JP, Shift_JIS, GB18030 and Big5, if Qt knows them. Any other declared encoding
+    /// is a Failure::EncodingRefused.
     bool SetXmlBytes(const QByteArray& xml, bool check = false);
 
     /// Replaces the content by that of a whole-object binary form, plain or compressed, as
@@ -139,17 +147,19 @@ public:
     /// \throws MKException what `SetBinary` throws.
     virtual bool SetBinaryRepresentation(QByteArray& bytes);
 
-    /// As above.
+    /// The same for bytes that are const; both only read them.
+    /// \throws MKException what `SetBinary` throws.
     bool SetBinaryRepresentation(const QByteArray& bytes);
 
-    /// As above; reads from the stream's position, in the stream's byte order, and leaves the stream
-    /// after the form.
+    /// Replaces the content by that of such a form; reads from the stream's position, in the stream's byte
+    /// order, and leaves the stream after the form.
     ///
     /// When the form is incomplete, the bytes that were read are put back, and the call can be repeated when
     /// there are more. On a file or a device in memory the failure is of kind Failure::NotABinaryForm and the
     /// stream's status is `ReadPastEnd`. On a device whose data arrive later it is of kind
     /// Failure::NotWholeYet. The bytes are lost only when such a device failed or was closed, which is a
     /// Failure::InputOutput, or when a pipe has ended.
+    /// \throws MKException what `SetBinary` throws.
     virtual bool SetBinaryRepresentation(QDataStream& stream);
 
     /// Adds what is set in \a other to this object's content: values that are set in \a other replace those
@@ -166,7 +176,8 @@ public:
 
     /// @}
 
-    /// The kind with which the object was constructed, or which SetObjectType() has set.
+    /// The kind with which the object was constructed, or which SetObjectType() has set. For a record it is
+    /// that of the record from which it was copied, ObjectTypes::Undefined at first; nothing depends on it.
     virtual ObjectTypes GetObjectType();
 
     /// The object's name. For a record it is the class name, which is also the name of its XML element and
@@ -188,11 +199,15 @@ public:
     /// \throws MKException what `GetXml` throws.
     virtual QString GetXmlString();
 
-    /// As above, without white space between elements.
+    /// Like GetXmlString(), without white space between elements.
+    /// \throws MKException what `GetXml` throws.
     QString GetCompactXmlString() const;
 
-    /// As above, in UTF-8, which the XML declaration names: the bytes that SaveXml() and SaveCompactXml()
-    /// write. A null byte array on failure.
+    /// Like GetXmlString(), in UTF-8, which the XML declaration names: the bytes that SaveXml() and
+    /// SaveCompactXml() write.
+    /// \param layout whether the elements are indented
+    /// \returns a null byte array, with the reason in GetLastFailure(), where GetXmlString() returns a null
+    /// string. \throws MKException what `GetXml` throws.
     QByteArray GetXmlBytes(XmlLayout layout = XmlLayout::Indented) const;
 
     /// Writes the whole-object form: the binary frame with the object's type code as its id, in the byte
@@ -210,23 +225,28 @@ public:
     /// \throws MKException what `GetBinary` throws.
     virtual QByteArray GetBinaryRepresentationAsQByteArray();
 
-    /// Writes the whole-object form compressed with zlib; otherwise as GetBinaryRepresentation().
-    /// \param level from 0 (none) to 9 (smallest), or -1 for zlib's default; other values are clamped.
-    /// \throws MKException what `GetBinary` throws.
+    /// Writes the whole-object form, compressed with zlib, to \a stream; otherwise as
+    /// GetBinaryRepresentation(). \param level from 0 (none) to 9 (smallest), or -1 for zlib's default; other
+    /// values are clamped. \throws MKException what `GetBinary` throws.
     virtual void GetCompressedBinaryRepresentation(QDataStream& stream, int level) const;
 
-    /// As above, as a byte array in big-endian byte order.
+    /// The whole-object form compressed with zlib, in big-endian byte order; empty, with the reason in
+    /// GetLastFailure(), where GetBinaryRepresentation() writes nothing.
+    /// \param level as for GetCompressedBinaryRepresentation().
+    /// \throws MKException what `GetBinary` throws.
     virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
     /// Replaces the content by that of an XML file, in any encoding that SetXmlBytes() accepts.
     /// \throws MKException what reading throws.
     virtual bool LoadXml(const QString& path);
 
-    /// As above, from the current position of an open file, which may be a pipe or standard input, to its
-    /// end. A closed file is opened while it is read.
+    /// Replaces the content by that of an XML file, from the current position of an open file, which may be a
+    /// pipe or standard input, to its end. A closed file is opened while it is read. A null pointer is a
+    /// Failure::InputOutput. \throws MKException what reading throws.
     virtual bool LoadXml(QFile* file);
 
-    /// As above, from any device.
+    /// The same from any device.
+    /// \throws MKException what reading throws.
     bool LoadXml(QIODevice* device);
     /// Fails like a null pointer to a file or device.
     bool LoadXml(std::nullptr_t);
@@ -236,10 +256,12 @@ public:
     /// \throws MKException what reading throws.
     bool LoadBinary(const QString& path);
 
-    /// As above, from a file as LoadXml() takes it.
+    /// Replaces the content by that of such a file, which may be open or closed as for LoadXml().
+    /// \throws MKException what reading throws.
     virtual bool LoadBinary(QFile* file);
 
-    /// As above, from any device, which is read to its end.
+    /// The same from any device, which is read to its end.
+    /// \throws MKException what reading throws.
     bool LoadBinary(QIODevice* device);
     /// Fails like a null pointer to a file or device.
     bool LoadBinary(std::nullptr_t);
@@ -251,7 +273,8 @@ public:
     /// \throws MKException what `GetXml` throws.
     virtual bool SaveXml(const QString& path) const;
 
-    /// As above, without white space between elements.
+    /// Like SaveXml(), without white space between elements.
+    /// \throws MKException what `GetXml` throws.
     bool SaveCompactXml(const QString& path) const;
 
     /// Saves the object in the whole-object form, in big-endian byte order, replacing an existing file as
@@ -261,13 +284,15 @@ public:
     /// \throws MKException what `GetBinary` throws.
     bool SaveBinary(const QString& path) const;
 
-    /// As above, compressed.
+    /// Like SaveBinary(), compressed.
+    /// \param path the file
     /// \param level as for GetCompressedBinaryRepresentation().
     bool SaveCompressed(const QString& path, int level = -1) const;
 
     /// @}
 
     /// Switches the rules of setters, readers and writers on or off, in this object and the owned objects.
+    /// The content is not checked.
     virtual void SetValidate(bool validate) const;
 
     /// The validation flag; off in a new object.
@@ -282,7 +307,8 @@ public:
     /// The version of the library.
     virtual const QString& GetVersion() const;
 
-    /// Sets the kind and the type code; records ignore it.
+    /// Sets the kind, and the number of \a type as the type code. Records ignore it: their type code is the
+    /// id of their class.
     virtual void SetObjectType(ObjectTypes type);
 
     /// The logger; null when there is none.
@@ -299,6 +325,7 @@ public:
     int skipCurrentElement(QDataStream& stream, int length, int tag) const;
 
 protected:
+    /// An object of the kind ObjectTypes::Undefined. It has no name.
     IMKObject();
     /// An object of that kind, which is also its type code. It has no name.
     explicit IMKObject(ObjectTypes type);
@@ -328,7 +355,7 @@ protected:
     bool OwnValidate() const { return m_validate; }
     /// The logger.
     const HeldLogger& OwnLogger() const { return m_logger; }
-    /// Takes over validation flag and logger.
+    /// Takes over the validation flag \a validate and the \a logger.
     void ApplySettings(bool validate, const HeldLogger& logger) const
     {
         m_validate = validate;

@@ -65,8 +65,11 @@ class MODELKIT_EXPORT LimitsInScope
 public:
     /// Puts the limits in force until the object is destroyed.
     explicit LimitsInScope(const Limits& limits);
+    /// Not copied: it belongs to its scope.
     LimitsInScope(const LimitsInScope&) = delete;
+    /// Not copied: it belongs to its scope.
     LimitsInScope& operator=(const LimitsInScope&) = delete;
+    /// The limits before apply again, in any order of destruction.
     ~LimitsInScope();
 
 private:

@@ -28,19 +28,23 @@ public:
     /// How serious an entry is; the number is the index into GetLevelNames().
     enum Level : int
     {
-        Info = 0,
-        Warning = 1,
-        Error = 2
+        Info = 0,    ///< for your own entries; the library writes none
+        Warning = 1, ///< for your own entries; the library writes none
+        Error = 2    ///< an operation has failed
     };
 
     /// A logger without a sink drops its entries.
     explicit Logger(std::shared_ptr<LogSink> sink = nullptr);
+    /// Not copied: objects share it through pointers.
     Logger(const Logger&) = delete;
+    /// Not copied: objects share it through pointers.
     Logger& operator=(const Logger&) = delete;
+    /// Releases the sink.
     virtual ~Logger();
 
-    /// Passes one entry to the sink, if there is one. Exceptions of the sink are passed on. An entry that the
-    /// sink itself causes, for example by a failing operation on an object with the same logger, is dropped.
+    /// Passes an entry with that level and text to the sink, if there is one. Exceptions of the sink are
+    /// passed on. An entry that the sink itself causes, for example by a failing operation on an object with
+    /// the same logger, is dropped.
     void Log(Level level, const QString& text);
 
     /// The names "INFO", "WARNING" and "ERROR", in the order of the levels.
@@ -57,12 +61,16 @@ private:
 class MODELKIT_EXPORT LogSink
 {
 public:
+    /// A sink has no state of its own.
     LogSink() = default;
+    /// Not copied: loggers share it through pointers.
     LogSink(const LogSink&) = delete;
+    /// Not copied: loggers share it through pointers.
     LogSink& operator=(const LogSink&) = delete;
+    /// The last logger that holds the sink destroys it.
     virtual ~LogSink();
 
-    /// Receives one entry. Each logger calls it from one thread at a time.
+    /// Receives one entry, the unchanged text and its level. Each logger calls it from one thread at a time.
     virtual void Write(Logger::Level level, const QString& text) = 0;
 };
 

@@ -5,8 +5,12 @@
 
 namespace MODELKIT {
 
-/// What an object is used for. The kind is set at construction and copied with the object; it has no effect
-/// in the library itself.
+/// What an object is used for, by the program that derives classes of its own from IMKObject. The kind is
+/// given to its constructor, copied with the object, and changed by IMKObject::SetObjectType(). The number of
+/// the kind is the object's type code, the id of its whole-object binary form.
+///
+/// The library itself makes no difference between the kinds. Records have no use for them: their type code is
+/// the id of their class, which a kind never replaces.
 enum class ObjectTypes : int
 {
     Undefined = 0, ///< no kind was given

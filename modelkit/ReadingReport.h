@@ -98,9 +98,13 @@ public:
     /// are only counted.
     static constexpr qint64 maximalPathCharacters = 8 << 20;
 
+    /// Begins to collect in this thread.
     ReadingReport();
+    /// Not copied: it collects itself.
     ReadingReport(const ReadingReport&) = delete;
+    /// Not copied: it collects itself.
     ReadingReport& operator=(const ReadingReport&) = delete;
+    /// Ends collecting; the report before collects again.
     ~ReadingReport();
 
     /// The entries in the order in which they were found.
@@ -111,6 +115,7 @@ public:
 
     /// Adds entries to the newest report of this thread, for a reader of another form; nothing without a
     /// report.
+    /// \param entries what the reader has accepted
     /// \param dropped the number of further entries that the reader has not kept.
     static void Add(const QVector<Entry>& entries, qint64 dropped);
 

@@ -23,16 +23,23 @@ namespace MODELKIT {
 class MODELKIT_EXPORT FileReplacement
 {
 public:
+    /// Nothing is opened yet.
     FileReplacement();
+    /// Not copied: it replaces one file.
     FileReplacement(const FileReplacement&) = delete;
+    /// Not copied: it replaces one file.
     FileReplacement& operator=(const FileReplacement&) = delete;
+    /// Without Commit() the old file stays as it is.
     ~FileReplacement();
 
-    /// Begins. A device, a pipe or a folder is not replaced.
+    /// Begins to write a new file for \a path. A device, a pipe or a folder is not replaced.
+    /// \param failure receives the reason if this fails.
     bool Open(const QString& path, Failure& failure);
-    /// Appends the bytes.
+    /// Appends the bytes. Only after Open().
+    /// \param failure receives the reason if this fails.
     bool Write(const QByteArray& bytes, Failure& failure);
-    /// Replaces the file.
+    /// Replaces the file. The bytes have reached the disk when it returns true.
+    /// \param failure receives the reason if this fails; the old file is unchanged then.
     bool Commit(Failure& failure);
 
 private:
@@ -41,7 +48,7 @@ private:
     std::unique_ptr<QSaveFile> m_file;
 };
 
-/// Writes a file that holds exactly those bytes, with the guarantees of FileReplacement.
+/// Writes the file \a path, so that it holds exactly those bytes, with the guarantees of FileReplacement.
 /// \returns false, with the reason in \a failure, when the file cannot be written.
 MODELKIT_EXPORT bool ReplaceFile(const QString& path, const QByteArray& bytes, Failure& failure);
 

@@ -18,7 +18,7 @@ namespace MODELKIT {
 /// \param xml a document that an object has read. Do not pass other documents: no limits apply here.
 MODELKIT_EXPORT Place FindInXml(const QByteArray& xml, const QString& path);
 
-/// As above, for several paths in the time of one. The places have the order of the paths.
+/// As above, for several paths in \a xml in the time of one. The places have the order of the paths.
 MODELKIT_EXPORT QVector<Place> FindInXml(const QByteArray& xml, const QStringList& paths);
 
 /// The name of the root element. A null string when there is none, or when the document has an encoding, a

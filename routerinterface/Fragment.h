@@ -28,13 +28,13 @@ public:
     /// The payload that a fragment carries. -1 stands for none.
     enum ChoiceFragment : int
     {
-        MastershipState = 0,
-        AcquireMastership = 1,
-        ReleaseMastership = 2,
-        OstraInterfacePort = 3,
-        PelVtConnectServer = 4,
-        RouterVtServerPort = 5,
-        DF_Params = 6
+        MastershipState = 0,    ///< who is master of the router
+        AcquireMastership = 1,  ///< a client wants to become master, and whether it has
+        ReleaseMastership = 2,  ///< a client does not want to be master any more, and whether it is not
+        OstraInterfacePort = 3, ///< a port of the router
+        PelVtConnectServer = 4, ///< the server to connect to
+        RouterVtServerPort = 5, ///< the port of a server
+        DF_Params = 6           ///< the parameters of the receiver
     };
 
     /// An empty record: no data block, validation off, no logger.

@@ -203,13 +203,15 @@ public:
     /// "PELLU300ROUTERINTERFACEXML::PelLu300RouterMessage". Both forms take UTF-8.
     /// @{
 
-    /// The translation of the text.
+    /// The translation of the text; \a text itself without one. \a disambiguation tells equal texts apart;
+    /// may be null.
     static QString tr(const char* text, const char* disambiguation = nullptr);
-    /// The translation for that number of things.
+    /// The translation of \a text for \a n things; \a disambiguation tells equal texts apart and may be null.
     static QString tr(const char* text, const char* disambiguation, int n);
-    /// The translation of the text.
+    /// The translation of the text; \a text itself without one. \a disambiguation tells equal texts apart;
+    /// may be null.
     static QString trUtf8(const char* text, const char* disambiguation = nullptr);
-    /// The translation for that number of things.
+    /// The translation of \a text for \a n things; \a disambiguation tells equal texts apart and may be null.
     static QString trUtf8(const char* text, const char* disambiguation, int n);
     /// @}
 

@@ -46,8 +46,11 @@ public:
         List             ///< records in order
     };
 
+    /// Not copied: it describes one member, and programs hold pointers to it.
     MemberInfo(const MemberInfo&) = delete;
+    /// Not copied: it describes one member, and programs hold pointers to it.
     MemberInfo& operator=(const MemberInfo&) = delete;
+    /// The library does that when it is unloaded.
     virtual ~MemberInfo();
 
     /// The name of the member. In XML it is the name of the member's element, but the element of a nested
@@ -93,7 +96,7 @@ public:
 
     /// The current value, in a `QVariant` of the type that goes with the kind.
     virtual QVariant GetValue(const MODELKIT::IMKObject& record) const;
-    /// Does what the member's setter does.
+    /// Does what the member's setter does to the record. When it throws, the record is unchanged.
     /// \throws OutOfRangeException when the QVariant holds no value of the member, whether validation is on
     /// or off, and when the setter refuses the value. It carries what was passed and, for an enumeration,
     /// the closest name.
@@ -118,8 +121,8 @@ public:
     virtual const MODELKIT::IMKObject& GetRecord(const MODELKIT::IMKObject& record) const;
     /// Hands the nested record out for changing in place, which sets the member and selects it in a choice.
     virtual MODELKIT::IMKObject& EditRecord(MODELKIT::IMKObject& record) const;
-    /// Does what the member's setter does: takes over the content of \a value, which sets the member and
-    /// selects it in a choice.
+    /// Does what the member's setter does to the record: takes over the content of \a value, which sets the
+    /// member and selects it in a choice. Throws `std::bad_cast` for a value of another class.
     virtual void SetRecord(MODELKIT::IMKObject& record, const MODELKIT::IMKObject& value) const;
     /// Makes the member of a choice the one that is carried, and sets it, with the content that it has. The
     /// others keep theirs unseen. To begin afresh as a record's own `InitChoice` does, reset the record and
@@ -133,7 +136,7 @@ public:
 
     /// The default of a nested record, or the item that a list gets by the record's `ResetToDefault`.
     virtual const MODELKIT::IMKObject& GetDefaultRecord(const MODELKIT::IMKObject& record) const;
-    /// Gives that default. The current content changes with the next reset only.
+    /// Makes \a value that default of the record. The current content changes with the next reset only.
     virtual void SetDefaultRecord(MODELKIT::IMKObject& record, const MODELKIT::IMKObject& value) const;
     /// @}
 
@@ -146,28 +149,32 @@ public:
 
     /// The number of items.
     virtual int CountItems(const MODELKIT::IMKObject& record) const;
+    /// An item of the list in the record.
     /// \param index from 0 to `CountItems() - 1`.
     virtual const MODELKIT::IMKObject& GetItem(const MODELKIT::IMKObject& record, int index) const;
     /// Hands an item out for changing in place. No rule is applied to what it then holds before the next
     /// check. The validation flag of the record reaches the item with the record's next operation.
     /// \param index from 0 to `CountItems() - 1`.
     virtual MODELKIT::IMKObject& EditItem(MODELKIT::IMKObject& record, int index) const;
-    /// Appends a copy of the item, which may be one of the list's own.
+    /// Appends a copy of the item, which may be one of the list's own, to the list in the record.
     /// \throws IncompleteDefinitionException when validation is on and the item lacks data.
     virtual void AppendItem(MODELKIT::IMKObject& record, const MODELKIT::IMKObject& item) const;
-    /// Does the same, but in front of the item with that index.
+    /// Does the same, but puts the copy in front of the item of the record with that index.
     /// \param index from 0 to `CountItems()`, which appends.
     /// \throws IncompleteDefinitionException when validation is on and the item lacks data.
     virtual void InsertItem(MODELKIT::IMKObject& record, int index, const MODELKIT::IMKObject& item) const;
+    /// Removes an item from the list in the record.
     /// \param index from 0 to `CountItems() - 1`.
     virtual void RemoveItem(MODELKIT::IMKObject& record, int index) const;
-    /// Takes an item out and puts it back so that its index is \a to. It keeps its validation flag and
-    /// logger. \param from, to from 0 to `CountItems() - 1`.
+    /// Takes an item of the record out and puts it back so that its index is \a to. It keeps its validation
+    /// flag and logger. \param from, to from 0 to `CountItems() - 1`.
     virtual void MoveItem(MODELKIT::IMKObject& record, int from, int to) const;
     /// @}
 
 protected:
-    /// For the descriptions, which the library makes.
+    /// For the descriptions, which the library makes: what the functions GetName(), GetKind(),
+    /// GetBinaryTag(), IsMandatory(), GetNames() and GetClass() give. \param name, kind, binaryTag,
+    /// isMandatory, names, recordClass in this order
     MemberInfo(const QString& name, Kind kind, std::uint32_t binaryTag, bool isMandatory,
                const QStringList& names, const RecordInfo* recordClass);
 
@@ -184,8 +191,11 @@ private:
 class ROUTERINTERFACE_EXPORT RecordInfo
 {
 public:
+    /// Not copied: it describes one class, and programs hold pointers to it.
     RecordInfo(const RecordInfo&) = delete;
+    /// Not copied: it describes one class, and programs hold pointers to it.
     RecordInfo& operator=(const RecordInfo&) = delete;
+    /// The library does that when it is unloaded.
     ~RecordInfo();
 
     /// The class of documents.
