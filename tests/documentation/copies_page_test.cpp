@@ -2,8 +2,28 @@
 // The samples and statements of docs/copies.md.
 
 #include "PageSamples.h"
+#include "Said.h"
+#include "ShownOnPage.h"
 
 using namespace testing_support;
+
+TEST(CopiesPage, BothKindsOfCopiesAreIndependent)
+{
+    const Said said;
+    PelLu300RouterInterfaceXml document = sample();
+    //! [copies]
+    PelLu300RouterInterfaceXml copy(document); // has data of its own at once
+    PelLu300RouterInterfaceXml sent;
+    sent = document; // shares the data until one of the two is accessed
+    document.GetPelLu300RouterMessage().SetMessageID(2);
+    const auto number = [](const PelLu300RouterInterfaceXml& any) {
+        return QString::number(any.GetPelLu300RouterMessage().GetMessageID());
+    };
+    qInfo().noquote() << number(document) + " and " + number(copy) + ", " + number(document) + " and "
+                             + number(sent);
+    //! [copies]
+    EXPECT_EQ(Said::texts().join(QLatin1Char('\n')), shownOn("docs/copies.md", QStringLiteral("2 and 1")));
+}
 
 TEST(CopiesPage, AReferenceThatIsOlderThanTheCopyIsWrong)
 {

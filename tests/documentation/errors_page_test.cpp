@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The samples of docs/errors.md, and what the page says about places.
+// The samples of docs/errors.md, and what the page says about places and kinds.
 
+#include "FailureKinds.h"
 #include "Said.h"
+#include "ShownOnPage.h"
 #include "TestSupport.h"
 
 #include <QtCore/QCoreApplication>
@@ -56,6 +58,26 @@ TEST(ErrorsPage, ASlotCatchesWhatIsThrown)
     EXPECT_EQ(said.texts(), QStringList(QStringLiteral("PelLu300RouterMessage: Please set Type properly.")));
 }
 
+TEST(ErrorsPage, AnExceptionTellsTheLine)
+{
+    const Said said;
+    const QString xml = QStringLiteral("<PelLu300RouterInterfaceXml>\n  <PelLu300RouterMessage>\n"
+                                       "    <Type>Replay</Type>\n"
+                                       "  </PelLu300RouterMessage>\n</PelLu300RouterInterfaceXml>\n");
+    PelLu300RouterInterfaceXml document;
+    document.SetValidate(true);
+    //! [the place of an exception]
+    try {
+        document.SetXmlString(xml, true);
+    } catch (const MKException& exception) {
+        const MODELKIT::Place& place = exception.GetPlace();
+        qWarning().noquote().nospace()
+            << "line " << place.line << ", column " << place.column << ", in " << place.path;
+    }
+    //! [the place of an exception]
+    EXPECT_EQ(Said::texts().join(QLatin1Char('\n')), shownOn("docs/errors.md", QStringLiteral("line 3")));
+}
+
 TEST(ErrorsPage, WhatIsThrownHasThePlaceThatIsKnown)
 {
     const QString wrong = QStringLiteral("<MastershipState>\n<State>Big</State></MastershipState>");
@@ -87,4 +109,16 @@ TEST(ErrorsPage, WhatIsThrownHasThePlaceThatIsKnown)
     PelLu300RouterMessage message;
     message.SetValidate(true);
     EXPECT_EQ(placeOf([&] { message.AppendFragment(Fragment()); }), none);
+}
+
+TEST(ErrorsPage, TheTableHasAllKinds)
+{
+    const QString page = pageText("docs/errors.md");
+    const auto begin = page.indexOf(QStringLiteral("## Kinds of failures"));
+    ASSERT_GE(begin, 0);
+    const QString table = page.mid(begin, page.indexOf(QStringLiteral("\n## "), begin + 1) - begin);
+    for (int kind = MODELKIT::Failure::None + 1; kind <= MODELKIT::Failure::NothingToWrite; ++kind) {
+        const char* const name = nameOfKind(static_cast<MODELKIT::Failure::Kind>(kind));
+        EXPECT_TRUE(table.contains(QStringLiteral("`%1`").arg(QLatin1String(name)))) << name << " is missing";
+    }
 }

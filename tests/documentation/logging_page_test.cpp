@@ -3,6 +3,7 @@
 
 #include "PageSamples.h"
 #include "Said.h"
+#include "ShownOnPage.h"
 
 #include "modelkit/LogSinks.h"
 
@@ -94,4 +95,49 @@ TEST(LoggingPage, CheckingAndWritingLogNothing)
     EXPECT_TRUE(sink->GetEntries().isEmpty());
     EXPECT_THROW(message.GetXmlString(), OutOfRangeException);
     EXPECT_EQ(sink->GetEntries().size(), 1);
+}
+
+// --- sinks ----------------------------------------------------------------------------------------
+
+//! [a sink]
+class Lines : public MODELKIT::LogSink
+{
+public:
+    explicit Lines(QStringList& lines) : m_lines(lines) {}
+
+    void Write(Logger::Level level, const QString& text) override
+    {
+        static const char* const names[] = {"Info", "Warning", "Error"};
+        m_lines.append(QLatin1String(names[level]) + QStringLiteral(", ") + text);
+    }
+
+private:
+    QStringList& m_lines;
+};
+//! [a sink]
+
+TEST(LoggingPage, ASinkGetsLevelAndText)
+{
+    QStringList lines;
+    PelLu300RouterInterfaceXml document;
+    document.SetLogger(std::make_shared<Logger>(std::make_shared<Lines>(lines)));
+    EXPECT_FALSE(document.LoadXml(QStringLiteral("request.xml")));
+    EXPECT_EQ(lines.join(QLatin1Char('\n')), shownOn("docs/logging.md", QStringLiteral("Error, ")));
+}
+
+TEST(LoggingPage, TheLoggerGoesAtOnceOrLater)
+{
+    const Said said;
+    auto logger = std::make_shared<Logger>();
+    const std::weak_ptr<Logger> held = logger;
+    PelLu300RouterInterfaceXml document = sample();
+    document.SetLogger(std::move(logger));
+    //! [getting rid of the logger]
+    document.ResetLogger(); // the records below still hold it
+    qInfo() << "still used:" << !held.expired();
+    document.SetLogger(nullptr); // nobody holds it
+    qInfo() << "still used:" << !held.expired();
+    //! [getting rid of the logger]
+    EXPECT_EQ(Said::texts().join(QLatin1Char('\n')),
+              shownOn("docs/logging.md", QStringLiteral("still used")));
 }

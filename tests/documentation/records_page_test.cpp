@@ -4,6 +4,7 @@
 #include "PageSamples.h"
 #include "Said.h"
 
+#include "documents/JsonForm.h"
 #include "routerinterface/RecordInfo.h"
 
 using namespace testing_support;
@@ -78,4 +79,50 @@ TEST(RecordsPage, AnEditorSaysWhatMayHaveBeenMeant)
     EXPECT_FALSE(record.IsStateSet());
     ASSERT_EQ(said.texts().size(), 2);
     EXPECT_EQ(said.texts().at(1), QStringLiteral("Did you mean \"MasterPresent\""));
+}
+
+TEST(RecordsPage, ANullStringIsNoEmptyOne)
+{
+    PelVtConnectServer null;
+    null.SetAddress(QString());
+    PelVtConnectServer empty;
+    empty.SetAddress(QStringLiteral(""));
+    EXPECT_THROW(null.Check(), OutOfRangeException);
+    EXPECT_NO_THROW(empty.Check());
+    EXPECT_TRUE(null == empty);
+
+    PelVtConnectServer read;
+    readXml(read, xmlOf(null));
+    EXPECT_TRUE(read.IsAddressSet());
+    EXPECT_FALSE(read.GetAddress().isNull());
+    EXPECT_EQ(xmlOf(null), xmlOf(empty));
+    EXPECT_EQ(frameOf(null), bytes("0000000C 2AC271EC 00000004 FFFFFFFF"));
+    EXPECT_EQ(frameOf(empty), bytes("0000000C 2AC271EC 00000004 00000000"));
+    EXPECT_TRUE(ROUTERDOCUMENTS::ToJson(null).contains("null"));
+    EXPECT_TRUE(ROUTERDOCUMENTS::ToJson(empty).contains("\"\""));
+
+    EXPECT_TRUE(PelVtConnectServer().GetAddress().isNull());
+    null.SetValidate(true);
+    empty.SetValidate(true);
+    EXPECT_THROW(null.SetAddress(QString()), OutOfRangeException);
+    EXPECT_NO_THROW(empty.SetAddress(QStringLiteral("")));
+}
+
+TEST(RecordsPage, ARecordHasADataBlockFromTheFirstAccessOn)
+{
+    DF_Params record;
+    EXPECT_FALSE(record.IsInitialized());
+    record.GetFrequency();
+    EXPECT_TRUE(record.IsInitialized());
+    EXPECT_FALSE(record.IsFrequencySet());
+}
+
+TEST(RecordsPage, TheFlagOfACheckHasNoEffect)
+{
+    PelLu300RouterMessage incomplete;
+    EXPECT_THROW(incomplete.Check(true), OutOfRangeException);
+    EXPECT_THROW(incomplete.Check(false), OutOfRangeException);
+    const PelLu300RouterInterfaceXml complete = sample();
+    EXPECT_NO_THROW(complete.Check(true));
+    EXPECT_NO_THROW(complete.Check(false));
 }

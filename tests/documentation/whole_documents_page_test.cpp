@@ -33,6 +33,22 @@ protected:
 
 } // namespace
 
+TEST_F(WholeDocumentsPage, AWriterOfYourOwnHasToBeAskedForErrors)
+{
+    document.GetPelLu300RouterMessage().AddFragment().GetMastershipState().SetMasterClientID(
+        QString(QChar(1)));
+    //! [a writer of your own]
+    QString text;
+    QXmlStreamWriter writer(&text);
+    document.GetXml(writer);
+    if (writer.hasError())
+        qWarning() << "A text holds a character that XML cannot represent.";
+    //! [a writer of your own]
+    EXPECT_TRUE(text.contains(QStringLiteral("<MasterClientID></MasterClientID>")));
+    EXPECT_EQ(said.texts(),
+              QStringList(QStringLiteral("A text holds a character that XML cannot represent.")));
+}
+
 TEST_F(WholeDocumentsPage, SavesABinaryFile)
 {
     document.GetPelLu300RouterMessage().SetType(PelLu300RouterMessage::Request);
