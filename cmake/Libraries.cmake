@@ -41,7 +41,7 @@ endfunction()
 function(write_doxyfile)
     get_property(headers GLOBAL PROPERTY installed_headers)
     list(JOIN headers " " headers)
-    file(WRITE ${PROJECT_BINARY_DIR}/Doxyfile "@INCLUDE = Doxyfile\nINPUT = ${headers}\n")
+    file(WRITE ${PROJECT_BINARY_DIR}/Doxyfile "@INCLUDE = Doxyfile\nINPUT = docs/site/reference.dox ${headers}\n")
 endfunction()
 
 # install_program(<target>)

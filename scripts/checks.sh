@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # The checks that run no code of ours: licence lines, that no include goes up a floor, the format, clang-tidy over the
-# libraries and the program, the documentation of the public headers, and that every source compiles alone (scripts/test.sh
+# libraries and the program, the documentation (scripts/site.sh), and that every source compiles alone (scripts/test.sh
 # compiles the sources of a library together, which hides that a source lacks an include).
 #
 #     scripts/checks.sh
@@ -51,7 +51,8 @@ if [ "${1:-}" = --add-licences ]; then
     exit
 fi
 
-install_missing clang clang-format clang-tidy cmake doxygen g++ jq libedit-dev ninja-build pkgconf qtbase5-dev
+install_missing clang clang-format clang-tidy cmake cmark-gfm doxygen g++ jq libedit-dev ninja-build nodejs pkgconf \
+    python3 qtbase5-dev
 mkdir -p build
 
 echo "Licence lines"
@@ -70,8 +71,6 @@ configure() {
         -DCMAKE_EXPORT_COMPILE_COMMANDS=ON "${@:3}" >"build/$1.log" &&
         cmake --build "build/$1" --target RouterLink_autogen >>"build/$1.log" || { cat "build/$1.log"; return 1; }
 }
-
-document() { doxygen build/alone/Doxyfile; }
 
 compile_alone() {
     local folder
@@ -96,8 +95,8 @@ tidy() {
 }
 
 configure alone g++
-echo "Documentation of the public headers, clang-tidy"
-document &
+echo "Documentation, clang-tidy"
+bash scripts/site.sh &
 documenting=$!
 failed=0
 tidy || failed=1
