@@ -58,8 +58,8 @@ ROUTERDOCUMENTS_EXPORT Difference MissingRecord(const MODELKIT::IMKObject& recor
 /// members. Members that are \a ignored are not compared. List items are aligned: equal items in the same
 /// order are paired first, then equal ones that have moved, and of the rest, between those that did not move,
 /// the items that carry the same member, in order. When the records are of different classes, that is the
-/// only difference. Exceptions of visit() are passed on. \throws std::bad_cast when an object is no record of
-/// the record library.
+/// only difference. Exceptions of visit() are passed on.
+/// \throws std::bad_cast when an object is no record of the record library.
 ROUTERDOCUMENTS_EXPORT void CompareRecords(const MODELKIT::IMKObject& first,
                                            const MODELKIT::IMKObject& second, const IgnoredMembers& ignored,
                                            const std::function<void(const Difference&)>& visit);

@@ -79,8 +79,9 @@ ROUTERDOCUMENTS_EXPORT void DissectPlain(const QByteArray& form, const PartVisit
                                          const PELLU300ROUTERINTERFACEXML::RecordInfo* info = nullptr);
 
 /// As DissectPlain() with the same \a visit, for bytes that begin like a compressed form; all others are
-/// treated as a plain form. \param plain receives the form inside, as far as it can be inflated within the
-/// limits; it is empty for a plain form.
+/// treated as a plain form.
+/// \param plain receives the form inside, as far as it can be inflated within the limits; it is empty for a
+/// plain form.
 ROUTERDOCUMENTS_EXPORT void DissectCompressed(const QByteArray& form, QByteArray& plain,
                                               const PartVisitor& visit);
 

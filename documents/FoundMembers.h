@@ -42,7 +42,8 @@ private:
 
 /// Calls visit() for everything that is set in the record and to which the path \a pattern leads, in the
 /// order of the members, until it returns false. References are valid during the call only. Exceptions of
-/// visit() are passed on. \throws std::bad_cast when the object is no record of the record library.
+/// visit() are passed on.
+/// \throws std::bad_cast when the object is no record of the record library.
 ROUTERDOCUMENTS_EXPORT void FindMembers(const MODELKIT::IMKObject& record, const PathPattern& pattern,
                                         const std::function<bool(const FoundMember&)>& visit);
 

@@ -131,7 +131,8 @@ ROUTERDOCUMENTS_EXPORT qint64 ForEachMessage(QIODevice& device, const RecordingO
                                              const std::function<void(const DocumentError&)>& onError);
 
 /// The record as a message of a recording in that form: what WriteDocument() gives, with a line break at the
-/// end of a text. \throws DocumentError as WriteDocument() does.
+/// end of a text.
+/// \throws DocumentError as WriteDocument() does.
 ROUTERDOCUMENTS_EXPORT QByteArray WriteMessage(MODELKIT::IMKObject& record, Form form);
 
 /// Appends the record to a recording in that form, in one piece, and flushes a file.

@@ -74,7 +74,8 @@ public:
     /// Adds what has arrived, which is copied. Never throws: if there is no memory for it, the connection is
     /// broken. Has no effect when the connection is broken or EndData() was called.
     void AddData(const QByteArray& bytes);
-    /// As above. \param size in bytes; nothing is added when it is negative.
+    /// As above.
+    /// \param size in bytes; nothing is added when it is negative.
     void AddData(const char* bytes, qint64 size);
 
     /// Tells that the connection has ended and no more bytes follow.

@@ -57,8 +57,8 @@ public:
 
     /// Applies the object's rules to its content and to the objects that it owns. The content stays as it is.
     /// \param flag for classes of your own, in which it may mean anything. All records ignore it: they check
-    /// the same for true and false. \throws MKException (a class derived from it) at the first rule that is
-    /// broken.
+    /// the same for true and false.
+    /// \throws MKException (a class derived from it) at the first rule that is broken.
     virtual void Check(bool flag) const = 0;
 
     /// `Check(false)`.
@@ -207,7 +207,8 @@ public:
     /// SaveCompactXml() write.
     /// \param layout whether the elements are indented
     /// \returns a null byte array, with the reason in GetLastFailure(), where GetXmlString() returns a null
-    /// string. \throws MKException what `GetXml` throws.
+    /// string.
+    /// \throws MKException what `GetXml` throws.
     QByteArray GetXmlBytes(XmlLayout layout = XmlLayout::Indented) const;
 
     /// Writes the whole-object form: the binary frame with the object's type code as its id, in the byte
@@ -226,8 +227,9 @@ public:
     virtual QByteArray GetBinaryRepresentationAsQByteArray();
 
     /// Writes the whole-object form, compressed with zlib, to \a stream; otherwise as
-    /// GetBinaryRepresentation(). \param level from 0 (none) to 9 (smallest), or -1 for zlib's default; other
-    /// values are clamped. \throws MKException what `GetBinary` throws.
+    /// GetBinaryRepresentation().
+    /// \param level from 0 (none) to 9 (smallest), or -1 for zlib's default; other values are clamped.
+    /// \throws MKException what `GetBinary` throws.
     virtual void GetCompressedBinaryRepresentation(QDataStream& stream, int level) const;
 
     /// The whole-object form compressed with zlib, in big-endian byte order; empty, with the reason in
@@ -242,7 +244,8 @@ public:
 
     /// Replaces the content by that of an XML file, from the current position of an open file, which may be a
     /// pipe or standard input, to its end. A closed file is opened while it is read. A null pointer is a
-    /// Failure::InputOutput. \throws MKException what reading throws.
+    /// Failure::InputOutput.
+    /// \throws MKException what reading throws.
     virtual bool LoadXml(QFile* file);
 
     /// The same from any device.

@@ -167,14 +167,15 @@ public:
     /// \param index from 0 to `CountItems() - 1`.
     virtual void RemoveItem(MODELKIT::IMKObject& record, int index) const;
     /// Takes an item of the record out and puts it back so that its index is \a to. It keeps its validation
-    /// flag and logger. \param from, to from 0 to `CountItems() - 1`.
+    /// flag and logger.
+    /// \param from, to from 0 to `CountItems() - 1`.
     virtual void MoveItem(MODELKIT::IMKObject& record, int from, int to) const;
     /// @}
 
 protected:
     /// For the descriptions, which the library makes: what the functions GetName(), GetKind(),
-    /// GetBinaryTag(), IsMandatory(), GetNames() and GetClass() give. \param name, kind, binaryTag,
-    /// isMandatory, names, recordClass in this order
+    /// GetBinaryTag(), IsMandatory(), GetNames() and GetClass() give.
+    /// \param name, kind, binaryTag, isMandatory, names, recordClass in this order
     MemberInfo(const QString& name, Kind kind, std::uint32_t binaryTag, bool isMandatory,
                const QStringList& names, const RecordInfo* recordClass);
 
