@@ -130,6 +130,11 @@ const RecordInfo& RecordInfo::Of(const MODELKIT::IMKObject& record)
     return *info;
 }
 
+void RecordInfo::Assign(MODELKIT::IMKObject& target, const MODELKIT::IMKObject& source) const
+{
+    m_assign(target, source);
+}
+
 const MemberInfo* RecordInfo::GetSelected(const MODELKIT::IMKObject& record) const
 {
     if (!IsChoice())

@@ -239,6 +239,10 @@ public:
 
     /// A new record of the class.
     std::unique_ptr<MODELKIT::IMKObject> Create() const { return m_create(); }
+    /// Does what the assignment of the class does: \a target shares the data of \a source until either record
+    /// is next touched, and keeps its validation flag and logger. \throws std::bad_cast when one of them is
+    /// of another class.
+    void Assign(MODELKIT::IMKObject& target, const MODELKIT::IMKObject& source) const;
 
 private:
     friend struct machinery::Description;
@@ -251,6 +255,7 @@ private:
     void (*m_clearSelection)(MODELKIT::IMKObject&) = nullptr;
     QVector<const MemberInfo*> m_members;
     std::unique_ptr<MODELKIT::IMKObject> (*m_create)() = nullptr;
+    void (*m_assign)(MODELKIT::IMKObject&, const MODELKIT::IMKObject&) = nullptr;
     bool (*m_describes)(const MODELKIT::IMKObject& object) = nullptr;
 };
 

@@ -310,6 +310,9 @@ private:
             };
         }
         info->m_create = [] { return std::unique_ptr<MODELKIT::IMKObject>(new R); };
+        info->m_assign = [](MODELKIT::IMKObject& target, const MODELKIT::IMKObject& source) {
+            dynamic_cast<R&>(target) = dynamic_cast<const R&>(source);
+        };
         info->m_describes = [](const MODELKIT::IMKObject& object) {
             return dynamic_cast<const R*>(&object) != nullptr;
         };

@@ -204,6 +204,36 @@ TEST(RecordInfo, listSetByItsRecordButEmptyIsSet)
     EXPECT_TRUE(member("PelLu300RouterMessage", "Fragment").IsSet(message));
 }
 
+TEST(RecordInfo, assignsAsTheClassDoes)
+{
+    const RecordInfo& info = *RecordInfo::Find(QStringLiteral("Fragment"));
+    Fragment source = withPort(7);
+    source.GetDF_Params().SetFrequency(1);
+    source.SetValidate(true);
+    Fragment target = withPort(8);
+    info.Assign(target, source);
+    EXPECT_EQ(target, source);
+    EXPECT_FALSE(target.GetValidate());
+    target.GetDF_Params().SetFrequency(2);
+    EXPECT_EQ(source.GetDF_Params().GetFrequency(), 1);
+    // What the choice keeps unseen is assigned, too.
+    target.GetOstraInterfacePort();
+    EXPECT_EQ(target, withPort(7));
+    info.Assign(target, target);
+    EXPECT_EQ(target, withPort(7));
+}
+
+TEST(RecordInfo, assignsOnlyWithinAClass)
+{
+    const RecordInfo& info = *RecordInfo::Find(QStringLiteral("Fragment"));
+    Fragment fragment = withPort(7);
+    OstraInterfacePort port;
+    EXPECT_THROW(info.Assign(fragment, port), std::bad_cast);
+    EXPECT_THROW(info.Assign(port, fragment), std::bad_cast);
+    EXPECT_EQ(fragment, withPort(7));
+    EXPECT_FALSE(port.IsPortSet());
+}
+
 TEST(RecordInfo, refusesRecordsOfAnotherClass)
 {
     DF_Params params;
