@@ -11,7 +11,8 @@ set -euo pipefail
 floors='
 simulator                     models link documents routerinterface routerinterface/RecordInfo.h modelkit
 tools                         models link documents routerinterface routerinterface/RecordInfo.h modelkit
-models                        link documents routerinterface routerinterface/RecordInfo.h modelkit
+editors                       models documents routerinterface routerinterface/RecordInfo.h modelkit
+models                        documents routerinterface routerinterface/RecordInfo.h modelkit
 link                          documents routerinterface routerinterface/RecordInfo.h modelkit
 documents                     routerinterface/RecordInfo.h modelkit
 routerinterface               routerinterface/RecordInfo.h routerinterface/Export.h modelkit
