@@ -362,8 +362,8 @@ TEST_F(Editing, TellsViewsThatAskForRowsOnlyWhenOthersGo)
     const QModelIndex items = model.index(2, 0, message);
     EXPECT_EQ(model.rowCount(model.index(1, 0, items)), 1);
     PelLu300RouterInterfaceXml other;
-    other.GetPelLu300RouterMessage().AddFragment().GetReleaseMastership();
-    other.GetPelLu300RouterMessage().AddFragment().GetReleaseMastership();
+    for (int i = 0; i < 3; ++i)
+        other.GetPelLu300RouterMessage().AddFragment().GetReleaseMastership();
     EXPECT_TRUE(model.SetContent(root, other));
     EXPECT_FALSE(shown.isNull());
     EXPECT_EQ(Mirror::textOf(model), Mirror::textOf(RecordItemModel(other)));
