@@ -2,6 +2,7 @@
 // An application with widgets that needs no screen.
 #pragma once
 
+#include <QtGui/QFont>
 #include <QtWidgets/QApplication>
 
 #include <gtest/gtest.h>
@@ -18,6 +19,8 @@ public:
         qputenv("QT_QPA_PLATFORM", "offscreen");
         QApplication::setStyle(QStringLiteral("fusion"));
         m_application = std::make_unique<QApplication>(m_count, m_names);
+        // The same on every machine that has the font.
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
     }
     void TearDown() override { m_application.reset(); }
 
