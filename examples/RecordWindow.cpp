@@ -7,8 +7,9 @@
 #include "routerinterface/Fragment.h"
 #include "routerinterface/RecordInfo.h"
 
+// Part of Qt Widgets or Qt Gui.
+#include <QAction>
 #include <QtGui/QFont>
-#include <QtWidgets/QAction>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>

@@ -6,12 +6,13 @@
 
 #include "documents/Document.h"
 
+// Part of Qt Widgets or Qt Gui.
+#include <QAction>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QImage>
 #include <QtTest/QTest>
-#include <QtWidgets/QAction>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
