@@ -6,8 +6,10 @@
 #include <QtCore/qglobal.h>
 
 /// \def ROUTEREDITORS_EXPORT
-/// Exported while the library itself is built, otherwise imported.
-#if defined(ROUTEREDITORS_BUILD)
+/// Exported while the library itself is built, otherwise imported. Nothing for a static library.
+#if defined(ROUTEREDITORS_STATIC)
+    #define ROUTEREDITORS_EXPORT
+#elif defined(ROUTEREDITORS_BUILD)
     #define ROUTEREDITORS_EXPORT Q_DECL_EXPORT
 #else
     #define ROUTEREDITORS_EXPORT Q_DECL_IMPORT

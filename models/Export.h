@@ -6,8 +6,10 @@
 #include <QtCore/qglobal.h>
 
 /// \def ROUTERMODELS_EXPORT
-/// Exported while the library itself is built, otherwise imported.
-#if defined(ROUTERMODELS_BUILD)
+/// Exported while the library itself is built, otherwise imported. Nothing for a static library.
+#if defined(ROUTERMODELS_STATIC)
+    #define ROUTERMODELS_EXPORT
+#elif defined(ROUTERMODELS_BUILD)
     #define ROUTERMODELS_EXPORT Q_DECL_EXPORT
 #else
     #define ROUTERMODELS_EXPORT Q_DECL_IMPORT
