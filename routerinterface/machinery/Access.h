@@ -5,6 +5,7 @@
 #include "modelkit/HeldLogger.h"
 #include "modelkit/IMKObject.h"
 #include "modelkit/SharedBlock.h"
+#include "routerinterface/machinery/Offsets.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -65,6 +66,21 @@ struct Access
         if (name(to).constData() != name(from).constData())
             to.SetObjectName(name(from));
     }
+
+    // Where debuggers find the type code and the pointer to the data block.
+    ROUTERINTERFACE_OFFSETS_BEGIN
+    template <class R>
+    static constexpr std::uint32_t typeCodeOffset()
+    {
+        return offsetof(R, m_typeCode);
+    }
+
+    template <class R>
+    static constexpr std::uint32_t dataOffset()
+    {
+        return offsetof(R, m_data);
+    }
+    ROUTERINTERFACE_OFFSETS_END
 
     template <class R>
     static void identify(R& record, QString className)

@@ -63,6 +63,17 @@
 
 #define ROUTERINTERFACE_LISTED(Kind, Type, Name, field, tag) , Name##Member
 
+// --- what a row becomes for debuggers ---------------------------------------------------------
+
+#define ROUTERINTERFACE_LAYOUT(Kind, Type, Name, field, tag) \
+    {#Name, #Kind, #Type, ROUTERINTERFACE_OFFSET_##Kind(field)},
+#define ROUTERINTERFACE_OFFSET_Value(field) offsetof(Data, field.value)
+#define ROUTERINTERFACE_OFFSET_Text(field) offsetof(Data, field.value)
+#define ROUTERINTERFACE_OFFSET_Enumerated(field) offsetof(Data, field.value)
+#define ROUTERINTERFACE_OFFSET_Mandatory(field) offsetof(Data, field.value)
+#define ROUTERINTERFACE_OFFSET_List(field) offsetof(Data, field.value)
+#define ROUTERINTERFACE_OFFSET_Nested(field) 0
+
 // --- what a row becomes among the accessors ---------------------------------------------------
 
 #define ROUTERINTERFACE_ACCESSORS(Kind, Type, Name, field, tag) ROUTERINTERFACE_ACCESSORS_##Kind(Type, Name)
@@ -189,7 +200,13 @@ struct RECORD::Data : BLOCK
     static QLatin1String name() { return QLatin1String(ROUTERINTERFACE_NAME(RECORD)); }
     static QString nameText() { return QStringLiteral(ROUTERINTERFACE_NAME(RECORD)); }
     static const bool registered;
+    // Exported: debuggers find it by its name, even in a library without debug information.
+    static ROUTERINTERFACE_EXPORT const machinery::RecordLayout<Members::count> layout;
 };
+ROUTERINTERFACE_OFFSETS_BEGIN
+const machinery::RecordLayout<RECORD::Data::Members::count> RECORD::Data::layout =
+    machinery::layoutOf<RECORD, Members::count>({MEMBERS(ROUTERINTERFACE_LAYOUT)});
+ROUTERINTERFACE_OFFSETS_END
 MEMBERS(ROUTERINTERFACE_OWNS)
 template struct machinery::Walks<RECORD>;
 const bool RECORD::Data::registered =
@@ -259,6 +276,13 @@ MEMBERS(ROUTERINTERFACE_ACCESSORS)
 #undef ROUTERINTERFACE_INDEX
 #undef ROUTERINTERFACE_DESCRIPTION
 #undef ROUTERINTERFACE_LISTED
+#undef ROUTERINTERFACE_LAYOUT
+#undef ROUTERINTERFACE_OFFSET_Value
+#undef ROUTERINTERFACE_OFFSET_Text
+#undef ROUTERINTERFACE_OFFSET_Enumerated
+#undef ROUTERINTERFACE_OFFSET_Mandatory
+#undef ROUTERINTERFACE_OFFSET_List
+#undef ROUTERINTERFACE_OFFSET_Nested
 #undef ROUTERINTERFACE_ACCESSORS
 #undef ROUTERINTERFACE_MEMBER
 #undef ROUTERINTERFACE_ACCESSORS_COMMON

@@ -5,6 +5,7 @@
 #include "modelkit/HeldLogger.h"
 #include "modelkit/IMKObject.h"
 #include "routerinterface/machinery/Block.h"
+#include "routerinterface/machinery/Offsets.h"
 
 #include <QtCore/QtGlobal>
 
@@ -109,6 +110,21 @@ public:
         return created;
     }
 
+    // Where debuggers find the records: the first one, its key, the pointer to the list of the others, and
+    // the parts of an element of that list.
+    struct Offsets
+    {
+        static constexpr std::uint32_t none = 0xFFFFFFFF;
+
+        std::uint32_t first = none;
+        std::uint32_t firstKey = none;
+        std::uint32_t others = none;
+        std::uint32_t otherKey = none;
+        std::uint32_t otherRecord = none;
+        std::uint32_t otherNext = none;
+    };
+    static constexpr Offsets offsets();
+
 private:
     struct Other
     {
@@ -142,6 +158,14 @@ private:
     mutable std::int8_t m_firstKey = none;
     bool m_hasInner = false;
 };
+
+ROUTERINTERFACE_OFFSETS_BEGIN
+constexpr OwnerBlock::Offsets OwnerBlock::offsets()
+{
+    return {offsetof(OwnerBlock, m_room), offsetof(OwnerBlock, m_firstKey), offsetof(OwnerBlock, m_others),
+            offsetof(Other, key),         offsetof(Other, record),          offsetof(Other, next)};
+}
+ROUTERINTERFACE_OFFSETS_END
 
 // The block of a choice: one nested record at a time is current, and only that one is written, compared and
 // checked. The choice is the index of its member.

@@ -6,6 +6,7 @@
 #include "modelkit/ClassNames.h"
 #include "routerinterface/machinery/Binary.h"
 #include "routerinterface/machinery/Checking.h"
+#include "routerinterface/machinery/DebuggerLayout.h"
 #include "routerinterface/machinery/Description.h"
 #include "routerinterface/machinery/Diagnostics.h"
 #include "routerinterface/machinery/Items.h"
