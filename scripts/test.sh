@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 . scripts/packages.sh
 
 # The shells, groff, git, jq and vim are for what routermsg writes for them; locales has what locales are made from.
-install_missing cmake fish g++ git groff-base jq libedit-dev libgtest-dev libxml2-utils locales ninja-build pkgconf \
+install_missing cmake fish g++ gdb git groff-base jq libedit-dev libgtest-dev libxml2-utils locales ninja-build pkgconf \
     python3 vim zsh
 for preset in "${@:-gcc-qt5}"; do
     case $preset in
