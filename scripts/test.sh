@@ -11,7 +11,7 @@ install_missing cmake fish g++ gdb git groff-base jq libedit-dev libgtest-dev li
     python3 vim zsh
 for preset in "${@:-gcc-qt5}"; do
     case $preset in
-        *qt6) install_missing qt6-base-dev ;;
+        *qt6) install_missing qt6-base-dev qt6-l10n-tools ;;
         *) install_missing qtbase5-dev ;;
     esac
     case $preset in
