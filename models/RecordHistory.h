@@ -22,6 +22,7 @@ class ROUTERMODELS_EXPORT RecordHistory : public QObject
 
 public:
     /// Keeps the edits that the model makes from now on. The model must live longer than the history.
+    /// \param parent deletes the history, as with any QObject.
     explicit RecordHistory(RecordItemModel& model, QObject* parent = nullptr);
     ~RecordHistory() override;
 

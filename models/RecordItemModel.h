@@ -48,10 +48,10 @@ public:
     /// The columns.
     enum Column : int
     {
-        NameColumn,
-        ValueColumn,
-        TypeColumn,
-        ColumnCount ///< how many there are
+        NameColumn,  ///< the name of the row, and whether it is set
+        ValueColumn, ///< the value
+        TypeColumn,  ///< the type in words
+        ColumnCount  ///< how many there are
     };
 
     /// What the rows tell besides the roles of Qt. All columns of a row tell the same.
@@ -81,7 +81,8 @@ public:
 
     /// An empty document.
     explicit RecordItemModel(QObject* parent = nullptr);
-    /// See SetRecord().
+    /// A model of the content of \a record, see SetRecord().
+    /// \param parent deletes the model, as with any QObject.
     explicit RecordItemModel(const MODELKIT::IMKObject& record, QObject* parent = nullptr);
     ~RecordItemModel() override;
 
@@ -120,14 +121,15 @@ public:
     /// QAbstractItemModel. All return false when the edit was refused or is not possible there.
     /// @{
 
-    /// Replaces the content of the record at the row by that of another one, and sets it.
+    /// Replaces the content of the record at \a index by that of another one, and sets it.
     /// \throws std::bad_cast when the content is of another class.
     bool SetContent(const QModelIndex& index, const MODELKIT::IMKObject& content);
     /// Inserts a copy of the item in a list.
     /// \param row from 0 to the number of items.
     /// \throws std::bad_cast when the item is of another class.
     bool InsertItem(const QModelIndex& list, int row, const MODELKIT::IMKObject& item);
-    /// Inserts an item that carries an empty payload.
+    /// Inserts an item that carries an empty payload in a list.
+    /// \param row as for InsertItem().
     /// \param payload the number of the payload in ChoicesRole of an item: the position of a member in its
     /// choice.
     bool InsertPayload(const QModelIndex& list, int row, int payload);
