@@ -13,3 +13,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/${package}ConfigVersion.c
 install(FILES ${PROJECT_BINARY_DIR}/${package}Config.cmake ${PROJECT_BINARY_DIR}/${package}ConfigVersion.cmake
         DESTINATION ${package_folder})
 install(EXPORT RouterInterfaceTargets NAMESPACE RouterInterface:: DESTINATION ${package_folder})
+
+# Descriptions of the forms for other programs.
+install(FILES schema/router.xsd schema/router.ksy schema/router.lua schema/router_messages.lua schema/router_files.lua
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/${package})

@@ -37,6 +37,12 @@ run(${COMPILER} ${flags} -std=c++17 -fPIC -Wall -Wextra -Werror ${qt_includes} -
     -L${moved}/${LIBRARY_FOLDER} -l${LIBRARY} -Wl,-rpath,${moved}/${LIBRARY_FOLDER} ${QT_LIBRARY})
 run(${FOLDER}/one_record)
 
+foreach(name router.xsd router.ksy router.lua router_messages.lua router_files.lua)
+    if(NOT EXISTS ${moved}/share/${PACKAGE}/${name})
+        message(FATAL_ERROR "share/${PACKAGE}/${name} is not installed.")
+    endif()
+endforeach()
+
 foreach(program IN LISTS PROGRAMS)
     run(${moved}/${PROGRAM_FOLDER}/${program} --version)
 endforeach()
