@@ -7,6 +7,8 @@
 #include <documents/JsonForm.h>
 #include <link/MessageReader.h>
 
+#include <QtCore/QByteArray>
+
 #include <memory>
 
 // Whether documents are read in any form, or refused with an exception that can be caught here.
@@ -35,6 +37,9 @@ static bool readsMessages()
 
 int main()
 {
+    // The Qt that is loaded is the one whose headers were compiled.
+    if (QByteArray(qVersion()).split('.').first().toInt() != QT_VERSION_MAJOR)
+        return 5;
     if (!readsDocuments())
         return 3;
     if (!readsMessages())

@@ -38,8 +38,8 @@ run(${COMPILER} ${flags} -std=c++17 -fPIC -Wall -Wextra -Werror ${qt_includes} -
 run(${FOLDER}/one_record)
 
 foreach(name router.xsd router.ksy router.lua router_messages.lua router_files.lua)
-    if(NOT EXISTS ${moved}/share/${PACKAGE}/${name})
-        message(FATAL_ERROR "share/${PACKAGE}/${name} is not installed.")
+    if(NOT EXISTS ${moved}/share/RouterInterface/${name})
+        message(FATAL_ERROR "share/RouterInterface/${name} is not installed.")
     endif()
 endforeach()
 

@@ -1,0 +1,26 @@
+# SPDX-License-Identifier: MIT
+# QT_MAJOR, the Qt version to build with. In a project of its own it is a cache variable. In another project that says
+# nothing about it, it is the version which that project uses.
+if(PROJECT_IS_TOP_LEVEL)
+    set(QT_MAJOR 5 CACHE STRING "The Qt version to build with: 5 or 6")
+    set_property(CACHE QT_MAJOR PROPERTY STRINGS 5 6)
+elseif(NOT DEFINED QT_MAJOR)
+    if(TARGET Qt5::Core AND TARGET Qt6::Core)
+        message(FATAL_ERROR "This project has found both Qt 5 and Qt 6. "
+            "Set QT_MAJOR to 5 or 6, to say which of them RouterInterface is to use.")
+    elseif(TARGET Qt6::Core)
+        set(QT_MAJOR 6)
+    elseif(TARGET Qt5::Core)
+        set(QT_MAJOR 5)
+    elseif(QT_DEFAULT_MAJOR_VERSION)
+        set(QT_MAJOR ${QT_DEFAULT_MAJOR_VERSION})
+    elseif(QT_VERSION_MAJOR)
+        set(QT_MAJOR ${QT_VERSION_MAJOR})
+    else()
+        set(QT_MAJOR 5)
+    endif()
+endif()
+if(NOT QT_MAJOR MATCHES "^[56]$")
+    message(FATAL_ERROR "RouterInterface needs Qt 5 or Qt 6, but QT_MAJOR is \"${QT_MAJOR}\".")
+endif()
+find_package(Qt${QT_MAJOR} REQUIRED COMPONENTS Core)
