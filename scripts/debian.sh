@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 # Makes the Debian packages of both Qt versions, in build/debian, and has lintian check them:
 #
-#     scripts/debian.sh                   builds them with the presets debian-qt5 and debian-qt6
-#     scripts/debian.sh --of BUILD...     makes them of finished builds, those for Qt 5 first
+#     scripts/debian.sh                          builds them with the presets debian-qt5 and debian-qt6
+#     scripts/debian.sh --of FOLDER BUILD...     makes them of finished builds, in FOLDER
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -11,7 +11,8 @@ cd "$(dirname "$0")/.."
 install_missing cmake dpkg-dev g++ libedit-dev lintian ninja-build pkgconf qtbase5-dev qt6-base-dev
 packages=build/debian
 if [ "${1:-}" = --of ]; then
-    shift
+    packages=$2
+    shift 2
 else
     for version in 5 6; do
         cmake --preset debian-qt$version

@@ -26,16 +26,12 @@ run(${CMAKE_COMMAND} -S ${SOURCE} -B ${FOLDER}/build -G ${GENERATOR} -DCMAKE_CXX
 run(${CMAKE_COMMAND} --build ${FOLDER}/build)
 run(${FOLDER}/build/consumer)
 
-# One library and Qt, with the compiler alone. The program knows where that library is; the library must find
-# the other one. The folder is moved, so that absolute paths of the installation do not help.
+# The folder is moved, so that absolute paths of the installation do not help.
 set(moved ${FOLDER}/moved)
 file(RENAME ${installed} ${moved})
-separate_arguments(flags UNIX_COMMAND "${FLAGS}")
-list(TRANSFORM QT_INCLUDE_FOLDERS PREPEND "-isystem;" OUTPUT_VARIABLE qt_includes)
-run(${COMPILER} ${flags} -std=c++17 -fPIC -Wall -Wextra -Werror ${qt_includes} -I${moved}/${INCLUDE_FOLDER}
-    ${SOURCE}/one_record.cpp -o ${FOLDER}/one_record
-    -L${moved}/${LIBRARY_FOLDER} -l${LIBRARY} -Wl,-rpath,${moved}/${LIBRARY_FOLDER} ${QT_LIBRARY})
-run(${FOLDER}/one_record)
+foreach(program IN LISTS PROGRAMS)
+    run(${moved}/${PROGRAM_FOLDER}/${program} --version)
+endforeach()
 
 foreach(name router.xsd router.ksy router.lua router_messages.lua router_files.lua)
     if(NOT EXISTS ${moved}/share/RouterInterface/${name})
@@ -43,6 +39,14 @@ foreach(name router.xsd router.ksy router.lua router_messages.lua router_files.l
     endif()
 endforeach()
 
-foreach(program IN LISTS PROGRAMS)
-    run(${moved}/${PROGRAM_FOLDER}/${program} --version)
-endforeach()
+# One library and Qt, with the compiler alone. The program knows where that library is; if it is a shared one, it must
+# find the other one.
+if(NOT LIBRARY_TYPE STREQUAL "SHARED")
+    return()
+endif()
+separate_arguments(flags UNIX_COMMAND "${FLAGS}")
+list(TRANSFORM QT_INCLUDE_FOLDERS PREPEND "-isystem;" OUTPUT_VARIABLE qt_includes)
+run(${COMPILER} ${flags} -std=c++17 -fPIC -Wall -Wextra -Werror ${qt_includes} -I${moved}/${INCLUDE_FOLDER}
+    ${SOURCE}/one_record.cpp -o ${FOLDER}/one_record
+    -L${moved}/${LIBRARY_FOLDER} -l${LIBRARY} -Wl,-rpath,${moved}/${LIBRARY_FOLDER} ${QT_LIBRARY})
+run(${FOLDER}/one_record)
