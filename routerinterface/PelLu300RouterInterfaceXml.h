@@ -22,7 +22,17 @@ public:
     /// Shares the data of \a source until either record is next touched, even by a getter. Validation
     /// flag and logger stay.
     PelLu300RouterInterfaceXml& operator=(const PelLu300RouterInterfaceXml& source);
+    /// Takes the data, the validation flag and the logger of \a source in constant time. References into the
+    /// data stay valid. \a source is empty then: it has no data block, but keeps its flag and its logger, and
+    /// can be used like a new record.
+    PelLu300RouterInterfaceXml(PelLu300RouterInterfaceXml&& source) noexcept;
     ~PelLu300RouterInterfaceXml() override;
+
+    /// Exchanges the data of both records in constant time. Their validation flags and loggers stay. To move
+    /// into a record that exists already, swap: assignment always shares the data, and never throws either.
+    void swap(PelLu300RouterInterfaceXml& other) noexcept;
+    /// The same.
+    friend void swap(PelLu300RouterInterfaceXml& a, PelLu300RouterInterfaceXml& b) noexcept { a.swap(b); }
 
     /// \name Content as a whole
     /// @{

@@ -30,7 +30,17 @@ public:
     /// Shares the data of \a source until either record is next touched, even by a getter. Validation
     /// flag and logger stay.
     PelLu300RouterMessage& operator=(const PelLu300RouterMessage& source);
+    /// Takes the data, the validation flag and the logger of \a source in constant time. References into the
+    /// data stay valid. \a source is empty then: it has no data block, but keeps its flag and its logger, and
+    /// can be used like a new record.
+    PelLu300RouterMessage(PelLu300RouterMessage&& source) noexcept;
     ~PelLu300RouterMessage() override;
+
+    /// Exchanges the data of both records in constant time. Their validation flags and loggers stay. To move
+    /// into a record that exists already, swap: assignment always shares the data, and never throws either.
+    void swap(PelLu300RouterMessage& other) noexcept;
+    /// The same.
+    friend void swap(PelLu300RouterMessage& a, PelLu300RouterMessage& b) noexcept { a.swap(b); }
 
     /// \name Content as a whole
     /// @{

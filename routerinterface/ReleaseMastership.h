@@ -21,7 +21,17 @@ public:
     /// Shares the data of \a source until either record is next touched, even by a getter. Validation
     /// flag and logger stay.
     ReleaseMastership& operator=(const ReleaseMastership& source);
+    /// Takes the data, the validation flag and the logger of \a source in constant time. References into the
+    /// data stay valid. \a source is empty then: it has no data block, but keeps its flag and its logger, and
+    /// can be used like a new record.
+    ReleaseMastership(ReleaseMastership&& source) noexcept;
     ~ReleaseMastership() override;
+
+    /// Exchanges the data of both records in constant time. Their validation flags and loggers stay. To move
+    /// into a record that exists already, swap: assignment always shares the data, and never throws either.
+    void swap(ReleaseMastership& other) noexcept;
+    /// The same.
+    friend void swap(ReleaseMastership& a, ReleaseMastership& b) noexcept { a.swap(b); }
 
     /// \name Content as a whole
     /// @{

@@ -222,7 +222,12 @@ RECORD& RECORD::operator=(const RECORD& source)
     m_data = source.m_data;
     return *this;
 }
+RECORD::RECORD(RECORD&& source) noexcept : MODELKIT::IMKObject(source.MODELKIT::IMKObject::GetObjectType())
+{
+    machinery::moveConstruct(*this, source);
+}
 RECORD::~RECORD() = default;
+void RECORD::swap(RECORD& other) noexcept { m_data.swap(other.m_data); }
 
 bool RECORD::HasData() const { return machinery::hasData(*this); }
 void RECORD::Reset() { machinery::reset(*this); }

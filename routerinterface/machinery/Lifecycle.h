@@ -120,5 +120,15 @@ void copyConstruct(R& record, const R& source)
     Walks<R>::takeCopy(record, source);
 }
 
+// The records below keep their settings, which are those of the source, so the new record takes these as
+// well.
+template <class R>
+void moveConstruct(R& record, const R& source) noexcept
+{
+    Access::identify(record, DataOf<R>::nameText());
+    Access::applySettings(record, Access::validate(source), Access::logger(source));
+    pointer(record).swap(pointer(source));
+}
+
 } // namespace machinery
 } // namespace PELLU300ROUTERINTERFACEXML

@@ -5,6 +5,9 @@
 #include "Said.h"
 #include "ShownOnPage.h"
 
+#include <utility>
+#include <vector>
+
 using namespace testing_support;
 
 TEST(CopiesPage, BothKindsOfCopiesAreIndependent)
@@ -23,6 +26,18 @@ TEST(CopiesPage, BothKindsOfCopiesAreIndependent)
                              + number(sent);
     //! [copies]
     EXPECT_EQ(Said::texts().join(QLatin1Char('\n')), shownOn("docs/copies.md", QStringLiteral("2 and 1")));
+}
+
+TEST(CopiesPage, AContainerTakesADocumentByMoving)
+{
+    PelLu300RouterInterfaceXml document = sample();
+    const PelLu300RouterMessage* const message = &document.GetPelLu300RouterMessage();
+    //! [moving into a container]
+    std::vector<PelLu300RouterInterfaceXml> received;
+    received.push_back(std::move(document)); // the document is empty now
+    //! [moving into a container]
+    EXPECT_EQ(&received.front().GetPelLu300RouterMessage(), message);
+    EXPECT_FALSE(document.IsInitialized()); // NOLINT(bugprone-use-after-move)
 }
 
 TEST(CopiesPage, AReferenceThatIsOlderThanTheCopyIsWrong)
