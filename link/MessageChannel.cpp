@@ -16,7 +16,6 @@ MessageChannel::MessageChannel(QIODevice& device, const Flushing& flush, const C
     : QObject(parent), m_machine(std::make_unique<Machine>(*this, device, flush, options))
 {
     PELLU300ROUTERINTERFACEXML::RegisterRecordMetatypes();
-    qRegisterMetaType<Failure>("MODELKIT::Failure");
     qRegisterMetaType<RequestResult>("ROUTERLINK::RequestResult");
 }
 

@@ -23,7 +23,6 @@
 
 class QIODevice;
 
-Q_DECLARE_METATYPE(MODELKIT::Failure)
 
 namespace ROUTERLINK {
 

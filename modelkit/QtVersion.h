@@ -4,6 +4,7 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QCoreApplication>
+#include <QtCore/QHash>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
@@ -27,6 +28,9 @@ using XmlView = decltype(std::declval<QXmlStreamReader>().name());
 
 // The type in which containers count their elements (`int` up to Qt 5, `qsizetype` from Qt 6).
 using Size = QVector<int>::size_type;
+
+// The type of Qt's hash values (`uint` up to Qt 5, `size_t` from Qt 6).
+using HashValue = decltype(qHash(std::declval<QString>()));
 
 // Looks the text up in the installed translations. Source texts are UTF-8: Qt 5 and later have no choice of
 // encodings as Qt 4 had.

@@ -8,6 +8,7 @@
 #include "modelkit/IMKObject.h"
 #include "routerinterface/Export.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
@@ -15,6 +16,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -237,6 +239,15 @@ public:
     /// The member with that tag in the binary form; null when there is none.
     const MemberInfo* FindMember(std::uint32_t binaryTag) const;
 
+    /// The type of Qt's hash values: `uint` up to Qt 5, `size_t` from Qt 6.
+    using HashValue = decltype(qHash(std::declval<QString>()));
+    /// A hash of the content. Records that are equal have the same.
+    /// \throws std::bad_cast when the record is of another class.
+    HashValue Hash(const MODELKIT::IMKObject& record, HashValue seed = 0) const
+    {
+        return m_hash(record, seed);
+    }
+
     /// A new record of the class.
     std::unique_ptr<MODELKIT::IMKObject> Create() const { return m_create(); }
     /// Does what the assignment of the class does: \a target shares the data of \a source until either record
@@ -254,6 +265,7 @@ private:
     int (*m_selected)(const MODELKIT::IMKObject&) = nullptr;
     void (*m_clearSelection)(MODELKIT::IMKObject&) = nullptr;
     QVector<const MemberInfo*> m_members;
+    HashValue (*m_hash)(const MODELKIT::IMKObject&, HashValue) = nullptr;
     std::unique_ptr<MODELKIT::IMKObject> (*m_create)() = nullptr;
     void (*m_assign)(MODELKIT::IMKObject&, const MODELKIT::IMKObject&) = nullptr;
     bool (*m_describes)(const MODELKIT::IMKObject& object) = nullptr;

@@ -309,6 +309,9 @@ private:
                 clearChoice(dynamic_cast<R&>(object));
             };
         }
+        info->m_hash = [](const MODELKIT::IMKObject& object, RecordInfo::HashValue seed) {
+            return Walks<R>::hash(dynamic_cast<const R&>(object), seed);
+        };
         info->m_create = [] { return std::unique_ptr<MODELKIT::IMKObject>(new R); };
         info->m_assign = [](MODELKIT::IMKObject& target, const MODELKIT::IMKObject& source) {
             dynamic_cast<R&>(target) = dynamic_cast<const R&>(source);

@@ -108,6 +108,9 @@ struct Walks
     static void copyInner(const R& record, const R& source);
     static void leaveInner(std::byte* memory, std::size_t distance);
 
+    // WholeRecord.h
+    static QtVersion::HashValue hash(const R& record, QtVersion::HashValue seed);
+
     // Lifecycle.h: makes a new record a copy.
     static void takeCopy(R& record, const R& source);
 

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The record as a whole: resetting, what it holds, comparing.
+// The record as a whole: resetting, what it holds, comparing, hashing.
 #pragma once
 
 #include "routerinterface/machinery/Items.h"
 #include "routerinterface/machinery/Members.h"
+
+#include <QtCore/QHash>
+
+#include <utility>
 
 namespace PELLU300ROUTERINTERFACEXML {
 namespace machinery {
@@ -142,6 +146,56 @@ bool equal(const R& a, const R& b)
             return setA.test(member.index) && !equalValues<decltype(member)>(*dataA, *dataB);
         });
     }
+}
+
+// --- hashing: equal records have equal hashes ----------------------------------------------------
+
+using HashValue = QtVersion::HashValue;
+
+inline HashValue mixedHash(HashValue hash, HashValue value)
+{
+    return hash ^ (value + HashValue(0x9E3779B9U) + (hash << 6) + (hash >> 2));
+}
+
+template <class Member, class Data>
+HashValue hashOfMember(Data& data, HashValue seed)
+{
+    using Slot = typename Member::Slot;
+    if constexpr (IsNested<Slot>::value) {
+        return Walks<RecordIn<Slot>>::hash(nestedRecord<Member>(data), seed);
+    } else if constexpr (IsList<Slot>::value) {
+        HashValue hash = seed;
+        for (const auto& item : std::as_const(Member::slot(data).ownItems()))
+            hash = mixedHash(hash, Walks<RecordIn<Slot>>::hash(item, seed));
+        return hash;
+    } else if constexpr (IsEnumerated<Slot>::value) {
+        return qHash(static_cast<int>(Member::slot(data).value), seed);
+    } else {
+        return qHash(Member::slot(data).value, seed);
+    }
+}
+
+// Like equality, this leaves out what is not set, and in a choice what is not selected.
+template <class R>
+HashValue Walks<R>::hash(const R& record, HashValue seed)
+{
+    using Data = DataOf<R>;
+    HashValue hash = seed;
+    auto* const data = existingData(record);
+    if (!data)
+        return hash;
+    const auto mixMember = [&](auto member) {
+        hash = mixedHash(hash, static_cast<HashValue>(member.index));
+        hash = mixedHash(hash, hashOfMember<decltype(member)>(*data, seed));
+    };
+    if constexpr (isChoice<Data>)
+        withNested<Data>(data->choice, mixMember);
+    else
+        Data::Members::forEach([&](auto member) {
+            if (data->set.test(member.index))
+                mixMember(member);
+        });
+    return hash;
 }
 
 } // namespace machinery
