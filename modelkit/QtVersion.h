@@ -5,6 +5,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QHash>
+#include <QtCore/QMetaType>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
@@ -67,6 +68,16 @@ inline QString decode(const QByteArray& encoding, const QByteArray& bytes)
     return QTextCodec::codecForName(encoding)->toUnicode(bytes);
 #else
     return QStringDecoder(encoding.constData()).decode(bytes);
+#endif
+}
+
+// The id of the metatype that is registered by that name; 0 without one.
+inline int metatypeId(const char* name)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QMetaType::type(name);
+#else
+    return QMetaType::fromName(name).id();
 #endif
 }
 

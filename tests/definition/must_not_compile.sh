@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Checks that the compiler refuses mistakes in the tables of the records:
+# Checks that the compiler refuses mistakes in the tables of the records, and in programs that visit payloads:
 #
 #     must_not_compile.sh FOLDER COMPILER [OPTION]...
 #
@@ -41,6 +41,20 @@ refuse() {
     fi
 }
 
+# refuse_visit TEXT FUNCTIONS: a program that passes these to Visit().
+refuse_visit() {
+    local text=$1 functions=$2
+    printf '%s\n' '#include "routerinterface/Payloads.h"' 'using namespace PELLU300ROUTERINTERFACEXML;' \
+        "void visit(Fragment& fragment) { Visit(fragment, $functions); }" >"$copies/visit.cpp"
+    if compile "${compiler[@]}" "$copies/visit.cpp"; then
+        fail "This compiles: Visit(fragment, $functions)"
+    elif [ -z "$text" ] || ! grep -qF "$text" "$copies/messages"; then
+        fail "The compiler does not say \"$text\" of Visit(fragment, $functions), but:"
+    else
+        echo "ok: $text"
+    fi
+}
+
 compiler=("$@")
 
 # With wrong options nothing would compile anyway, so try a correct source first.
@@ -74,5 +88,12 @@ refuse "a member of the kind Nested is a record" routerinterface/PelLu300RouterI
     's/class PelLu300RouterMessage,/QString,/' PelLu300RouterInterfaceXml
 refuse "the block of a record with a member of the kind Nested is an OwnerBlock or a ChoiceBlock" \
     routerinterface/PelLu300RouterInterfaceXml.cpp 's/machinery::OwnerBlock/machinery::Block/' PelLu300RouterInterfaceXml
+
+refuse_visit "a function for DF_Params is missing" '[](NoPayload) {}, [](const AcquireMastership&) {}'
+refuse_visit "a function for NoPayload is missing" '[](const MODELKIT::IMKObject&) {}'
+refuse_visit "a function for DF_Params is missing" \
+    '[](NoPayload) {}, [](DF_Params&) {}, [](const AcquireMastership&) {}'
+refuse_visit "the function for DF_Params must return the same type as that for NoPayload" \
+    '[](const auto&) { return 1; }, [](const DF_Params&) { return 1.0; }'
 
 [ $failures -eq 0 ]

@@ -3,6 +3,7 @@
 
 #include "LifecycleSupport.h"
 
+#include "modelkit/QtVersion.h"
 #include "routerinterface/QtSupport.h"
 
 #include <QtCore/QMetaType>
@@ -27,7 +28,7 @@ TYPED_TEST(EveryRecordMetatype, IsFoundByItsNameOnceItIsRegistered)
     RegisterRecordMetatypes();
     RegisterRecordMetatypes();
     const QByteArray name = "PELLU300ROUTERINTERFACEXML::" + TypeParam().GetObjectName().toLatin1();
-    EXPECT_EQ(QMetaType::type(name.constData()), qMetaTypeId<TypeParam>());
+    EXPECT_EQ(MODELKIT::QtVersion::metatypeId(name.constData()), qMetaTypeId<TypeParam>());
 }
 
 TYPED_TEST(EveryRecordMetatype, AVariantHoldsARecord)
@@ -48,8 +49,8 @@ TEST(Metatypes, AVariantHasACopyWithAllContent)
 TEST(Metatypes, PlacesAndFailuresAreTypesToo)
 {
     RegisterRecordMetatypes();
-    EXPECT_EQ(QMetaType::type("MODELKIT::Place"), qMetaTypeId<Place>());
-    EXPECT_EQ(QMetaType::type("MODELKIT::Failure"), qMetaTypeId<Failure>());
+    EXPECT_EQ(MODELKIT::QtVersion::metatypeId("MODELKIT::Place"), qMetaTypeId<Place>());
+    EXPECT_EQ(MODELKIT::QtVersion::metatypeId("MODELKIT::Failure"), qMetaTypeId<Failure>());
     Failure failure;
     failure.kind = Failure::Refused;
     failure.place.line = 7;
