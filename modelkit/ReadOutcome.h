@@ -62,25 +62,26 @@ struct MODELKIT_EXPORT ReadOutcome
 /// `std::bad_alloc` is passed on.
 /// @{
 
-/// As IMKObject::SetXmlBytes().
+/// Reads \a xml into \a object with the \a options, as IMKObject::SetXmlBytes().
 [[nodiscard]] MODELKIT_EXPORT ReadOutcome TryReadXml(IMKObject& object, const QByteArray& xml,
                                                      const ReadOptions& options = {});
-/// As IMKObject::SetXmlString().
+/// Reads \a xml into \a object with the \a options, as IMKObject::SetXmlString().
 [[nodiscard]] MODELKIT_EXPORT ReadOutcome TryReadXmlString(IMKObject& object, const QString& xml,
                                                            const ReadOptions& options = {});
-/// As IMKObject::LoadXml(). When the check fails, the failure has no line, but the path of the record.
+/// Reads the file at \a path into \a object with the \a options, as IMKObject::LoadXml(). When the check
+/// fails, the failure has no line, but the path of the record.
 [[nodiscard]] MODELKIT_EXPORT ReadOutcome TryLoadXml(IMKObject& object, const QString& path,
                                                      const ReadOptions& options = {});
-/// As above, from any device.
+/// As above: reads any \a device into \a object with the \a options.
 [[nodiscard]] MODELKIT_EXPORT ReadOutcome TryLoadXml(IMKObject& object, QIODevice* device,
                                                      const ReadOptions& options = {});
-/// As IMKObject::SetBinaryRepresentation().
+/// Reads \a bytes into \a object with the \a options, as IMKObject::SetBinaryRepresentation().
 [[nodiscard]] MODELKIT_EXPORT ReadOutcome TryReadBinary(IMKObject& object, const QByteArray& bytes,
                                                         const ReadOptions& options = {});
-/// As IMKObject::LoadBinary().
+/// Reads the file at \a path into \a object with the \a options, as IMKObject::LoadBinary().
 [[nodiscard]] MODELKIT_EXPORT ReadOutcome TryLoadBinary(IMKObject& object, const QString& path,
                                                         const ReadOptions& options = {});
-/// As above, from any device.
+/// As above: reads any \a device into \a object with the \a options.
 [[nodiscard]] MODELKIT_EXPORT ReadOutcome TryLoadBinary(IMKObject& object, QIODevice* device,
                                                         const ReadOptions& options = {});
 /// @}

@@ -19,9 +19,11 @@ PelLu300RouterMessage MakeReply(const PelLu300RouterMessage& request)
     using Message = PelLu300RouterMessage;
     if (request.GetType() != Message::Request) {
         const QString name = Enumerators<Message::Type>::NameOf(request.GetType());
-        throw std::invalid_argument("Only a request can be replied to, but the message "
-                                    + (name.isNull() ? "has no type" : "is of type " + name.toStdString())
-                                    + '.');
+        const QString text =
+            name.isNull() ? QStringLiteral("Only a request can be replied to, but the message has no type.")
+                          : QStringLiteral("Only a request can be replied to, but the message is of type %1.")
+                                .arg(name);
+        throw std::invalid_argument(text.toStdString());
     }
     PelLu300RouterMessage reply;
     reply.SetType(Message::Reply);

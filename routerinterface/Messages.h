@@ -24,7 +24,7 @@ ROUTERINTERFACE_EXPORT PelLu300RouterMessage MakeReply(const PelLu300RouterMessa
 /// \throws std::invalid_argument when the message in the document is no request.
 ROUTERINTERFACE_EXPORT PelLu300RouterInterfaceXml MakeReply(const PelLu300RouterInterfaceXml& request);
 
-/// The same with the payloads, each in a fragment.
+/// A reply to \a request with payloads, \a first and the other \a payloads, each in a fragment.
 template <class First, class... Payloads>
 PelLu300RouterMessage MakeReply(const PelLu300RouterMessage& request, const First& first,
                                 const Payloads&... payloads)
@@ -35,7 +35,7 @@ PelLu300RouterMessage MakeReply(const PelLu300RouterMessage& request, const Firs
     return message;
 }
 
-/// The same with the payloads, each in a fragment.
+/// A reply to \a request with payloads, \a first and the other \a payloads, each in a fragment.
 template <class First, class... Payloads>
 PelLu300RouterInterfaceXml MakeReply(const PelLu300RouterInterfaceXml& request, const First& first,
                                      const Payloads&... payloads)
@@ -47,7 +47,7 @@ PelLu300RouterInterfaceXml MakeReply(const PelLu300RouterInterfaceXml& request, 
     return document;
 }
 
-/// A message of that type with the payloads, each in a fragment, and without a MessageID.
+/// A message of that \a type with the \a payloads, each in a fragment, and without a MessageID.
 template <class... Payloads>
 PelLu300RouterMessage MakeMessage(PelLu300RouterMessage::Type type, const Payloads&... payloads)
 {
@@ -64,7 +64,7 @@ PelLu300RouterMessage MakeRequest(const Payloads&... payloads)
     return MakeMessage(PelLu300RouterMessage::Request, payloads...);
 }
 
-/// The same with a MessageID.
+/// The same with a \a messageID and the \a payloads.
 template <class... Payloads, std::enable_if_t<(machinery::isPayload<Payloads> && ...), int> = 0>
 PelLu300RouterMessage MakeRequest(unsigned int messageID, const Payloads&... payloads)
 {

@@ -118,9 +118,9 @@ decltype(auto) visitPayload(F& fragment, Handler& handler)
 } // namespace machinery
 /// \endcond
 
-/// Calls the function that fits the payload that is selected, whether it is set or not, or else NoPayload,
-/// and returns what it returns. A program in which a payload has no function does not compile. A function
-/// that takes `const auto&` fits all that have none of their own.
+/// Calls the \a function that fits the payload that is selected in \a fragment, whether it is set or not, or
+/// else NoPayload, and returns what it returns. A program in which a payload has no function does not
+/// compile. A function that takes `const auto&` fits all that have none of their own.
 ///
 /// The functions get const references, also for a fragment that is not const, and nothing is marked as set.
 /// Texts of a const record are read with TextOf(). The functions are copied, but a single one is called in
@@ -136,7 +136,7 @@ decltype(auto) Visit(const Fragment& fragment, Function&& function)
     return machinery::visitPayload(fragment, function);
 }
 
-/// The same with several functions.
+/// The same for \a fragment with several functions: \a first, \a second and \a others.
 template <class First, class Second, class... Others>
 decltype(auto) Visit(const Fragment& fragment, First&& first, Second&& second, Others&&... others)
 {
@@ -145,14 +145,15 @@ decltype(auto) Visit(const Fragment& fragment, First&& first, Second&& second, O
     return machinery::visitPayload(fragment, functions);
 }
 
-/// Does the same, but the functions get references for changing the payload in place, which marks it as set.
+/// Does the same with \a fragment, but the \a function gets references for changing the payload in place,
+/// which marks it as set.
 template <class Function>
 decltype(auto) VisitToChange(Fragment& fragment, Function&& function)
 {
     return machinery::visitPayload(fragment, function);
 }
 
-/// The same with several functions.
+/// The same for \a fragment with several functions: \a first, \a second and \a others.
 template <class First, class Second, class... Others>
 decltype(auto) VisitToChange(Fragment& fragment, First&& first, Second&& second, Others&&... others)
 {
@@ -161,7 +162,8 @@ decltype(auto) VisitToChange(Fragment& fragment, First&& first, Second&& second,
     return machinery::visitPayload(fragment, functions);
 }
 
-/// Reads a text of a const record. The getters of texts are not const, although they change nothing.
+/// Reads a text of a const \a record with its \a getter. The getters of texts are not const, although they
+/// change nothing.
 ///
 /// \code
 /// const QString address = TextOf(server, &PelVtConnectServer::GetAddress);
@@ -175,7 +177,8 @@ QString TextOf(const Record& record, QString (Owner::*getter)())
     return (const_cast<Record&>(record).*getter)();
 }
 
-/// Takes over the data of the payload, selects it and marks it as set, like the setter for its type.
+/// Takes over the data of the \a payload, selects it in \a fragment and marks it as set, like the setter for
+/// its type.
 template <class Payload>
 void SetPayload(Fragment& fragment, const Payload& payload)
 {
@@ -183,7 +186,7 @@ void SetPayload(Fragment& fragment, const Payload& payload)
     machinery::setPayload(fragment, payload);
 }
 
-/// Appends a fragment with the payload. The message is unchanged when that throws.
+/// Appends a fragment with the \a payload to \a message, which is unchanged when that throws.
 template <class Payload>
 void AppendPayload(PelLu300RouterMessage& message, const Payload& payload)
 {

@@ -241,7 +241,7 @@ public:
 
     /// The type of Qt's hash values: `uint` up to Qt 5, `size_t` from Qt 6.
     using HashValue = decltype(qHash(std::declval<QString>()));
-    /// A hash of the content. Records that are equal have the same.
+    /// A hash of the content of \a record, which depends on \a seed. Records that are equal have the same.
     /// \throws std::bad_cast when the record is of another class.
     HashValue Hash(const MODELKIT::IMKObject& record, HashValue seed = 0) const
     {

@@ -15,9 +15,9 @@ enum class WrittenForm
     Binary ///< the binary form, plain or compressed
 };
 
-/// Whether both records are written with the same information, as they are while validation is off. A record
-/// that was written and read again equals the original within the form, unless something was lost that the
-/// form should carry.
+/// Whether \a a and \a b are written with the same information in that \a form, as they are while validation
+/// is off. A record that was written and read again equals the original within the form, unless something was
+/// lost that the form should carry.
 ///
 /// Unlike `operator==`, this takes for the same:
 /// - numbers with the same two decimals, such as 0.125 and 0.13, and two that are "nan";

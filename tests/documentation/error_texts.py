@@ -26,6 +26,9 @@ NO_ERRORS = {
     "its length is missing", "passed over", "the end", "an array", "an object",
     "a string", "a truth value", "read from", "write to", "unknown exception", "the bytes …", "The entry", "The text",
     "The item", "its entry", "its list", "one of ", "… …", "…: …", "… (number …)", "; ….",
+    # records that are printed
+    "unknown place", "no failure", "... (… characters)", " (… is selected, but not set)", " (nothing is set)",
+    ": no items", "... (… items)", "… (no enumerator)",
     # dissections
     "length …", "…, not decoded", "… behind the form", " (… characters)", "compressed form", "[…] piece, length …",
     "inflated size …", "…, compressed", "unknown class", "… (…)", "unknown tag", "text of …", "[…] …, length …",
