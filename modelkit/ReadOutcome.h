@@ -56,10 +56,10 @@ struct MODELKIT_EXPORT ReadOutcome
 
 /// \name Reading without exceptions
 ///
-/// Each function does what the operation of IMKObject does that it names, and catches every exception that is
-/// a `std::exception`. Failures are logged as usual. After a failure the object holds what was read before.
-/// An outer ReadingReport also gets the entries. Only when the memory does not suffice for the outcome,
-/// `std::bad_alloc` is passed on.
+/// Each function does to the object what the operation of IMKObject does that it names, and catches every
+/// exception that is a `std::exception`. Failures are logged as usual. After a failure the object holds what
+/// was read before. An outer ReadingReport also gets the entries. Only when the memory does not suffice for
+/// the outcome, `std::bad_alloc` is passed on.
 /// @{
 
 /// Reads \a xml into \a object with the \a options, as IMKObject::SetXmlBytes().

@@ -27,8 +27,8 @@ namespace ROUTERMODELS {
 /// | Column | What it shows | What is edited there |
 /// |---|---|---|
 /// | NameColumn | the name, and a check mark that tells whether the member is set | set and not set |
-/// | ValueColumn | the value; what is set in a record; the number of items; the payload of a fragment |
-/// values, payloads | | TypeColumn | the type in words | |
+/// | ValueColumn | the value, what is set in a record, the number of items, the payload | values, payloads |
+/// | TypeColumn | the type in words | |
 ///
 /// Edits obey the rules of the record's setters, as far as SetValidation() tells. An edit that a record
 /// refuses changes nothing and emits Refused(). An edit below a record that is not set also sets that one.
@@ -135,8 +135,8 @@ public:
     bool InsertPayload(const QModelIndex& list, int row, int payload);
 
     /// Takes an edit of this model back. The steps made after it must have been taken back before. No rules
-    /// are applied, because the model had that content before. \return false, changing nothing, when the step
-    /// does not fit the record.
+    /// are applied, because the model had that content before.
+    /// \return false, changing nothing, when the step does not fit the record.
     bool Revert(const RecordStep& step);
     /// Makes an edit again that was taken back, in the same way.
     bool Apply(const RecordStep& step);

@@ -30,8 +30,8 @@ namespace PELLU300ROUTERINTERFACEXML {
 ///
 /// Items are numbered as in paths, from 1. Numbers have all their digits. Texts are in quotation marks,
 /// control characters are escaped, and of a text that is longer than 200 characters and of a list of more
-/// than 100 items only the beginning is shown, with the length. \throws std::bad_cast when the object is no
-/// record of this library.
+/// than 100 items only the beginning is shown, with the length.
+/// \throws std::bad_cast when the object is no record of this library.
 ROUTERINTERFACE_EXPORT QString Describe(const MODELKIT::IMKObject& record);
 
 /// \cond

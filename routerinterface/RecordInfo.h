@@ -251,8 +251,8 @@ public:
     /// A new record of the class.
     std::unique_ptr<MODELKIT::IMKObject> Create() const { return m_create(); }
     /// Does what the assignment of the class does: \a target shares the data of \a source until either record
-    /// is next touched, and keeps its validation flag and logger. \throws std::bad_cast when one of them is
-    /// of another class.
+    /// is next touched, and keeps its validation flag and logger.
+    /// \throws std::bad_cast when one of them is of another class.
     void Assign(MODELKIT::IMKObject& target, const MODELKIT::IMKObject& source) const;
 
 private:

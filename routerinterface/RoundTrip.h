@@ -27,6 +27,8 @@ enum class WrittenForm
 /// - a payload that is selected, but not set, and none.
 ///
 /// A MessageID or port above 2147483647 is written in XML, but read back as 0. That is a difference.
+/// \param a, b the records
+/// \param form the form in which they would be written
 /// \returns false for records of different classes.
 /// \throws std::bad_cast when an object is no record of this library.
 ROUTERINTERFACE_EXPORT bool EqualsWithin(const MODELKIT::IMKObject& a, const MODELKIT::IMKObject& b,
