@@ -227,14 +227,14 @@ installed_side_by_side() {
 }
 step installed_side_by_side installed_side_by_side
 
-# A program that uses one record, with the static library, knows the names of the others.
-one_record() {
-    configure_package one-record static -DQT=5 -DPACKAGES=RouterInterface -DCOMPONENTS=Records \
-        -DNAMESPACE=RouterInterface -DLIBRARY=RouterInterface -DSOURCE=one_record.cpp
-    cmake --build "$builds/one-record"
-    "$builds/one-record/consumer"
+# With the static library, too, a program knows the names of classes that it does not use.
+other_class() {
+    configure_package other-class static -DQT=5 -DPACKAGES=RouterInterface -DCOMPONENTS=Records \
+        -DNAMESPACE=RouterInterface -DLIBRARY=RouterInterface -DSOURCE=other_class.cpp
+    cmake --build "$builds/other-class"
+    "$builds/other-class/consumer"
 }
-step one_record-static one_record
+step other_class-static other_class
 
 echo "Debian packages"
 # debian_packages QT5_BUILD QT6_BUILD FOLDER: of what is built already, but without run paths.
