@@ -4,4 +4,4 @@
 #pragma once
 
 /// Major, minor and patch number.
-#define MODELKIT_VERSION "0.1.0"
+#define MODELKIT_VERSION "1.0.0"
