@@ -23,7 +23,6 @@
 
 class QIODevice;
 
-
 namespace ROUTERLINK {
 
 /// How a channel works.

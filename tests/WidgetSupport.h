@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QtGui/QFont>
+#include <QtGui/QFontDatabase>
 #include <QtWidgets/QApplication>
 
 #include <gtest/gtest.h>
@@ -35,5 +36,15 @@ public:
     }
 };
 inline const auto* const widgetApplication = ::testing::AddGlobalTestEnvironment(new WidgetApplication);
+
+// Whether there is a font to draw texts with.
+inline bool hasFonts()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return !QFontDatabase::families().isEmpty();
+#else
+    return !QFontDatabase().families().isEmpty();
+#endif
+}
 
 } // namespace testing_support

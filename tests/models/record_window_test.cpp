@@ -10,7 +10,6 @@
 #include <QAction>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtGui/QFontDatabase>
 #include <QtGui/QImage>
 #include <QtTest/QTest>
 #include <QtWidgets/QHeaderView>
@@ -164,7 +163,7 @@ TEST_F(Window, LooksAsInTheDocumentation)
                     .save(QStringLiteral("record-window.png"), "PNG", 0));
 
     // The names of members that are not set are grey. Without a font, no name is drawn.
-    if (!QFontDatabase().families().isEmpty()) {
+    if (hasFonts()) {
         const auto nameOf = [&](const char* path) {
             QRect cell = tree().visualRect(at(path));
             // Not the check mark.

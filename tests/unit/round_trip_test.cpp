@@ -15,7 +15,7 @@ namespace {
 using Document = PelLu300RouterInterfaceXml;
 using Message = PelLu300RouterMessage;
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 // Whether they are equal within XML and within the binary form: "both", "XML", "binary" or "none".
 std::string formsOfEquality(const MODELKIT::IMKObject& a, const MODELKIT::IMKObject& b)
@@ -74,11 +74,11 @@ TEST(EqualsWithin, NumbersHaveTwoDecimals)
     EXPECT_EQ(formsOfEquality(params(98.5e6), params(98.5e6 + 0.001)), "both");
     EXPECT_EQ(formsOfEquality(params(1e300), params(1.0000000000000002e300)), "none");
     EXPECT_EQ(formsOfEquality(params(-0.001), params(0.0)), "both");
-    EXPECT_EQ(formsOfEquality(params(nan), params(nan)), "both");
-    EXPECT_EQ(formsOfEquality(params(nan), params(0)), "none");
-    EXPECT_EQ(formsOfEquality(params(std::numeric_limits<double>::infinity()), params(nan)), "none");
+    EXPECT_EQ(formsOfEquality(params(notANumber), params(notANumber)), "both");
+    EXPECT_EQ(formsOfEquality(params(notANumber), params(0)), "none");
+    EXPECT_EQ(formsOfEquality(params(std::numeric_limits<double>::infinity()), params(notANumber)), "none");
     for (const double number :
-         {0.125, -0.001, nan, 1e300, 1e-300, 98.5e6, -std::numeric_limits<double>::infinity()})
+         {0.125, -0.001, notANumber, 1e300, 1e-300, 98.5e6, -std::numeric_limits<double>::infinity()})
         expectKept(params(number));
 }
 
