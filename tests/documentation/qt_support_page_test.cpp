@@ -103,7 +103,7 @@ TEST_F(QtSupportPage, LooksEnumeratorsUp)
 {
     //! [enumerators]
     using Types = Enumerators<PelLu300RouterMessage::Type>;
-    qInfo() << Types::NameOf(PelLu300RouterMessage::Reply) << Types::GetNames();
+    qInfo() << Types::NameOf(PelLu300RouterMessage::Reply) << Types::GetNames().join(QLatin1Char(' '));
     if (const auto type = Types::ValueOf(QStringLiteral("Event")))
         qInfo() << *type << "has the value" << static_cast<int>(*type);
     //! [enumerators]
