@@ -69,7 +69,8 @@ configure() {
     cmake -S . -B "build/$1" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQT_MAJOR=5 -DCMAKE_CXX_COMPILER="$2" \
         -DROUTERINTERFACE_WERROR=ON -DROUTERINTERFACE_TESTS=OFF -DROUTERINTERFACE_EXAMPLES=OFF \
         -DCMAKE_EXPORT_COMPILE_COMMANDS=ON "${@:3}" >"build/$1.log" &&
-        cmake --build "build/$1" --target RouterLink_autogen RouterModels_autogen RouterEditors_autogen >>"build/$1.log" || { cat "build/$1.log"; return 1; }
+        cmake --build "build/$1" --target RouterLink_autogen RouterModels_autogen RouterEditors_autogen \
+            >>"build/$1.log" || { cat "build/$1.log"; return 1; }
 }
 
 compile_alone() {

@@ -22,6 +22,7 @@ run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${installed})
 string(REPLACE ";" "\\;" prefix_path "${installed};${PREFIX_PATH}")
 run(${CMAKE_COMMAND} -S ${SOURCE} -B ${FOLDER}/build -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${COMPILER}
     "-DCMAKE_CXX_FLAGS=${FLAGS}" "-DCMAKE_PREFIX_PATH=${prefix_path}" -DPACKAGE=${PACKAGE}
+    -DEVERY_HEADER=${EVERY_HEADER}
     -DINCLUDE_FOLDER=${installed}/${INCLUDE_FOLDER})
 run(${CMAKE_COMMAND} --build ${FOLDER}/build)
 run(${FOLDER}/build/consumer)
