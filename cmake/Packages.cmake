@@ -100,8 +100,15 @@ debian_package(Development ${development} libdevel "Records of the router interf
     DEPENDS ${packages_of_libraries} "librouterinterface-headers ${this_version}" ${qt_development_${QT_MAJOR}})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 debian_package(Headers librouterinterface-headers libdevel "Records of the router interface: headers" ALL)
+# The programs use the libraries up to RouterLink.
+set(packages_of_programs "")
+if(packages_of_libraries)
+    foreach(target RouterLink ${all_libraries_RouterLink})
+        list(APPEND packages_of_programs "${package_of_${target}} ${this_version}")
+    endforeach()
+endif()
 debian_package(Tools routerinterface-tools utils "Programs for messages of the router interface, a simulated router"
-    DEPENDS ${packages_of_libraries})
+    DEPENDS ${packages_of_programs})
 debian_package(Translations routerinterface-l10n localization "Records of the router interface: translations" ALL)
 debian_package(Documentation routerinterface-doc doc "Records of the router interface: documentation" ALL)
 

@@ -15,7 +15,7 @@ for preset in "${@:-gcc-qt5}"; do
         *) install_missing qtbase5-dev ;;
     esac
     case $preset in
-        clang* | threads | sanitize) install_missing clang libclang-rt-dev lld ;;
+        clang* | threads | sanitize*) install_missing clang libclang-rt-dev lld ;;
     esac
     cmake --preset "$preset"
     cmake --build --preset "$preset"

@@ -27,8 +27,10 @@ unset LD_LIBRARY_PATH PKG_CONFIG_PATH CMAKE_PREFIX_PATH QMAKEPATH QMAKEFEATURES 
 export CMAKE_GENERATOR="Unix Makefiles" CMAKE_BUILD_TYPE=RelWithDebInfo CMAKE_CXX_COMPILER_LAUNCHER=ccache CXX=g++
 export CCACHE_DIR=$folder/ccache CCACHE_BASEDIR=$builds CCACHE_NOHASHDIR=1 CCACHE_COMPILERCHECK=content
 unset CCACHE_DISABLE
-options=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-g -DCMAKE_CXX_FLAGS_DEBUG=-g
+options=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO= -DCMAKE_CXX_FLAGS_DEBUG=-g
     -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0)
+# scripts/abi.sh reads what debug information says about these libraries.
+with_information() { [ "$1-$2" != 5-shared ] || echo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-g; }
 
 shared_is() { [ "$1" = shared ] && echo ON || echo OFF; }
 suffix() { [ "$1" = 5 ] || echo -qt6; }
@@ -104,7 +106,8 @@ source_archive() {
 build() {
     local name=qt$1-$2-$3 programs=OFF
     [ "$name" != qt5-shared-RelWithDebInfo ] || programs=ON
-    cmake -S "$source" -B "$builds/$name" "${options[@]}" -DCMAKE_BUILD_TYPE="$3" -DQT_MAJOR="$1" \
+    # shellcheck disable=SC2046
+    cmake -S "$source" -B "$builds/$name" "${options[@]}" $(with_information "$1" "$2") -DCMAKE_BUILD_TYPE="$3" -DQT_MAJOR="$1" \
         -DBUILD_SHARED_LIBS="$(shared_is "$2")" -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=OFF \
         -DCMAKE_INSTALL_DOCDIR=share/doc/routerinterface-doc -DROUTERINTERFACE_TESTS=OFF \
         -DROUTERINTERFACE_EXAMPLES=OFF -DROUTERINTERFACE_TOOLS=$programs -DROUTERINTERFACE_SIMULATOR=$programs
@@ -119,7 +122,9 @@ in_parent() {
     shift 3
     # The libraries are built in the folder that FetchContent takes.
     rm -rf "$build"
-    cmake -S "$consumer/parent" -B "$build" "${options[@]}" -DQT="$qt" -DBUILD_SHARED_LIBS="$(shared_is "$kind")" "$@"
+    # shellcheck disable=SC2046
+    cmake -S "$consumer/parent" -B "$build" "${options[@]}" $(with_information "$qt" "$kind") -DQT="$qt" \
+        -DBUILD_SHARED_LIBS="$(shared_is "$kind")" "$@"
     cmake --build "$build" -j "$(nproc)"
     runs "$build/consumer" "$qt" "$kind"
     cmake --install "$build" --prefix "$build/installed"
