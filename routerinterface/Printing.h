@@ -3,8 +3,8 @@
 /// Records and enumerators for `qDebug()`, streams and GoogleTest, which prints values through the streams.
 #pragma once
 
+#include "modelkit/FailurePrinting.h"
 #include "modelkit/IMKObject.h"
-#include "modelkit/Printing.h"
 #include "routerinterface/Enumerators.h"
 #include "routerinterface/Export.h"
 #include "routerinterface/RecordList.h"

@@ -4,7 +4,7 @@
 /// can also be included alone.
 #pragma once
 
-#include "modelkit/Printing.h"
+#include "modelkit/FailurePrinting.h"
 #include "modelkit/ReadOutcome.h"
 #include "routerinterface/Enumerators.h"
 #include "routerinterface/Hashing.h"

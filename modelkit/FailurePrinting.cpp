@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "modelkit/Printing.h"
+#include "modelkit/FailurePrinting.h"
 
 #include <QtCore/QDebug>
 
