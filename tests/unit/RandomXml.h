@@ -2,33 +2,16 @@
 // Random XML documents: most of them as records nest, many of them odd or damaged.
 #pragma once
 
+#include "Random.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
 #include <iterator>
-#include <random>
 #include <string_view>
 
 namespace testing_support {
-
-class Random
-{
-public:
-    explicit Random(unsigned int seed) : m_engine(seed) {}
-
-    int below(int limit) { return static_cast<int>(m_engine() % static_cast<unsigned int>(limit)); }
-    bool oneIn(int number) { return below(number) == 0; }
-
-    template <class Container>
-    const auto& of(const Container& container)
-    {
-        return container[static_cast<std::size_t>(below(static_cast<int>(std::size(container))))];
-    }
-
-private:
-    std::mt19937 m_engine;
-};
 
 inline int numberFrom(const char* variable, int otherwise)
 {

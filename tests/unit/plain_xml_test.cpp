@@ -2,18 +2,15 @@
 // Whole documents in the usual spelling are read without Qt's stream reader. Nobody can tell: these tests
 // read documents in both ways and compare everything that can be seen.
 //
-// Qt's reader reads a document of which somebody wants a report.
-//
 //     PLAIN_XML_ROUNDS=100000 plain_xml_test      tries that many documents, in two minutes at most
 //     PLAIN_XML_SEED=7 plain_xml_test             tries others
 
 #include "RandomXml.h"
+#include "ReadingBothWays.h"
 #include "SeenSupport.h"
-#include "TestDevices.h"
 #include "TestSupport.h"
 
 #include "modelkit/PlainXmlReader.h"
-#include "modelkit/ReadingReport.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -36,87 +33,19 @@ bool isPlain(const QByteArray& xml)
         .has_value();
 }
 
-QString usualText(Random& random) { return random.oneIn(6) ? QString() : QStringLiteral("old"); }
-
-template <class R, class Read>
-std::string seenOfReading(const Random& random, const Read& read)
-{
-    R record;
-    const Loggers loggers;
-    Random same = random;
-    if (!same.oneIn(3))
-        fillAtRandom(record, same, loggers, usualText);
-    giveSettings(record, same.oneIn(2), loggers.ofOwner);
-    R sharing;
-    const bool isShared = same.oneIn(4);
-    if (isShared)
-        sharing = record;
-    std::string seen = seenOfOperation(loggers, [&] { return read(record); });
-    seen += "\ninitialised " + seenOf(record.IsInitialized()) + '\n';
-    appendSeen(seen, record, loggers);
-    if (isShared)
-        appendSeen(seen, sharing, loggers);
-    return seen;
-}
-
 // Reads a document in both ways, each time into a new record, which is the same.
 template <class R, class Read>
 void expectReadAlike(const QByteArray& xml, Random& random, const Read& read)
 {
-    const std::string plainly = seenOfReading<R>(random, read);
-    const std::string byStream = seenOfReading<R>(random, [&read](R& record) {
-        const MODELKIT::ReadingReport report;
-        return read(record);
-    });
-    random.below(2);
+    const auto [plainly, byStream] = seenOfReadingBothWays<R>(random, read);
     ASSERT_EQ(plainly, byStream) << xml.toStdString() << '\n' << xml.toHex(' ').toStdString();
-}
-
-// As a string, which may hold what no bytes can.
-QString stringOf(const QByteArray& xml, Random& random)
-{
-    const char16_t oddUnits[] = {0, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xFEFF, 0xFFFE, 0xFFFF, 0x1F, 0xE9};
-    QString text = QString::fromUtf8(xml);
-    if (random.oneIn(10))
-        text.insert(random.below(static_cast<int>(text.size()) + 1), QChar(random.of(oddUnits)));
-    return text;
 }
 
 template <class R>
 void expectReadAlikeFromAnything(const QByteArray& xml, Random& random)
 {
-    const bool checks = random.oneIn(2);
-    switch (random.below(5)) {
-    case 0: {
-        const QString text = stringOf(xml, random);
-        expectReadAlike<R>(xml, random, [&](R& record) { return record.SetXmlString(text, checks); });
-        break;
-    }
-    case 1: {
-        // Nothing readable is behind these bytes.
-        const std::vector<char> bytes(xml.begin(), xml.end());
-        const QByteArray raw = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
-        expectReadAlike<R>(xml, random, [&](R& record) { return record.SetXmlBytes(raw, checks); });
-        break;
-    }
-    case 2:
-        expectReadAlike<R>(xml, random, [&](R& record) {
-            QBuffer buffer;
-            buffer.setData("junk" + xml);
-            buffer.open(QIODevice::ReadOnly);
-            buffer.seek(4);
-            return record.LoadXml(&buffer) && buffer.pos() == 4 + xml.size();
-        });
-        break;
-    case 3:
-        expectReadAlike<R>(xml, random, [&](R& record) {
-            ForwardDevice device(xml);
-            return record.LoadXml(&device) && device.left() == 0;
-        });
-        break;
-    default:
-        expectReadAlike<R>(xml, random, [&](R& record) { return record.SetXmlBytes(xml, checks); });
-    }
+    const auto [plainly, byStream] = seenOfBothWays<R>(xml, random);
+    ASSERT_EQ(plainly, byStream) << xml.toStdString() << '\n' << xml.toHex(' ').toStdString();
 }
 
 MODELKIT::Limits randomLimits(Random& random)
