@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/ReaderOutcomes.h"
 
+#include "fuzz/Requirements.h"
+
 #include "routerinterface/PelLu300RouterInterfaceXml.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 
 namespace fuzzing {
 
@@ -16,15 +16,6 @@ using MODELKIT::Failure;
 using ROUTERLINK::MessageReader;
 
 namespace {
-
-// Also in programs without assertions.
-void require(bool isSo, const char* what, int index = -1)
-{
-    if (isSo)
-        return;
-    std::fprintf(stderr, "Not so: %s (outcome %d)\n", what, index);
-    std::abort();
-}
 
 bool isMessage(MessageReader::Outcome outcome)
 {
@@ -38,6 +29,8 @@ QByteArray contentOf(const MODELKIT::IMKObject& document)
     document.GetBinaryRepresentation(stream);
     return content;
 }
+
+std::string seenText(const Outcome& outcome) { return outcome.failure.text.toStdString(); }
 
 // The outcomes until more is needed. False after the last one.
 bool takeAll(MessageReader& reader, QVector<Outcome>& outcomes)
@@ -105,14 +98,15 @@ void requireSame(const QVector<Outcome>& one, const QVector<Outcome>& other)
     for (int i = 0; i < one.size(); ++i) {
         const Outcome& left = one.at(i);
         const Outcome& right = other.at(i);
-        require(left.outcome == right.outcome, "outcome", i);
-        require(left.form == right.form, "form", i);
-        require(left.offset == right.offset, "offset", i);
-        require(left.failure.kind == right.failure.kind, "kind of failure", i);
-        require(left.bytes == right.bytes, "bytes", i);
-        require(left.content == right.content, "content", i);
+        require(left.outcome == right.outcome, "the outcomes are the same");
+        require(left.form == right.form, "the forms are the same");
+        require(left.offset == right.offset, "the offsets are the same");
+        require(left.failure.kind == right.failure.kind, "the kinds of failures are the same");
+        requireSame(left.bytes.toStdString(), right.bytes.toStdString(), "the bytes of a message");
+        requireSame(left.content.toStdString(), right.content.toStdString(), "the content of a message");
         // The text for a broken connection may tell how much has arrived.
-        require(left.outcome == MessageReader::Broken || left.failure.text == right.failure.text, "text", i);
+        if (left.outcome != MessageReader::Broken)
+            requireSame(seenText(left), seenText(right), "the text of a failure");
     }
 }
 

@@ -24,7 +24,7 @@ if [ ! -f "fuzz/$target.cpp" ] || [ ! -d "fuzz/corpus/$target" ] || { [ $minimis
     exit 2
 fi
 
-install_missing clang cmake libclang-rt-dev lld ninja-build qtbase5-dev
+install_missing clang cmake libclang-rt-dev libgtest-dev lld ninja-build qtbase5-dev
 folder=build/fuzz
 inputs=$folder/inputs/$target
 failures=$folder/failures/$target
@@ -33,9 +33,10 @@ cmake -S . -B $folder -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQT_MAJOR=5 -DCMAKE_CXX
     -DCMAKE_CXX_FLAGS="-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all" \
     -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1 -fno-omit-frame-pointer" -DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld \
     -DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=lld -DROUTERINTERFACE_FUZZERS=ON -DROUTERINTERFACE_TESTS=OFF \
-    -DROUTERINTERFACE_EXAMPLES=OFF -DROUTERINTERFACE_TOOLS=OFF >$folder/configure.log
-build() { cmake --build $folder --target "fuzz_$target"; }
+    -DROUTERINTERFACE_EXAMPLES=OFF -DROUTERINTERFACE_TOOLS=OFF -DROUTERINTERFACE_SIMULATOR=OFF >$folder/configure.log
+build() { cmake --build $folder --target "fuzz_$target" fuzz_dictionary; }
 build >$folder/build.log || build
+$folder/fuzz/fuzz_dictionary >$folder/dictionary
 
 program=$folder/fuzz/fuzz_$target
 if [ $minimises = yes ]; then
@@ -55,4 +56,4 @@ if [ $minimises = yes ]; then
 fi
 # One message of a few KB at most is kept, so no single allocation is large.
 nice -n 19 "$program" -max_total_time=$((minutes * 60)) -max_len=4000 -timeout=10 -rss_limit_mb=1000 -malloc_limit_mb=20 \
-    -print_final_stats=1 -artifact_prefix="$failures/" "$inputs" "fuzz/corpus/$target"
+    -dict=$folder/dictionary -print_final_stats=1 -artifact_prefix="$failures/" "$inputs" "fuzz/corpus/$target"
